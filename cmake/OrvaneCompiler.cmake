@@ -1,0 +1,45 @@
+# Language, warnings and sanitizers, for every target of the project.
+#
+#   ORVANE_TESTING   build the tests and run the fuzzers' corpora as tests
+#   ORVANE_FUZZING   build the fuzzers with libFuzzer (Clang only)
+#   ORVANE_SANITIZE  list for -fsanitize=, such as "address,undefined"
+#
+# orvane_compile_as_ours(target)
+#   C++20 or C11 without extensions, all warnings as errors, nothing exported by default.
+
+option(ORVANE_TESTING "Build the tests" "${PROJECT_IS_TOP_LEVEL}")
+option(ORVANE_FUZZING "Build the fuzzers with libFuzzer" OFF)
+set(ORVANE_SANITIZE "" CACHE STRING "Sanitizers to build everything with")
+
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Build type" FORCE)
+endif()
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(ORVANE_SANITIZE)
+    add_compile_options(
+        "-fsanitize=${ORVANE_SANITIZE}" -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options("-fsanitize=${ORVANE_SANITIZE}")
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        # Compares function type records by address; every shared library has its own, so a call
+        # through a pointer from another library would always be reported.
+        add_compile_options(-fno-sanitize=function)
+    endif()
+endif()
+if(ORVANE_FUZZING)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
+function(orvane_compile_as_ours target)
+    target_compile_features(${target} PRIVATE c_std_11 cxx_std_20)
+    target_compile_options(
+        ${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    set_target_properties(
+        ${target}
+        PROPERTIES C_EXTENSIONS OFF
+                   CXX_EXTENSIONS OFF
+                   C_VISIBILITY_PRESET hidden
+                   CXX_VISIBILITY_PRESET hidden
+                   VISIBILITY_INLINES_HIDDEN ON
+                   POSITION_INDEPENDENT_CODE ON)
+endfunction()

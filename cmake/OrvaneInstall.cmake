@@ -1,0 +1,43 @@
+# What an installation holds besides the libraries and the tool, which install themselves where
+# they are declared: headers, package files for CMake and pkg-config, manual page, configuration.
+# Nothing in it names the prefix, so that an installation can be moved.
+
+include(CMakePackageConfigHelpers)
+
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/orvane")
+
+install(
+    DIRECTORY include/orvane platform/include/pexa
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
+    FILES_MATCHING PATTERN "*.h")
+install(
+    FILES config/cyclonedds-loopback.xml
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/orvane")
+install(
+    FILES docs/man/orvane.1
+    DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
+    OPTIONAL)
+install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+
+if(TARGET orvane)
+    install(
+        EXPORT orvane-targets
+        NAMESPACE orvane::
+        DESTINATION "${package_dir}")
+endif()
+configure_package_config_file(
+    cmake/orvane-config.cmake.in "${PROJECT_BINARY_DIR}/orvane-config.cmake"
+    INSTALL_DESTINATION "${package_dir}"
+    NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(
+    "${PROJECT_BINARY_DIR}/orvane-config-version.cmake" COMPATIBILITY SameMinorVersion)
+install(
+    FILES "${PROJECT_BINARY_DIR}/orvane-config.cmake"
+          "${PROJECT_BINARY_DIR}/orvane-config-version.cmake"
+    DESTINATION "${package_dir}")
+
+file(RELATIVE_PATH ORVANE_PREFIX_FROM_PC "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig"
+     "${CMAKE_INSTALL_PREFIX}")
+string(REGEX REPLACE "/$" "" ORVANE_PREFIX_FROM_PC "${ORVANE_PREFIX_FROM_PC}")
+configure_file(cmake/orvane.pc.in "${PROJECT_BINARY_DIR}/orvane.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/orvane.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

@@ -1,0 +1,101 @@
+# Functions by which a folder declares its libraries and programs.
+#
+# orvane_add_library(name SHARED|STATIC|OBJECT [SOURCES file…] [PUBLIC_LIBS lib…] [LIBS lib…])
+#   A library of this project. What it includes from its own layer is found from the layer's root:
+#   the folder platform/ for the platform, the top folder for the rest ("core/options.hpp").
+#     PUBLIC_LIBS  libraries that users of this one need too
+#     LIBS         libraries that only this one needs
+#   A SHARED library exports what is marked for export, has the project's version as its own, and
+#   is installed with the project; name pexa_headers or orvane_headers in its PUBLIC_LIBS.
+#   An OBJECT library named in another library's LIBS or PUBLIC_LIBS becomes part of that library.
+#
+# orvane_add_program(name SOURCES file… [LIBS lib…] [OUTPUT_NAME name] [INSTALL])
+#   An executable, in C or C++. With INSTALL it is installed and finds our libraries beside it.
+#
+# Interface targets
+#   pexa_headers    include path of pexa/*.h
+#   orvane_headers  include path of orvane/*.h, and pexa_headers
+#   PkgConfig::LIBMD, Threads::Threads, CycloneDDS::ddsc, fmt::fmt, CLI11::CLI11,
+#   nlohmann_json::nlohmann_json are found at the top.
+
+add_library(pexa_headers INTERFACE)
+target_include_directories(
+    pexa_headers INTERFACE "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platform/include>")
+
+add_library(orvane_headers INTERFACE)
+target_include_directories(
+    orvane_headers INTERFACE "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>")
+target_link_libraries(orvane_headers INTERFACE pexa_headers)
+
+install(TARGETS pexa_headers orvane_headers EXPORT orvane-targets
+        INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+
+# Sets <out> to the folder from which includes of the calling folder's layer are found.
+function(orvane_layer_root out)
+    cmake_path(IS_PREFIX ORVANE_PLATFORM_DIR "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE in_platform)
+    if(in_platform)
+        set(${out} "${ORVANE_PLATFORM_DIR}" PARENT_SCOPE)
+    else()
+        set(${out} "${PROJECT_SOURCE_DIR}" PARENT_SCOPE)
+    endif()
+endfunction()
+set(ORVANE_PLATFORM_DIR "${PROJECT_SOURCE_DIR}/platform")
+
+function(orvane_add_library name type)
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "SOURCES;PUBLIC_LIBS;LIBS")
+    if(arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "orvane_add_library(${name}): unknown ${arg_UNPARSED_ARGUMENTS}")
+    endif()
+    add_library(${name} ${type} ${arg_SOURCES})
+    orvane_compile_as_ours(${name})
+    orvane_layer_root(root)
+    target_link_libraries(${name} PUBLIC ${arg_PUBLIC_LIBS} PRIVATE ${arg_LIBS})
+    if(type STREQUAL "SHARED")
+        # Programs outside the layer see its exported headers only.
+        target_include_directories(${name} PRIVATE "${root}")
+        orvane_make_shared(${name})
+    else()
+        target_include_directories(${name} PUBLIC "${root}")
+    endif()
+endfunction()
+
+function(orvane_make_shared name)
+    set_target_properties(
+        ${name}
+        PROPERTIES VERSION "${PROJECT_VERSION}"
+                   SOVERSION "${PROJECT_VERSION_MAJOR}"
+                   INSTALL_RPATH "$ORIGIN"
+                   LINKER_LANGUAGE CXX
+                   LINK_DEPENDS "${PROJECT_SOURCE_DIR}/cmake/c-exports.map")
+    target_link_options(
+        ${name} PRIVATE "LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/c-exports.map")
+    if(NOT ORVANE_SANITIZE)
+        # With Clang the sanitizer's functions come from the executable only.
+        target_link_options(${name} PRIVATE LINKER:--no-undefined)
+    endif()
+    install(TARGETS ${name} EXPORT orvane-targets LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+            INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
+endfunction()
+
+function(orvane_add_program name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "INSTALL" "OUTPUT_NAME" "SOURCES;LIBS")
+    if(arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "orvane_add_program(${name}): unknown ${arg_UNPARSED_ARGUMENTS}")
+    endif()
+    add_executable(${name} ${arg_SOURCES})
+    orvane_compile_as_ours(${name})
+    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+    target_link_libraries(${name} PRIVATE ${arg_LIBS})
+    if(ORVANE_SANITIZE)
+        # Our libraries leave the C++ part of the sanitizer's runtime to the program.
+        set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+    endif()
+    if(arg_OUTPUT_NAME)
+        set_target_properties(${name} PROPERTIES OUTPUT_NAME "${arg_OUTPUT_NAME}")
+    endif()
+    if(arg_INSTALL)
+        file(RELATIVE_PATH libraries "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
+        set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN/${libraries}")
+        install(TARGETS ${name} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+    endif()
+endfunction()

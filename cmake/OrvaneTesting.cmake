@@ -1,0 +1,89 @@
+# Functions by which a folder declares its tests and fuzzers.
+#
+# orvane_add_test(name SOURCES file… [LIBS lib…] [WRAP function…] [DOMAIN n] [TIMEOUT seconds]
+#                 [ARGS argument…])
+#   A GoogleTest executable (its main() included) and one CTest entry of the same name, run with
+#   DDS on loopback and, in sanitizer builds, with the sanitizer's options and suppressions.
+#     WRAP     functions whose calls go to __wrap_<function>; only calls from code linked
+#              statically are caught, so link orvane_static or an object library
+#     DOMAIN   the DDS domain of the test, handed to its sources as ORVANE_TEST_DOMAIN; tests of
+#              the same domain never run at the same time
+#     TIMEOUT  default 120; three times as long in sanitizer builds
+#   ORVANE_SOURCE_DIR is defined for the test's sources as the repository's folder.
+#
+# orvane_add_fuzzer(name SOURCES file… [LIBS lib…])
+#   Sources with an LLVMFuzzerTestOneInput. With ORVANE_FUZZING a libFuzzer executable, else a
+#   test that runs the inputs of fuzz/corpus/<name>.
+#
+# orvane_set_test_environment(test…)
+#   The environment of orvane_add_test for tests that were added by other means.
+
+set(ORVANE_CORPUS_RUNNER "${CMAKE_CURRENT_LIST_DIR}/corpus_runner.cpp")
+
+function(orvane_set_test_environment)
+    set(config "${PROJECT_SOURCE_DIR}/config")
+    find_program(ORVANE_SYMBOLIZER NAMES llvm-symbolizer llvm-symbolizer-14)
+    set(symbolizer "")
+    if(ORVANE_SYMBOLIZER)
+        set(symbolizer ":external_symbolizer_path=${ORVANE_SYMBOLIZER}")
+    endif()
+    set(asan detect_leaks=1 detect_stack_use_after_return=1 strict_string_checks=1
+             check_initialization_order=1 allocator_may_return_null=1)
+    list(JOIN asan ":" asan)
+    set_property(
+        TEST ${ARGN} APPEND
+        PROPERTY ENVIRONMENT
+                 "CYCLONEDDS_URI=file://${config}/cyclonedds-loopback.xml"
+                 "ASAN_OPTIONS=${asan}${symbolizer}"
+                 "LSAN_OPTIONS=suppressions=${config}/lsan.supp:print_suppressions=0"
+                 "UBSAN_OPTIONS=print_stacktrace=1${symbolizer}"
+                 "TSAN_OPTIONS=suppressions=${config}/tsan.supp:second_deadlock_stack=1${symbolizer}")
+endfunction()
+
+function(orvane_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "DOMAIN;TIMEOUT" "SOURCES;LIBS;WRAP;ARGS")
+    if(arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "orvane_add_test(${name}): unknown ${arg_UNPARSED_ARGUMENTS}")
+    endif()
+    orvane_add_program(${name} SOURCES ${arg_SOURCES} LIBS ${arg_LIBS} GTest::gtest_main)
+    target_compile_definitions(${name} PRIVATE "ORVANE_SOURCE_DIR=\"${PROJECT_SOURCE_DIR}\"")
+    foreach(function IN LISTS arg_WRAP)
+        target_link_options(${name} PRIVATE "LINKER:--wrap=${function}")
+    endforeach()
+
+    add_test(NAME ${name} COMMAND ${name} ${arg_ARGS})
+    orvane_set_test_environment(${name})
+    if(DEFINED arg_DOMAIN)
+        target_compile_definitions(${name} PRIVATE "ORVANE_TEST_DOMAIN=${arg_DOMAIN}")
+        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK "dds-domain-${arg_DOMAIN}")
+    endif()
+    if(NOT DEFINED arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    if(ORVANE_SANITIZE)
+        math(EXPR arg_TIMEOUT "3 * ${arg_TIMEOUT}")
+    endif()
+    set_tests_properties(${name} PROPERTIES TIMEOUT "${arg_TIMEOUT}")
+endfunction()
+
+function(orvane_add_fuzzer name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBS")
+    if(arg_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "orvane_add_fuzzer(${name}): unknown ${arg_UNPARSED_ARGUMENTS}")
+    endif()
+    orvane_add_program(${name} SOURCES ${arg_SOURCES} LIBS ${arg_LIBS})
+    if(ORVANE_FUZZING)
+        target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+        set_target_properties(
+            ${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/fuzzers")
+        if(NOT TARGET fuzzers)
+            add_custom_target(fuzzers)
+        endif()
+        add_dependencies(fuzzers ${name})
+        return()
+    endif()
+    target_sources(${name} PRIVATE "${ORVANE_CORPUS_RUNNER}")
+    add_test(NAME ${name} COMMAND ${name} "${PROJECT_SOURCE_DIR}/fuzz/corpus/${name}")
+    orvane_set_test_environment(${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 120)
+endfunction()
