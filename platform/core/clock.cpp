@@ -1,0 +1,51 @@
+#include <ctime>
+#include <limits>
+
+#include "core/heap_object.hpp"
+#include "pexa/osapi.h"
+
+struct QELSystemClock {
+    clockid_t id;
+};
+
+namespace {
+
+constexpr DDS_UnsignedLong nanoseconds_per_second = 1'000'000'000;
+constexpr DDS_Long last_second = std::numeric_limits<DDS_Long>::max();
+
+// 10^9 / 2^32 = 2^29 / (2^61 / 10^9), where 2^61 / 10^9 is this number but for its fraction.
+constexpr uint64_t divisor = 2305843009;
+
+}  // namespace
+
+DDS_Time_t QELNtpTime_toTime(QELNtpTime time) {
+    auto nanoseconds =
+        static_cast<DDS_UnsignedLong>((static_cast<uint64_t>(time.frac) << 29U) / divisor);
+    if (time.frac != 0 && time.frac != divisor) {
+        ++nanoseconds;
+    }
+    if (nanoseconds >= nanoseconds_per_second && time.sec != last_second) {
+        return {time.sec + 1, nanoseconds - nanoseconds_per_second};
+    }
+    return {time.sec, nanoseconds};
+}
+
+QELSystemClock* QELSystemClock_new(void) {
+    return pexa::core::heap_new<QELSystemClock>(CLOCK_REALTIME);
+}
+
+void QELSystemClock_delete(QELSystemClock* clock) {
+    pexa::core::heap_delete(clock);
+}
+
+QELBool QELSystemClock_getTime(QELSystemClock* clock, QELNtpTime* now) {
+    timespec time{};
+    if (clock == nullptr || now == nullptr || clock_gettime(clock->id, &time) != 0 ||
+        time.tv_sec > last_second) {
+        return 0;
+    }
+    now->sec = static_cast<DDS_Long>(time.tv_sec);
+    now->frac = static_cast<DDS_UnsignedLong>((static_cast<uint64_t>(time.tv_nsec) << 32U) /
+                                              nanoseconds_per_second);
+    return 1;
+}

@@ -1,0 +1,153 @@
+/**
+ * @file cdr_stream.h
+ * @brief A cursor over a buffer of CDR (OMG Common Data Representation, XCDR version 1).
+ *
+ * A stream never owns its buffer and never reads or writes outside it. An operation that would
+ * returns 0 and leaves the stream where it was. Alignment counts from the origin, which the
+ * encapsulation header moves behind itself. Not thread-safe.
+ */
+#ifndef PEXA_CDR_STREAM_H
+#define PEXA_CDR_STREAM_H
+
+#include "pexa/base.h"
+
+PEXA_BEGIN_C
+
+/** Encapsulation identifiers (RTPS 10.2.1.2). */
+#define QEL_CDR_ENCAPSULATION_ID_CDR_BE 0u
+#define QEL_CDR_ENCAPSULATION_ID_CDR_LE 1u
+#define QEL_CDR_ENCAPSULATION_ID_PL_CDR_BE 2u
+#define QEL_CDR_ENCAPSULATION_ID_PL_CDR_LE 3u
+/** The little- or big-endian plain identifier of this host. */
+#define QEL_CDR_ENCAPSULATION_ID_CDR_NATIVE QEL_CDR_ENCAPSULATION_ID_CDR_LE
+/** Bytes of the encapsulation header. */
+#define QEL_CDR_ENCAPSULATION_HEADER_SIZE 4u
+
+/** Parameter ids with a meaning of their own (XTypes 7.4.1.2.1, RTPS 9.6.3). */
+#define QEL_CDR_PARAMETER_ID_EXTENDED 0x3F01u
+#define QEL_CDR_PARAMETER_ID_LIST_END 0x3F02u
+#define QEL_CDR_PARAMETER_ID_IGNORE 0x3F03u
+/** From this size on of the largest sample, member headers use the extended form. */
+#define QEL_CDR_EXTENDED_HEADER_THRESHOLD 65536u
+
+typedef struct QELCdrStream {
+    char* buffer;
+    size_t size;
+    /** Bytes from the start of the buffer to the cursor. */
+    size_t position;
+    /** Position from which alignment is counted. */
+    size_t origin;
+    /** Nonzero: numbers are little-endian. */
+    QELBool littleEndian;
+    /** The identifier last written or read. */
+    DDS_UnsignedShort encapsulationId;
+    /** Options field that is written, or was read, behind the identifier. */
+    DDS_UnsignedShort encapsulationOptions;
+    /** Set while member headers of a mutable type are written in the extended form. */
+    QELBool extendedHeaders;
+    /** Set once a mutable level has decided on the header form. */
+    QELBool headerFormDecided;
+    /** Rejection mark: a value arrived that the sample's type cannot hold. */
+    QELBool rejected;
+} QELCdrStream;
+
+/** Starts at the front of @p buffer, little-endian, everything else 0. */
+PEXA_API void QELCdrStream_init(QELCdrStream* self, char* buffer, size_t size);
+/** Moves cursor and origin back to the front and clears the decisions and the mark. */
+PEXA_API void QELCdrStream_reset(QELCdrStream* self);
+/** @return bytes between cursor and end. */
+PEXA_API size_t QELCdrStream_remaining(const QELCdrStream* self);
+/** Moves to the next multiple of @p alignment (1, 2 or 4) from the origin; writes zeros. */
+PEXA_API QELBool QELCdrStream_alignForWrite(QELCdrStream* self, size_t alignment);
+/** As above, passing over the padding. */
+PEXA_API QELBool QELCdrStream_alignForRead(QELCdrStream* self, size_t alignment);
+
+/**
+ * @name Encapsulation header
+ * @{
+ */
+/** Writes the identifier (most significant byte first) and the options, sets the byte order by the
+ *  identifier (odd is little-endian) and moves the origin behind the header. Ids above 3: 0. */
+PEXA_API QELBool QELCdrStream_serializeEncapsulation(QELCdrStream* self, DDS_UnsignedShort id);
+/** Reads what the operation above writes. Ids above 3: 0. */
+PEXA_API QELBool QELCdrStream_deserializeEncapsulation(QELCdrStream* self);
+/** @} */
+
+/**
+ * @name Values
+ * @{
+ */
+PEXA_API QELBool QELCdrStream_serializeUnsignedShort(QELCdrStream* self, DDS_UnsignedShort value);
+PEXA_API QELBool QELCdrStream_deserializeUnsignedShort(QELCdrStream* self,
+                                                       DDS_UnsignedShort* value);
+PEXA_API QELBool QELCdrStream_serializeLong(QELCdrStream* self, DDS_Long value);
+PEXA_API QELBool QELCdrStream_deserializeLong(QELCdrStream* self, DDS_Long* value);
+/**
+ * A length of 32 bits that counts the NUL, the characters and the NUL.
+ * @param maximumLength most characters without the NUL; a longer text is refused.
+ */
+PEXA_API QELBool QELCdrStream_serializeString(QELCdrStream* self, const char* text,
+                                              DDS_UnsignedLong maximumLength);
+/**
+ * @param text buffer of maximumLength + 1 bytes. Refused: a length of 0 or above maximumLength + 1,
+ *   a last character other than NUL, a NUL before it.
+ */
+PEXA_API QELBool QELCdrStream_deserializeString(QELCdrStream* self, char* text,
+                                                DDS_UnsignedLong maximumLength);
+/** Passes over a string under the same rules. */
+PEXA_API QELBool QELCdrStream_skipString(QELCdrStream* self, DDS_UnsignedLong maximumLength);
+/** Passes over @p count bytes. */
+PEXA_API QELBool QELCdrStream_skipBytes(QELCdrStream* self, size_t count);
+/** @} */
+
+/**
+ * @name Member headers of mutable types
+ * Parameter-list headers, aligned to 4. Short form: 16-bit id with the must-understand flag 0x4000,
+ * 16-bit length. Extended form: the id 0x3F01 with the must-understand flag and length 8, then
+ * 32-bit member id with the flag 0x40000000 and 32-bit length.
+ * @{
+ */
+/** A member whose header has been written and whose length is still open. */
+typedef struct QELCdrOpenParameter {
+    size_t lengthPosition;
+    size_t valuePosition;
+    QELBool extended;
+} QELCdrOpenParameter;
+
+/** A member header as read. */
+typedef struct QELCdrParameterHeader {
+    DDS_UnsignedLong id;
+    DDS_UnsignedLong length;
+    QELBool mustUnderstand;
+    /** Nonzero for the short form's 0x3F02, which ends the list. */
+    QELBool isListEnd;
+    /** Nonzero for the short form's 0x3F03, which is passed over. */
+    QELBool isIgnored;
+    size_t valuePosition;
+} QELCdrParameterHeader;
+
+/** Writes a header with length 0 for member @p id, in the extended form if @p extended. */
+PEXA_API QELBool QELCdrStream_serializeParameterHeader(QELCdrStream* self,
+                                                       QELCdrOpenParameter* parameter,
+                                                       QELBool extended, DDS_UnsignedLong id,
+                                                       QELBool mustUnderstand);
+/** Fills in the length: the bytes from behind the header to the cursor. 0: they exceed the form. */
+PEXA_API QELBool QELCdrStream_serializeParameterLength(QELCdrStream* self,
+                                                       const QELCdrOpenParameter* parameter);
+/** Writes the list-end header: id 0x3F02, must-understand set, length 0. */
+PEXA_API QELBool QELCdrStream_serializeListEnd(QELCdrStream* self);
+/** Reads either form. 0: incomplete, a length beyond the buffer, an extended header shorter than 8
+ *  bytes. */
+PEXA_API QELBool QELCdrStream_deserializeParameterHeader(QELCdrStream* self,
+                                                         QELCdrParameterHeader* header);
+/** Moves behind the member by its header's length, whatever has been read of it. */
+PEXA_API QELBool QELCdrStream_moveToNextParameterHeader(QELCdrStream* self,
+                                                        const QELCdrParameterHeader* header);
+/** @} */
+
+/** MD5 digest (RFC 1321) of @p size bytes. */
+PEXA_API void QELMd5_compute(const void* bytes, size_t size, DDS_Octet digest[16]);
+
+PEXA_END_C
+
+#endif

@@ -1,0 +1,188 @@
+/**
+ * @file osapi.h
+ * @brief The operating-system layer: heap, clock, semaphores, threads and the global lock.
+ */
+#ifndef PEXA_OSAPI_H
+#define PEXA_OSAPI_H
+
+#include "pexa/base.h"
+
+PEXA_BEGIN_C
+
+/**
+ * @name Heap
+ * All memory of the middleware and of libraries on top of it comes from here. Allocation failure
+ * is a normal result (NULL) and is never reported by the heap itself.
+ * @{
+ */
+/** @return @p size bytes aligned for any record, not initialised, or NULL. Size 0 gives NULL. */
+PEXA_API void* QELOsapiHeap_allocateBytes(size_t size);
+/** Frees what any allocation of this group returned; NULL is ignored. */
+PEXA_API void QELOsapiHeap_freeBytes(void* bytes);
+/** @return @p count elements of @p size bytes, zero-filled, or NULL (also on overflow). */
+PEXA_API void* QELOsapiHeap_allocateArrayOfSize(size_t count, size_t size);
+/** Frees an array of @ref QELOsapiHeap_allocateArrayOfSize; NULL is ignored. */
+PEXA_API void QELOsapiHeap_freeArray(void* array);
+/** @return memory of @p size bytes aligned to @p alignment (a power of two), or NULL. */
+PEXA_API void* QELOsapiHeap_allocateBufferAligned(size_t size, size_t alignment);
+/** Frees a buffer of @ref QELOsapiHeap_allocateBufferAligned; NULL is ignored. */
+PEXA_API void QELOsapiHeap_freeBufferAligned(void* buffer);
+/** The function behind @ref QELOsapiHeap_allocateStructure: one record, not initialised. */
+PEXA_API void* QELOsapiHeap_allocateStructureOfSize(size_t size);
+/** The function behind @ref QELOsapiHeap_freeStructure. */
+PEXA_API void QELOsapiHeap_freeStructureBytes(void* structure);
+/** Stores a new record of type @p Type (not initialised) or NULL into `*result`. */
+#define QELOsapiHeap_allocateStructure(result, Type) \
+    (*(result) = (Type*)QELOsapiHeap_allocateStructureOfSize(sizeof(Type)))
+/** Frees a record of @ref QELOsapiHeap_allocateStructure; NULL is ignored. */
+#define QELOsapiHeap_freeStructure(structure) QELOsapiHeap_freeStructureBytes(structure)
+/** @} */
+
+/**
+ * @name Time
+ * @{
+ */
+/** Seconds and a binary fraction of a second (unit 2^-32 s), as NTP writes time. */
+typedef struct QELNtpTime {
+    DDS_Long sec;
+    DDS_UnsignedLong frac;
+} QELNtpTime;
+
+/** Fraction units of one millisecond. */
+#define QEL_NTP_TIME_FRAC_PER_MILLISECOND ((DDS_UnsignedLong)4294912)
+
+/** @return the nearest point not before @p time in seconds and nanoseconds: fraction x 2^29 /
+ *  2305843009 rounded up; a second that becomes full is carried unless the seconds are at
+ *  their maximum. */
+PEXA_API DDS_Time_t QELNtpTime_toTime(QELNtpTime time);
+
+/**
+ * The wall clock of the host. A clock has no state of its own: reading it while another thread
+ * deletes it, or afterwards, is harmless and gives the time.
+ */
+typedef struct QELSystemClock QELSystemClock;
+
+/** @return a clock, or NULL when the host has none that can be read. */
+PEXA_API QELSystemClock* QELSystemClock_new(void);
+/** Ends the use of a clock; NULL is ignored. */
+PEXA_API void QELSystemClock_delete(QELSystemClock* clock);
+/**
+ * Reads the wall clock (comparable between hosts as far as their clocks are).
+ * @return 1 and the time in `*now`, or 0 with `*now` untouched: NULL argument or clock failure.
+ */
+PEXA_API QELBool QELSystemClock_getTime(QELSystemClock* clock, QELNtpTime* now);
+/** @} */
+
+/**
+ * @name Semaphores
+ * @{
+ */
+/** Kind: recursive mutual exclusion, given by the thread that took it. */
+#define QEL_OSAPI_SEMAPHORE_KIND_MUTEX 0x0202000A
+/** Kind: counting; give adds a unit, take waits for one and removes it. */
+#define QEL_OSAPI_SEMAPHORE_KIND_COUNTING 0x02020009
+/** Kind: binary; give sets it, take waits until it is set and clears it. */
+#define QEL_OSAPI_SEMAPHORE_KIND_BINARY 0x02020008
+
+#define QEL_OSAPI_SEMAPHORE_STATUS_OK 0x020200F8
+#define QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT 0x020200F9
+#define QEL_OSAPI_SEMAPHORE_STATUS_ERROR 0x020200FF
+
+typedef struct QELOsapiSemaphore QELOsapiSemaphore;
+typedef int QELOsapiSemaphoreKind;
+typedef int QELOsapiSemaphoreStatus;
+
+/** Properties of a new semaphore. */
+typedef struct QELOsapiSemaphoreProperty {
+    /** Units at the start, 0 or more (counting kind; 0 or 1 for the binary kind). */
+    DDS_Long initialCount;
+} QELOsapiSemaphoreProperty;
+
+/** @param property NULL means an initial count of 0. @return NULL: unknown kind or no memory. */
+PEXA_API QELOsapiSemaphore* QELOsapiSemaphore_new(QELOsapiSemaphoreKind kind,
+                                                  const QELOsapiSemaphoreProperty* property);
+/** Frees a semaphore on which nobody waits any more; NULL is ignored. */
+PEXA_API void QELOsapiSemaphore_delete(QELOsapiSemaphore* semaphore);
+/**
+ * Waits for the semaphore. @param timeout how long at most (monotonic); NULL waits for ever,
+ * zero looks once. @return OK, TIMEOUT, or ERROR (NULL semaphore or system failure).
+ */
+PEXA_API QELOsapiSemaphoreStatus QELOsapiSemaphore_take(QELOsapiSemaphore* semaphore,
+                                                        const QELNtpTime* timeout);
+/** @return OK, or ERROR: NULL, a mutex that this thread does not hold, a count at its maximum. */
+PEXA_API QELOsapiSemaphoreStatus QELOsapiSemaphore_give(QELOsapiSemaphore* semaphore);
+/** @} */
+
+/**
+ * @name Threads
+ * @{
+ */
+typedef struct QELOsapiThread QELOsapiThread;
+typedef void* (*QELOsapiThreadFunction)(void* parameter);
+
+/** Option bits of a new thread. */
+#define QEL_OSAPI_THREAD_OPTION_DEFAULT 0x00u
+#define QEL_OSAPI_THREAD_OPTION_FLOATING_POINT 0x01u
+#define QEL_OSAPI_THREAD_OPTION_STDIO 0x02u
+/** Schedule with SCHED_FIFO instead of the default policy. */
+#define QEL_OSAPI_THREAD_OPTION_REALTIME_PRIORITY 0x08u
+/** Creation fails when the system refuses the priority, instead of falling back to the default. */
+#define QEL_OSAPI_THREAD_OPTION_PRIORITY_ENFORCE 0x10u
+
+#define QEL_OSAPI_THREAD_PRIORITY_DEFAULT (-9999999)
+#define QEL_OSAPI_THREAD_STACK_SIZE_DEFAULT (-1)
+
+/**
+ * Starts a thread.
+ * @param name shows in `ps -L`, cut to 15 characters by Linux.
+ * @param priority @ref QEL_OSAPI_THREAD_PRIORITY_DEFAULT, or a SCHED_FIFO priority with
+ *   REALTIME_PRIORITY; without that option a priority other than the default is refused
+ *   by Linux's default policy and handled like any refused priority.
+ * @param options bits above; a refused priority without PRIORITY_ENFORCE is a warning in the log.
+ * @param stackSize bytes, raised to the system's minimum, or the default.
+ * @param cpuBitmap NULL, or 1024 bits (16 x uint64_t, CPU 0 is bit 0 of word 0) of allowed CPUs.
+ * @return the running thread, or NULL: bad argument, no memory, refused by the system.
+ */
+PEXA_API QELOsapiThread* QELOsapiThread_new(const char* name, DDS_Long priority,
+                                            DDS_UnsignedLong options, DDS_Long stackSize,
+                                            const uint64_t* cpuBitmap,
+                                            QELOsapiThreadFunction function, void* parameter);
+/** Waits until the thread's function has returned, then frees the record; NULL is ignored. */
+PEXA_API void QELOsapiThread_delete(QELOsapiThread* thread);
+/** @return the kernel's id of the calling thread, never 0 on success; 0 on failure. */
+PEXA_API DDS_UnsignedLong QELOsapiThread_getCurrentThreadID(void);
+/** Sleeps at least for @p time; NULL or negative returns at once. */
+PEXA_API void QELOsapiThread_sleep(const QELNtpTime* time);
+/** Sleeps for @p duration. @return OK, or BAD_PARAMETER for NULL, negative or infinite. */
+PEXA_API DDS_ReturnCode_t PEXA_Utility_sleep(const DDS_Duration_t* duration);
+/** @} */
+
+/**
+ * @name Global lock
+ * One process-wide recursive mutex, shared by everything that builds or tears down in the process.
+ * A thread that is inside a call of a logger device (see @ref QELOsapi_enterDeviceCall) waits at
+ * most 10 ms for it and then fails: the thread may hold locks of the engine that the owner of the
+ * global lock is waiting for.
+ * @{
+ */
+/** @return 0 with the lock held, or nonzero without it. */
+PEXA_API int QELOsapi_global_lock(void);
+/**
+ * As @ref QELOsapi_global_lock, but gives up (nonzero) once `*abandon` is nonzero, which it looks
+ * at every 10 ms while it waits. For threads on which the owner of the lock may have to wait.
+ * @param abandon read atomically; must stay valid during the call.
+ */
+PEXA_API int QELOsapi_global_lockUnless(const DDS_Long* abandon);
+/** @return 0, or nonzero when the calling thread does not hold the lock. */
+PEXA_API int QELOsapi_global_unlock(void);
+/** Marks the calling thread as being inside a logger device's call; nests. */
+PEXA_API void QELOsapi_enterDeviceCall(void);
+/** Ends the innermost mark of @ref QELOsapi_enterDeviceCall. */
+PEXA_API void QELOsapi_leaveDeviceCall(void);
+/** @return nonzero while the calling thread is inside a device call. */
+PEXA_API QELBool QELOsapi_isInDeviceCall(void);
+/** @} */
+
+PEXA_END_C
+
+#endif

@@ -1,0 +1,213 @@
+#include <gtest/gtest.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <climits>
+#include <thread>
+#include <vector>
+
+#include "pexa/osapi.h"
+
+namespace {
+
+std::atomic<int> system_calls{0};
+
+}  // namespace
+
+extern "C" {
+long __real_syscall(long number, ...);
+long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f) {
+    ++system_calls;
+    return __real_syscall(number, a, b, c, d, e, f);
+}
+}
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr QELOsapiSemaphoreStatus ok = QEL_OSAPI_SEMAPHORE_STATUS_OK;
+constexpr QELOsapiSemaphoreStatus timeout = QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT;
+constexpr QELOsapiSemaphoreStatus error = QEL_OSAPI_SEMAPHORE_STATUS_ERROR;
+
+constexpr QELNtpTime no_time = {0, 0};
+constexpr QELNtpTime thirty_milliseconds = {0, 30 * QEL_NTP_TIME_FRAC_PER_MILLISECOND};
+
+QELOsapiSemaphore* new_semaphore(QELOsapiSemaphoreKind kind, DDS_Long initial) {
+    const QELOsapiSemaphoreProperty property = {initial};
+    return QELOsapiSemaphore_new(kind, &property);
+}
+
+TEST(Semaphore, IsMadeOfKnownKindsWithInitialCountsInRange) {
+    struct Case {
+        QELOsapiSemaphoreKind kind;
+        DDS_Long initial;
+        bool made;
+        int units;
+    };
+    const Case cases[] = {
+        {QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0, true, 0},
+        {QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 3, true, 3},
+        {QEL_OSAPI_SEMAPHORE_KIND_COUNTING, -1, false, 0},
+        {QEL_OSAPI_SEMAPHORE_KIND_BINARY, 1, true, 1},
+        {QEL_OSAPI_SEMAPHORE_KIND_BINARY, 2, false, 0},
+        {0x0202000B, 0, false, 0},
+    };
+    for (const Case& item : cases) {
+        QELOsapiSemaphore* semaphore = new_semaphore(item.kind, item.initial);
+        ASSERT_EQ(semaphore != nullptr, item.made) << item.kind << " " << item.initial;
+        if (item.made) {
+            for (int unit = 0; unit < item.units; ++unit) {
+                EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &no_time), ok);
+            }
+            EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &no_time), timeout);
+        }
+        QELOsapiSemaphore_delete(semaphore);
+    }
+    EXPECT_EQ(QELOsapiSemaphore_take(nullptr, &no_time), error);
+    EXPECT_EQ(QELOsapiSemaphore_give(nullptr), error);
+}
+
+TEST(Semaphore, CountsToItsMaximumAndNoFurther) {
+    QELOsapiSemaphore* counting = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, INT_MAX - 1);
+    EXPECT_EQ(QELOsapiSemaphore_give(counting), ok);
+    EXPECT_EQ(QELOsapiSemaphore_give(counting), error);
+    EXPECT_EQ(QELOsapiSemaphore_take(counting, nullptr), ok);
+    EXPECT_EQ(QELOsapiSemaphore_give(counting), ok);
+    QELOsapiSemaphore_delete(counting);
+
+    QELOsapiSemaphore* binary = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_BINARY, 0);
+    EXPECT_EQ(QELOsapiSemaphore_give(binary), ok);
+    EXPECT_EQ(QELOsapiSemaphore_give(binary), ok);
+    EXPECT_EQ(QELOsapiSemaphore_take(binary, nullptr), ok);
+    EXPECT_EQ(QELOsapiSemaphore_take(binary, &no_time), timeout);
+    QELOsapiSemaphore_delete(binary);
+}
+
+TEST(Semaphore, WaitsAsLongAsItIsTold) {
+    QELOsapiSemaphore* mutex = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_MUTEX, 0);
+    QELOsapiSemaphore* counting = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0);
+    ASSERT_EQ(QELOsapiSemaphore_take(mutex, nullptr), ok);
+    std::thread([mutex, counting] {
+        for (QELOsapiSemaphore* semaphore : {mutex, counting}) {
+            const Clock::time_point start = Clock::now();
+            EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &thirty_milliseconds), timeout);
+            // A unit of that header's constant is a little less than a millisecond.
+            EXPECT_GE(Clock::now() - start, milliseconds(29));
+            EXPECT_LT(Clock::now() - start, milliseconds(5000));
+        }
+    }).join();
+    EXPECT_EQ(QELOsapiSemaphore_give(mutex), ok);
+    QELOsapiSemaphore_delete(mutex);
+    QELOsapiSemaphore_delete(counting);
+}
+
+TEST(Semaphore, GiveMakesNoSystemCallUnlessSomebodyWaits) {
+    QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0);
+    const int before = system_calls;
+    for (int unit = 0; unit < 100; ++unit) {
+        EXPECT_EQ(QELOsapiSemaphore_give(semaphore), ok);
+    }
+    for (int unit = 0; unit < 100; ++unit) {
+        EXPECT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
+    }
+    EXPECT_EQ(system_calls, before);
+
+    std::thread waiter([semaphore] { EXPECT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok); });
+    while (system_calls == before) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(QELOsapiSemaphore_give(semaphore), ok);
+    waiter.join();
+    QELOsapiSemaphore_delete(semaphore);
+}
+
+TEST(Semaphore, EveryUnitGivenIsTakenOnce) {
+    constexpr int givers = 2;
+    constexpr int takers = 3;
+    constexpr int units_per_giver = 6000;
+    constexpr int units = givers * units_per_giver;
+    QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0);
+    std::atomic<int> wanted{units};
+    std::atomic<int> taken{0};
+    std::vector<std::thread> threads;
+    for (int taker = 0; taker < takers; ++taker) {
+        // One waits for ever, the others keep running into their time-outs.
+        const QELNtpTime short_time = {0, 40000};
+        const QELNtpTime* patience = taker == 0 ? nullptr : &short_time;
+        threads.emplace_back([semaphore, &wanted, &taken, short_time, patience] {
+            while (wanted.fetch_sub(1) > 0) {
+                const QELNtpTime* span = patience == nullptr ? nullptr : &short_time;
+                while (QELOsapiSemaphore_take(semaphore, span) == timeout) {
+                }
+                ++taken;
+            }
+        });
+    }
+    for (int giver = 0; giver < givers; ++giver) {
+        threads.emplace_back([semaphore] {
+            for (int unit = 0; unit < units_per_giver; ++unit) {
+                ASSERT_EQ(QELOsapiSemaphore_give(semaphore), ok);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(taken, units);
+    EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &no_time), timeout);
+    QELOsapiSemaphore_delete(semaphore);
+}
+
+TEST(Semaphore, MayBeDeletedByWhoeverTookTheLastUnit) {
+    for (int round = 0; round < 300; ++round) {
+        QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0);
+        std::thread giver([semaphore] { EXPECT_EQ(QELOsapiSemaphore_give(semaphore), ok); });
+        EXPECT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
+        QELOsapiSemaphore_delete(semaphore);
+        giver.join();
+    }
+}
+
+TEST(Semaphore, MutexBelongsToItsThreadUntilGivenAsOftenAsTaken) {
+    QELOsapiSemaphore* mutex = QELOsapiSemaphore_new(QEL_OSAPI_SEMAPHORE_KIND_MUTEX, nullptr);
+    const auto from_another_thread = [mutex](QELOsapiSemaphoreStatus expected) {
+        std::thread([mutex, expected] {
+            EXPECT_EQ(QELOsapiSemaphore_take(mutex, &no_time), expected);
+            EXPECT_EQ(QELOsapiSemaphore_give(mutex), expected == ok ? ok : error);
+        }).join();
+    };
+    EXPECT_EQ(QELOsapiSemaphore_give(mutex), error);
+    EXPECT_EQ(QELOsapiSemaphore_take(mutex, nullptr), ok);
+    EXPECT_EQ(QELOsapiSemaphore_take(mutex, &no_time), ok);
+    from_another_thread(timeout);
+    EXPECT_EQ(QELOsapiSemaphore_give(mutex), ok);
+    from_another_thread(timeout);
+    EXPECT_EQ(QELOsapiSemaphore_give(mutex), ok);
+    from_another_thread(ok);
+    EXPECT_EQ(QELOsapiSemaphore_give(mutex), error);
+    QELOsapiSemaphore_delete(mutex);
+}
+
+TEST(Semaphore, MutexExcludes) {
+    QELOsapiSemaphore* mutex = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_MUTEX, 0);
+    constexpr int rounds = 5000;
+    int plain_counter = 0;
+    const auto count = [mutex, &plain_counter] {
+        for (int round = 0; round < rounds; ++round) {
+            ASSERT_EQ(QELOsapiSemaphore_take(mutex, nullptr), ok);
+            ++plain_counter;
+            ASSERT_EQ(QELOsapiSemaphore_give(mutex), ok);
+        }
+    };
+    std::thread other(count);
+    count();
+    other.join();
+    EXPECT_EQ(plain_counter, 2 * rounds);
+    QELOsapiSemaphore_delete(mutex);
+}
+
+}  // namespace

@@ -1,0 +1,164 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+#include <string>
+
+#include "pexa/base.h"
+#include "pexa/cdr_stream.h"
+#include "pexa/osapi.h"
+#include "pexa/string.h"
+
+namespace {
+
+TEST(NtpTime, BecomesTheNextWholeNanosecondAndCarriesAFullSecond) {
+    struct Case {
+        QELNtpTime time;
+        DDS_Long sec;
+        DDS_UnsignedLong nanosec;
+    };
+    const Case cases[] = {
+        {{7, 0}, 7, 0},
+        {{7, 1}, 7, 1},
+        {{7, 4}, 7, 1},
+        {{7, 5}, 7, 2},
+        {{7, 0x80000000U}, 7, 500000001},
+        {{7, 429491200U}, 7, 99998713},
+        {{7, 2305843008U}, 7, 536870912},
+        {{7, 2305843009U}, 7, 536870912},
+        {{7, 2305843010U}, 7, 536870913},
+        {{7, 0xffffffffU}, 8, 0},
+        {{-1, 0xffffffffU}, 0, 0},
+        {{INT_MAX - 1, 0xffffffffU}, INT_MAX, 0},
+        {{INT_MAX, 0xffffffffU}, INT_MAX, 1000000000},
+    };
+    for (const Case& item : cases) {
+        const DDS_Time_t time = QELNtpTime_toTime(item.time);
+        EXPECT_EQ(time.sec, item.sec) << item.time.frac;
+        EXPECT_EQ(time.nanosec, item.nanosec) << item.time.frac;
+    }
+}
+
+TEST(SystemClock, ShowsTheWallClock) {
+    QELSystemClock* clock = QELSystemClock_new();
+    ASSERT_NE(clock, nullptr);
+    timespec before{};
+    timespec after{};
+    QELNtpTime now{};
+    clock_gettime(CLOCK_REALTIME, &before);
+    EXPECT_EQ(QELSystemClock_getTime(clock, &now), 1);
+    clock_gettime(CLOCK_REALTIME, &after);
+    const auto nanoseconds = [](int64_t sec, int64_t nsec) { return sec * 1'000'000'000 + nsec; };
+    const DDS_Time_t time = QELNtpTime_toTime(now);
+    // The conversion rounds up by a nanosecond at most.
+    EXPECT_GE(nanoseconds(time.sec, time.nanosec), nanoseconds(before.tv_sec, before.tv_nsec));
+    EXPECT_LE(nanoseconds(time.sec, time.nanosec), nanoseconds(after.tv_sec, after.tv_nsec) + 1);
+
+    const QELNtpTime untouched = now;
+    EXPECT_EQ(QELSystemClock_getTime(nullptr, &now), 0);
+    EXPECT_EQ(QELSystemClock_getTime(clock, nullptr), 0);
+    EXPECT_EQ(now.frac, untouched.frac);
+    QELSystemClock_delete(clock);
+}
+
+TEST(InstanceHandle, EqualsByKeyHashWhenValidAndByValidityOtherwise) {
+    DDS_InstanceHandle_t one = {{{1, 2, 3}, 16}, DDS_BOOLEAN_TRUE};
+    DDS_InstanceHandle_t other = one;
+    other.keyHash.value[15] = 9;
+    DDS_InstanceHandle_t invalid = other;
+    invalid.isValid = DDS_BOOLEAN_FALSE;
+    struct Case {
+        const DDS_InstanceHandle_t* left;
+        const DDS_InstanceHandle_t* right;
+        bool equal;
+    };
+    const Case cases[] = {
+        {&one, &one, true},        {&one, &other, false},     {&one, &invalid, false},
+        {&other, &invalid, false}, {&invalid, &other, false}, {&invalid, &DDS_HANDLE_NIL, true},
+        {nullptr, &invalid, true}, {nullptr, &one, false},
+    };
+    for (const Case& item : cases) {
+        EXPECT_EQ(DDS_InstanceHandle_equals(item.left, item.right) != 0, item.equal);
+    }
+}
+
+TEST(String, ReplacesOnlyWhenTheCopyExists) {
+    char* text = DDS_String_dup("old");
+    EXPECT_EQ(DDS_String_replace(&text, nullptr), nullptr);
+    EXPECT_STREQ(text, "old");
+    EXPECT_EQ(DDS_String_replace(&text, text + 1), text);
+    EXPECT_STREQ(text, "ld");
+    DDS_String_free(text);
+    EXPECT_EQ(DDS_String_replace(nullptr, "new"), nullptr);
+    EXPECT_EQ(DDS_String_alloc(SIZE_MAX), nullptr);
+}
+
+TEST(String, CopiesIntoABufferOnlyWithItsTerminator) {
+    char buffer[5] = "####";
+    EXPECT_EQ(DDS_String_copyBounded(buffer, "abcd", 4), 0);
+    EXPECT_STREQ(buffer, "####");
+    EXPECT_EQ(DDS_String_copyBounded(buffer, "abc", 4), 1);
+    EXPECT_EQ(std::memcmp(buffer, "abc\0", 5), 0);
+    EXPECT_EQ(DDS_String_copyBounded(buffer, "", 0), 0);
+    EXPECT_EQ(DDS_String_copyBounded(buffer, nullptr, 4), 0);
+    EXPECT_EQ(DDS_String_copyBounded(nullptr, "", 4), 0);
+}
+
+TEST(String, ComparesWithoutRegardToAsciiCase) {
+    struct Case {
+        const char* left;
+        const char* right;
+        int sign;
+    };
+    const Case cases[] = {
+        {"qel/KX/Log", "QEL/kx/lOG", 0},
+        {"a", "B", -1},
+        {"[", "A", -1},
+        {"ab", "a", 1},
+        {"", "", 0},
+        {nullptr, "", -1},
+        {"", nullptr, 1},
+        {nullptr, nullptr, 0},
+        {"\xc4", "\xe4", -1},
+    };
+    for (const Case& item : cases) {
+        const int result = MOSKString_iCompare(item.left, item.right);
+        EXPECT_EQ((result > 0) - (result < 0), item.sign);
+    }
+}
+
+TEST(Md5, MatchesThePublishedVectors) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "d41d8cd98f00b204e9800998ecf8427e"},
+        {"abc", "900150983cd24fb0d6963f7d28e17f72"},
+        {"abcdefghijklmnopqrstuvwxyz", "c3fcd3d76192e4007dfb496cca67e13b"},
+        {"1234567890123456789012345678901234567890123456789012345678901234567890"
+         "1234567890",
+         "57edf4a22be3c955ac49da2e2107b67a"},
+    };
+    for (const auto& [text, expected] : cases) {
+        DDS_Octet digest[16];
+        QELMd5_compute(text, std::strlen(text), digest);
+        std::string hexadecimal;
+        for (const DDS_Octet byte : digest) {
+            char digits[3];
+            std::snprintf(digits, sizeof digits, "%02x", byte);
+            hexadecimal += digits;
+        }
+        EXPECT_EQ(hexadecimal, expected);
+    }
+}
+
+TEST(Heap, RefusesWhatCannotBeAllocated) {
+    EXPECT_EQ(QELOsapiHeap_allocateBytes(0), nullptr);
+    EXPECT_EQ(QELOsapiHeap_allocateArrayOfSize(0, 4), nullptr);
+    EXPECT_EQ(QELOsapiHeap_allocateArrayOfSize(SIZE_MAX / 2, 4), nullptr);
+    EXPECT_EQ(QELOsapiHeap_allocateBufferAligned(16, 24), nullptr);
+    for (size_t alignment = 1; alignment <= 4096; alignment *= 2) {
+        void* buffer = QELOsapiHeap_allocateBufferAligned(3, alignment);
+        EXPECT_EQ(reinterpret_cast<uintptr_t>(buffer) % alignment, 0U);
+        QELOsapiHeap_freeBufferAligned(buffer);
+    }
+}
+
+}  // namespace
