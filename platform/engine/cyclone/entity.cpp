@@ -1,0 +1,98 @@
+#include <dds/dds.h>
+
+#include <cstring>
+#include <vector>
+
+#include "engine/cyclone/entity_table.hpp"
+#include "engine/cyclone/listener_bridge.hpp"
+#include "engine/cyclone/qos_conversion.hpp"
+#include "engine/cyclone/results.hpp"
+#include "engine/engine.hpp"
+
+namespace pexa::engine {
+
+namespace {
+
+using cyclone::note_creation;
+using cyclone::status_of;
+
+}  // namespace
+
+Created create_participant(std::uint32_t domain_id, const Qos& qos,
+                           ListenerSetting listener) noexcept {
+    return note_creation(dds_create_participant(domain_id, cyclone::to_engine(qos).get(),
+                                                cyclone::make_listener(listener).get()),
+                         listener);
+}
+
+Created create_publisher(EntityId participant, const Qos& qos, ListenerSetting listener) noexcept {
+    return note_creation(dds_create_publisher(participant, cyclone::to_engine(qos).get(),
+                                              cyclone::make_listener(listener).get()),
+                         listener);
+}
+
+Created create_subscriber(EntityId participant, const Qos& qos, ListenerSetting listener) noexcept {
+    return note_creation(dds_create_subscriber(participant, cyclone::to_engine(qos).get(),
+                                               cyclone::make_listener(listener).get()),
+                         listener);
+}
+
+bool is_participant(EntityId entity) noexcept {
+    return entity > 0 && dds_get_participant(entity) == entity;
+}
+
+Status get_domain_id(EntityId entity, std::uint32_t& domain_id) noexcept {
+    return status_of(dds_get_domainid(entity, &domain_id));
+}
+
+Status get_guid(EntityId entity, Guid& guid) noexcept {
+    dds_guid_t found;
+    const Status result = status_of(dds_get_guid(entity, &found));
+    static_assert(sizeof guid == sizeof found.v);
+    if (result == Status::ok)
+        std::memcpy(guid.data(), found.v, sizeof found.v);
+    return result;
+}
+
+Status delete_entity(EntityId entity) noexcept {
+    if (cyclone::is_in_callback_of(entity))
+        return Status::illegal_operation;
+    // The engine would keep such a topic, unreachable, until its last endpoint is gone.
+    const auto topic = cyclone::topics().find(entity);
+    if (topic && topic->endpoints != 0)
+        return Status::precondition_not_met;
+    const std::vector<EntityId> contents = cyclone::contents_of(entity);
+    const Status result = status_of(dds_delete(entity));
+    if (result != Status::ok)
+        return result;
+    cyclone::forget_entity(entity);
+    for (const EntityId inner : contents)
+        cyclone::forget_entity(inner);
+    return Status::ok;
+}
+
+Status get_qos(EntityId entity, Qos& qos) noexcept {
+    const cyclone::QosPtr found(dds_create_qos());
+    const Status result = status_of(dds_get_qos(entity, found.get()));
+    if (result == Status::ok)
+        qos = cyclone::from_engine(found.get());
+    return result;
+}
+
+Status set_qos(EntityId entity, const Qos& qos) noexcept {
+    const Status result = status_of(dds_set_qos(entity, cyclone::to_engine(qos).get()));
+    const auto writer = cyclone::writers().find(entity);
+    if (result == Status::ok && writer && qos.autodispose_unregistered_instances)
+        writer->autodispose = *qos.autodispose_unregistered_instances;
+    return result;
+}
+
+Status get_local_handle(EntityId entity, LocalHandle& handle) noexcept {
+    return status_of(dds_get_instance_handle(entity, &handle));
+}
+
+Status assert_liveliness(EntityId entity) noexcept {
+    return status_of(dds_assert_liveliness(entity));
+}
+
+}  // namespace pexa::engine

@@ -1,0 +1,130 @@
+/// @file entity_table.hpp
+/// @brief What is kept here for each entity beside the engine's own.
+#pragma once
+
+#include <dds/dds.h>
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <shared_mutex>
+#include <unordered_map>
+#include <vector>
+
+#include "engine/cyclone/sertype.hpp"
+#include "engine/engine.hpp"
+
+namespace pexa::engine::cyclone {
+
+/// A filter that can be replaced while readers use it.
+class ReplaceableFilter {
+public:
+    explicit ReplaceableFilter(ContentFilter filter) { replace(std::move(filter)); }
+
+    void replace(ContentFilter filter) {
+        auto next = std::make_shared<const ContentFilter>(std::move(filter));
+        const std::lock_guard lock(mutex_);
+        filter_.swap(next);
+    }
+    [[nodiscard]] bool accepts(std::span<const std::byte> payload) const {
+        return (*current())(payload);
+    }
+
+private:
+    [[nodiscard]] std::shared_ptr<const ContentFilter> current() const {
+        const std::lock_guard lock(mutex_);
+        return filter_;
+    }
+
+    mutable std::mutex mutex_;
+    std::shared_ptr<const ContentFilter> filter_;
+};
+
+struct TopicRecord {
+    /// Registered; lives at least as long as the topic.
+    const ddsi_sertype* sertype = nullptr;
+    std::shared_ptr<SharedType> type;
+    /// NULL for a topic without filter. The engine holds its address.
+    std::shared_ptr<ReplaceableFilter> filter;
+    /// Readers and writers; while there are any the topic cannot be deleted.
+    std::atomic<int> endpoints{0};
+};
+
+/// An endpoint keeps the record of its topic, and with it the filter, as long as the engine may
+/// use it.
+class TopicUse {
+public:
+    explicit TopicUse(std::shared_ptr<TopicRecord> topic) : topic_(std::move(topic)) {
+        ++topic_->endpoints;
+    }
+    TopicUse(const TopicUse&) = delete;
+    TopicUse& operator=(const TopicUse&) = delete;
+    ~TopicUse() { --topic_->endpoints; }
+
+    [[nodiscard]] const TopicRecord& topic() const { return *topic_; }
+
+private:
+    std::shared_ptr<TopicRecord> topic_;
+};
+
+struct KeyHashHash {
+    std::size_t operator()(const KeyHash& key) const noexcept;
+};
+
+struct WriterRecord {
+    explicit WriterRecord(std::shared_ptr<TopicRecord> topic) : use(std::move(topic)) {}
+
+    TopicUse use;
+    std::atomic<bool> autodispose{true};
+    std::mutex instances_mutex;
+    /// The key payloads of the instances that the writer knows.
+    std::unordered_map<KeyHash, Payload, KeyHashHash> instances;
+};
+
+struct ReaderRecord {
+    explicit ReaderRecord(std::shared_ptr<TopicRecord> topic) : use(std::move(topic)) {}
+
+    TopicUse use;
+};
+
+/// Records by entity. Thread-safe; a record that was found stays valid when it is removed.
+template <typename Record>
+class EntityTable {
+public:
+    void add(EntityId entity, std::shared_ptr<Record> record) {
+        const std::unique_lock lock(mutex_);
+        records_.insert_or_assign(entity, std::move(record));
+    }
+    void remove(EntityId entity) {
+        const std::unique_lock lock(mutex_);
+        records_.erase(entity);
+    }
+    /// @return NULL when there is none
+    [[nodiscard]] std::shared_ptr<Record> find(EntityId entity) const {
+        const std::shared_lock lock(mutex_);
+        const auto found = records_.find(entity);
+        return found == records_.end() ? nullptr : found->second;
+    }
+
+private:
+    mutable std::shared_mutex mutex_;
+    std::unordered_map<EntityId, std::shared_ptr<Record>> records_;
+};
+
+[[nodiscard]] EntityTable<TopicRecord>& topics();
+[[nodiscard]] EntityTable<WriterRecord>& writers();
+[[nodiscard]] EntityTable<ReaderRecord>& readers();
+/// The listener that was last set for an entity itself; of every entity that was created here.
+[[nodiscard]] EntityTable<const ListenerSetting>& listeners();
+
+/// Notes the listener of an entity that was just created, if it was.
+/// @param result what the engine's creating function returned
+[[nodiscard]] Created note_creation(dds_entity_t result, const ListenerSetting& listener);
+
+/// Drops the records of an entity that the engine has deleted.
+void forget_entity(EntityId entity);
+
+/// @return everything in an entity, of any depth, parents first; conditions may be missing
+[[nodiscard]] std::vector<EntityId> contents_of(EntityId entity);
+
+}  // namespace pexa::engine::cyclone

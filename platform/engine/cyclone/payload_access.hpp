@@ -1,0 +1,19 @@
+/// @file payload_access.hpp
+/// @brief Makes payload handles of engine samples.
+#pragma once
+
+#include "engine/cyclone/serdata.hpp"
+#include "engine/type.hpp"
+
+namespace pexa::engine {
+
+struct PayloadAccess {
+    /// Takes over the reference.
+    [[nodiscard]] static Payload adopt(cyclone::SerdataPtr data) {
+        Payload payload;
+        payload.buffer_ = data.release();
+        return payload;
+    }
+};
+
+}  // namespace pexa::engine

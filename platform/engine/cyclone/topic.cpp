@@ -1,0 +1,62 @@
+#include <dds/dds.h>
+
+#include "engine/cyclone/domain_trace.hpp"
+#include "engine/cyclone/entity_table.hpp"
+#include "engine/cyclone/listener_bridge.hpp"
+#include "engine/cyclone/qos_conversion.hpp"
+#include "engine/cyclone/results.hpp"
+#include "engine/cyclone/serdata.hpp"
+#include "engine/engine.hpp"
+
+namespace pexa::engine {
+
+namespace {
+
+using cyclone::status_of;
+
+bool filter_sample(const void* sample, void* argument) {
+    const auto& view = *static_cast<const cyclone::SampleView*>(sample);
+    return static_cast<const cyclone::ReplaceableFilter*>(argument)->accepts(view.data->bytes());
+}
+
+}  // namespace
+
+Created create_topic(EntityId participant, const char* name, std::shared_ptr<const Type> type,
+                     const Qos& qos, ContentFilter filter, ListenerSetting listener) noexcept {
+    if (name == nullptr || !type)
+        return {Status::bad_parameter, no_entity};
+    auto record = std::make_shared<cyclone::TopicRecord>();
+    record->type = cyclone::SharedType::of(std::move(type));
+    ddsi_sertype* sertype = cyclone::make_sertype(record->type);
+    if (sertype == nullptr)
+        return {Status::out_of_resources, no_entity};
+
+    const dds_entity_t topic =
+        dds_create_topic_sertype(participant, name, &sertype, cyclone::to_engine(qos).get(),
+                                 cyclone::make_listener(listener).get(), nullptr);
+    if (topic < 0) {
+        ddsi_sertype_unref(sertype);
+        return {status_of(topic), no_entity};
+    }
+    // Now the registered one, which may have been there before.
+    record->sertype = sertype;
+    cyclone::follow_trace_mask(sertype);
+    if (filter) {
+        record->filter = std::make_shared<cyclone::ReplaceableFilter>(std::move(filter));
+        dds_set_topic_filter_and_arg(topic, filter_sample, record->filter.get());
+    }
+    cyclone::topics().add(topic, std::move(record));
+    return cyclone::note_creation(topic, listener);
+}
+
+Status set_content_filter(EntityId topic, ContentFilter filter) noexcept {
+    const auto record = cyclone::topics().find(topic);
+    if (!record || !filter)
+        return Status::bad_parameter;
+    if (!record->filter)
+        return Status::illegal_operation;
+    record->filter->replace(std::move(filter));
+    return Status::ok;
+}
+
+}  // namespace pexa::engine
