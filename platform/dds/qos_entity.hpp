@@ -1,0 +1,138 @@
+/// @file qos_entity.hpp
+/// @brief Entities with a QoS, and the defaults that they take it from.
+#pragma once
+
+#include <mutex>
+
+#include "dds/entity.hpp"
+#include "dds/qos_conversion.hpp"
+
+namespace pexa::dds {
+
+/// The QoS of an entity, or a default for others.
+template <typename Record>
+class KeptQos {
+public:
+    /// @param out initialised
+    [[nodiscard]] DDS_ReturnCode_t copy_to(Record& out) const {
+        const std::lock_guard guard(mutex_);
+        return qos_record::copy(policies_of<Record>(), &out, &qos_.get());
+    }
+
+    [[nodiscard]] DDS_ReturnCode_t assign(const Record& from) {
+        const std::lock_guard guard(mutex_);
+        return qos_.assign(from);
+    }
+
+    /// Replaces a default. @param wanted NULL for the DDS standard's
+    [[nodiscard]] DDS_ReturnCode_t assign_checked(const Operation& operation,
+                                                  const Record* wanted) {
+        const OwnedQos<Record> standard;
+        const Record& record = wanted != nullptr ? *wanted : standard.get();
+        const DDS_ReturnCode_t checked = check_qos(operation.name(), record);
+        return checked == DDS_RETCODE_OK ? assign(record) : checked;
+    }
+
+    /// Runs @p function over the record; it must not call the engine.
+    template <typename Function>
+    decltype(auto) with_lock(Function&& function) const {
+        const std::lock_guard guard(mutex_);
+        return function(qos_.get());
+    }
+
+private:
+    mutable std::mutex mutex_;
+    OwnedQos<Record> qos_;
+};
+
+/// An entity with a QoS of this type.
+template <typename Record>
+class QosEntity : public Entity {
+public:
+    [[nodiscard]] DDS_ReturnCode_t get_qos(Record& qos) const { return qos_.copy_to(qos); }
+
+    /// @param qos NULL for the default
+    [[nodiscard]] DDS_ReturnCode_t set_qos(const Operation& operation, const Record* qos);
+
+    /// Gives an entity that nobody knows yet its QoS and listener. @param qos NULL for the default
+    [[nodiscard]] DDS_ReturnCode_t prepare(const Operation& operation, const Record* qos,
+                                           const ListenerSetting& listener);
+
+    /// @return whether what is created in it is enabled at once.
+    [[nodiscard]] bool enables_contained() const {
+        return enabled() != 0 && qos_.with_lock([](const Record& record) {
+            return record.entity_factory.autoenable_created_entities != DDS_BOOLEAN_FALSE;
+        });
+    }
+
+protected:
+    /// @param defaults the parent's, which outlives this entity
+    QosEntity(const Entity* parent, const KeptQos<Record>& defaults)
+        : Entity(parent), defaults_(defaults) {}
+
+    [[nodiscard]] DDS_ReturnCode_t to_engine_qos(engine::Qos& qos) const {
+        return qos_.with_lock([&](const Record& record) { return to_engine(record, qos); });
+    }
+    [[nodiscard]] KeptQos<Record>& kept_qos() { return qos_; }
+
+private:
+    /// Gives @p qos or a copy of the default.
+    [[nodiscard]] const Record* choose(const Operation& operation, const Record* qos,
+                                       OwnedQos<Record>& copy) const;
+
+    const KeptQos<Record>& defaults_;
+    KeptQos<Record> qos_;
+};
+
+template <typename Record>
+const Record* QosEntity<Record>::choose(const Operation& operation, const Record* qos,
+                                        OwnedQos<Record>& copy) const {
+    if (qos != nullptr) {
+        return qos;
+    }
+    if (defaults_.copy_to(copy.get()) != DDS_RETCODE_OK) {
+        static_cast<void>(operation.out_of_memory());
+        return nullptr;
+    }
+    return &copy.get();
+}
+
+template <typename Record>
+DDS_ReturnCode_t QosEntity<Record>::prepare(const Operation& operation, const Record* qos,
+                                            const ListenerSetting& listener) {
+    OwnedQos<Record> copy;
+    const Record* chosen = choose(operation, qos, copy);
+    if (chosen == nullptr) {
+        return DDS_RETCODE_OUT_OF_RESOURCES;
+    }
+    const DDS_ReturnCode_t checked = check_qos(operation.name(), *chosen);
+    if (checked != DDS_RETCODE_OK) {
+        return checked;
+    }
+    set_first_listener(listener);
+    return qos_.assign(*chosen) == DDS_RETCODE_OK ? DDS_RETCODE_OK : operation.out_of_memory();
+}
+
+template <typename Record>
+DDS_ReturnCode_t QosEntity<Record>::set_qos(const Operation& operation, const Record* qos) {
+    OwnedQos<Record> copy;
+    const Record* wanted = choose(operation, qos, copy);
+    if (wanted == nullptr) {
+        return DDS_RETCODE_OUT_OF_RESOURCES;
+    }
+    const DDS_ReturnCode_t checked = qos_.with_lock([&](const Record& current) {
+        return enabled() != 0 ? check_qos_change(operation.name(), current, *wanted)
+                              : check_qos(operation.name(), *wanted);
+    });
+    if (checked != DDS_RETCODE_OK) {
+        return checked;
+    }
+    engine::Qos engine_qos;
+    if (to_engine(*wanted, engine_qos) != DDS_RETCODE_OK) {
+        return operation.out_of_memory();
+    }
+    const DDS_ReturnCode_t changed = change_in_engine(operation, engine_qos);
+    return changed == DDS_RETCODE_OK ? qos_.assign(*wanted) : changed;
+}
+
+}  // namespace pexa::dds

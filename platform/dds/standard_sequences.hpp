@@ -1,0 +1,38 @@
+/// @file standard_sequences.hpp
+/// @brief Reading sequences without changing them.
+///
+/// The sequences' own operations want a changeable record, because they initialise one that never
+/// was; here such a record counts as empty.
+#pragma once
+
+#include "pexa/sequence.h"
+
+namespace pexa::dds {
+
+template <typename Sequence>
+[[nodiscard]] DDS_Long length_of(const Sequence& sequence) {
+    return sequence.sequenceInit == DDS_SEQUENCE_MAGIC ? sequence.length : 0;
+}
+
+/// @param index below length_of()
+template <typename Sequence>
+[[nodiscard]] const auto& element_of(const Sequence& sequence, DDS_Long index) {
+    return sequence.discontiguousBuffer != nullptr ? *sequence.discontiguousBuffer[index]
+                                                   : sequence.contiguousBuffer[index];
+}
+
+/// @param equal says whether two elements are equal
+template <typename Sequence, typename Equal>
+[[nodiscard]] bool equal_sequences(const Sequence& left, const Sequence& right, Equal equal) {
+    if (length_of(left) != length_of(right)) {
+        return false;
+    }
+    for (DDS_Long i = 0; i < length_of(left); ++i) {
+        if (!equal(element_of(left, i), element_of(right, i))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace pexa::dds

@@ -1,0 +1,20 @@
+/// @file string_list.hpp
+/// @brief Lists of texts in the C interface's sequences.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "pexa/sequence.h"
+
+namespace pexa::dds {
+
+/// @param sequence NULL counts as empty, and so does a NULL text in it
+[[nodiscard]] std::vector<std::string> to_strings(const DDS_StringSeq* sequence);
+
+/// Replaces the content of a sequence.
+/// @return OK, or OUT_OF_RESOURCES: no memory, or a lent buffer that is too small
+[[nodiscard]] DDS_ReturnCode_t store_strings(const std::vector<std::string>& strings,
+                                             DDS_StringSeq& sequence);
+
+}  // namespace pexa::dds

@@ -1,0 +1,459 @@
+#include "dds/config_logger.hpp"
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "engine/engine.hpp"
+#include "pexa/osapi.h"
+
+namespace engine = pexa::engine;
+using pexa::dds::format_line;
+using pexa::dds::LogLine;
+using pexa::dds::LogSource;
+
+namespace {
+
+constexpr auto patience = std::chrono::seconds(20);
+
+/// A device that remembers what it was given and does something of the test's with it.
+class Device : public PEXA_Config_LoggerDevice {
+public:
+    using Reaction = std::function<void(const PEXA_Config_LogMessage&)>;
+
+    explicit Device(Reaction reaction = nullptr)
+        : PEXA_Config_LoggerDevice{this, receive, count_close}, reaction_(std::move(reaction)) {}
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+
+    std::vector<std::string> take() {
+        const std::lock_guard guard(mutex_);
+        return std::exchange(texts_, {});
+    }
+    bool await_text(const std::string& part) {
+        std::unique_lock lock(mutex_);
+        return arrived_.wait_for(lock, patience, [&] {
+            for (const std::string& text : texts_) {
+                if (text.find(part) != std::string::npos) {
+                    return true;
+                }
+            }
+            return false;
+        });
+    }
+    int closed() const { return closed_; }
+
+private:
+    static Device& of(const PEXA_Config_LoggerDevice* device) {
+        return *static_cast<Device*>(device->device_data);
+    }
+    static void receive(const PEXA_Config_LoggerDevice* device,
+                        const PEXA_Config_LogMessage* message) {
+        Device& self = of(device);
+        {
+            const std::lock_guard guard(self.mutex_);
+            self.texts_.push_back(std::to_string(message->level) + " " + message->text);
+        }
+        self.arrived_.notify_all();
+        if (self.reaction_) {
+            self.reaction_(*message);
+        }
+    }
+    static void count_close(const PEXA_Config_LoggerDevice* device) { ++of(device).closed_; }
+
+    Reaction reaction_;
+    std::mutex mutex_;
+    std::condition_variable arrived_;
+    std::vector<std::string> texts_;
+    std::atomic<int> closed_{0};
+};
+
+void report(QELLogModule module, QELLogLevel level, const char* text) {
+    QELLog_printContextAndMsg(module, DDS_SUBMODULE_MASK_ENTITY, level, "Test", &QEL_LOG_ANY_s,
+                              text);
+}
+
+class ConfigLogger : public testing::Test {
+protected:
+    ~ConfigLogger() override {
+        PEXA_Config_Logger_set_output_device(logger_, nullptr);
+        PEXA_Config_Logger_set_verbosity(logger_, PEXA_CONFIG_LOG_VERBOSITY_ERROR);
+        PEXA_Config_Logger_set_print_format(logger_, PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT);
+    }
+
+    void install(const Device& device) {
+        ASSERT_TRUE(PEXA_Config_Logger_set_output_device(logger_, &device));
+    }
+    void remove_device() { ASSERT_TRUE(PEXA_Config_Logger_set_output_device(logger_, nullptr)); }
+    void set(PEXA_Config_LogCategory category, PEXA_Config_LogVerbosity verbosity) {
+        ASSERT_EQ(PEXA_Config_Logger_set_verbosity_by_category(logger_, category, verbosity),
+                  DDS_RETCODE_OK);
+    }
+
+    PEXA_Config_Logger* const logger_ = PEXA_Config_Logger_get_instance();
+};
+
+TEST_F(ConfigLogger, starts_with_errors_of_all_categories_on_standard_output) {
+    for (int category = 0; category < PEXA_CONFIG_LOG_CATEGORY_COUNT; ++category) {
+        EXPECT_EQ(PEXA_Config_Logger_get_verbosity_by_category(
+                      logger_, static_cast<PEXA_Config_LogCategory>(category)),
+                  PEXA_CONFIG_LOG_VERBOSITY_ERROR);
+    }
+    EXPECT_EQ(PEXA_Config_Logger_get_output_device(logger_), nullptr);
+    testing::internal::CaptureStdout();
+    report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_WARNING, "quiet");
+    report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "failure");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "[API|ERROR] Test:failure\n");
+}
+
+TEST_F(ConfigLogger, gives_its_device_exactly_the_levels_whose_bits_are_set) {
+    const struct {
+        QELLogModule module;
+        PEXA_Config_LogCategory category;
+    } sources[] = {
+        {QEL_LOG_MODULE_OSAPI, PEXA_CONFIG_LOG_CATEGORY_PLATFORM},
+        {QEL_LOG_MODULE_CDR, PEXA_CONFIG_LOG_CATEGORY_DATABASE},
+        {QEL_LOG_MODULE_DDS, PEXA_CONFIG_LOG_CATEGORY_API},
+    };
+    Device device;
+    install(device);
+    for (const auto& [module, category] : sources) {
+        for (PEXA_Config_LogVerbosity verbosity = 0; verbosity < 0x20; ++verbosity) {
+            ASSERT_EQ(PEXA_Config_Logger_set_verbosity(logger_, ~verbosity & 0x1f), DDS_RETCODE_OK);
+            set(category, verbosity);
+            std::vector<std::string> expected;
+            for (int level = 1; level <= 5; ++level) {
+                report(module, static_cast<QELLogLevel>(level), "text");
+                if ((verbosity & (1U << (level - 1))) != 0) {
+                    expected.push_back(std::to_string(level) + " Test:text");
+                }
+            }
+            EXPECT_EQ(device.take(), expected) << module << " " << verbosity;
+        }
+    }
+    remove_device();
+}
+
+TEST_F(ConfigLogger, has_the_engine_trace_only_what_somebody_wants) {
+    using engine::log_bit;
+    using Category = engine::LogCategory;
+    const engine::LogMask errors = log_bit(Category::fatal) | log_bit(Category::error);
+    const struct {
+        PEXA_Config_LogCategory category;
+        PEXA_Config_LogVerbosity verbosity;
+        engine::LogMask mask;
+    } cases[] = {
+        {PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION, 0x00, 0},
+        {PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION, 0x01, errors},
+        {PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION, 0x03, errors | log_bit(Category::warning)},
+        {PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION, 0x0f,
+         errors | log_bit(Category::warning) | log_bit(Category::info)},
+        {PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION, 0x10,
+         log_bit(Category::data) | log_bit(Category::radmin) | log_bit(Category::traffic) |
+             log_bit(Category::tcp) | log_bit(Category::throttle)},
+        {PEXA_CONFIG_LOG_CATEGORY_ENTITIES, 0x07, 0},
+        {PEXA_CONFIG_LOG_CATEGORY_ENTITIES, 0x0f, log_bit(Category::discovery)},
+        {PEXA_CONFIG_LOG_CATEGORY_ENTITIES, 0x1f,
+         log_bit(Category::discovery) | log_bit(Category::topic)},
+        {PEXA_CONFIG_LOG_CATEGORY_PLATFORM, 0x1f,
+         log_bit(Category::config) | log_bit(Category::timing) | log_bit(Category::trace)},
+        {PEXA_CONFIG_LOG_CATEGORY_DATABASE, 0x1f,
+         log_bit(Category::plist) | log_bit(Category::content) | log_bit(Category::whc) |
+             log_bit(Category::rhc)},
+        {PEXA_CONFIG_LOG_CATEGORY_API, 0x1f, 0},
+    };
+    for (const auto& [category, verbosity, mask] : cases) {
+        PEXA_Config_Logger_set_verbosity(logger_, PEXA_CONFIG_LOG_VERBOSITY_SILENT);
+        set(category, verbosity);
+        EXPECT_EQ(engine::log_mask(), mask) << category << " " << verbosity;
+    }
+    PEXA_Config_Logger_set_verbosity(logger_, PEXA_CONFIG_LOG_VERBOSITY_STATUS_ALL);
+    EXPECT_EQ(engine::log_mask(), engine::log_everything);
+}
+
+std::string line_of(PEXA_Config_LogPrintFormat format, const char* text, std::size_t room = 200) {
+    LogLine content;
+    content.category = PEXA_CONFIG_LOG_CATEGORY_ENTITIES;
+    content.level = PEXA_CONFIG_LOG_LEVEL_STATUS_REMOTE;
+    content.source = LogSource::engine;
+    content.text = text;
+    content.local_time.tm_year = 124;
+    content.local_time.tm_mon = 4;
+    content.local_time.tm_mday = 31;
+    content.local_time.tm_hour = 9;
+    content.microseconds = 7'050;
+    content.thread = 4711;
+    std::string line(room, '?');
+    line.resize(format_line(line, format, content));
+    return line;
+}
+
+TEST_F(ConfigLogger, prints_what_the_format_asks_for) {
+    const struct {
+        PEXA_Config_LogPrintFormat format;
+        const char* line;
+    } cases[] = {
+        {0x412, "[ENTITIES|REMOTE] text\n"},
+        {0x512, "2024-05-31 09:00:00.007 [ENTITIES|REMOTE] text\n"},
+        {0xE16, "[ENTITIES|REMOTE] (4711) engine: text\n"},
+        {0xF16, "2024-05-31 09:00:00.007 [ENTITIES|REMOTE] (4711) engine: text\n"},
+        {0x22F, "[ENTITIES|REMOTE] (4711) text\n"},
+        {0x11, "text\n"},
+        {0xF3F, "2024-05-31 09:00:00.007050 [ENTITIES|REMOTE] (4711) engine: text\n"},
+        {0, "[ENTITIES|REMOTE] text\n"},
+        {0x100, "[ENTITIES|REMOTE] text\n"},
+    };
+    for (const auto& [format, line] : cases) {
+        EXPECT_EQ(line_of(format, "text"), line);
+        ASSERT_EQ(PEXA_Config_Logger_set_print_format(logger_, format), DDS_RETCODE_OK);
+        EXPECT_EQ(PEXA_Config_Logger_get_print_format(logger_), format);
+    }
+    for (std::size_t room = 1; room < 30; ++room) {
+        const std::string whole = "[ENTITIES|REMOTE] cut\n";
+        const std::string line = line_of(0x412, "cut", room);
+        EXPECT_EQ(line, room >= whole.size() ? whole : whole.substr(0, room - 1) + "\n");
+    }
+}
+
+TEST_F(ConfigLogger, prints_time_and_thread_of_the_report) {
+    PEXA_Config_Logger_set_print_format(logger_, PEXA_CONFIG_LOG_PRINT_FORMAT_MAXIMAL);
+    testing::internal::CaptureStdout();
+    const std::time_t before = std::time(nullptr);
+    report(QEL_LOG_MODULE_OSAPI, QEL_LOG_LEVEL_ERROR, "now");
+    const std::string line = testing::internal::GetCapturedStdout();
+    std::tm time{};
+    ASSERT_NE(strptime(line.c_str(), "%Y-%m-%d %H:%M:%S", &time), nullptr);
+    time.tm_isdst = -1;
+    EXPECT_GE(std::mktime(&time), before);
+    EXPECT_LE(std::mktime(&time), std::time(nullptr));
+    EXPECT_NE(line.find(" [PLATFORM|ERROR] (" +
+                        std::to_string(QELOsapiThread_getCurrentThreadID()) + ") port: Test:now\n"),
+              std::string::npos)
+        << line;
+}
+
+TEST_F(ConfigLogger, prints_what_a_device_causes_instead_of_giving_it_back) {
+    int depth = 0;
+    Device device([&](const PEXA_Config_LogMessage&) {
+        ASSERT_EQ(++depth, 1);
+        EXPECT_TRUE(QELOsapi_isInDeviceCall());
+        report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "echo");
+        --depth;
+    });
+    install(device);
+    testing::internal::CaptureStdout();
+    report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "first");
+    report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "second");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "[API|ERROR] Test:echo\n[API|ERROR] Test:echo\n");
+    EXPECT_EQ(device.take(), (std::vector<std::string>{"1 Test:first", "1 Test:second"}));
+    EXPECT_FALSE(QELOsapi_isInDeviceCall());
+    remove_device();
+}
+
+TEST_F(ConfigLogger, closes_a_device_once_when_another_takes_its_place) {
+    Device first;
+    Device second;
+    install(first);
+    install(first);
+    EXPECT_EQ(PEXA_Config_Logger_get_output_device(logger_), &first);
+    EXPECT_EQ(first.closed(), 0);
+    install(second);
+    EXPECT_EQ(first.closed(), 1);
+    report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "text");
+    remove_device();
+    remove_device();
+    EXPECT_EQ(first.closed(), 1);
+    EXPECT_EQ(second.closed(), 1);
+    EXPECT_TRUE(first.take().empty());
+    EXPECT_EQ(second.take().size(), 1U);
+}
+
+TEST_F(ConfigLogger, does_not_wait_for_a_device_that_it_replaces) {
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool inside = false;
+    bool released = false;
+    Device slow([&](const PEXA_Config_LogMessage&) {
+        std::unique_lock lock(mutex);
+        inside = true;
+        changed.notify_all();
+        EXPECT_TRUE(changed.wait_for(lock, patience, [&] { return released; }));
+    });
+    Device next;
+    install(slow);
+    std::thread reporter([] { report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "slow"); });
+    {
+        std::unique_lock lock(mutex);
+        ASSERT_TRUE(changed.wait_for(lock, patience, [&] { return inside; }));
+    }
+    install(next);
+    EXPECT_EQ(slow.closed(), 1);
+    PEXA_Config_Logger_set_verbosity(logger_, PEXA_CONFIG_LOG_VERBOSITY_WARNING);
+    report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_WARNING, "meanwhile");
+    EXPECT_EQ(next.take(), std::vector<std::string>{"2 Test:meanwhile"});
+    {
+        const std::lock_guard lock(mutex);
+        released = true;
+    }
+    changed.notify_all();
+    reporter.join();
+    EXPECT_EQ(slow.take(), std::vector<std::string>{"1 Test:slow"});
+    remove_device();
+}
+
+TEST_F(ConfigLogger, refuses_what_it_cannot_use) {
+    const PEXA_Config_LoggerDevice mute{nullptr, nullptr, nullptr};
+    const auto unknown = static_cast<PEXA_Config_LogCategory>(5);
+    EXPECT_FALSE(PEXA_Config_Logger_set_output_device(logger_, &mute));
+    EXPECT_EQ(PEXA_Config_Logger_get_output_device(logger_), nullptr);
+    EXPECT_EQ(PEXA_Config_Logger_set_verbosity_by_category(logger_, unknown, 1),
+              DDS_RETCODE_BAD_PARAMETER);
+    EXPECT_EQ(PEXA_Config_Logger_get_verbosity_by_category(logger_, unknown), 0U);
+
+    EXPECT_FALSE(PEXA_Config_Logger_set_output_device(nullptr, nullptr));
+    EXPECT_EQ(PEXA_Config_Logger_get_output_device(nullptr), nullptr);
+    EXPECT_EQ(PEXA_Config_Logger_set_verbosity(nullptr, 1), DDS_RETCODE_BAD_PARAMETER);
+    EXPECT_EQ(
+        PEXA_Config_Logger_set_verbosity_by_category(nullptr, PEXA_CONFIG_LOG_CATEGORY_API, 1),
+        DDS_RETCODE_BAD_PARAMETER);
+    EXPECT_EQ(PEXA_Config_Logger_get_verbosity_by_category(nullptr, PEXA_CONFIG_LOG_CATEGORY_API),
+              0U);
+    EXPECT_EQ(PEXA_Config_Logger_set_print_format(nullptr, 0x11), DDS_RETCODE_BAD_PARAMETER);
+    EXPECT_EQ(PEXA_Config_Logger_get_print_format(nullptr), PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT);
+}
+
+/// A type of which no payload is ever accepted.
+class RefusingType : public engine::Type {
+public:
+    const char* name() const override { return "test::Refused"; }
+    bool keyed() const override { return false; }
+    std::optional<engine::KeyHash> accept(engine::PayloadKind,
+                                          std::span<const std::byte>) const override {
+        return std::nullopt;
+    }
+    bool write_key(std::span<const std::byte>,
+                   engine::FunctionRef<std::byte*(std::size_t)>) const override {
+        return false;
+    }
+};
+
+/// A writer and a reader that refuses what it writes, in one domain. Its threads may be in a device
+/// still when that is removed, so the devices of these tests outlive the domain.
+class EngineLog : public ConfigLogger {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(participant_);
+        engine::Qos qos;
+        qos.reliability = engine::ReliabilityPolicy{engine::ReliabilityKind::reliable};
+        writer_ = endpoint(engine::create_publisher, engine::create_writer, qos);
+        reader_ = endpoint(engine::create_subscriber, engine::create_reader, qos);
+    }
+    void TearDown() override {
+        EXPECT_EQ(engine::delete_entity(participant_.entity), engine::Status::ok);
+    }
+
+    template <typename CreateParent, typename CreateEndpoint>
+    engine::EntityId endpoint(CreateParent create_parent, CreateEndpoint create_endpoint,
+                              const engine::Qos& qos) {
+        // A type object of its own: what comes from another one has to be accepted.
+        const auto topic = engine::create_topic(participant_.entity, "refused",
+                                                std::make_shared<RefusingType>(), {});
+        const auto parent = create_parent(participant_.entity, {}, {});
+        const auto made = create_endpoint(parent.entity, topic.entity, qos, {});
+        EXPECT_TRUE(made);
+        return made.entity;
+    }
+
+    /// Writes what the reader refuses, until the device hears of it.
+    bool refused_sample_reaches(Device& device) {
+        const auto fill = [](std::span<std::byte> buffer) {
+            std::fill(buffer.begin(), buffer.end(), std::byte{0});
+            buffer[1] = std::byte{1};
+            return true;
+        };
+        EXPECT_EQ(engine::write(writer_, engine::WriteKind::data, {}, 8, fill, 0),
+                  engine::Status::ok);
+        return device.await_text("Refused");
+    }
+
+    engine::Created participant_ = engine::create_participant(ORVANE_TEST_DOMAIN, {});
+    engine::EntityId writer_ = engine::no_entity;
+    engine::EntityId reader_ = engine::no_entity;
+};
+
+TEST_F(EngineLog, reaches_the_device_as_far_as_the_verbosity_lets_it) {
+    static Device device;
+    install(device);
+    set(PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION, PEXA_CONFIG_LOG_VERBOSITY_WARNING);
+    EXPECT_TRUE(refused_sample_reaches(device));
+    for (const std::string& text : device.take()) {
+        EXPECT_EQ(text.front(), '2') << text;
+        EXPECT_EQ(text.find('\n'), std::string::npos);
+    }
+    remove_device();
+}
+
+TEST_F(EngineLog, brings_discovery_as_remote_status_of_the_entities) {
+    static Device device;
+    install(device);
+    set(PEXA_CONFIG_LOG_CATEGORY_ENTITIES, PEXA_CONFIG_LOG_VERBOSITY_STATUS_REMOTE);
+    ASSERT_EQ(engine::delete_entity(reader_), engine::Status::ok);
+    EXPECT_TRUE(device.await_text(""));
+    for (const std::string& text : device.take()) {
+        EXPECT_EQ(text.front(), '4') << text;
+    }
+    set(PEXA_CONFIG_LOG_CATEGORY_ENTITIES, PEXA_CONFIG_LOG_VERBOSITY_SILENT);
+    remove_device();
+}
+
+TEST_F(EngineLog, can_have_its_verbosity_changed_from_inside_a_device) {
+    static Device device([](const PEXA_Config_LogMessage&) {
+        PEXA_Config_Logger_set_verbosity(PEXA_Config_Logger_get_instance(),
+                                         PEXA_CONFIG_LOG_VERBOSITY_ERROR);
+    });
+    install(device);
+    set(PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION, PEXA_CONFIG_LOG_VERBOSITY_WARNING);
+    EXPECT_TRUE(refused_sample_reaches(device));
+    EXPECT_EQ(PEXA_Config_Logger_get_verbosity_by_category(logger_,
+                                                           PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION),
+              PEXA_CONFIG_LOG_VERBOSITY_ERROR);
+    report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "the next report of the port");
+    EXPECT_EQ(engine::log_mask() & engine::log_bit(engine::LogCategory::warning), 0U);
+    remove_device();
+}
+
+TEST_F(ConfigLogger, ends_with_the_sources_that_the_last_verbosities_ask_for) {
+    constexpr int rounds = 200;
+    constexpr int threads = 4;
+    Device device;
+    Device other;
+    std::vector<std::thread> running;
+    for (int thread = 0; thread < threads; ++thread) {
+        running.emplace_back([&, thread] {
+            const auto category = static_cast<PEXA_Config_LogCategory>(thread);
+            for (int i = 0; i < rounds; ++i) {
+                set(category, i % 2 == 0 ? 0U : 0x1fU);
+                PEXA_Config_Logger_set_output_device(logger_, i % 3 == 0 ? &device : &other);
+                report(QEL_LOG_MODULE_OSAPI, QEL_LOG_LEVEL_ERROR, "text");
+            }
+        });
+    }
+    for (std::thread& thread : running) {
+        thread.join();
+    }
+    // All but API ended at everything, and nothing of the engine is sorted into API.
+    EXPECT_EQ(engine::log_mask(), engine::log_everything);
+    EXPECT_EQ(QELLog_getInstrumentationMask(QEL_LOG_MODULE_OSAPI), 0x1fU);
+    EXPECT_EQ(QELLog_getInstrumentationMask(QEL_LOG_MODULE_DDS), 0x01U);
+    remove_device();
+    EXPECT_GT(device.take().size() + other.take().size(), 0U);
+}
+
+}  // namespace
