@@ -1,0 +1,84 @@
+#include "types/key_hash.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <memory>
+
+#include "pexa/osapi.h"
+#include "types/sample_coding.hpp"
+#include "types/sizes.hpp"
+
+namespace orvane::types {
+
+namespace {
+
+struct FreeBuffer {
+    void operator()(char* buffer) const { QELOsapiHeap_freeBufferAligned(buffer); }
+};
+using Buffer = std::unique_ptr<char[], FreeBuffer>;
+
+bool encode_key(const TypeTable& table, TULVEndpointData endpoint, const void* instance,
+                QELCdrStream& stream) {
+    stream.littleEndian = 0;
+    return serialize(table, endpoint, instance, &stream, QEL_CDR_ENCAPSULATION_ID_CDR_BE,
+                     {.encapsulation = false, .body = true, .selection = Selection::Key});
+}
+
+void fill_hash(const TypeTable& table, const QELCdrStream& key, QELKeyHash& hash) {
+    if (extreme_size(table, Extreme::Maximum, Selection::Key, {}) > sizeof hash.value) {
+        QELMd5_compute(key.buffer, key.position, hash.value);
+    } else {
+        std::memset(hash.value, 0, sizeof hash.value);
+        std::memcpy(hash.value, key.buffer, std::min(key.position, sizeof hash.value));
+    }
+    hash.length = sizeof hash.value;
+}
+
+}  // namespace
+
+bool hash_of_instance(const TypeTable& table, TULVEndpointData endpoint, const void* instance,
+                      QELKeyHash* hash) {
+    if (instance == nullptr || hash == nullptr) {
+        return false;
+    }
+    QELCdrStream* md5_stream =
+        endpoint == nullptr ? nullptr : TULVTypePluginDefaultEndpointData_getMD5Stream(endpoint);
+    if (md5_stream != nullptr) {
+        QELCdrStream_reset(md5_stream);
+        if (encode_key(table, endpoint, instance, *md5_stream)) {
+            fill_hash(table, *md5_stream, *hash);
+            return true;
+        }
+    }
+    // A sample is never smaller than its key.
+    const std::size_t size = exact_size(table, instance, has_extended_headers(endpoint), {});
+    const Buffer buffer(
+        static_cast<char*>(QELOsapiHeap_allocateBufferAligned(size, alignof(std::max_align_t))));
+    if (buffer == nullptr) {
+        return false;
+    }
+    std::memset(buffer.get(), 0, size);
+    QELCdrStream stream;
+    QELCdrStream_init(&stream, buffer.get(), size);
+    if (!encode_key(table, endpoint, instance, stream)) {
+        return false;
+    }
+    fill_hash(table, stream, *hash);
+    return true;
+}
+
+bool hash_of_serialized_sample(const TypeTable& table, TULVEndpointData endpoint,
+                               QELCdrStream* stream, bool with_encapsulation, QELKeyHash* hash) {
+    if (endpoint == nullptr) {
+        return false;
+    }
+    void* sample = TULVTypePluginDefaultEndpointData_getTempSample(endpoint);
+    return sample != nullptr &&
+           deserialize_unmarked(
+               table, sample, stream,
+               {.encapsulation = with_encapsulation, .body = true, .selection = Selection::Key}) &&
+           hash_of_instance(table, endpoint, sample, hash);
+}
+
+}  // namespace orvane::types

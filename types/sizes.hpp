@@ -1,0 +1,41 @@
+/**
+ * @file sizes.hpp
+ * @brief Sizes of encodings, over tables.
+ */
+#pragma once
+
+#include <cstdint>
+
+#include "types/encoding.hpp"
+#include "types/table.hpp"
+
+namespace orvane::types {
+
+/** Where an encoding would start, and what is in front of it. */
+struct SizeOrigin {
+    bool with_encapsulation;
+    DDS_UnsignedShort encapsulation_id;
+    /** Bytes already behind the alignment origin. */
+    DDS_UnsignedLong current_alignment;
+};
+
+enum class Extreme : std::uint8_t { Minimum, Maximum };
+
+/**
+ * The size of the smallest or largest value.
+ *
+ * Both take the headers of members that are not four bytes long for extended ones; the maximum also
+ * those of four-byte members and the end of the list, so that no encoding exceeds it, whatever form
+ * its headers have. The headers of unions are always short.
+ * @param overflow may be NULL; set when the end lies beyond @ref TULV_MAX_SERIALIZED_SIZE, which is
+ *   then the result.
+ */
+[[nodiscard]] DDS_UnsignedLong extreme_size(const TypeTable& table, Extreme extreme,
+                                            Selection selection, const SizeOrigin& origin,
+                                            DDS_Boolean* overflow = nullptr);
+
+/** The size of what encode() writes for the record. */
+[[nodiscard]] DDS_UnsignedLong exact_size(const TypeTable& table, const void* record, bool extended,
+                                          const SizeOrigin& origin);
+
+}  // namespace orvane::types

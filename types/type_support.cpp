@@ -1,0 +1,22 @@
+#include "types/type_support.hpp"
+
+namespace orvane::types {
+
+DDS_ReturnCode_t register_type(DDS_DomainParticipant* participant, const char* type_name,
+                               TULVTypePlugin* (*make)()) {
+    TULVTypePlugin* plugin = participant == nullptr ? nullptr : make();
+    if (plugin == nullptr) {
+        return DDS_RETCODE_ERROR;
+    }
+    const DDS_ReturnCode_t result =
+        DDS_DomainParticipant_register_type(participant, type_name, plugin, nullptr);
+    delete_plugin(plugin);
+    return result;
+}
+
+DDS_ReturnCode_t unregister_type(DDS_DomainParticipant* participant, const char* type_name) {
+    return participant == nullptr ? DDS_RETCODE_ERROR
+                                  : DDS_DomainParticipant_unregister_type(participant, type_name);
+}
+
+}  // namespace orvane::types
