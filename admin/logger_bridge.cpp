@@ -1,0 +1,141 @@
+#include "admin/logger_bridge.hpp"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
+#include "admin/state.hpp"
+#include "admin/translations.hpp"
+#include "orvane/core.h"
+
+namespace orvane::admin {
+namespace {
+
+static_assert(ORVANE_QEL_LOGGER_CATEGORY_COUNT == PEXA_CONFIG_LOG_CATEGORY_COUNT);
+
+/// @return the middleware's logger, or NULL after a report in the name of @p context.
+PEXA_Config_Logger* middleware_logger(const char* context) {
+    PEXA_Config_Logger* const logger = PEXA_Config_Logger_get_instance();
+    if (logger == nullptr) {
+        QEL_KX_Orvane_printMessage("Unable to get QEL Logger", context, QEL_KX_LEVEL_ERROR);
+    }
+    return logger;
+}
+
+template <typename Action>
+void for_each_category(Action action) {
+    for (int number = 0; number < PEXA_CONFIG_LOG_CATEGORY_COUNT; ++number) {
+        action(static_cast<std::size_t>(number), static_cast<PEXA_Config_LogCategory>(number));
+    }
+}
+
+/// The logger's getters take no lock that is held during a report, and two refreshes that read
+/// outside the State's mutex could store in the other order than they read.
+void store_print_format(QEL_KX_Orvane& logger, PEXA_Config_Logger* middleware) {
+    with_state(logger, [&](QEL_KX_ADMIN_State& state) {
+        state.qelLoggerPrintFormat = static_cast<QEL_KX_ADMIN_QELLoggerPrintFormat>(
+            print_formats.to_library(PEXA_Config_Logger_get_print_format(middleware)));
+    });
+}
+
+}  // namespace
+
+void write_device(const PEXA_Config_LogMessage* message) {
+    if (message == nullptr || message->text == nullptr) {
+        return;
+    }
+    if (std::atomic_ref(gQEL_KX_Orvane_initialized).load(std::memory_order_acquire) != 0) {
+        QEL_KX_Orvane_logMessageWithLevelCategory(
+            std::atomic_ref(QEL_KX_Orvane_instance).load(std::memory_order_acquire),
+            levels.to_library(static_cast<DDS_UnsignedLong>(number_of(message->level))),
+            message->text, QEL_KX_MIDDLEWARE_LOGGER_CATEGORY);
+        return;
+    }
+    const std::size_t length = std::strlen(message->text);
+    if (length != 0) {
+        std::printf(message->text[length - 1] == '\n' ? "%s" : "%s\n", message->text);
+    }
+}
+
+void mask_verbosity(PEXA_Config_LogVerbosity* saved) {
+    PEXA_Config_Logger* const middleware = middleware_logger("QEL_KX_Orvane_maskSystemVerbosity");
+    if (middleware == nullptr) {
+        std::fill_n(saved, PEXA_CONFIG_LOG_CATEGORY_COUNT, PEXA_CONFIG_LOG_VERBOSITY_SILENT);
+        return;
+    }
+    for_each_category([&](std::size_t index, PEXA_Config_LogCategory category) {
+        saved[index] = PEXA_Config_Logger_get_verbosity_by_category(middleware, category);
+    });
+    PEXA_Config_Logger_set_verbosity(middleware, PEXA_CONFIG_LOG_VERBOSITY_SILENT);
+}
+
+void unmask_verbosity(const PEXA_Config_LogVerbosity* saved) {
+    PEXA_Config_Logger* const middleware = middleware_logger("QEL_KX_Orvane_unmaskSystemVerbosity");
+    if (middleware == nullptr) {
+        return;
+    }
+    for_each_category([&](std::size_t index, PEXA_Config_LogCategory category) {
+        PEXA_Config_Logger_set_verbosity_by_category(middleware, category, saved[index]);
+    });
+}
+
+void refresh_verbosities(QEL_KX_Orvane& logger) {
+    PEXA_Config_Logger* const middleware =
+        middleware_logger("QEL_KX_Orvane_updateQELLoggerCategoryAndVerbosityState");
+    if (middleware == nullptr) {
+        return;
+    }
+    with_state(logger, [&](QEL_KX_ADMIN_State& state) {
+        for_each_category([&](std::size_t index, PEXA_Config_LogCategory category) {
+            const PEXA_Config_LogVerbosity verbosity =
+                PEXA_Config_Logger_get_verbosity_by_category(middleware, category);
+            state.qelLoggerVerbosities[index] = {
+                static_cast<QEL_KX_ADMIN_QELLoggerCategory>(categories.to_library(category)),
+                static_cast<QEL_KX_ADMIN_QELLoggerVerbosity>(verbosities.to_library(verbosity))};
+        });
+    });
+}
+
+void refresh_print_format(QEL_KX_Orvane& logger) {
+    PEXA_Config_Logger* const middleware =
+        middleware_logger("QEL_KX_Orvane_updateQELLoggerPrintFormatState");
+    if (middleware != nullptr) {
+        store_print_format(logger, middleware);
+    }
+}
+
+void set_middleware_verbosity(QEL_KX_Orvane& logger, PEXA_Config_LogCategory category,
+                              PEXA_Config_LogVerbosity verbosity) {
+    // A NULL logger is refused by the operation, and reported by the refresh.
+    PEXA_Config_Logger_set_verbosity_by_category(PEXA_Config_Logger_get_instance(), category,
+                                                 verbosity);
+    // The thread outlives this call: it is stopped after the last command has been executed.
+    if (category == PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION &&
+        logger.logMessageWriteThread != nullptr) {
+        LogMessageWriteThread_setCommunicationsLogVerbosity(logger.logMessageWriteThread,
+                                                            verbosity);
+    }
+    refresh_verbosities(logger);
+    if (!write_state(logger)) {
+        QEL_KX_Orvane_printMessage("Unable to write Verbosity State",
+                                   "QEL_KX_Orvane_setQELLoggerVerbosityByCategory",
+                                   QEL_KX_LEVEL_WARNING);
+    }
+}
+
+bool set_middleware_print_format(QEL_KX_Orvane& logger, PEXA_Config_LogPrintFormat format) {
+    constexpr const char* context = "QEL_KX_Orvane_setQELLoggerPrintFormat";
+    PEXA_Config_Logger* const middleware = middleware_logger(context);
+    if (middleware == nullptr) {
+        return false;
+    }
+    PEXA_Config_Logger_set_print_format(middleware, format);
+    store_print_format(logger, middleware);
+    if (write_state(logger)) {
+        return true;
+    }
+    QEL_KX_Orvane_printMessage("Unable to write PrintFormat State", context, QEL_KX_LEVEL_WARNING);
+    return false;
+}
+
+}  // namespace orvane::admin

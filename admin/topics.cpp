@@ -1,0 +1,124 @@
+#include "admin/topics.hpp"
+
+#include <array>
+#include <charconv>
+
+#include "admin/creation.hpp"
+#include "pexa/domain.h"
+
+namespace orvane::admin {
+namespace {
+
+struct TopicRow {
+    const char* name;
+    const char* type_name;
+    DDS_ReturnCode_t (*register_type)(DDS_DomainParticipant* participant, const char* type_name);
+    DDS_Topic* QEL_KX_DDSEntities::*topic;
+    const char* register_failure;
+    const char* qos_failure;
+    const char* create_failure;
+};
+
+constexpr std::array<TopicRow, QEL_KX_TOPIC_COUNT> topic_rows{{
+    {QEL_KX_LOG_TOPIC_NAME, QEL_KX_LOG_REGISTERED_TYPE_NAME,
+     QEL_KX_LogMessageTypeSupport_register_type, &QEL_KX_DDSEntities::logTopic,
+     "Unable to register type for LogMessage", "Unable to create QoS for LogMessage Topic",
+     "Unable to create logTopic"},
+    {QEL_KX_STATE_TOPIC_NAME, QEL_KX_STATE_REGISTERED_TYPE_NAME,
+     QEL_KX_ADMIN_StateTypeSupport_register_type, &QEL_KX_DDSEntities::stateTopic,
+     "Unable to register State type", "Unable to get QoS of State's Topic",
+     "Unable to create stateTopic"},
+    {QEL_KX_COMMAND_REQUEST_TOPIC_NAME, QEL_KX_COMMAND_REQUEST_REGISTERED_TYPE_NAME,
+     QEL_KX_ADMIN_CommandRequestTypeSupport_register_type, &QEL_KX_DDSEntities::commandRequestTopic,
+     "Unable to register CommandRequest type", "Unable to get QoS for CommandRequest's Topic",
+     "Unable to create CommandRequest Topic"},
+    {QEL_KX_COMMAND_RESPONSE_TOPIC_NAME, QEL_KX_COMMAND_RESPONSE_REGISTERED_TYPE_NAME,
+     QEL_KX_ADMIN_CommandResponseTypeSupport_register_type,
+     &QEL_KX_DDSEntities::commandResponseTopic, "Unable to register CommandResponse Type",
+     "Unable to get QoS for CommandResponse Topic", "Unable to create commandResponse Topic"},
+}};
+
+/// A 32-bit id as a signed decimal, for a filter parameter: the members that it is compared with
+/// are signed.
+class SignedDecimal {
+public:
+    explicit SignedDecimal(DDS_UnsignedLong id) noexcept {
+        std::to_chars(text_.data(), text_.data() + text_.size() - 1, static_cast<DDS_Long>(id));
+    }
+
+    [[nodiscard]] char* text() noexcept { return text_.data(); }
+
+private:
+    std::array<char, 16> text_{};
+};
+
+/// Two texts on loan to a sequence for the length of a scope.
+class FilterParameters {
+public:
+    FilterParameters(char* first, char* second) noexcept : texts_{first, second} {}
+    FilterParameters(const FilterParameters&) = delete;
+    FilterParameters& operator=(const FilterParameters&) = delete;
+    ~FilterParameters() {
+        if (lent_) {
+            DDS_StringSeq_unloan(&sequence_);
+        }
+    }
+
+    [[nodiscard]] bool lend() noexcept {
+        constexpr auto count = static_cast<DDS_Long>(std::tuple_size_v<decltype(texts_)>);
+        lent_ = DDS_StringSeq_loan_contiguous(&sequence_, texts_.data(), count, count) != 0;
+        return lent_;
+    }
+    [[nodiscard]] const DDS_StringSeq* sequence() const noexcept { return &sequence_; }
+
+private:
+    std::array<char*, 2> texts_;
+    DDS_StringSeq sequence_{};
+    bool lent_ = false;
+};
+
+}  // namespace
+
+const char* obtain_topic(QEL_KX_DDSEntities& entities, TopicOf which) {
+    const auto index = static_cast<std::size_t>(which);
+    const TopicRow& row = topic_rows[index];
+    DDS_Topic*& topic = entities.*row.topic;
+
+    if (DDS_TopicDescription* const existing =
+            DDS_DomainParticipant_lookup_topicdescription(entities.participant, row.name);
+        existing != nullptr) {
+        topic = DDS_Topic_narrow(existing);
+        return topic != nullptr ? nullptr : row.create_failure;
+    }
+    if (row.register_type(entities.participant, row.type_name) != DDS_RETCODE_OK) {
+        return row.register_failure;
+    }
+    const char* const failure = create_with_qos<DDS_TopicQos>(
+        topic, [&](DDS_TopicQos* qos) { return topic_qos(&entities, qos, row.name); },
+        row.qos_failure,
+        [&](const DDS_TopicQos* qos) {
+            return DDS_DomainParticipant_create_topic(entities.participant, row.name, row.type_name,
+                                                      qos, nullptr, DDS_STATUS_MASK_NONE);
+        },
+        row.create_failure);
+    entities.createdTopics[index] = topic;
+    return failure;
+}
+
+const char* create_filtered_topic(QEL_KX_DDSEntities& entities) {
+    SignedDecimal host_id{entities.rtpsHostId};
+    SignedDecimal app_id{entities.rtpsAppId};
+    FilterParameters parameters{host_id.text(), app_id.text()};
+    if (!parameters.lend()) {
+        return "Unable to initialize the parameters of commandRequest's Content Filtered Topic";
+    }
+    entities.commandRequestFilteredTopic = DDS_DomainParticipant_create_contentfilteredtopic(
+        entities.participant, QEL_KX_COMMAND_REQUEST_FILTERED_TOPIC_NAME,
+        entities.commandRequestTopic, QEL_KX_COMMAND_REQUEST_FILTER_EXPRESSION,
+        parameters.sequence());
+    return entities.commandRequestFilteredTopic != nullptr
+               ? nullptr
+               : "Unable to create commandRequest Content Filtered Topic";
+}
+
+}  // namespace orvane::admin

@@ -1,0 +1,42 @@
+#include "core/lifecycle.hpp"
+
+#include <atomic>
+
+#include "pexa/osapi.h"
+
+namespace orvane::core {
+namespace {
+
+/// Objects that live; more than one when a creation fails and undoes what it has made.
+DDS_Long changes_under_way = 0;
+
+/// Tells a thread that found the lock taken that a change was the reason, even if it has ended
+/// since.
+std::atomic<DDS_UnsignedLong> changes_ended = 0;
+
+}  // namespace
+
+LifecycleChange::LifecycleChange() noexcept {
+    std::atomic_ref(changes_under_way).fetch_add(1);
+}
+
+LifecycleChange::~LifecycleChange() {
+    changes_ended.fetch_add(1);
+    std::atomic_ref(changes_under_way).fetch_sub(1);
+}
+
+bool LifecycleChange::is_under_way() noexcept {
+    return std::atomic_ref(changes_under_way).load() != 0;
+}
+
+LoggingLock lock_for_logging() noexcept {
+    const DDS_UnsignedLong ended_before = changes_ended.load();
+    if (QELOsapi_global_lockUnless(&changes_under_way) == 0) {
+        return LoggingLock::Held;
+    }
+    const bool abandoned =
+        std::atomic_ref(changes_under_way).load() != 0 || changes_ended.load() != ended_before;
+    return abandoned ? LoggingLock::Abandoned : LoggingLock::Refused;
+}
+
+}  // namespace orvane::core

@@ -1,0 +1,261 @@
+#include <cstddef>
+#include <cstring>
+
+#include "core/report.hpp"
+#include "orvane/core.h"
+#include "pexa/buffer_pool.h"
+#include "pexa/osapi.h"
+#include "pexa/string.h"
+
+namespace orvane::core {
+namespace {
+
+using Element = QEL_KX_MessageQueueElement;
+using List = QEL_KX_MessageQueueList;
+using Node = QEL_KX_MessageQueueNode;
+
+constexpr std::size_t element_alignment = 8;
+
+static_assert(offsetof(Element, node) == 0, "an element is found through its node");
+
+bool succeeded(QELOsapiSemaphoreStatus status) noexcept {
+    return status == QEL_OSAPI_SEMAPHORE_STATUS_OK;
+}
+
+[[nodiscard]] bool lock(QEL_KX_MessageQueue& queue, const char* context) {
+    if (succeeded(QELOsapiSemaphore_take(queue.mutex, nullptr))) {
+        return true;
+    }
+    report(context, "Unable to take message queue mutex");
+    return false;
+}
+
+void unlock(QEL_KX_MessageQueue& queue, const char* context) {
+    if (!succeeded(QELOsapiSemaphore_give(queue.mutex))) {
+        report(context, "Unable to give message queue mutex");
+    }
+}
+
+void make_empty(List& list) noexcept {
+    list.sentinel = {&list, &list.sentinel, &list.sentinel};
+    list.head = &list.sentinel;
+    list.tail = &list.sentinel;
+    list.count = 0;
+}
+
+void append(List& list, Node& node) noexcept {
+    node = {&list, &list.sentinel, list.tail};
+    list.tail->next = &node;
+    list.sentinel.previous = &node;
+    list.tail = &node;
+    list.head = list.sentinel.next;
+    ++list.count;
+}
+
+/// @return the former head, in no list any more; NULL when there is none.
+[[nodiscard]] Element* unlink_head(List& list) noexcept {
+    if (list.count == 0) {
+        return nullptr;
+    }
+    Node* head = list.head;
+    list.sentinel.next = head->next;
+    head->next->previous = &list.sentinel;
+    list.head = list.sentinel.next;
+    list.tail = list.sentinel.previous;
+    --list.count;
+    *head = {};
+    return reinterpret_cast<Element*>(head);
+}
+
+/**
+ * Copies a text of at most @p bound characters, cutting the rest, into the element's buffer or,
+ * when it is too long for that, into memory of its own.
+ * @return the copy, or NULL without memory.
+ */
+template <std::size_t BufferSize>
+[[nodiscard]] const char* keep(const char* text, std::size_t bound, char (&buffer)[BufferSize]) {
+    const std::size_t length = strnlen(text, bound);
+    char* copy = length < BufferSize ? buffer : DDS_String_alloc(length);
+    if (copy != nullptr) {
+        std::memcpy(copy, text, length);
+        copy[length] = '\0';
+    }
+    return copy;
+}
+
+void free_if_owned(const char* text, const char* buffer) {
+    if (text != buffer) {
+        DDS_String_free(const_cast<char*>(text));
+    }
+}
+
+void recycle(QEL_KX_MessageQueue& queue, Element& element) {
+    free_if_owned(element.record.message, element.messageBuffer);
+    free_if_owned(element.record.category, element.categoryBuffer);
+    MOSKFastBufferPool_returnBuffer(queue.elementPool, &element);
+}
+
+/// False without memory for a long text, after saying so.
+[[nodiscard]] bool fill(Element& element, const QEL_KX_MessageQueueRecord& record,
+                        const char* context) {
+    element.node = {};
+    element.record = record;
+    element.record.category = nullptr;
+    element.record.message = keep(record.message, ORVANE_LOG_MESSAGE_BOUND, element.messageBuffer);
+    if (element.record.message == nullptr) {
+        report(context, "Unable to allocate message");
+        return false;
+    }
+    element.record.category =
+        keep(record.category, ORVANE_LOG_CATEGORY_BOUND, element.categoryBuffer);
+    if (element.record.category == nullptr) {
+        report(context, "Unable to allocate category");
+        return false;
+    }
+    return true;
+}
+
+/// With the mutex held.
+[[nodiscard]] bool enqueue(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& record,
+                           const char* context) {
+    if (queue.list.count == queue.maxSize) {
+        report(context, "Max queue size reached, message will get lost", QEL_KX_LEVEL_WARNING);
+        return false;
+    }
+    auto* element = queue.elementPool == nullptr
+                        ? nullptr
+                        : static_cast<Element*>(MOSKFastBufferPool_getBuffer(queue.elementPool));
+    if (element == nullptr) {
+        report(context, "Unable to get new queue element");
+        return false;
+    }
+    if (!fill(*element, record, context)) {
+        recycle(queue, *element);
+        return false;
+    }
+    append(queue.list, element->node);
+    return true;
+}
+
+/// @return what could not be made, or NULL.
+const char* make_parts(QEL_KX_MessageQueue& queue) {
+    queue.mutex = QELOsapiSemaphore_new(QEL_OSAPI_SEMAPHORE_KIND_MUTEX, nullptr);
+    if (queue.mutex == nullptr) {
+        return "Unable to create mutex";
+    }
+    queue.countingSemaphore = QELOsapiSemaphore_new(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, nullptr);
+    if (queue.countingSemaphore == nullptr) {
+        return "Unable to create counting semaphore";
+    }
+    MOSKFastBufferPoolProperty property = MOSK_FAST_BUFFER_POOL_PROPERTY_DEFAULT;
+    property.initial = queue.maxSize;
+    property.maximal = queue.maxSize;
+    queue.elementPool = MOSKFastBufferPool_new(sizeof(Element), element_alignment, &property);
+    return queue.elementPool == nullptr ? "Unable to create element pool" : nullptr;
+}
+
+QEL_KX_MessageQueue* create(const QEL_KX_MessageQueueProperty& property) {
+    constexpr const char* context = "QEL_KX_MessageQueue_new";
+    QEL_KX_MessageQueue* queue = nullptr;
+    QELOsapiHeap_allocateStructure(&queue, QEL_KX_MessageQueue);
+    if (queue == nullptr) {
+        report(context, "Unable to allocate memory for Message Queue");
+        return nullptr;
+    }
+    std::memset(queue, 0, sizeof *queue);
+    queue->maxSize = property.maxSize;
+    make_empty(queue->list);
+    if (const char* failure = make_parts(*queue); failure != nullptr) {
+        report(context, failure);
+    }
+    return queue;
+}
+
+DDS_Boolean push(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& record) {
+    constexpr const char* context = "QEL_KX_MessageQueue_push";
+    if (!lock(queue, context)) {
+        return DDS_BOOLEAN_FALSE;
+    }
+    const bool queued = enqueue(queue, record, context);
+    unlock(queue, context);
+    // Only now, so that the consumer does not wake up to wait for the mutex.
+    if (queued && !succeeded(QELOsapiSemaphore_give(queue.countingSemaphore))) {
+        report(context, "Unable to give message queue counting semaphore");
+    }
+    return queued ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+}
+
+const QEL_KX_MessageQueueRecord* front(QEL_KX_MessageQueue& queue, const QELNtpTime* timeout) {
+    constexpr const char* context = "QEL_KX_MEssageQueue_front";
+    const QELOsapiSemaphoreStatus status = QELOsapiSemaphore_take(queue.countingSemaphore, timeout);
+    if (status == QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT) {
+        return nullptr;
+    }
+    if (!succeeded(status)) {
+        report(context, "Unable to take message queue counting semaphore");
+        // A semaphore that fails does not wait either, and the consumer asks again at once.
+        QELOsapiThread_sleep(timeout);
+        return nullptr;
+    }
+    if (!lock(queue, context)) {
+        return nullptr;
+    }
+    const bool is_empty = queue.list.count == 0;
+    const auto* head = reinterpret_cast<const Element*>(queue.list.head);
+    unlock(queue, context);
+    return is_empty ? nullptr : &head->record;
+}
+
+void pop(QEL_KX_MessageQueue& queue) {
+    constexpr const char* context = "QEL_KX_MessageQueue_pop";
+    if (!lock(queue, context)) {
+        return;
+    }
+    if (Element* head = unlink_head(queue.list); head != nullptr) {
+        recycle(queue, *head);
+    }
+    unlock(queue, context);
+}
+
+void destroy(QEL_KX_MessageQueue& queue) {
+    QELOsapiSemaphore_delete(queue.mutex);
+    QELOsapiSemaphore_delete(queue.countingSemaphore);
+    while (Element* head = unlink_head(queue.list)) {
+        recycle(queue, *head);
+    }
+    MOSKFastBufferPool_delete(queue.elementPool);
+    QELOsapiHeap_freeStructure(&queue);
+}
+
+}  // namespace
+}  // namespace orvane::core
+
+namespace core = orvane::core;
+
+QEL_KX_MessageQueue* QEL_KX_MessageQueue_new(const QEL_KX_MessageQueueProperty* property) {
+    return core::create(*property);
+}
+
+DDS_Boolean QEL_KX_MessageQueue_push(QEL_KX_MessageQueue* self,
+                                     const QEL_KX_MessageQueueRecord* record) {
+    return core::push(*self, *record);
+}
+
+const QEL_KX_MessageQueueRecord* QEL_KX_MessageQueue_front(QEL_KX_MessageQueue* self,
+                                                           const QELNtpTime* timeout) {
+    return core::front(*self, timeout);
+}
+
+void QEL_KX_MessageQueue_pop(QEL_KX_MessageQueue* self) {
+    core::pop(*self);
+}
+
+void QEL_KX_MessageQueue_delete(QEL_KX_MessageQueue* self) {
+    if (self != nullptr) {
+        core::destroy(*self);
+    }
+}
+
+DDS_Long QEL_KX_MessageQueue_getMessageQueueProperty(const QEL_KX_MessageQueue* self) {
+    return self->maxSize;
+}

@@ -1,0 +1,58 @@
+#include "scripted_writer.hpp"
+
+#include <atomic>
+#include <chrono>
+#include <utility>
+
+namespace orvane::test {
+namespace {
+
+constinit std::atomic<ScriptedWriter*> active = nullptr;
+
+}  // namespace
+
+ScriptedWriter::ScriptedWriter(std::vector<DDS_ReturnCode_t> results)
+    : results_(std::move(results)) {
+    active = this;
+}
+
+ScriptedWriter::~ScriptedWriter() {
+    active = nullptr;
+}
+
+QEL_KX_LogMessageDataWriter* ScriptedWriter::handle() {
+    return reinterpret_cast<QEL_KX_LogMessageDataWriter*>(this);
+}
+
+std::vector<Written> ScriptedWriter::wait_for(std::size_t count) {
+    std::unique_lock lock(mutex_);
+    changed_.wait_for(lock, std::chrono::seconds(10), [&] { return writes_.size() >= count; });
+    return writes_;
+}
+
+DDS_ReturnCode_t ScriptedWriter::write(const QEL_KX_LogMessage& sample,
+                                       const DDS_Time_t& timestamp) {
+    const std::lock_guard lock(mutex_);
+    writes_.push_back(
+        {sample.hostAndAppId, sample.level, sample.category, sample.message, timestamp});
+    changed_.notify_all();
+    return writes_.size() <= results_.size() ? results_[writes_.size() - 1] : DDS_RETCODE_OK;
+}
+
+}  // namespace orvane::test
+
+extern "C" {
+
+DDS_ReturnCode_t __real_QEL_KX_LogMessageDataWriter_write_w_timestamp(
+    QEL_KX_LogMessageDataWriter* self, const QEL_KX_LogMessage* sample,
+    const DDS_InstanceHandle_t* handle, const DDS_Time_t* timestamp);
+DDS_ReturnCode_t __wrap_QEL_KX_LogMessageDataWriter_write_w_timestamp(
+    QEL_KX_LogMessageDataWriter* self, const QEL_KX_LogMessage* sample,
+    const DDS_InstanceHandle_t* handle, const DDS_Time_t* timestamp) {
+    orvane::test::ScriptedWriter* scripted = orvane::test::active;
+    if (scripted != nullptr && scripted->handle() == self) {
+        return scripted->write(*sample, *timestamp);
+    }
+    return __real_QEL_KX_LogMessageDataWriter_write_w_timestamp(self, sample, handle, timestamp);
+}
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "orvane/core.h"
+
+namespace orvane::test {
+
+/// What a typed writer was asked to write.
+struct Written {
+    QEL_KX_HostAndAppId origin;
+    DDS_Long level;
+    std::string category;
+    std::string message;
+    DDS_Time_t timestamp;
+};
+
+/// As long as it lives, takes the writes of log messages and answers them from a list of results.
+class ScriptedWriter {
+public:
+    /// Results of the first writes; the later ones succeed.
+    explicit ScriptedWriter(std::vector<DDS_ReturnCode_t> results = {});
+    ~ScriptedWriter();
+    ScriptedWriter(const ScriptedWriter&) = delete;
+    ScriptedWriter& operator=(const ScriptedWriter&) = delete;
+
+    /// Something that stands for the middleware's writer.
+    [[nodiscard]] QEL_KX_LogMessageDataWriter* handle();
+    /// Waits for that many writes, for ten seconds at most. @return all writes so far.
+    [[nodiscard]] std::vector<Written> wait_for(std::size_t count);
+
+    DDS_ReturnCode_t write(const QEL_KX_LogMessage& sample, const DDS_Time_t& timestamp);
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<DDS_ReturnCode_t> results_;
+    std::vector<Written> writes_;
+};
+
+}  // namespace orvane::test
