@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "tests/integration/child_process.hpp"
+#include "tests/integration/viewer.hpp"
+
+namespace orvane::tests {
+namespace {
+
+constexpr std::chrono::seconds patience{60};
+const std::string domain = std::to_string(ORVANE_TEST_DOMAIN);
+
+TEST(CommandLine, RefusesWrongUsageAndNamesWhatIsValid) {
+    const std::string levels = "FATAL, SEVERE, ERROR, WARNING, NOTICE, INFO, DEBUG, TRACE";
+    const struct {
+        std::vector<std::string> arguments;
+        std::string says;
+    } cases[] = {
+        {{}, "A subcommand is required"},
+        {{"follow"}, "follow"},
+        {{"--verbose"}, "A subcommand is required"},
+        {{"tail", "extra"}, "extra"},
+        {{"tail", "--levels", "INFO"}, "--levels"},
+        {{"tail", "--level"}, "--level"},
+        {{"tail", "--level", "LOUD"}, "'LOUD' is no level: one of " + levels + " or a number"},
+        {{"tail", "--level", ""}, levels},
+        {{"tail", "--level", "600x"}, levels},
+        {{"tail", "--app", "1234"}, "'1234' is no application: HOST:APP in hexadecimal"},
+        {{"tail", "--app", "12:zz"}, "HOST:APP"},
+        {{"tail", "--domain", "233"}, "0 to 232"},
+        {{"tail", "--domain", "-1"}, "0 to 232"},
+        {{"tail", "--domain", "one"}, "0 to 232"},
+        {{"tail", "--count", "0"}, "--count"},
+        {{"tail", "--count", "-3"}, "--count"},
+        {{"tail", "--count", "some"}, "--count"},
+        {{"tail", "--for", "-1"}, "'-1' is no time: seconds, 0 or more, expected"},
+        {{"tail", "--for", "nan"}, "seconds, 0 or more"},
+        {{"tail", "--for", "5s"}, "seconds, 0 or more"},
+    };
+    for (const auto& each : cases) {
+        ChildProcess tool{tool_command(each.arguments)};
+        EXPECT_EQ(tool.wait_for_end(patience), "exit 2") << tool.transcript();
+        EXPECT_TRUE(tool.output().out.empty()) << tool.transcript();
+        EXPECT_NE(tool.transcript().find(each.says), std::string::npos)
+            << "expected: " << each.says << "\ngot: " << tool.transcript();
+    }
+}
+
+TEST(CommandLine, ExplainsItselfOnStandardOutput) {
+    const struct {
+        std::vector<std::string> arguments;
+        std::string says;
+    } cases[] = {
+        {{"--help"}, "tail"},
+        {{"tail", "--help"}, "--category"},
+        {{"--version"}, "orvane "},
+    };
+    for (const auto& each : cases) {
+        ChildProcess tool{tool_command(each.arguments)};
+        EXPECT_EQ(tool.wait_for_end(patience), "exit 0") << tool.transcript();
+        EXPECT_TRUE(tool.output().error.empty()) << tool.transcript();
+        EXPECT_NE(tool.transcript().find(each.says), std::string::npos) << tool.transcript();
+    }
+}
+
+TEST(CommandLine, FollowsASilentDomainForTheTimeAskedFor) {
+    const struct {
+        std::vector<std::string> options;
+        double seconds;
+    } cases[] = {
+        {{"--for", "0"}, 0},
+        {{"--for", "0.5"}, 0.5},
+        {{"--for", "0.1", "--json", "--level", "-5", "--category", "nav.*", "--count", "7"}, 0.1},
+    };
+    for (const auto& each : cases) {
+        std::vector<std::string> arguments{"tail", "--domain", domain};
+        arguments.insert(arguments.end(), each.options.begin(), each.options.end());
+        const auto start = std::chrono::steady_clock::now();
+        ChildProcess tool{tool_command(arguments)};
+        EXPECT_EQ(tool.wait_for_end(patience), "exit 0") << tool.transcript();
+        const std::chrono::duration<double> lasted = std::chrono::steady_clock::now() - start;
+        EXPECT_GE(lasted.count(), each.seconds);
+        EXPECT_TRUE(tool.output().out.empty()) << tool.transcript();
+        ASSERT_EQ(tool.output().error.size(), 1U) << tool.transcript();
+        EXPECT_TRUE(
+            tool.output().error.front().starts_with("orvane: 0 messages of 0 applications in "))
+            << tool.transcript();
+    }
+}
+
+}  // namespace
+}  // namespace orvane::tests
