@@ -34,8 +34,7 @@ LoggingLock lock_for_logging() noexcept {
     if (QELOsapi_global_lockUnless(&changes_under_way) == 0) {
         return LoggingLock::Held;
     }
-    const bool abandoned =
-        std::atomic_ref(changes_under_way).load() != 0 || changes_ended.load() != ended_before;
+    const bool abandoned = LifecycleChange::is_under_way() || changes_ended.load() != ended_before;
     return abandoned ? LoggingLock::Abandoned : LoggingLock::Refused;
 }
 

@@ -36,8 +36,7 @@ public:
     [[nodiscard]] bool is_running() const { return instance_ != nullptr; }
 
     void log(int level, const std::string& category, const std::string& text) {
-        QEL_KX_Orvane_logMessageWithLevelCategory(instance_, level, text.c_str(),
-                                                  category.c_str());
+        QEL_KX_Orvane_logMessageWithLevelCategory(instance_, level, text.c_str(), category.c_str());
         if (level <= QEL_KX_LEVEL_INFO) {
             ++published_;
         }

@@ -16,7 +16,7 @@ using pexa::dds::FilterFault;
 
 std::string take_line(std::string_view& input) {
     const std::size_t end = input.find('\n');
-    const std::string line(input.substr(0, end));
+    std::string line(input.substr(0, end));
     input.remove_prefix(end == std::string_view::npos ? input.size() : end + 1);
     return line;
 }

@@ -98,7 +98,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     static Type* const sample = new_sample();
     static Type* const again = new_sample();
     static Type* const copy = new_sample();
-    static const TULVEndpointData endpoint = new_endpoint();
+    static TULVEndpointData endpoint = new_endpoint();
 
     Bytes bytes(data, data + size);
     std::size_t end = 0;

@@ -12,6 +12,8 @@ struct Application {
     std::uint32_t host_id = 0;
     std::uint32_t app_id = 0;
 
+    // The check takes the zero that a defaulted comparison is compared with for a pointer.
+    // NOLINTNEXTLINE(modernize-use-nullptr)
     friend auto operator<=>(const Application&, const Application&) = default;
 };
 

@@ -1,6 +1,5 @@
 #include "types/value_operations.hpp"
 
-using orvane::types::Description;
 using orvane::types::PluginSupportOperations;
 using orvane::types::ValueOperations;
 

@@ -32,11 +32,14 @@ public:
     [[nodiscard]] std::uint64_t list_end() const {
         return is_maximum_ ? extended_header : short_header;
     }
-    [[nodiscard]] std::uint64_t characters(const void* /*string*/, const Member& member) const {
+    [[nodiscard]] std::uint64_t characters(const void* /*record*/, const Member& member) const {
         return is_maximum_ ? member.bound : 0;
     }
-    [[nodiscard]] std::uint64_t elements(const void* /*sequence*/, const Member& member) const {
+    [[nodiscard]] std::uint64_t elements(const void* /*record*/, const Member& member) const {
         return is_maximum_ ? member.bound : 0;
+    }
+    [[nodiscard]] static const void* nested(const void* /*record*/, const Member& /*member*/) {
+        return nullptr;
     }
     /** Where the branch ends that takes the least or the most. */
     template <typename End>
@@ -64,13 +67,16 @@ public:
     }
     [[nodiscard]] static std::uint64_t list_end() { return short_header; }
     /** A string that cannot be encoded counts as some string that can. */
-    [[nodiscard]] static std::uint64_t characters(const void* string, const Member& member) {
-        const auto* text = load<const char*>(string);
+    [[nodiscard]] static std::uint64_t characters(const void* record, const Member& member) {
+        const auto* text = load<const char*>(field(record, member));
         return text == nullptr ? 0 : strnlen(text, member.bound);
     }
-    [[nodiscard]] static std::uint64_t elements(const void* sequence, const Member& member) {
-        const SequenceView view(sequence, member);
+    [[nodiscard]] static std::uint64_t elements(const void* record, const Member& member) {
+        const SequenceView view(field(record, member), member);
         return std::min(static_cast<DDS_UnsignedLong>(view.length()), member.bound);
+    }
+    [[nodiscard]] static const void* nested(const void* record, const Member& member) {
+        return field(record, member);
     }
     template <typename End>
     [[nodiscard]] static std::uint64_t branch(const TypeTable& table, const void* record,
@@ -122,21 +128,21 @@ private:
 
     [[nodiscard]] std::uint64_t member_value(const Member& member, const void* record,
                                              std::uint64_t position) const {
-        const void* value_field = record == nullptr ? nullptr : field(record, member);
         position = aligned(position, word);
         switch (member.kind) {
             case Kind::Long:
             case Kind::Enumeration:
                 return position + word;
             case Kind::String:
-                return position + word + measure_.characters(value_field, member) + 1;
+                return position + word + measure_.characters(record, member) + 1;
             case Kind::Structure:
-                return Walk(measure_, Selection::All).value(*member.type, value_field, position);
+                return Walk(measure_, Selection::All)
+                    .value(*member.type, measure_.nested(record, member), position);
             case Kind::Array:
                 return position + member.bound * size_of_words(*member.type);
             case Kind::Sequence:
                 return position + word +
-                       measure_.elements(value_field, member) * size_of_words(*member.type);
+                       measure_.elements(record, member) * size_of_words(*member.type);
         }
         return position;
     }

@@ -112,8 +112,8 @@ ORVANE_API void QEL_KX_DDSEntities_destroy(QEL_KX_DDSEntities* entities);
  * @return the last failing step's code, OK when none failed or there is nothing to delete (NULL is
  *   reported as a warning).
  */
-ORVANE_API DDS_ReturnCode_t QEL_KX_DDSEntities_deleteContainedEntities(
-    QEL_KX_DDSEntities* entities);
+ORVANE_API DDS_ReturnCode_t
+QEL_KX_DDSEntities_deleteContainedEntities(QEL_KX_DDSEntities* entities);
 /** Zero-fills a record; NULL is reported. */
 ORVANE_API void QEL_KX_DDSEntities_initialize(QEL_KX_DDSEntities* entities);
 /** @} */
@@ -252,8 +252,8 @@ ORVANE_API DDS_ReturnCode_t QEL_KX_Orvane_setFilterLevel(QEL_KX_Orvane* logger, 
  */
 /**
  * The write operation of QEL_KX_Orvane_localDevice. Logs the message in the category
- * @ref QEL_KX_MIDDLEWARE_LOGGER_CATEGORY, or prints it on standard output while there is no complete
- * logger. Runs on whatever thread the middleware logs from.
+ * @ref QEL_KX_MIDDLEWARE_LOGGER_CATEGORY, or prints it on standard output while there is no
+ * complete logger. Runs on whatever thread the middleware logs from.
  */
 ORVANE_API void QEL_KX_Orvane_writeDevice(const PEXA_Config_LoggerDevice* device,
                                           const PEXA_Config_LogMessage* message);
@@ -288,20 +288,20 @@ ORVANE_API DDS_Boolean QEL_KX_Orvane_setQELLoggerPrintFormat(QEL_KX_Orvane* logg
  * @{
  */
 /** An unknown category is taken for API. */
-ORVANE_API QEL_KX_ADMIN_QELLoggerCategory QEL_KX_translateFromQELLoggerCategoryToKXCategory(
-    DDS_Long category);
-ORVANE_API PEXA_Config_LogCategory QEL_KX_translateFromKXCategoryToQELLoggerCategory(
-    DDS_Long category);
+ORVANE_API QEL_KX_ADMIN_QELLoggerCategory
+QEL_KX_translateFromQELLoggerCategoryToKXCategory(DDS_Long category);
+ORVANE_API PEXA_Config_LogCategory
+QEL_KX_translateFromKXCategoryToQELLoggerCategory(DDS_Long category);
 /** An unknown verbosity is taken for WARNING. */
-ORVANE_API QEL_KX_ADMIN_QELLoggerVerbosity QEL_KX_translateFromQELLoggerVerbosityToKXVerbosity(
-    PEXA_Config_LogVerbosity verbosity);
-ORVANE_API PEXA_Config_LogVerbosity QEL_KX_translateFromKXVerbosityToQELLoggerVerbosity(
-    DDS_Long verbosity);
+ORVANE_API QEL_KX_ADMIN_QELLoggerVerbosity
+QEL_KX_translateFromQELLoggerVerbosityToKXVerbosity(PEXA_Config_LogVerbosity verbosity);
+ORVANE_API PEXA_Config_LogVerbosity
+QEL_KX_translateFromKXVerbosityToQELLoggerVerbosity(DDS_Long verbosity);
 /** An unknown print format is taken for DEFAULT. */
 ORVANE_API QEL_KX_ADMIN_QELLoggerPrintFormat
 QEL_KX_translateFromQELLoggerPrintFormatToKXPrintFormat(PEXA_Config_LogPrintFormat format);
-ORVANE_API PEXA_Config_LogPrintFormat QEL_KX_translateFromKXPrintFormatToQELLoggerPrintFormat(
-    DDS_Long format);
+ORVANE_API PEXA_Config_LogPrintFormat
+QEL_KX_translateFromKXPrintFormatToQELLoggerPrintFormat(DDS_Long format);
 /** @return the library's level: ERROR, WARNING, NOTICE, DEBUG for 1, 2, 3, 5, else INFO. */
 ORVANE_API DDS_Long QEL_KX_translateFromQELLoggerLogLevelToKXLevel(DDS_Long level);
 /** Most bytes that @ref QEL_KX_translateFromKXLogLevelToString writes. */

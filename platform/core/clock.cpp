@@ -1,7 +1,6 @@
 #include <ctime>
 #include <limits>
 
-#include "core/heap_object.hpp"
 #include "pexa/osapi.h"
 
 struct QELSystemClock {
@@ -15,6 +14,9 @@ constexpr DDS_Long last_second = std::numeric_limits<DDS_Long>::max();
 
 // 10^9 / 2^32 = 2^29 / (2^61 / 10^9), where 2^61 / 10^9 is this number but for its fraction.
 constexpr uint64_t divisor = 2305843009;
+
+// Every clock is this one, which is never freed: a thread may still be reading a deleted clock.
+constinit QELSystemClock wall_clock{CLOCK_REALTIME};
 
 }  // namespace
 
@@ -31,12 +33,11 @@ DDS_Time_t QELNtpTime_toTime(QELNtpTime time) {
 }
 
 QELSystemClock* QELSystemClock_new(void) {
-    return pexa::core::heap_new<QELSystemClock>(CLOCK_REALTIME);
+    timespec time{};
+    return clock_gettime(wall_clock.id, &time) == 0 ? &wall_clock : nullptr;
 }
 
-void QELSystemClock_delete(QELSystemClock* clock) {
-    pexa::core::heap_delete(clock);
-}
+void QELSystemClock_delete(QELSystemClock*) {}
 
 QELBool QELSystemClock_getTime(QELSystemClock* clock, QELNtpTime* now) {
     timespec time{};

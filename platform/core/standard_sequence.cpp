@@ -8,15 +8,12 @@ char*& string_in(void* element) {
 }
 
 DDS_Boolean initialize_string(void* element, const DDS_TypeAllocationParams_t* params) {
-    char*& text = string_in(element);
-    if (params->allocate_memory != 0) {
-        text = DDS_String_alloc(0);
-        return text != nullptr ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+    if (params->allocate_memory == 0) {
+        string_in(element) = nullptr;
+        return DDS_BOOLEAN_TRUE;
     }
-    if (text != nullptr) {
-        text[0] = '\0';
-    }
-    return DDS_BOOLEAN_TRUE;
+    string_in(element) = DDS_String_alloc(0);
+    return string_in(element) != nullptr ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
 }
 
 void finalize_string(void* element, const DDS_TypeDeallocationParams_t* /*params*/) {

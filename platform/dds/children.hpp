@@ -12,8 +12,8 @@
 
 namespace pexa::dds {
 
-/// Owned objects. Whoever walks over them shares the ownership meanwhile, because another thread may
-/// delete one of them; no lock is held while a child is enabled, closed or destroyed.
+/// Owned objects. Whoever walks over them shares the ownership meanwhile, because another thread
+/// may delete one of them; no lock is held while a child is enabled, closed or destroyed.
 template <typename T>
 class Children {
 public:

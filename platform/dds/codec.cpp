@@ -17,8 +17,7 @@ QELCdrStream stream_over(std::span<std::byte> buffer) {
 
 /// For reading only: a stream has no constant form.
 QELCdrStream stream_over(std::span<const std::byte> payload) {
-    return stream_over(
-        std::span(const_cast<std::byte*>(payload.data()), payload.size()));
+    return stream_over(std::span(const_cast<std::byte*>(payload.data()), payload.size()));
 }
 
 }  // namespace

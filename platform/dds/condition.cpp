@@ -20,8 +20,7 @@ DDS_Boolean Condition::triggered() const {
 GuardCondition* GuardCondition::create(const Operation& operation) {
     const engine::Created created = engine::create_guard_condition();
     if (!created) {
-        static_cast<void>(
-            operation.not_created("guard condition", to_return_code(created.status)));
+        static_cast<void>(operation.not_created("guard condition", to_return_code(created.status)));
         return nullptr;
     }
     auto* condition = new (std::nothrow) GuardCondition(created.entity);
@@ -84,8 +83,7 @@ DDS_ReturnCode_t StatusCondition::entity_enabled() const {
     if (id == engine::no_entity) {
         return DDS_RETCODE_OK;
     }
-    return to_return_code(
-        engine::set_status_condition(id, statuses_.load() & entity_.statuses()));
+    return to_return_code(engine::set_status_condition(id, statuses_.load() & entity_.statuses()));
 }
 
 }  // namespace pexa::dds

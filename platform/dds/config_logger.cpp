@@ -83,7 +83,7 @@ bool PEXA_Config_Logger::set_device(const PEXA_Config_LoggerDevice* device) noex
 }
 
 void PEXA_Config_Logger::report(PEXA_Config_LogCategory category, PEXA_Config_LogLevel level,
-                                LogSource source, const char* text) noexcept {
+                                LogSource source, const char* text) const noexcept {
     if (!pexa::dds::passes(verbosity(category), level)) {
         return;
     }

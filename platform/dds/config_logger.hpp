@@ -37,7 +37,7 @@ public:
     /// Hands a message that passes to the device. A message that arises inside a device's call is
     /// printed instead, like all messages without a device.
     void report(PEXA_Config_LogCategory category, PEXA_Config_LogLevel level,
-                pexa::dds::LogSource source, const char* text) noexcept;
+                pexa::dds::LogSource source, const char* text) const noexcept;
 
     /// Has the sources report what the verbosities let pass, if a change of them waits for it.
     void choose_messages() noexcept;

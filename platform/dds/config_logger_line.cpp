@@ -137,7 +137,8 @@ void print_line(PEXA_Config_LogPrintFormat format, PEXA_Config_LogCategory categ
 
     std::array<char, longest_message + longest_prefix> line;
     const std::size_t length = format_line(line, format, content);
-    std::fwrite(line.data(), 1, length, stdout);
+    // A failing standard output leaves nowhere to report to.
+    static_cast<void>(std::fwrite(line.data(), 1, length, stdout));
 }
 
 }  // namespace pexa::dds

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
+#include <new>
 
 #include "dds/content_filter_fields.hpp"
 #include "dds/content_filter_parser.hpp"
@@ -72,21 +73,24 @@ void set_no_memory(FilterFault& fault) {
 
 }  // namespace
 
-std::unique_ptr<const ContentFilter> ContentFilter::compile(const DDS_TypeCode& type,
-                                                            std::string_view expression,
-                                                            const DDS_StringSeq* parameters,
-                                                            FilterFault& fault) noexcept {
+ContentFilterPointer ContentFilter::compile(const DDS_TypeCode& type, std::string_view expression,
+                                            const DDS_StringSeq* parameters,
+                                            FilterFault& fault) noexcept {
     Sources sources;
     if (!collect(expression, parameters, sources, fault)) {
         return nullptr;
     }
-    std::unique_ptr<ContentFilter> filter(new (std::nothrow) ContentFilter());
-    if (filter != nullptr) {
-        // One byte more, for an empty size would give no buffer.
-        void* buffer = QELOsapiHeap_allocateBytes(size_of(sources) + 1);
-        filter->texts_.reset(static_cast<char*>(buffer));
+    void* memory = QELOsapiHeap_allocateStructureOfSize(sizeof(ContentFilter));
+    if (memory == nullptr) {
+        set_no_memory(fault);
+        return nullptr;
     }
-    if (filter == nullptr || filter->texts_ == nullptr) {
+    auto* const filter = new (memory) ContentFilter();
+    ContentFilterPointer owner(filter);
+    // One byte more, for an empty size would give no buffer.
+    void* buffer = QELOsapiHeap_allocateBytes(size_of(sources) + 1);
+    filter->texts_.reset(static_cast<char*>(buffer));
+    if (buffer == nullptr) {
         set_no_memory(fault);
         return nullptr;
     }
@@ -95,7 +99,12 @@ std::unique_ptr<const ContentFilter> ContentFilter::compile(const DDS_TypeCode& 
     if (!parser.parse()) {
         return nullptr;
     }
-    return filter;
+    return owner;
+}
+
+void FreeContentFilter::operator()(const ContentFilter* filter) const {
+    filter->~ContentFilter();
+    QELOsapiHeap_freeStructureBytes(const_cast<ContentFilter*>(filter));
 }
 
 bool ContentFilter::matches(std::span<const std::byte> payload) const noexcept {

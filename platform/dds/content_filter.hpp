@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <new>
 #include <span>
 #include <string_view>
 
@@ -14,6 +13,13 @@
 #include "pexa/sequence.h"
 
 namespace pexa::dds {
+
+class ContentFilter;
+
+struct FreeContentFilter {
+    void operator()(const ContentFilter* filter) const;
+};
+using ContentFilterPointer = std::unique_ptr<const ContentFilter, FreeContentFilter>;
 
 /// A compiled filter expression of the DDS SQL subset. Immutable, so that threads may share it.
 ///
@@ -27,9 +33,10 @@ public:
     /// @param type must live as long as the filter; with all its members' types
     /// @param expression,parameters are copied; @p parameters may be NULL for none
     /// @param fault says what is wrong when the result is NULL
-    [[nodiscard]] static std::unique_ptr<const ContentFilter> compile(
-        const DDS_TypeCode& type, std::string_view expression, const DDS_StringSeq* parameters,
-        FilterFault& fault) noexcept;
+    [[nodiscard]] static ContentFilterPointer compile(const DDS_TypeCode& type,
+                                                      std::string_view expression,
+                                                      const DDS_StringSeq* parameters,
+                                                      FilterFault& fault) noexcept;
 
     /// Allocates nothing. Members that the sample lacks count as 0 or the empty text.
     ///
@@ -37,17 +44,15 @@ public:
     /// @return false also for a payload that is not an encoding of the type
     [[nodiscard]] bool matches(std::span<const std::byte> payload) const noexcept;
 
-    static void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-        return QELOsapiHeap_allocateStructureOfSize(size);
-    }
-    static void operator delete(void* memory) { QELOsapiHeap_freeStructureBytes(memory); }
-
 private:
     struct FreeTexts {
         void operator()(char* texts) const { QELOsapiHeap_freeBytes(texts); }
     };
 
+    friend struct FreeContentFilter;
+
     ContentFilter() = default;
+    ~ContentFilter() = default;
 
     FilterProgram program_;
     std::unique_ptr<char, FreeTexts> texts_;  ///< what the program's constants point into

@@ -1,25 +1,19 @@
 #include "dds/content_filter_fault.hpp"
 
 #include <algorithm>
-#include <cstdarg>
-#include <cstdio>
 
 namespace pexa::dds {
 
-void set_fault(FilterFault& fault, const FilterPlace& place, const char* format, ...) {
+std::span<char> begin_fault(FilterFault& fault, const FilterPlace& place) {
     fault.position = place.position + 1;
     fault.parameter = place.parameter;
-    char* text = fault.text.data();
-    const std::size_t size = fault.text.size();
-    const int prefix =
+    const std::span<char> text(fault.text);
+    const int length =
         place.parameter < 0
-            ? std::snprintf(text, size, "character %zu: ", fault.position)
-            : std::snprintf(text, size, "parameter %%%d, character %zu: ", place.parameter,
-                            fault.position);
-    va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(text + prefix, size - static_cast<std::size_t>(prefix), format, arguments);
-    va_end(arguments);
+            ? std::snprintf(text.data(), text.size(), "character %zu: ", fault.position)
+            : std::snprintf(text.data(), text.size(),
+                            "parameter %%%d, character %zu: ", place.parameter, fault.position);
+    return text.subspan(static_cast<std::size_t>(length));
 }
 
 void set_unexpected(FilterFault& fault, const SqlToken& token, int parameter,

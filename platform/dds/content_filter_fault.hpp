@@ -4,6 +4,8 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdio>
+#include <span>
 #include <string_view>
 
 #include "dds/sql_lexer.hpp"
@@ -25,10 +27,22 @@ struct FilterPlace {
     int parameter = -1;
 };
 
+/// Stores the place of a fault, and begins its text with it.
+/// @return room for the rest of the text
+[[nodiscard]] std::span<char> begin_fault(FilterFault& fault, const FilterPlace& place);
+
 /// Fills in a fault; its text is cut when it is too long.
 /// @param format what is wrong, as printf takes it
-void set_fault(FilterFault& fault, const FilterPlace& place, const char* format, ...)
-    __attribute__((format(printf, 3, 4)));
+template <typename... Arguments>
+void set_fault(FilterFault& fault, const FilterPlace& place, const char* format,
+               Arguments... arguments) {
+    const std::span<char> rest = begin_fault(fault, place);
+    if constexpr (sizeof...(Arguments) == 0) {
+        std::snprintf(rest.data(), rest.size(), "%s", format);
+    } else {
+        std::snprintf(rest.data(), rest.size(), format, arguments...);
+    }
+}
 
 /// Fills in a fault: a token that is invalid or does not belong where it is.
 /// @param parameter the parameter that the token is from, or -1

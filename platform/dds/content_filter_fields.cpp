@@ -158,7 +158,7 @@ private:
 
     bool sequence(const DDS_TypeCode& type) {
         DDS_Long count = 0;
-        if (QELCdrStream_deserializeLong(&stream_, &count) == 0 || count < 0) {
+        if (QELCdrStream_deserializeLong(&stream_, &count) == 0) {
             return false;
         }
         // An element takes at least a byte, which keeps a foreign count from becoming a long loop.

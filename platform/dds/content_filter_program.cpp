@@ -32,17 +32,17 @@ bool is_like(std::string_view text, std::string_view pattern) {
 bool holds_for(Comparison comparison, std::strong_ordering order) {
     switch (comparison) {
         case Comparison::equal:
-            return order == 0;
+            return std::is_eq(order);
         case Comparison::not_equal:
-            return order != 0;
+            return std::is_neq(order);
         case Comparison::less:
-            return order < 0;
+            return std::is_lt(order);
         case Comparison::less_equal:
-            return order <= 0;
+            return std::is_lteq(order);
         case Comparison::greater:
-            return order > 0;
+            return std::is_gt(order);
         case Comparison::greater_equal:
-            return order >= 0;
+            return std::is_gteq(order);
         case Comparison::like:
             break;
     }
@@ -61,8 +61,9 @@ bool holds_for(const Step& step, const FilterValue& left, const FilterValue& rig
 
 bool FilterProgram::run(const FilterFields& fields) const {
     const auto operand = [&](OperandIndex index) -> const FilterValue& {
-        return index >= 0 ? fields[static_cast<std::size_t>(index)]
-                          : constants[static_cast<std::size_t>(~index)];
+        const int position = index >= 0 ? index : ~index;
+        const auto offset = static_cast<std::size_t>(position);
+        return index >= 0 ? fields[offset] : constants[offset];
     };
     // Ways lead forward only, so this ends.
     StepIndex next = 0;

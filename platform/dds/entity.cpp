@@ -18,24 +18,20 @@ DDS_ReturnCode_t Entity::enable(const Operation& operation) {
         if (enabled() != 0) {
             return DDS_RETCODE_OK;
         }
-        const engine::ListenerSetting listener = engine_listener();
-        const engine::Created created = create_in_engine(operation, listener);
+        const engine::Created created = create_in_engine(operation);
         if (!created) {
             return operation.failed("enabling", to_return_code(created.status));
         }
-        adopt(created.entity);
-        // A listener further up may have changed meanwhile.
-        if (engine_listener().mask != listener.mask) {
-            static_cast<void>(refresh_own_listener());
-        }
+        engine_id_.store(created.entity);
+    }
+    // The listener comes last, so that a callback meets an entity in full operation. What happened
+    // before is announced now.
+    const DDS_ReturnCode_t listening = refresh_own_listener();
+    if (listening != DDS_RETCODE_OK) {
+        return operation.failed("enabling the listener", listening);
     }
     const DDS_ReturnCode_t result = status_condition_.entity_enabled();
     return result == DDS_RETCODE_OK ? enable_contained(operation) : result;
-}
-
-void Entity::adopt(engine::EntityId id) {
-    engine::EntityId disabled = engine::no_entity;
-    engine_id_.compare_exchange_strong(disabled, id);
 }
 
 DDS_ReturnCode_t Entity::close(const Operation& operation) {
@@ -108,8 +104,8 @@ DDS_ReturnCode_t Entity::refresh_own_listener() {
     if (id == engine::no_entity || dispatch() == nullptr) {
         return DDS_RETCODE_OK;
     }
-    // Whoever changes a listener of the chain meanwhile computes a newer mask, and the call with the
-    // older one may come last: then it is made again.
+    // Whoever changes a listener of the chain meanwhile computes a newer mask, and the call with
+    // the older one may come last: then it is made again.
     engine::ListenerSetting setting;
     engine::Status status = engine::Status::ok;
     do {

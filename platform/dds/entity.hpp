@@ -38,13 +38,10 @@ public:
 
     [[nodiscard]] DDS_ReturnCode_t set_listener(const Operation& operation,
                                                 const ListenerSetting& setting);
-    /// Tells the engine which statuses somebody takes, of this entity and those in it, and waits for
-    /// running callbacks.
+    /// Tells the engine which statuses somebody takes, of this entity and those in it, and waits
+    /// for running callbacks.
     [[nodiscard]] DDS_ReturnCode_t refresh_listeners();
     [[nodiscard]] const ListenerSlot& listeners() const { return listeners_; }
-
-    /// Called by a callback that may come before the creation in the engine has returned.
-    void adopt(engine::EntityId id);
 
 protected:
     /// @param parent what contains it, or NULL for a participant
@@ -56,6 +53,9 @@ protected:
     /// Sets the listener of an entity that is not enabled yet.
     void set_first_listener(const ListenerSetting& setting) { listeners_.exchange(setting); }
 
+    /// Enables the object with an entity that the engine has already.
+    void adopt(engine::EntityId id) { engine_id_.store(id); }
+
     /// Changes the policies of the engine's entity, if there is one.
     [[nodiscard]] DDS_ReturnCode_t change_in_engine(const Operation& operation,
                                                     const engine::Qos& qos) const;
@@ -63,8 +63,7 @@ protected:
     [[nodiscard]] virtual engine::Status delete_in_engine(engine::EntityId id);
 
 private:
-    [[nodiscard]] virtual engine::Created create_in_engine(const Operation& operation,
-                                                           engine::ListenerSetting listener) = 0;
+    [[nodiscard]] virtual engine::Created create_in_engine(const Operation& operation) = 0;
     /// @return what the engine calls, NULL for entities that only pass statuses on.
     [[nodiscard]] virtual engine::Listener* dispatch() { return nullptr; }
     [[nodiscard]] virtual DDS_ReturnCode_t enable_contained(const Operation&) {

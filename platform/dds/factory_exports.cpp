@@ -31,8 +31,7 @@ DDS_DomainParticipant* DDS_DomainParticipantFactory_create_participant(
 
 DDS_ReturnCode_t DDS_DomainParticipantFactory_delete_participant(
     DDS_DomainParticipantFactory* self, DDS_DomainParticipant* participant) {
-    return dds::call(__func__, self, &dds::Factory::delete_participant,
-                     dds::required(participant));
+    return dds::call(__func__, self, &dds::Factory::delete_participant, dds::required(participant));
 }
 
 DDS_DomainParticipant* DDS_DomainParticipantFactory_lookup_participant(

@@ -110,12 +110,14 @@ struct HandleTraits<DDS_WaitSet> {
 
 /// Whether T is a handle type.
 template <typename T>
-concept HandleType = requires { typename HandleTraits<T>::Object; };
+concept HandleType = requires {
+    typename HandleTraits<T>::Object;
+};
 
 /// Whether T is a class that has handles; it names them as T::Handle.
 template <typename T>
 concept ObjectType = HandleType<typename T::Handle> &&
-                     std::is_same_v<typename HandleTraits<typename T::Handle>::Object, T>;
+    std::is_same_v<typename HandleTraits<typename T::Handle>::Object, T>;
 
 /// @return the object behind a handle, NULL for NULL.
 template <HandleType Handle>

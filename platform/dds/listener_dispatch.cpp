@@ -27,91 +27,86 @@ const DDS_DataReaderListener& part(const DDS_DomainParticipantListener& listener
 
 /// Calls the slot of the nearest listener that takes a status, with the status converted.
 template <typename Object, typename Part, typename Record>
-void announce(Object& object, engine::EntityId id, engine::StatusMask status_bit,
+void announce(Object& object, engine::StatusMask status_bit,
               void (*Part::*slot)(void*, typename Object::Handle*, const Record*),
               const EngineStatus<Record>& status) {
-    // The callback may come before the operation that creates the entity has returned.
-    object.adopt(id);
     DDS_DomainParticipantListener listener;
     if (!object.listeners().find(status_bit, listener)) {
         return;
     }
     Record record{};
-    convert(status, record,
-            [&](engine::LocalHandle peer) { return object.peer_handle(peer); });
+    convert(status, record, [&](engine::LocalHandle peer) { return object.peer_handle(peer); });
     const Part& chosen = part(listener, static_cast<const Part*>(nullptr));
     (chosen.*slot)(chosen.listener_data, handle_of(&object), &record);
 }
 
 }  // namespace
 
-void TopicDispatch::on_inconsistent_topic(engine::EntityId id,
+void TopicDispatch::on_inconsistent_topic(engine::EntityId /*id*/,
                                           const engine::InconsistentTopic& status) {
-    announce(topic_, id, engine::inconsistent_topic_status,
-             &DDS_TopicListener::on_inconsistent_topic, status);
-}
-
-void WriterDispatch::on_offered_deadline_missed(engine::EntityId id,
-                                                const engine::OfferedDeadlineMissed& status) {
-    announce(writer_, id, engine::offered_deadline_missed_status,
-             &DDS_DataWriterListener::on_offered_deadline_missed, status);
-}
-
-void WriterDispatch::on_offered_incompatible_qos(engine::EntityId id,
-                                                 const engine::OfferedIncompatibleQos& status) {
-    announce(writer_, id, engine::offered_incompatible_qos_status,
-             &DDS_DataWriterListener::on_offered_incompatible_qos, status);
-}
-
-void WriterDispatch::on_liveliness_lost(engine::EntityId id,
-                                        const engine::LivelinessLost& status) {
-    announce(writer_, id, engine::liveliness_lost_status,
-             &DDS_DataWriterListener::on_liveliness_lost, status);
-}
-
-void WriterDispatch::on_publication_matched(engine::EntityId id,
-                                            const engine::PublicationMatched& status) {
-    announce(writer_, id, engine::publication_matched_status,
-             &DDS_DataWriterListener::on_publication_matched, status);
-}
-
-void ReaderDispatch::on_requested_deadline_missed(engine::EntityId id,
-                                                  const engine::RequestedDeadlineMissed& status) {
-    announce(reader_, id, engine::requested_deadline_missed_status,
-             &DDS_DataReaderListener::on_requested_deadline_missed, status);
-}
-
-void ReaderDispatch::on_requested_incompatible_qos(
-    engine::EntityId id, const engine::RequestedIncompatibleQos& status) {
-    announce(reader_, id, engine::requested_incompatible_qos_status,
-             &DDS_DataReaderListener::on_requested_incompatible_qos, status);
-}
-
-void ReaderDispatch::on_sample_lost(engine::EntityId id, const engine::SampleLost& status) {
-    announce(reader_, id, engine::sample_lost_status, &DDS_DataReaderListener::on_sample_lost,
+    announce(topic_, engine::inconsistent_topic_status, &DDS_TopicListener::on_inconsistent_topic,
              status);
 }
 
-void ReaderDispatch::on_sample_rejected(engine::EntityId id,
-                                        const engine::SampleRejected& status) {
-    announce(reader_, id, engine::sample_rejected_status,
-             &DDS_DataReaderListener::on_sample_rejected, status);
+void WriterDispatch::on_offered_deadline_missed(engine::EntityId /*id*/,
+                                                const engine::OfferedDeadlineMissed& status) {
+    announce(writer_, engine::offered_deadline_missed_status,
+             &DDS_DataWriterListener::on_offered_deadline_missed, status);
 }
 
-void ReaderDispatch::on_liveliness_changed(engine::EntityId id,
+void WriterDispatch::on_offered_incompatible_qos(engine::EntityId /*id*/,
+                                                 const engine::OfferedIncompatibleQos& status) {
+    announce(writer_, engine::offered_incompatible_qos_status,
+             &DDS_DataWriterListener::on_offered_incompatible_qos, status);
+}
+
+void WriterDispatch::on_liveliness_lost(engine::EntityId /*id*/,
+                                        const engine::LivelinessLost& status) {
+    announce(writer_, engine::liveliness_lost_status, &DDS_DataWriterListener::on_liveliness_lost,
+             status);
+}
+
+void WriterDispatch::on_publication_matched(engine::EntityId /*id*/,
+                                            const engine::PublicationMatched& status) {
+    announce(writer_, engine::publication_matched_status,
+             &DDS_DataWriterListener::on_publication_matched, status);
+}
+
+void ReaderDispatch::on_requested_deadline_missed(engine::EntityId /*id*/,
+                                                  const engine::RequestedDeadlineMissed& status) {
+    announce(reader_, engine::requested_deadline_missed_status,
+             &DDS_DataReaderListener::on_requested_deadline_missed, status);
+}
+
+void ReaderDispatch::on_requested_incompatible_qos(engine::EntityId /*id*/,
+                                                   const engine::RequestedIncompatibleQos& status) {
+    announce(reader_, engine::requested_incompatible_qos_status,
+             &DDS_DataReaderListener::on_requested_incompatible_qos, status);
+}
+
+void ReaderDispatch::on_sample_lost(engine::EntityId /*id*/, const engine::SampleLost& status) {
+    announce(reader_, engine::sample_lost_status, &DDS_DataReaderListener::on_sample_lost, status);
+}
+
+void ReaderDispatch::on_sample_rejected(engine::EntityId /*id*/,
+                                        const engine::SampleRejected& status) {
+    announce(reader_, engine::sample_rejected_status, &DDS_DataReaderListener::on_sample_rejected,
+             status);
+}
+
+void ReaderDispatch::on_liveliness_changed(engine::EntityId /*id*/,
                                            const engine::LivelinessChanged& status) {
-    announce(reader_, id, engine::liveliness_changed_status,
+    announce(reader_, engine::liveliness_changed_status,
              &DDS_DataReaderListener::on_liveliness_changed, status);
 }
 
-void ReaderDispatch::on_subscription_matched(engine::EntityId id,
+void ReaderDispatch::on_subscription_matched(engine::EntityId /*id*/,
                                              const engine::SubscriptionMatched& status) {
-    announce(reader_, id, engine::subscription_matched_status,
+    announce(reader_, engine::subscription_matched_status,
              &DDS_DataReaderListener::on_subscription_matched, status);
 }
 
-void ReaderDispatch::on_data_available(engine::EntityId id) {
-    reader_.adopt(id);
+void ReaderDispatch::on_data_available(engine::EntityId /*id*/) {
     DDS_DomainParticipantListener listener;
     if (reader_.listeners().find(engine::data_available_status, listener)) {
         const DDS_DataReaderListener& chosen = listener.as_subscriberlistener.as_datareaderlistener;

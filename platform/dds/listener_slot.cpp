@@ -23,8 +23,7 @@ engine::StatusMask filled_slots(const DDS_DomainParticipantListener& record) {
            filled(writer.on_liveliness_lost, engine::liveliness_lost_status) |
            filled(writer.on_publication_matched, engine::publication_matched_status) |
            filled(reader.on_requested_deadline_missed, engine::requested_deadline_missed_status) |
-           filled(reader.on_requested_incompatible_qos,
-                  engine::requested_incompatible_qos_status) |
+           filled(reader.on_requested_incompatible_qos, engine::requested_incompatible_qos_status) |
            filled(reader.on_sample_rejected, engine::sample_rejected_status) |
            filled(reader.on_liveliness_changed, engine::liveliness_changed_status) |
            filled(reader.on_data_available, engine::data_available_status) |

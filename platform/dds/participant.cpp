@@ -46,13 +46,12 @@ DDS_ReturnCode_t Participant::wrap(const Operation& operation, engine::EntityId 
     return DDS_RETCODE_OK;
 }
 
-engine::Created Participant::create_in_engine(const Operation& /*operation*/,
-                                              engine::ListenerSetting listener) {
+engine::Created Participant::create_in_engine(const Operation& /*operation*/) {
     engine::Qos qos;
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
         return {engine::Status::out_of_resources};
     }
-    return engine::create_participant(static_cast<std::uint32_t>(domain_), qos, listener);
+    return engine::create_participant(static_cast<std::uint32_t>(domain_), qos);
 }
 
 engine::Status Participant::delete_in_engine(engine::EntityId id) {
@@ -150,8 +149,7 @@ DDS_ReturnCode_t Participant::delete_publisher(const Operation& operation, Publi
     return publishers_.remove(operation, publisher);
 }
 
-Subscriber* Participant::create_subscriber(const Operation& operation,
-                                           const DDS_SubscriberQos* qos,
+Subscriber* Participant::create_subscriber(const Operation& operation, const DDS_SubscriberQos* qos,
                                            const DDS_SubscriberListener* listener,
                                            DDS_StatusMask mask) {
     auto subscriber = std::make_shared<Subscriber>(*this);

@@ -50,9 +50,8 @@ public:
                                       const char* type_name, const DDS_TopicQos* qos,
                                       const DDS_TopicListener* listener, DDS_StatusMask mask);
     [[nodiscard]] DDS_ReturnCode_t delete_topic(const Operation& operation, Topic& topic);
-    [[nodiscard]] FilteredTopic* create_filtered_topic(const Operation& operation,
-                                                       const char* name, Topic& related,
-                                                       const char* expression,
+    [[nodiscard]] FilteredTopic* create_filtered_topic(const Operation& operation, const char* name,
+                                                       Topic& related, const char* expression,
                                                        const DDS_StringSeq* parameters);
     [[nodiscard]] DDS_ReturnCode_t delete_filtered_topic(const Operation& operation,
                                                          FilteredTopic& topic);
@@ -96,8 +95,7 @@ public:
     /// @}
 
 private:
-    [[nodiscard]] engine::Created create_in_engine(const Operation& operation,
-                                                   engine::ListenerSetting listener) override;
+    [[nodiscard]] engine::Created create_in_engine(const Operation& operation) override;
     [[nodiscard]] engine::Status delete_in_engine(engine::EntityId id) override;
     [[nodiscard]] DDS_ReturnCode_t enable_contained(const Operation& operation) override;
     void refresh_contained_listeners() override;

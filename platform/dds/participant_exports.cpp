@@ -38,8 +38,7 @@ DDS_Publisher* DDS_DomainParticipant_create_publisher(DDS_DomainParticipant* sel
 
 DDS_ReturnCode_t DDS_DomainParticipant_delete_publisher(DDS_DomainParticipant* self,
                                                         DDS_Publisher* publisher) {
-    return dds::call(__func__, self, &dds::Participant::delete_publisher,
-                     dds::required(publisher));
+    return dds::call(__func__, self, &dds::Participant::delete_publisher, dds::required(publisher));
 }
 
 DDS_Subscriber* DDS_DomainParticipant_create_subscriber(DDS_DomainParticipant* self,

@@ -123,8 +123,8 @@ template DDS_ReturnCode_t Factory::get_profile_qos(const Operation&, DDS_DomainP
                                                    const char*, const char*) const;
 template DDS_ReturnCode_t Factory::get_profile_qos(const Operation&, DDS_TopicQos&, const char*,
                                                    const char*) const;
-template DDS_ReturnCode_t Factory::get_profile_qos(const Operation&, DDS_PublisherQos&,
-                                                   const char*, const char*) const;
+template DDS_ReturnCode_t Factory::get_profile_qos(const Operation&, DDS_PublisherQos&, const char*,
+                                                   const char*) const;
 template DDS_ReturnCode_t Factory::get_profile_qos(const Operation&, DDS_SubscriberQos&,
                                                    const char*, const char*) const;
 template DDS_ReturnCode_t Factory::get_profile_qos(const Operation&, DDS_DataWriterQos&,

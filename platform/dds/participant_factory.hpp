@@ -29,7 +29,8 @@ public:
     [[nodiscard]] const KeptQos<DDS_DomainParticipantQos>& default_participant_qos() const {
         return default_participant_qos_;
     }
-    [[nodiscard]] DDS_ReturnCode_t get_default_participant_qos(DDS_DomainParticipantQos& qos) const {
+    [[nodiscard]] DDS_ReturnCode_t get_default_participant_qos(
+        DDS_DomainParticipantQos& qos) const {
         return default_participant_qos_.copy_to(qos);
     }
     [[nodiscard]] DDS_ReturnCode_t set_default_participant_qos(

@@ -6,8 +6,7 @@ QosProfile& ProfileStore::add(const std::string& library, const std::string& pro
     return libraries_[library][profile];
 }
 
-const QosProfile* ProfileStore::find(const std::string& library,
-                                     const std::string& profile) const {
+const QosProfile* ProfileStore::find(const std::string& library, const std::string& profile) const {
     const auto found_library = libraries_.find(library);
     if (found_library == libraries_.end()) {
         return nullptr;

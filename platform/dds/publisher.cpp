@@ -12,13 +12,12 @@ Publisher::Publisher(Participant& participant)
 
 Publisher::~Publisher() = default;
 
-engine::Created Publisher::create_in_engine(const Operation& /*operation*/,
-                                            engine::ListenerSetting listener) {
+engine::Created Publisher::create_in_engine(const Operation& /*operation*/) {
     engine::Qos qos;
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
         return {engine::Status::out_of_resources};
     }
-    return engine::create_publisher(participant_.engine_id(), qos, listener);
+    return engine::create_publisher(participant_.engine_id(), qos);
 }
 
 DDS_ReturnCode_t Publisher::enable_contained(const Operation& operation) {

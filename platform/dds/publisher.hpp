@@ -39,8 +39,7 @@ public:
     }
 
 private:
-    [[nodiscard]] engine::Created create_in_engine(const Operation& operation,
-                                                   engine::ListenerSetting listener) override;
+    [[nodiscard]] engine::Created create_in_engine(const Operation& operation) override;
     [[nodiscard]] DDS_ReturnCode_t enable_contained(const Operation& operation) override;
     void refresh_contained_listeners() override;
 

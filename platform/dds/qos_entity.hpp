@@ -131,6 +131,9 @@ DDS_ReturnCode_t QosEntity<Record>::set_qos(const Operation& operation, const Re
     if (to_engine(*wanted, engine_qos) != DDS_RETCODE_OK) {
         return operation.out_of_memory();
     }
+    // It cannot have changed, and the engine's own of a writer is another one: it follows the
+    // history.
+    engine_qos.durability_service.reset();
     const DDS_ReturnCode_t changed = change_in_engine(operation, engine_qos);
     return changed == DDS_RETCODE_OK ? qos_.assign(*wanted) : changed;
 }

@@ -15,8 +15,7 @@ DDS_ReturnCode_t DataReader::attach_type(const Operation& operation) {
     return endpoint_.attach(operation, TULV_ENDPOINT_READER);
 }
 
-engine::Created DataReader::create_in_engine(const Operation& operation,
-                                             engine::ListenerSetting listener) {
+engine::Created DataReader::create_in_engine(const Operation& operation) {
     const engine::EntityId topic = topic_.engine_topic(operation);
     if (topic == engine::no_entity) {
         return {engine::Status::precondition_not_met};
@@ -25,7 +24,7 @@ engine::Created DataReader::create_in_engine(const Operation& operation,
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
         return {engine::Status::out_of_resources};
     }
-    return engine::create_reader(subscriber_.engine_id(), topic, qos, listener);
+    return engine::create_reader(subscriber_.engine_id(), topic, qos);
 }
 
 void DataReader::closed() {
@@ -82,9 +81,9 @@ DDS_ReturnCode_t DataReader::wait_for_historical_data(const Operation& operation
         return operation.bad_parameter("maxWait");
     }
     const engine::EntityId id = engine_id();
-    return id == engine::no_entity ? DDS_RETCODE_NOT_ENABLED
-                                   : to_return_code(engine::wait_for_historical_data(
-                                         id, to_nanoseconds(max_wait)));
+    return id == engine::no_entity
+               ? DDS_RETCODE_NOT_ENABLED
+               : to_return_code(engine::wait_for_historical_data(id, to_nanoseconds(max_wait)));
 }
 
 DDS_ReturnCode_t DataReader::get_matched_publications(DDS_InstanceHandleSeq& handles) {

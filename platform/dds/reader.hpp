@@ -64,8 +64,7 @@ public:
     [[nodiscard]] DDS_InstanceHandle_t peer_handle(engine::LocalHandle peer);
 
 private:
-    [[nodiscard]] engine::Created create_in_engine(const Operation& operation,
-                                                   engine::ListenerSetting listener) override;
+    [[nodiscard]] engine::Created create_in_engine(const Operation& operation) override;
     [[nodiscard]] engine::Listener* dispatch() override { return &dispatch_; }
     void closed() override;
 

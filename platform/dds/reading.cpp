@@ -42,14 +42,14 @@ DDS_ReturnCode_t check_sequences(const Operation& operation, const DDS_ReadSelec
 DDS_ReturnCode_t DataReader::read_or_take(const Operation& operation,
                                           const DDS_ReadSelectorI& selector,
                                           DDS_UntypedSampleSeqI& data, DDS_SampleInfoSeq& infos) {
-    data.isLoan = 0;
-    data.loanedSamples = nullptr;
-    data.count = 0;
     DDS_Long limit = 0;
     DDS_ReturnCode_t result = check_sequences(operation, selector, data, infos, limit);
     if (result != DDS_RETCODE_OK) {
         return result;
     }
+    data.isLoan = 0;
+    data.loanedSamples = nullptr;
+    data.count = 0;
     LoanBook::Entry entry = loans_.take_blank();
     Loan& loan = entry.front();
     result = receive(operation, selector, limit, loan.received);
@@ -93,7 +93,8 @@ DDS_ReturnCode_t DataReader::receive(const Operation& operation, const DDS_ReadS
         status = engine::read_or_take_next_instance(id, access, states, max_samples,
                                                     instance ? &*instance : nullptr, received);
     } else if (instance) {
-        status = engine::read_or_take_instance(id, access, states, max_samples, *instance, received);
+        status =
+            engine::read_or_take_instance(id, access, states, max_samples, *instance, received);
     } else {
         status = engine::read_or_take(id, access, states, max_samples, received);
     }
@@ -108,9 +109,9 @@ DDS_ReturnCode_t DataReader::receive(const Operation& operation, const DDS_ReadS
 void DataReader::note_infos(Loan& loan) {
     loan.infos.reserve(loan.received.size());
     for (const engine::Sample& received : loan.received) {
-        loan.infos.push_back(
-            to_sample_info(received.info, endpoint_.handle_of_instance(received.info.instance),
-                           peer_handle(received.info.publication)));
+        loan.infos.push_back(to_sample_info(received.info,
+                                            endpoint_.handle_of_instance(received.info.instance),
+                                            peer_handle(received.info.publication)));
     }
 }
 
@@ -217,8 +218,8 @@ DDS_ReturnCode_t DataReader::read_or_take_next_sample(const Operation& operation
     }
 }
 
-DDS_ReturnCode_t DataReader::return_loan(const Operation& operation, void** samples,
-                                         DDS_Long count, DDS_SampleInfoSeq& infos) {
+DDS_ReturnCode_t DataReader::return_loan(const Operation& operation, void** samples, DDS_Long count,
+                                         DDS_SampleInfoSeq& infos) {
     LoanBook::Entry entry = loans_.end(samples, count, infos.contiguousBuffer);
     if (entry.empty()) {
         return operation.precondition_not_met("the samples were lent by this reader");

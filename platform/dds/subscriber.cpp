@@ -12,13 +12,12 @@ Subscriber::Subscriber(Participant& participant)
 
 Subscriber::~Subscriber() = default;
 
-engine::Created Subscriber::create_in_engine(const Operation& /*operation*/,
-                                             engine::ListenerSetting listener) {
+engine::Created Subscriber::create_in_engine(const Operation& /*operation*/) {
     engine::Qos qos;
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
         return {engine::Status::out_of_resources};
     }
-    return engine::create_subscriber(participant_.engine_id(), qos, listener);
+    return engine::create_subscriber(participant_.engine_id(), qos);
 }
 
 DDS_ReturnCode_t Subscriber::enable_contained(const Operation& operation) {
@@ -31,8 +30,7 @@ void Subscriber::refresh_contained_listeners() {
 
 DataReader* Subscriber::create_reader(const Operation& operation, TopicDescription& topic,
                                       const DDS_DataReaderQos* qos,
-                                      const DDS_DataReaderListener* listener,
-                                      DDS_StatusMask mask) {
+                                      const DDS_DataReaderListener* listener, DDS_StatusMask mask) {
     if (topic.participant() != &participant_) {
         static_cast<void>(operation.precondition_not_met("the topic is of the same participant"));
         return nullptr;

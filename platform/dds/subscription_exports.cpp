@@ -121,8 +121,7 @@ DDS_InstanceHandle_t DDS_DataReader_lookup_instance_untypedI(DDS_DataReader* sel
 DDS_ReturnCode_t DDS_DataReader_add_sample_to_remote_writer_queue_untypedI(DDS_DataReader* self,
                                                                            const void* sample) {
     return dds::call(
-        __func__, self,
-        [](dds::DataReader&, const void*) { return DDS_RETCODE_UNSUPPORTED; },
+        __func__, self, [](dds::DataReader&, const void*) { return DDS_RETCODE_UNSUPPORTED; },
         dds::required("sample", sample));
 }
 

@@ -13,13 +13,12 @@ engine::EntityId Topic::engine_topic(const Operation& /*operation*/) {
     return engine_id();
 }
 
-engine::Created Topic::create_in_engine(const Operation& /*operation*/,
-                                        engine::ListenerSetting listener) {
+engine::Created Topic::create_in_engine(const Operation& /*operation*/) {
     engine::Qos qos;
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
         return {engine::Status::out_of_resources};
     }
-    return engine::create_topic(participant()->engine_id(), name(), type(), qos, nullptr, listener);
+    return engine::create_topic(participant()->engine_id(), name(), type(), qos);
 }
 
 engine::Created Topic::create_filtered(engine::ContentFilter filter) const {

@@ -90,8 +90,7 @@ public:
     [[nodiscard]] engine::Created create_filtered(engine::ContentFilter filter) const;
 
 private:
-    [[nodiscard]] engine::Created create_in_engine(const Operation& operation,
-                                                   engine::ListenerSetting listener) override;
+    [[nodiscard]] engine::Created create_in_engine(const Operation& operation) override;
     [[nodiscard]] engine::Listener* dispatch() override { return &dispatch_; }
 
     TopicDispatch dispatch_{*this};

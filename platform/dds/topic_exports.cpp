@@ -12,8 +12,7 @@ DDS_TopicDescription* DDS_Topic_as_topicdescription(DDS_Topic* self) {
     return dds::call(__func__, self, &dds::Topic::as_description);
 }
 
-DDS_TopicDescription* DDS_ContentFilteredTopic_as_topicdescription(
-    DDS_ContentFilteredTopic* self) {
+DDS_TopicDescription* DDS_ContentFilteredTopic_as_topicdescription(DDS_ContentFilteredTopic* self) {
     return dds::call(__func__, self, &dds::FilteredTopic::as_description);
 }
 

@@ -32,7 +32,8 @@ public:
         std::span<const std::byte> data,
         engine::FunctionRef<std::byte*(std::size_t)> allocate) const override;
 
-    /// @return whether the plugin is of the type of this name, which need not be the registered one.
+    /// @return whether the plugin is of the type of this name, which need not be the registered
+    /// one.
     [[nodiscard]] bool is_of(const char* type_name) const;
     [[nodiscard]] const DDS_TypeCode* type_code() const { return plugin_.typeCode; }
 

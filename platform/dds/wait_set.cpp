@@ -116,8 +116,8 @@ DDS_ReturnCode_t WaitSet::store(const std::vector<engine::EntityId>& triggered,
     const auto is_active = [&](const Attachment& attachment) {
         return std::find(triggered.begin(), triggered.end(), attachment.id) != triggered.end();
     };
-    const auto count = static_cast<DDS_Long>(
-        std::count_if(attachments_.begin(), attachments_.end(), is_active));
+    const auto count =
+        static_cast<DDS_Long>(std::count_if(attachments_.begin(), attachments_.end(), is_active));
     if (DDS_ConditionSeq_ensure_length(&active, count, count) == 0) {
         return DDS_RETCODE_OUT_OF_RESOURCES;
     }

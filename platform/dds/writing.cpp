@@ -119,8 +119,7 @@ DDS_ReturnCode_t DataWriter::write_key(const Operation& operation, engine::Write
                    true);
 }
 
-DDS_ReturnCode_t DataWriter::write_key_of_handle(const Operation& operation,
-                                                 engine::WriteKind kind,
+DDS_ReturnCode_t DataWriter::write_key_of_handle(const Operation& operation, engine::WriteKind kind,
                                                  const DDS_InstanceHandle_t& handle,
                                                  engine::Nanoseconds timestamp) {
     const engine::EntityId id = engine_id();

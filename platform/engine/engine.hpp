@@ -52,7 +52,7 @@ struct ListenerSetting {
 /// @{
 
 /// Deletes an entity with everything in it. A topic that endpoints use fails with
-/// precondition_not_met.
+/// precondition_not_met; what a listener's callback may not delete, with illegal_operation.
 [[nodiscard]] Status delete_entity(EntityId entity) noexcept;
 
 /// Reads all policies of the entity that the engine knows, defaults included.
@@ -78,6 +78,8 @@ using ContentFilter = std::function<bool(std::span<const std::byte> payload)>;
 /// Creates a topic, or another entity of one that exists in the participant (same type name, same
 /// policies). Data is XCDR version 1, plain or parameter list.
 ///
+/// @param name letters, digits, '_' and '/', not starting with a digit or "DCPS"; any other fails
+/// with bad_parameter
 /// @param filter NULL, or what readers of this topic entity keep. Writers cannot use a topic with
 /// filter.
 [[nodiscard]] Created create_topic(EntityId participant, const char* name,
@@ -147,7 +149,8 @@ inline constexpr std::int32_t max_samples_per_call = 65536;
 /// Appends samples to @p samples, those of an instance together and in order.
 ///
 /// @param max_samples at least 1, or `unlimited`
-/// @return no_data when nothing matches
+/// @return no_data when nothing matches; out_of_resources without memory, and what was taken is
+/// lost
 [[nodiscard]] Status read_or_take(EntityId reader, Access access, const StateMask& states,
                                   std::int32_t max_samples, std::vector<Sample>& samples) noexcept;
 
@@ -167,7 +170,9 @@ inline constexpr std::int32_t max_samples_per_call = 65536;
                                                 const KeyHash* previous,
                                                 std::vector<Sample>& samples) noexcept;
 
-/// Waits until a reader that is not volatile has received what existing writers kept.
+/// Meant to wait until a reader that is not volatile has received what existing writers kept. This
+/// engine returns at once: what writers of this process kept is there when create_reader() returns,
+/// what others kept arrives after they have matched.
 [[nodiscard]] Status wait_for_historical_data(EntityId reader, Nanoseconds max_wait) noexcept;
 /// @}
 
@@ -177,7 +182,7 @@ inline constexpr std::int32_t max_samples_per_call = 65536;
 /// @{
 [[nodiscard]] bool knows_instance(EntityId endpoint, const KeyHash& instance) noexcept;
 
-/// The key payload of a known instance.
+/// The key payload of a known instance. Of a reader, costs a look at every instance in the domain.
 /// @return bad_parameter for an unknown one
 [[nodiscard]] Status get_key(EntityId endpoint, const KeyHash& instance, Payload& key) noexcept;
 /// @}
@@ -230,7 +235,7 @@ struct EndpointData {
 /// @return precondition_not_met when the condition is not attached
 [[nodiscard]] Status detach(EntityId wait_set, EntityId condition) noexcept;
 
-/// Waits until a condition is true.
+/// Waits until a condition is true. A wait set without conditions does not wait at all.
 ///
 /// @param timeout 0 only looks; `infinite` waits forever
 /// @param triggered is replaced by the conditions that are true

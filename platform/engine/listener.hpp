@@ -82,9 +82,11 @@ struct SubscriptionMatched : CountStatus {
 /// one listener. They hold up the delivery of data, so they must be short. They must not throw.
 ///
 /// A callback may call the engine, except that
-/// - it may not change the listener of, or delete, the entity that it is about or an ancestor of
-/// it:
-///   this fails with illegal_operation;
+/// - it may not change the listener of the entity that it is about, or of an ancestor: this fails
+///   with illegal_operation;
+/// - it may not delete any reader, writer or participant, or what contains one: a deletion waits
+///   until all threads have left the engine, callbacks included. This fails with
+///   illegal_operation, too. For the same reason no callback may wait for a thread that deletes;
 /// - when it is about data of a writer in the same process, it may not use that writer, which is
 ///   locked while the callback runs.
 ///

@@ -16,7 +16,7 @@ enum class PayloadKind {
 };
 
 /// A data type, implemented by the port and shared with the engine for as long as topics, endpoints
-/// or undelivered samples of it exist.
+/// or instances of it exist; an engine thread may be the last to let go of it.
 ///
 /// Endpoints of one process whose topics were made with the same Type object share samples without
 /// a copy; between different objects of the same type name every sample is copied and accepted

@@ -88,14 +88,12 @@ template <typename Result, typename... Arguments>
 class FunctionRef<Result(Arguments...)> {
 public:
     template <typename Callable>
-    requires(!std::is_same_v<std::remove_cvref_t<Callable>, FunctionRef> &&
-             std::is_invocable_r_v<Result, Callable&, Arguments...>)
+    requires(std::is_invocable_r_v<Result, const Callable&, Arguments...>)
         // NOLINTNEXTLINE(google-explicit-constructor): stands in for the callable at call sites
-        FunctionRef(Callable&& callable)
-        : object_(const_cast<void*>(static_cast<const void*>(std::addressof(callable)))),
-          call_([](void* object, Arguments... arguments) -> Result {
-              return (*static_cast<std::remove_reference_t<Callable>*>(object))(
-                  std::forward<Arguments>(arguments)...);
+        FunctionRef(const Callable& callable)
+        : object_(std::addressof(callable)), call_([](const void* object, Arguments... arguments) {
+              return static_cast<Result>(
+                  (*static_cast<const Callable*>(object))(std::forward<Arguments>(arguments)...));
           }) {}
 
     Result operator()(Arguments... arguments) const {
@@ -103,8 +101,8 @@ public:
     }
 
 private:
-    void* object_;
-    Result (*call_)(void*, Arguments...);
+    const void* object_;
+    Result (*call_)(const void*, Arguments...);
 };
 
 }  // namespace pexa::engine

@@ -178,7 +178,7 @@ private:
     DDS_DomainParticipant* participant_;
 };
 
-/// Waits until @p condition of the reader's statuses holds, at most ten seconds in all.
+/// Waits at most ten seconds for anything to take or read.
 inline bool wait_for_data(DDS_DataReader* reader) {
     DDS_ReadCondition* const condition = DDS_DataReader_create_readcondition(
         reader, DDS_ANY_SAMPLE_STATE, DDS_ANY_VIEW_STATE, DDS_ANY_INSTANCE_STATE);
@@ -220,7 +220,7 @@ std::vector<Owned<Sample>> take(DDS_DataReader* reader, std::size_t count) {
 
 /// Forgets all faults before and after each test.
 class AdminTest : public testing::Test {
-protected:
+public:
     AdminTest() { faults::reset(); }
     ~AdminTest() override { faults::reset(); }
 };

@@ -1,4 +1,6 @@
+#include <atomic>
 #include <cstring>
+#include <thread>
 
 #include "pexa/subscription.h"
 #include "tests/admin/admin_fixture.hpp"
@@ -21,7 +23,7 @@ PEXA_Config_Logger* middleware() {
 
 /// A logger in operation and a tool that commands it and reads what it publishes.
 class Commands : public AdminTest {
-protected:
+public:
     Commands() {
         PEXA_Config_Logger_set_verbosity(middleware(), PEXA_CONFIG_LOG_VERBOSITY_ERROR);
         PEXA_Config_Logger_set_print_format(middleware(), PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT);
@@ -38,8 +40,9 @@ protected:
         PEXA_Config_Logger_set_print_format(middleware(), PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT);
     }
 
+protected:
     /// A request to this logger, numbered and with an originator.
-    Owned<Request> request(DDS_Long invocation) {
+    [[nodiscard]] Owned<Request> request(DDS_Long invocation) const {
         Owned<Request> made = make<Request>();
         made->targetHostAndAppId = bare_.state->hostAndAppId;
         made->originatorHostAndAppId = {-7, 8};
@@ -219,6 +222,8 @@ TEST_F(Commands, RequestsWaitUntilTheLoggerIsOperational) {
 
     orvane::admin::set_state_kind(bare_.logger, QEL_KX_STATE_NONOPERATIONAL);
     send(set_level(4, 400));
+    QEL_KX_Orvane_CommandRequestListener_on_data_available(&bare_.logger,
+                                                           bare_.entities()->commandRequestReader);
     EXPECT_EQ(300, bare_.logger.filterLevel);
 }
 
@@ -266,6 +271,41 @@ TEST_F(Commands, TheEffectStaysWhenStateAndResponseCannotBeWritten) {
         printed([&] { QEL_KX_Orvane_processCommand(&bare_.logger, set_level(1, 100).get()); }));
     EXPECT_EQ(100, bare_.logger.filterLevel);
     EXPECT_EQ(100, bare_.state->filterLevel);
+}
+
+TEST_F(AdminTest, ALoggerMayEndWhileItExecutesCommands) {
+    Tool tool;
+    DDS_DataWriter* const requests = tool.writer<Request>();
+    std::atomic<DDS_Long> app_id = 0;
+    std::atomic<DDS_Long> host_id = 0;
+    std::atomic<bool> ending = false;
+    std::thread commander([&] {
+        const Owned<Request> request = make<Request>();
+        request->command._d = QEL_KX_SET_QEL_LOGGER_LEVEL;
+        const Pair pair{QEL_KX_PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION,
+                        QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_ERROR};
+        QEL_KX_ADMIN_QELLoggerCategoryAndVerbositySeq_from_array(
+            &request->command._u.categoryAndVerbosity, &pair, 1);
+        while (!ending) {
+            request->targetHostAndAppId = {host_id, app_id};
+            Type<Request>::write(requests, request.get(), &DDS_HANDLE_NIL);
+            std::this_thread::yield();
+        }
+    });
+    std::unique_ptr<QEL_KX_Options, BareLogger::Delete> options{QEL_KX_Options_createDefault()};
+    QEL_KX_Options_setDomainId(options.get(), domain);
+    DDS_DataReader* const responses = tool.reader<Response>(DDS_VOLATILE_DURABILITY_QOS);
+    for (int round = 0; round < 5; ++round) {
+        QEL_KX_Orvane_setOptions(options.get());
+        QEL_KX_Orvane* const logger = QEL_KX_Orvane_getInstance();
+        ASSERT_NE(nullptr, logger);
+        host_id = logger->state->hostAndAppId.rtps_host_id;
+        app_id = logger->state->hostAndAppId.rtps_app_id;
+        take<Response>(responses, 1);
+        EXPECT_EQ(DDS_RETCODE_OK, QEL_KX_Orvane_finalizeInstance());
+    }
+    ending = true;
+    commander.join();
 }
 
 }  // namespace

@@ -96,6 +96,15 @@ auto intercept(const char* function, Real real) -> decltype(real()) {
 }  // namespace
 }  // namespace faults
 
+// FAULTY<n>(result, function, type of each of the n parameters)
+#define FAULTY0(R, f) FAULTY(R, f, (), ())
+#define FAULTY1(R, f, A) FAULTY(R, f, (A a), (a))
+#define FAULTY2(R, f, A, B) FAULTY(R, f, (A a, B b), (a, b))
+#define FAULTY3(R, f, A, B, C) FAULTY(R, f, (A a, B b, C c), (a, b, c))
+#define FAULTY4(R, f, A, B, C, D) FAULTY(R, f, (A a, B b, C c, D d), (a, b, c, d))
+#define FAULTY5(R, f, A, B, C, D, E) FAULTY(R, f, (A a, B b, C c, D d, E e), (a, b, c, d, e))
+#define FAULTY6(R, f, A, B, C, D, E, F) \
+    FAULTY(R, f, (A a, B b, C c, D d, E e, F g), (a, b, c, d, e, g))
 #define FAULTY(Result, function, parameters, arguments)                                    \
     extern "C" Result __real_##function parameters;                                        \
     extern "C" Result __wrap_##function parameters {                                       \
@@ -103,94 +112,63 @@ auto intercept(const char* function, Real real) -> decltype(real()) {
                                  [&]() -> Result { return __real_##function arguments; }); \
     }
 
-// clang-format off
-FAULTY(void*, QELOsapiHeap_allocateStructureOfSize, (size_t size), (size))
-FAULTY(DDS_Boolean, DDS_StringSeq_loan_contiguous,
-       (DDS_StringSeq* self, char** buffer, DDS_Long length, DDS_Long maximum),
-       (self, buffer, length, maximum))
-FAULTY(char*, DDS_String_replace, (char** text, const char* replacement), (text, replacement))
-FAULTY(PEXA_Config_Logger*, PEXA_Config_Logger_get_instance, (), ())
-
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipantFactory_get_default_participant_qos,
-       (DDS_DomainParticipantFactory* self, DDS_DomainParticipantQos* qos), (self, qos))
-FAULTY(DDS_DomainParticipant*, DDS_DomainParticipantFactory_create_participant,
-       (DDS_DomainParticipantFactory* self, DDS_DomainId_t domain,
-        const DDS_DomainParticipantQos* qos, const DDS_DomainParticipantListener* listener,
-        DDS_StatusMask mask),
-       (self, domain, qos, listener, mask))
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipant_register_type,
-       (DDS_DomainParticipant* self, const char* name, const TULVTypePlugin* plugin,
-        const void* properties),
-       (self, name, plugin, properties))
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipant_get_default_topic_qos_w_topic_name,
-       (DDS_DomainParticipant* self, DDS_TopicQos* qos, const char* name), (self, qos, name))
-FAULTY(DDS_Topic*, DDS_DomainParticipant_create_topic,
-       (DDS_DomainParticipant* self, const char* name, const char* type, const DDS_TopicQos* qos,
-        const DDS_TopicListener* listener, DDS_StatusMask mask),
-       (self, name, type, qos, listener, mask))
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipant_get_default_publisher_qos,
-       (DDS_DomainParticipant* self, DDS_PublisherQos* qos), (self, qos))
-FAULTY(DDS_Publisher*, DDS_DomainParticipant_create_publisher,
-       (DDS_DomainParticipant* self, const DDS_PublisherQos* qos,
-        const DDS_PublisherListener* listener, DDS_StatusMask mask),
-       (self, qos, listener, mask))
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipant_get_default_subscriber_qos,
-       (DDS_DomainParticipant* self, DDS_SubscriberQos* qos), (self, qos))
-FAULTY(DDS_Subscriber*, DDS_DomainParticipant_create_subscriber,
-       (DDS_DomainParticipant* self, const DDS_SubscriberQos* qos,
-        const DDS_SubscriberListener* listener, DDS_StatusMask mask),
-       (self, qos, listener, mask))
-FAULTY(DDS_ContentFilteredTopic*, DDS_DomainParticipant_create_contentfilteredtopic,
-       (DDS_DomainParticipant* self, const char* name, DDS_Topic* topic, const char* expression,
-        const DDS_StringSeq* parameters),
-       (self, name, topic, expression, parameters))
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipant_get_default_datawriter_qos_w_topic_name,
-       (DDS_DomainParticipant* self, DDS_DataWriterQos* qos, const char* name), (self, qos, name))
-FAULTY(DDS_DataWriter*, DDS_Publisher_create_datawriter,
-       (DDS_Publisher* self, DDS_Topic* topic, const DDS_DataWriterQos* qos,
-        const DDS_DataWriterListener* listener, DDS_StatusMask mask),
-       (self, topic, qos, listener, mask))
-FAULTY(DDS_ReturnCode_t, DDS_DataWriter_set_listener,
-       (DDS_DataWriter* self, const DDS_DataWriterListener* listener, DDS_StatusMask mask),
-       (self, listener, mask))
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipant_get_default_datareader_qos_w_topic_name,
-       (DDS_DomainParticipant* self, DDS_DataReaderQos* qos, const char* name), (self, qos, name))
-FAULTY(DDS_DataReader*, DDS_Subscriber_create_datareader,
-       (DDS_Subscriber* self, DDS_TopicDescription* topic, const DDS_DataReaderQos* qos,
-        const DDS_DataReaderListener* listener, DDS_StatusMask mask),
-       (self, topic, qos, listener, mask))
-
-FAULTY(DDS_ReturnCode_t, DDS_Subscriber_delete_contained_entities, (DDS_Subscriber* self), (self))
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipant_delete_subscriber,
-       (DDS_DomainParticipant* self, DDS_Subscriber* subscriber), (self, subscriber))
-FAULTY(DDS_ReturnCode_t, DDS_Publisher_delete_contained_entities, (DDS_Publisher* self), (self))
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipant_delete_publisher,
-       (DDS_DomainParticipant* self, DDS_Publisher* publisher), (self, publisher))
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipant_delete_contentfilteredtopic,
-       (DDS_DomainParticipant* self, DDS_ContentFilteredTopic* topic), (self, topic))
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipant_delete_topic,
-       (DDS_DomainParticipant* self, DDS_Topic* topic), (self, topic))
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipant_delete_contained_entities,
-       (DDS_DomainParticipant* self), (self))
-FAULTY(DDS_ReturnCode_t, DDS_DomainParticipantFactory_delete_participant,
-       (DDS_DomainParticipantFactory* self, DDS_DomainParticipant* participant),
-       (self, participant))
-
-FAULTY(QEL_KX_ADMIN_StateDataWriter*, QEL_KX_ADMIN_StateDataWriter_as_datawriter,
-       (QEL_KX_ADMIN_StateDataWriter* writer), (writer))
-FAULTY(DDS_ReturnCode_t, DDS_DataWriter_write_untypedI,
-       (DDS_DataWriter* self, const void* sample, const DDS_WriteParams_t* params),
-       (self, sample, params))
-FAULTY(DDS_InstanceHandle_t, DDS_DataWriter_register_instance_untypedI,
-       (DDS_DataWriter* self, const void* sample, const DDS_WriteParams_t* params),
-       (self, sample, params))
-FAULTY(DDS_ReturnCode_t, DDS_DataReader_read_or_take_untypedI,
-       (DDS_DataReader* self, const DDS_ReadSelectorI* selector, DDS_UntypedSampleSeqI* data,
-        DDS_SampleInfoSeq* infos),
-       (self, selector, data, infos))
-FAULTY(DDS_ReturnCode_t, DDS_DataReader_return_loan_untypedI,
-       (DDS_DataReader* self, void** samples, DDS_Long count, DDS_SampleInfoSeq* infos),
-       (self, samples, count, infos))
+FAULTY1(void*, QELOsapiHeap_allocateStructureOfSize, size_t)
+FAULTY4(DDS_Boolean, DDS_StringSeq_loan_contiguous, DDS_StringSeq*, char**, DDS_Long, DDS_Long)
+FAULTY2(char*, DDS_String_replace, char**, const char*)
+FAULTY0(PEXA_Config_Logger*, PEXA_Config_Logger_get_instance)
+FAULTY2(DDS_ReturnCode_t, DDS_DomainParticipantFactory_get_default_participant_qos,
+        DDS_DomainParticipantFactory*, DDS_DomainParticipantQos*)
+FAULTY5(DDS_DomainParticipant*, DDS_DomainParticipantFactory_create_participant,
+        DDS_DomainParticipantFactory*, DDS_DomainId_t, const DDS_DomainParticipantQos*,
+        const DDS_DomainParticipantListener*, DDS_StatusMask)
+FAULTY4(DDS_ReturnCode_t, DDS_DomainParticipant_register_type, DDS_DomainParticipant*, const char*,
+        const TULVTypePlugin*, const void*)
+FAULTY3(DDS_ReturnCode_t, DDS_DomainParticipant_get_default_topic_qos_w_topic_name,
+        DDS_DomainParticipant*, DDS_TopicQos*, const char*)
+FAULTY6(DDS_Topic*, DDS_DomainParticipant_create_topic, DDS_DomainParticipant*, const char*,
+        const char*, const DDS_TopicQos*, const DDS_TopicListener*, DDS_StatusMask)
+FAULTY2(DDS_ReturnCode_t, DDS_DomainParticipant_get_default_publisher_qos, DDS_DomainParticipant*,
+        DDS_PublisherQos*)
+FAULTY4(DDS_Publisher*, DDS_DomainParticipant_create_publisher, DDS_DomainParticipant*,
+        const DDS_PublisherQos*, const DDS_PublisherListener*, DDS_StatusMask)
+FAULTY2(DDS_ReturnCode_t, DDS_DomainParticipant_get_default_subscriber_qos, DDS_DomainParticipant*,
+        DDS_SubscriberQos*)
+FAULTY4(DDS_Subscriber*, DDS_DomainParticipant_create_subscriber, DDS_DomainParticipant*,
+        const DDS_SubscriberQos*, const DDS_SubscriberListener*, DDS_StatusMask)
+FAULTY5(DDS_ContentFilteredTopic*, DDS_DomainParticipant_create_contentfilteredtopic,
+        DDS_DomainParticipant*, const char*, DDS_Topic*, const char*, const DDS_StringSeq*)
+FAULTY3(DDS_ReturnCode_t, DDS_DomainParticipant_get_default_datawriter_qos_w_topic_name,
+        DDS_DomainParticipant*, DDS_DataWriterQos*, const char*)
+FAULTY5(DDS_DataWriter*, DDS_Publisher_create_datawriter, DDS_Publisher*, DDS_Topic*,
+        const DDS_DataWriterQos*, const DDS_DataWriterListener*, DDS_StatusMask)
+FAULTY3(DDS_ReturnCode_t, DDS_DataWriter_set_listener, DDS_DataWriter*,
+        const DDS_DataWriterListener*, DDS_StatusMask)
+FAULTY3(DDS_ReturnCode_t, DDS_DomainParticipant_get_default_datareader_qos_w_topic_name,
+        DDS_DomainParticipant*, DDS_DataReaderQos*, const char*)
+FAULTY5(DDS_DataReader*, DDS_Subscriber_create_datareader, DDS_Subscriber*, DDS_TopicDescription*,
+        const DDS_DataReaderQos*, const DDS_DataReaderListener*, DDS_StatusMask)
+FAULTY1(DDS_ReturnCode_t, DDS_Subscriber_delete_contained_entities, DDS_Subscriber*)
+FAULTY2(DDS_ReturnCode_t, DDS_DomainParticipant_delete_subscriber, DDS_DomainParticipant*,
+        DDS_Subscriber*)
+FAULTY1(DDS_ReturnCode_t, DDS_Publisher_delete_contained_entities, DDS_Publisher*)
+FAULTY2(DDS_ReturnCode_t, DDS_DomainParticipant_delete_publisher, DDS_DomainParticipant*,
+        DDS_Publisher*)
+FAULTY2(DDS_ReturnCode_t, DDS_DomainParticipant_delete_contentfilteredtopic, DDS_DomainParticipant*,
+        DDS_ContentFilteredTopic*)
+FAULTY2(DDS_ReturnCode_t, DDS_DomainParticipant_delete_topic, DDS_DomainParticipant*, DDS_Topic*)
+FAULTY1(DDS_ReturnCode_t, DDS_DomainParticipant_delete_contained_entities, DDS_DomainParticipant*)
+FAULTY2(DDS_ReturnCode_t, DDS_DomainParticipantFactory_delete_participant,
+        DDS_DomainParticipantFactory*, DDS_DomainParticipant*)
+FAULTY1(QEL_KX_ADMIN_StateDataWriter*, QEL_KX_ADMIN_StateDataWriter_as_datawriter,
+        QEL_KX_ADMIN_StateDataWriter*)
+FAULTY3(DDS_ReturnCode_t, DDS_DataWriter_write_untypedI, DDS_DataWriter*, const void*,
+        const DDS_WriteParams_t*)
+FAULTY3(DDS_InstanceHandle_t, DDS_DataWriter_register_instance_untypedI, DDS_DataWriter*,
+        const void*, const DDS_WriteParams_t*)
+FAULTY4(DDS_ReturnCode_t, DDS_DataReader_read_or_take_untypedI, DDS_DataReader*,
+        const DDS_ReadSelectorI*, DDS_UntypedSampleSeqI*, DDS_SampleInfoSeq*)
+FAULTY4(DDS_ReturnCode_t, DDS_DataReader_return_loan_untypedI, DDS_DataReader*, void**, DDS_Long,
+        DDS_SampleInfoSeq*)
 
 extern "C" DDS_ReturnCode_t __real_DDS_DomainParticipant_get_qos(DDS_DomainParticipant* self,
                                                                  DDS_DomainParticipantQos* qos);
@@ -220,8 +198,6 @@ extern "C" DDS_ReturnCode_t __wrap_DDS_DomainParticipantFactory_get_qos_profiles
     }
     return DDS_RETCODE_OK;
 }
-// clang-format on
-
 namespace {
 
 template <typename Qos>

@@ -14,10 +14,11 @@ PEXA_Config_LogVerbosity verbosity_of(int category) {
 }
 
 class LoggerBridge : public AdminTest {
-protected:
+public:
     LoggerBridge() { reset(); }
     ~LoggerBridge() override { reset(); }
 
+private:
     static void reset() {
         PEXA_Config_Logger_set_verbosity(middleware(), PEXA_CONFIG_LOG_VERBOSITY_ERROR);
         PEXA_Config_Logger_set_print_format(middleware(), PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT);

@@ -2,8 +2,8 @@
 
 #include <array>
 #include <atomic>
-#include <mutex>
-#include <optional>
+#include <bit>
+#include <cstdint>
 
 #include "orvane/admin.h"
 #include "pexa/string.h"
@@ -11,6 +11,10 @@
 
 namespace orvane::test {
 namespace {
+
+// Everything here is relaxed: the counting must not order threads that the product leaves
+// unordered, or the thread sanitizer would miss what it is to find.
+constexpr auto relaxed = std::memory_order_relaxed;
 
 struct Plan {
     std::atomic<int> calls_to_come = 0;
@@ -22,8 +26,9 @@ constinit std::array<Plan, static_cast<std::size_t>(Function::Count)> plans;
 constinit std::atomic<long> allocations = 0;
 constinit std::atomic<long> buffers = 0;
 constinit std::atomic<int> device_calls = 0;
-constinit std::mutex time_mutex;
-constinit std::optional<QELNtpTime> fixed_time;
+constinit std::atomic<bool> had_write_thread = false;
+constinit std::atomic<bool> is_time_fixed = false;
+constinit std::atomic<std::uint64_t> fixed_time = 0;
 
 Plan& plan_of(Function function) {
     return plans[static_cast<std::size_t>(function)];
@@ -31,19 +36,19 @@ Plan& plan_of(Function function) {
 
 bool fails(Function function) {
     Plan& plan = plan_of(function);
-    if (plan.calls_to_come.load() <= 0) {
-        return plan.goes_on.load() && plan.has_struck.load();
+    if (plan.calls_to_come.load(relaxed) <= 0) {
+        return plan.goes_on.load(relaxed) && plan.has_struck.load(relaxed);
     }
-    if (plan.calls_to_come.fetch_sub(1) != 1) {
+    if (plan.calls_to_come.fetch_sub(1, relaxed) != 1) {
         return false;
     }
-    plan.has_struck = true;
+    plan.has_struck.store(true, relaxed);
     return true;
 }
 
 template <typename Pointer>
 Pointer counted(Pointer pointer) {
-    allocations += pointer != nullptr ? 1 : 0;
+    allocations.fetch_add(pointer != nullptr ? 1 : 0, relaxed);
     return pointer;
 }
 
@@ -72,18 +77,21 @@ long live_allocations() {
 long lent_buffers() {
     return buffers;
 }
+bool had_write_thread_at_listener_removal() {
+    return had_write_thread;
+}
+
 int output_device_calls() {
     return device_calls;
 }
 
 FixedTime::FixedTime(QELNtpTime now) {
-    const std::lock_guard lock(time_mutex);
-    fixed_time = now;
+    fixed_time.store(std::bit_cast<std::uint64_t>(now), relaxed);
+    is_time_fixed.store(true, relaxed);
 }
 
 FixedTime::~FixedTime() {
-    const std::lock_guard lock(time_mutex);
-    fixed_time.reset();
+    is_time_fixed.store(false, relaxed);
 }
 
 }  // namespace orvane::test
@@ -94,6 +102,7 @@ using orvane::test::counted;
 using orvane::test::device_calls;
 using orvane::test::fails;
 using orvane::test::Function;
+using orvane::test::relaxed;
 
 extern "C" {
 
@@ -106,7 +115,7 @@ void* __wrap_QELOsapiHeap_allocateStructureOfSize(size_t size) {
 
 void __real_QELOsapiHeap_freeStructureBytes(void* structure);
 void __wrap_QELOsapiHeap_freeStructureBytes(void* structure) {
-    allocations -= structure != nullptr ? 1 : 0;
+    allocations.fetch_sub(structure != nullptr ? 1 : 0, relaxed);
     __real_QELOsapiHeap_freeStructureBytes(structure);
 }
 
@@ -122,7 +131,7 @@ char* __wrap_DDS_String_dup(const char* text) {
 
 void __real_DDS_String_free(char* text);
 void __wrap_DDS_String_free(char* text) {
-    allocations -= text != nullptr ? 1 : 0;
+    allocations.fetch_sub(text != nullptr ? 1 : 0, relaxed);
     __real_DDS_String_free(text);
 }
 
@@ -149,13 +158,13 @@ void* __wrap_MOSKFastBufferPool_getBuffer(MOSKFastBufferPool* pool) {
         return nullptr;
     }
     void* buffer = __real_MOSKFastBufferPool_getBuffer(pool);
-    buffers += buffer != nullptr ? 1 : 0;
+    buffers.fetch_add(buffer != nullptr ? 1 : 0, relaxed);
     return buffer;
 }
 
 void __real_MOSKFastBufferPool_returnBuffer(MOSKFastBufferPool* pool, void* buffer);
 void __wrap_MOSKFastBufferPool_returnBuffer(MOSKFastBufferPool* pool, void* buffer) {
-    buffers -= buffer != nullptr ? 1 : 0;
+    buffers.fetch_sub(buffer != nullptr ? 1 : 0, relaxed);
     __real_MOSKFastBufferPool_returnBuffer(pool, buffer);
 }
 
@@ -190,9 +199,8 @@ QELBool __wrap_QELSystemClock_getTime(QELSystemClock* clock, QELNtpTime* now) {
     if (fails(Function::ReadClock)) {
         return 0;
     }
-    const std::lock_guard lock(orvane::test::time_mutex);
-    if (orvane::test::fixed_time.has_value()) {
-        *now = *orvane::test::fixed_time;
+    if (orvane::test::is_time_fixed.load(relaxed)) {
+        *now = std::bit_cast<QELNtpTime>(orvane::test::fixed_time.load(relaxed));
         return 1;
     }
     return __real_QELSystemClock_getTime(clock, now);
@@ -242,7 +250,7 @@ DDS_Boolean __real_PEXA_Config_Logger_set_output_device(PEXA_Config_Logger* self
                                                         const PEXA_Config_LoggerDevice* device);
 DDS_Boolean __wrap_PEXA_Config_Logger_set_output_device(PEXA_Config_Logger* self,
                                                         const PEXA_Config_LoggerDevice* device) {
-    ++device_calls;
+    device_calls.fetch_add(1, relaxed);
     return fails(Function::SetOutputDevice)
                ? DDS_BOOLEAN_FALSE
                : __real_PEXA_Config_Logger_set_output_device(self, device);
@@ -254,6 +262,9 @@ DDS_ReturnCode_t __real_DDS_DataReader_set_listener(DDS_DataReader* self,
 DDS_ReturnCode_t __wrap_DDS_DataReader_set_listener(DDS_DataReader* self,
                                                     const DDS_DataReaderListener* listener,
                                                     DDS_StatusMask mask) {
+    if (listener == nullptr) {
+        orvane::test::had_write_thread = QEL_KX_Orvane_getLogMessageWriteThread() != nullptr;
+    }
     return fails(Function::SetReaderListener)
                ? DDS_RETCODE_ERROR
                : __real_DDS_DataReader_set_listener(self, listener, mask);

@@ -59,6 +59,10 @@ private:
 /// Calls that removed or installed the middleware logger's device.
 [[nodiscard]] int output_device_calls();
 
+/// Whether the instance still had its write thread when the last listener was removed from a
+/// reader.
+[[nodiscard]] bool had_write_thread_at_listener_removal();
+
 /// For as long as it lives, clocks show this time.
 class FixedTime {
 public:

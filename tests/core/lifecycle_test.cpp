@@ -14,6 +14,7 @@ namespace {
 using orvane::test::Fault;
 using orvane::test::Finalisation;
 using orvane::test::Function;
+using orvane::test::had_write_thread_at_listener_removal;
 using orvane::test::output_device_calls;
 using orvane::test::output_of;
 using orvane::test::TestOptions;
@@ -61,6 +62,14 @@ TEST(Lifecycle, GivesOneCompleteInstanceUntilItIsFinalised) {
     EXPECT_EQ(installed_device(), nullptr);
     EXPECT_STREQ(QEL_KX_Options_getApplicationKind(options.get()), "test");
     EXPECT_EQ(output_of([] { EXPECT_EQ(QEL_KX_Orvane_finalizeInstance(), DDS_RETCODE_OK); }), "");
+}
+
+TEST(Lifecycle, EndsTheCommandsBeforeTheWriteThreadThatTheyUse) {
+    TestOptions options;
+    QEL_KX_Orvane_setOptions(options.get());
+    ASSERT_NE(QEL_KX_Orvane_getInstance(), nullptr);
+    QEL_KX_Orvane_finalizeInstance();
+    EXPECT_TRUE(had_write_thread_at_listener_removal());
 }
 
 TEST(Lifecycle, FillsTheStateFromOptionsEntitiesAndTheMiddlewareLogger) {

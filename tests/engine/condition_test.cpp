@@ -19,8 +19,9 @@ TEST(WaitSet, ReportsTheConditionsThatAreTrue) {
     const EntityId wait_set = create_wait_set().entity;
     ASSERT_TRUE(await_writer(reader));
     ASSERT_EQ(set_status_condition(reader, data_available_status), Status::ok);
-    for (const EntityId condition : {unread, disposed, guard, reader})
+    for (const EntityId condition : {unread, disposed, guard, reader}) {
         ASSERT_EQ(attach(wait_set, condition), Status::ok);
+    }
     const auto wait_sorted = [wait_set](Status expected) {
         std::vector<EntityId> triggered;
         EXPECT_EQ(wait(wait_set, 0, triggered), expected);

@@ -46,8 +46,9 @@ TEST(Delivery, BringsPayloadsOfAnySizeFromAnotherProcess) {
     peer.ask("writer " + topic_of_this_test() + " 0");
     // Whole and partial words, one packet, several fragments, many.
     const std::vector<std::size_t> sizes{1, 4, 1'000, 20'000, 70'003, 1'000'000};
-    for (const std::size_t size : sizes)
+    for (const std::size_t size : sizes) {
         ASSERT_EQ(peer.ask("write " + std::to_string(size) + " " + std::to_string(size)), "0");
+    }
 
     const std::vector<Sample> samples = take_some(reader, sizes.size());
 
@@ -95,11 +96,13 @@ TEST(Delivery, GivesALateReaderTheHistoryOfTheWriterInOrder) {
         const Node from;
         const Node to;
         Qos qos = keep_everything();
-        if (testcase.depth > 0)
+        if (testcase.depth > 0) {
             qos.history = HistoryPolicy{HistoryKind::keep_last, testcase.depth};
+        }
         const EntityId writer = from.writer(qos);
-        for (const char* text : {"a", "b", "c", "d", "e"})
+        for (const char* text : {"a", "b", "c", "d", "e"}) {
             ASSERT_EQ(write_note(writer, 1, text), Status::ok);
+        }
 
         const EntityId reader = to.reader();
 
@@ -115,8 +118,9 @@ TEST(Delivery, GivesALateReaderOfAnotherProcessTheHistoryOfTheWriter) {
     Qos qos = keep_everything();
     qos.history = HistoryPolicy{HistoryKind::keep_last, 2};
     const EntityId writer = node.writer(qos);
-    for (std::size_t size = 1; size <= 4; ++size)
+    for (std::size_t size = 1; size <= 4; ++size) {
         ASSERT_EQ(write_note(writer, 1, text_of_size(size)), Status::ok);
+    }
     Peer peer;
     ASSERT_EQ(peer.ask("reader " + topic_of_this_test()), "0");
 

@@ -40,8 +40,9 @@ TEST(ContentFilter, CanBeReplacedWhileAReaderUsesIt) {
     const EntityId writer = node.writer();
     ASSERT_TRUE(await_writer(reader));
     const auto write_all = [writer] {
-        for (const char* text : {"a", "bb", "ccc"})
+        for (const char* text : {"a", "bb", "ccc"}) {
             EXPECT_EQ(write_note(writer, 1, text), Status::ok);
+        }
     };
     write_all();
     ASSERT_EQ(set_content_filter(filtered, shorter_than(3)), Status::ok);

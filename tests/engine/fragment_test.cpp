@@ -54,11 +54,13 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
     for (const Case& testcase : cases) {
         SCOPED_TRACE(testcase.what);
         std::vector<Fragment> fragments;
-        for (const auto& [begin, end] : testcase.ranges)
+        for (const auto& [begin, end] : testcase.ranges) {
             fragments.emplace_back(whole, begin, end);
+        }
         nn_rdata* chain = nullptr;
-        for (auto fragment = fragments.rbegin(); fragment != fragments.rend(); ++fragment)
-            chain = fragment->link(chain);
+        for (std::size_t i = fragments.size(); i-- > 0;) {
+            chain = fragments[i].link(chain);
+        }
 
         const SerdataPtr data(
             static_cast<Serdata*>(ddsi_serdata_from_ser(type, SDK_DATA, chain, size)));

@@ -124,8 +124,9 @@ TEST(Instance, FollowsAnotherInTheOrderOfTheKeys) {
         create_topic(node.participant, "other", std::make_shared<NoteType>(), {}).entity;
     const EntityId stranger = create_writer(node.publisher, other_topic, keep_everything()).entity;
     ASSERT_EQ(write_note(stranger, 20, "of another type object"), Status::ok);
-    for (const std::uint32_t number : {300U, 2U, 70'000U, 41U})
+    for (const std::uint32_t number : {300U, 2U, 70'000U, 41U}) {
         ASSERT_EQ(write_note(writer, number, std::to_string(number)), Status::ok);
+    }
     // An instance without samples in this reader is passed over.
     std::vector<Sample> samples;
     ASSERT_EQ(read_or_take_instance(reader, Access::take, {}, unlimited, note_hash(41), samples),
@@ -167,8 +168,9 @@ TEST(Instance, IsKnownToAWriterFromItsFirstUseToItsUnregistration) {
         return true;
     };
     const auto use = [&](int how) {
-        if (how == 0)
+        if (how == 0) {
             return register_instance(writer, key, note_key(8).size(), fill_key);
+        }
         return how == 1 ? write_note(writer, 8, "text") : dispose_note(writer, 8);
     };
     for (const int how : {0, 1, 2}) {

@@ -24,8 +24,9 @@ TEST(Log, DropsReportsThatAreNotInTheMask) {
     Qos inconsistent;
     inconsistent.history = {HistoryKind::keep_last, -1};
     EXPECT_FALSE(create_reader(node.subscriber, node.topic, inconsistent));
-    for (const LogCategory report : {LogCategory::error, LogCategory::warning, LogCategory::info})
+    for (const LogCategory report : {LogCategory::error, LogCategory::warning, LogCategory::info}) {
         EXPECT_EQ(lines.count(report), 0);
+    }
 }
 
 TEST(Log, TracesARunningDomainWhileTheMaskSaysSo) {

@@ -59,8 +59,9 @@ TEST(Matching, EndsWhenTheOtherProcessEnds) {
     ASSERT_EQ(set_status_condition(reader, subscription_matched_status), Status::ok);
     SubscriptionMatched matched;
     ASSERT_EQ(get_status(reader, matched), Status::ok);
-    while (matched.current_count > 0 && await(reader) == Status::ok)
+    while (matched.current_count > 0 && await(reader) == Status::ok) {
         ASSERT_EQ(get_status(reader, matched), Status::ok);
+    }
     EXPECT_EQ(matched.current_count, 0);
     EXPECT_EQ(matched.total_count, 1);
     std::vector<LocalHandle> handles{1};

@@ -69,8 +69,9 @@ struct Node {
 [[nodiscard]] inline std::vector<Sample> take_some(EntityId reader, std::size_t count) {
     const EntityId has_data = create_read_condition(reader, {}).entity;
     std::vector<Sample> samples;
-    while (samples.size() < count && await(has_data) == Status::ok)
+    while (samples.size() < count && await(has_data) == Status::ok) {
         EXPECT_EQ(read_or_take(reader, Access::take, {}, unlimited, samples), Status::ok);
+    }
     EXPECT_EQ(delete_entity(has_data), Status::ok);
     return samples;
 }
@@ -78,9 +79,10 @@ struct Node {
 /// @return the samples as "number:text" in their order, separated by blanks
 [[nodiscard]] inline std::string summary(const std::vector<Sample>& samples) {
     std::string out;
-    for (const Sample& sample : samples)
+    for (const Sample& sample : samples) {
         out += (out.empty() ? "" : " ") + std::to_string(number_of(sample.info.instance)) + ":" +
                text_of(sample.payload.bytes());
+    }
     return out;
 }
 
@@ -89,9 +91,11 @@ template <typename Matched>
 [[nodiscard]] bool await_match(EntityId endpoint, StatusMask bit, int count = 1) {
     EXPECT_EQ(set_status_condition(endpoint, bit), Status::ok);
     Matched matched;
-    while (get_status(endpoint, matched) == Status::ok && matched.current_count < count)
-        if (await(endpoint) != Status::ok)
+    while (get_status(endpoint, matched) == Status::ok && matched.current_count < count) {
+        if (await(endpoint) != Status::ok) {
             break;
+        }
+    }
     EXPECT_EQ(set_status_condition(endpoint, any_status), Status::ok);
     return matched.current_count >= count;
 }

@@ -12,14 +12,16 @@ constexpr std::size_t key_size = 8;
 constexpr std::size_t text_offset = 12;
 
 void append_number(std::uint32_t number, Buffer& out) {
-    for (unsigned shift = 0; shift < 32; shift += 8)
+    for (unsigned shift = 0; shift < 32; shift += 8) {
         out.push_back(static_cast<std::byte>(number >> shift));
+    }
 }
 
 std::uint32_t number_at(std::span<const std::byte> payload, std::size_t offset) {
     std::uint32_t number = 0;
-    if (payload.size() >= offset + sizeof number)
+    if (payload.size() >= offset + sizeof number) {
         std::memcpy(&number, payload.data() + offset, sizeof number);
+    }
     return number;
 }
 
@@ -34,28 +36,32 @@ Buffer note_key(std::uint32_t number) {
 Buffer note(std::uint32_t number, std::string_view text) {
     Buffer out = note_key(number);
     append_number(static_cast<std::uint32_t>(text.size()), out);
-    for (const char character : text)
+    for (const char character : text) {
         out.push_back(static_cast<std::byte>(character));
+    }
     return out;
 }
 
 KeyHash note_hash(std::uint32_t number) {
     KeyHash hash{};
-    for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < 4; ++i) {
         hash[i] = static_cast<std::byte>(number >> (24 - 8 * i));
+    }
     return hash;
 }
 
 std::uint32_t number_of(const KeyHash& hash) {
     std::uint32_t number = 0;
-    for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < 4; ++i) {
         number = number << 8U | static_cast<std::uint32_t>(hash[i]);
+    }
     return number;
 }
 
 std::string text_of(std::span<const std::byte> payload) {
-    if (payload.size() < text_offset)
+    if (payload.size() < text_offset) {
         return "-";
+    }
     const std::size_t length =
         std::min<std::size_t>(number_at(payload, key_size), payload.size() - text_offset);
     return {reinterpret_cast<const char*>(payload.data()) + text_offset, length};
@@ -63,18 +69,21 @@ std::string text_of(std::span<const std::byte> payload) {
 
 std::optional<KeyHash> NoteType::accept(PayloadKind kind,
                                         std::span<const std::byte> payload) const {
-    if (payload.size() < key_size || !std::equal(header, header + 2, payload.data()))
+    if (payload.size() < key_size || !std::equal(header, header + 2, payload.data())) {
         return std::nullopt;
-    if (kind == PayloadKind::data && text_of(payload).front() == '!')
+    }
+    if (kind == PayloadKind::data && text_of(payload).front() == '!') {
         return std::nullopt;
+    }
     return note_hash(number_at(payload, sizeof header));
 }
 
 bool NoteType::write_key(std::span<const std::byte> data,
                          FunctionRef<std::byte*(std::size_t)> allocate) const {
     std::byte* const out = allocate(key_size);
-    if (out == nullptr)
+    if (out == nullptr) {
         return false;
+    }
     std::copy_n(data.data(), key_size, out);
     return true;
 }

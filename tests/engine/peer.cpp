@@ -27,20 +27,26 @@ public:
         std::istringstream in(line);
         std::string command;
         in >> command;
-        if (command == "writer" || command == "reader")
+        if (command == "writer" || command == "reader") {
             return create(command, in);
-        if (command == "take")
+        }
+        if (command == "take") {
             return take(in);
-        if (command == "acknowledged")
+        }
+        if (command == "acknowledged") {
             return answer(wait_for_acknowledgments(writer_, patience));
+        }
         std::uint32_t number = 0;
         in >> number;
-        if (command == "corrupt")
+        if (command == "corrupt") {
             return answer(write_note(writer_, number, "!"));
-        if (command == "dispose")
+        }
+        if (command == "dispose") {
             return answer(dispose_note(writer_, number));
-        if (command == "unregister")
+        }
+        if (command == "unregister") {
             return answer(unregister_note(writer_, number));
+        }
         std::size_t size = 0;
         in >> size;
         return answer(write_note(writer_, number, text_of_size(size), number));
@@ -58,8 +64,9 @@ private:
         Qos qos = keep_everything();
         int depth = 0;
         in >> depth;
-        if (depth > 0)
+        if (depth > 0) {
             qos.history = HistoryPolicy{HistoryKind::keep_last, depth};
+        }
         writer_ = node_->writer(qos);
         return answer(Status::ok);
     }
@@ -85,23 +92,26 @@ private:
 
 std::string text_of_size(std::size_t size) {
     std::string text(size, ' ');
-    for (std::size_t i = 0; i < size; ++i)
+    for (std::size_t i = 0; i < size; ++i) {
         text[i] = static_cast<char>('a' + (i * 7 + i / 26) % 26);
+    }
     return text;
 }
 
 int serve_commands() {
     Commands commands;
-    for (std::string line; std::getline(std::cin, line);)
+    for (std::string line; std::getline(std::cin, line);) {
         std::cout << commands.execute(line) << std::endl;
+    }
     return 0;
 }
 
 Peer::Peer() {
     int input[2];
     int output[2];
-    if (pipe2(input, O_CLOEXEC) != 0 || pipe2(output, O_CLOEXEC) != 0)
+    if (pipe2(input, O_CLOEXEC) != 0 || pipe2(output, O_CLOEXEC) != 0) {
         return;
+    }
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, input[0], STDIN_FILENO);
@@ -120,21 +130,24 @@ Peer::Peer() {
 Peer::~Peer() {
     close(commands_);
     int status = -1;
-    if (process_ > 0)
+    if (process_ > 0) {
         waitpid(process_, &status, 0);
+    }
     EXPECT_EQ(status, 0) << "the peer process failed";
     close(answers_);
 }
 
 std::string Peer::ask(const std::string& command) {
     const std::string line = command + "\n";
-    if (::write(commands_, line.data(), line.size()) != static_cast<ssize_t>(line.size()))
+    if (::write(commands_, line.data(), line.size()) != static_cast<ssize_t>(line.size())) {
         return "";
+    }
     std::string text;
     pollfd answered{answers_, POLLIN, 0};
     for (char character = 0; poll(&answered, 1, answer_milliseconds) > 0;) {
-        if (::read(answers_, &character, 1) != 1 || character == '\n')
+        if (::read(answers_, &character, 1) != 1 || character == '\n') {
             break;
+        }
         text += character;
     }
     return text;

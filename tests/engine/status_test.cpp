@@ -115,8 +115,9 @@ TEST(StatusOf, ALostWriterIsOneThatIsNotAlive) {
 
     EXPECT_EQ(await_status<LivelinessLost>(writer, liveliness_lost_status).total_count, 1);
     LivelinessChanged changed;
-    while (changed.not_alive_count == 0)
+    while (changed.not_alive_count == 0) {
         changed = await_status<LivelinessChanged>(reader, liveliness_changed_status);
+    }
     EXPECT_EQ(changed.alive_count, 0);
     EXPECT_EQ(changed.last_publication, handle);
 

@@ -105,6 +105,10 @@ bool connect(Application& application, Viewer& viewer) {
     return false;
 }
 
+bool await_all(Application& application, Viewer& viewer) {
+    return application.ask("mark") == "mark" && viewer.wait_for(1, mark_category, patience);
+}
+
 std::string difference(const std::vector<LoggedMessage>& logged,
                        const std::vector<ViewedMessage>& viewed) {
     std::ostringstream text;

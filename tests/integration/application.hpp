@@ -51,6 +51,10 @@ private:
 /// Makes sure that the viewer receives what the application logs.
 [[nodiscard]] bool connect(Application& application, Viewer& viewer);
 
+/// Waits until the viewer has everything that the application has logged, by a last message that
+/// comes behind late or doubled ones too. @return whether it came
+[[nodiscard]] bool await_all(Application& application, Viewer& viewer);
+
 /// Compares what was logged with what was seen: each message once, in order, and each with a time
 /// within its call. @return the first difference, empty when there is none
 std::string difference(const std::vector<LoggedMessage>& logged,

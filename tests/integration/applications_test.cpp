@@ -72,8 +72,7 @@ TEST(Applications, LeaveTheViewerAndTheOthersAloneWhenOneIsKilled) {
     EXPECT_EQ(victim.process().wait_for_end(patience), "signal 9");
 
     EXPECT_EQ(survivor.answer(), "log");
-    survivor.ask("say 600 656e64 -");
-    EXPECT_TRUE(viewer.wait_for(1, "end", patience));
+    EXPECT_TRUE(await_all(survivor, viewer)) << survivor.process().transcript();
     const std::vector<ViewedMessage> viewed = viewer.messages(numbered_category);
     EXPECT_EQ(difference(survivor.logged(), of_application(survivor_identity, viewed)), "");
 

@@ -136,7 +136,7 @@ void ChildProcess::reap() {
     changed_.notify_all();
 }
 
-bool ChildProcess::send_line(std::string_view line) {
+bool ChildProcess::send_line(std::string_view line) const {
     std::string text{line};
     text += '\n';
     return write(input_, text.data(), text.size()) == static_cast<ssize_t>(text.size());

@@ -41,7 +41,7 @@ public:
     ChildProcess& operator=(const ChildProcess&) = delete;
 
     /// Writes a line to the standard input. @return false when the process reads no more
-    bool send_line(std::string_view line);
+    bool send_line(std::string_view line) const;
     /// Ends the standard input.
     void close_input();
     void send_signal(int number);

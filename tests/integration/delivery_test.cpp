@@ -42,10 +42,7 @@ TEST(Delivery, BringsTenThousandMessagesOnceInOrderAndWithTheTimeOfTheCall) {
     ASSERT_TRUE(connect(application, viewer)) << viewer.process().transcript();
 
     ASSERT_EQ(application.ask("log 600 " + std::to_string(count) + " 500"), "log");
-    viewer.wait_for(count, numbered_category, patience);
-    // What follows would come behind any late or doubled message.
-    application.ask("say 600 656e64 -");
-    EXPECT_TRUE(viewer.wait_for(1, "end", patience));
+    EXPECT_TRUE(await_all(application, viewer)) << application.process().transcript();
 
     EXPECT_EQ(difference(application.logged(), viewer.messages(numbered_category)), "");
     EXPECT_EQ(application.diagnostics(), std::vector<std::string>{});
@@ -58,7 +55,7 @@ TEST(Delivery, KeepsTheTimeThatTheApplicationGivesToTheNanosecond) {
     ASSERT_TRUE(connect(application, viewer)) << viewer.process().transcript();
 
     ASSERT_EQ(application.ask("stamped 600 " + std::to_string(count)), "stamped");
-    viewer.wait_for(count, numbered_category, patience);
+    EXPECT_TRUE(await_all(application, viewer)) << application.process().transcript();
 
     EXPECT_EQ(difference(application.logged(), viewer.messages(numbered_category)), "");
 }
@@ -74,8 +71,7 @@ TEST(Delivery, GivesALateViewerTheLastTenMessagesOfEveryLevel) {
 
     Viewer late{domain_id};
     ASSERT_TRUE(late.wait_for(2 * kept_per_level, numbered_category, patience));
-    application.ask("say 600 656e64 -");
-    ASSERT_TRUE(late.wait_for(1, "end", patience));
+    EXPECT_TRUE(await_all(application, late)) << application.process().transcript();
 
     const std::vector<LoggedMessage> logged = application.logged();
     const std::vector<ViewedMessage> viewed = late.messages(numbered_category);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/integration/child_process.hpp"
+#include "tests/integration/viewer.hpp"
 
 namespace orvane::tests {
 namespace {
@@ -40,20 +41,35 @@ void expect_all_cycles(ChildProcess& process) {
     EXPECT_EQ(process.wait_for_end(longest_cycle), "exit 0") << last_lines(process);
 }
 
-TEST(Finalisation, EndsWhileThreadsLogAndTheMiddlewareReportsAllItCan) {
+class Finalisation : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(puller_.wait_until(
+            [](const Output& output) { return has_line(output, "> pulling"); }, longest_cycle))
+            << puller_.transcript();
+    }
+
+    void TearDown() override {
+        puller_.close_input();
+        EXPECT_EQ(puller_.wait_for_end(longest_cycle), "exit 0") << last_lines(puller_);
+    }
+
+private:
+    /// Makes the threads of the peer's engine work all the time.
+    ChildProcess puller_{peer("pull")};
+};
+
+TEST_F(Finalisation, EndsWhileThreadsLogAndTheMiddlewareReportsAllItCan) {
+    Viewer viewer{ORVANE_TEST_DOMAIN};
     ChildProcess process{peer("threads")};
     expect_all_cycles(process);
+    EXPECT_TRUE(viewer.wait_for(1, "thread", longest_cycle));
+    EXPECT_TRUE(viewer.wait_for(1, "com.qel.pexa.config.Logger", longest_cycle));
 }
 
-TEST(Finalisation, EndsWhileListenersOfASharedParticipantLog) {
-    ChildProcess puller{peer("pull")};
-    ASSERT_TRUE(puller.wait_until(
-        [](const Output& output) { return has_line(output, "> pulling"); }, longest_cycle))
-        << puller.transcript();
+TEST_F(Finalisation, EndsWhileListenersOfASharedParticipantLog) {
     ChildProcess process{peer("listener")};
     expect_all_cycles(process);
-    puller.close_input();
-    EXPECT_EQ(puller.wait_for_end(longest_cycle), "exit 0") << last_lines(puller);
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
 // An application that starts and finalises its logger again and again while it is logging.
 //
 //   finalising_peer threads DOMAIN CYCLES    four threads log without a pause, and the middleware
-//                                            reports all it can to the logger's device
+//                                            reports to the logger's device all that it does, such
+//                                            as receiving the samples of the trigger topic
 //   finalising_peer listener DOMAIN CYCLES   the logger shares the application's participant, whose
 //                                            listener logs for every sample of the trigger topic
 //   finalising_peer pull DOMAIN              writes samples of that topic until its input ends
@@ -23,6 +24,7 @@
 
 #include "orvane/orvane.h"
 #include "tests/integration/peer_logger.hpp"
+#include "tests/integration/peer_protocol.hpp"
 #include "tests/integration/self_trigger.hpp"
 
 namespace orvane::tests {
@@ -37,26 +39,36 @@ OptionsPointer options_for(int domain_id) {
     return options;
 }
 
+/// Prints a line in one piece: the middleware's threads print too.
+void tell(const std::string& text) {
+    std::cout << (std::string{answer_mark} + text + '\n') << std::flush;
+}
+
 /// Starts and finishes; @p under_fire waits until there has been logging in this cycle.
 bool run_cycles(PeerLogger& logger, int cycles, const std::function<OptionsPointer()>& make_options,
                 const std::function<void()>& under_fire) {
     for (int cycle = 1; cycle <= cycles; ++cycle) {
         if (!logger.start(make_options())) {
-            std::cout << "> could not start in cycle " << cycle << std::endl;
+            tell("could not start in cycle " + std::to_string(cycle));
             return false;
         }
         under_fire();
         if (logger.finish() != DDS_RETCODE_OK) {
-            std::cout << "> could not finalise in cycle " << cycle << std::endl;
+            tell("could not finalise in cycle " + std::to_string(cycle));
             return false;
         }
-        std::cout << "> cycle " << cycle << std::endl;
+        tell("cycle " + std::to_string(cycle));
     }
     return true;
 }
 
 bool fire_from_threads(int domain_id, int cycles) {
     constexpr int calls_per_cycle = 400;
+    // Keeps the engine's threads busy, and reporting, while the logger comes and goes.
+    const std::unique_ptr<SelfTrigger> trigger = SelfTrigger::open(domain_id, [](auto) {});
+    if (!trigger) {
+        return false;
+    }
     PEXA_Config_Logger_set_verbosity(PEXA_Config_Logger_get_instance(),
                                      PEXA_CONFIG_LOG_VERBOSITY_STATUS_ALL);
     PeerLogger logger;
@@ -119,15 +131,15 @@ bool pull(int domain_id) {
         return false;
     }
     const std::jthread puller{keep_pulling, std::ref(*trigger)};
-    std::cout << "> pulling" << std::endl;
+    tell("pulling");
     std::cin.get();
     return true;
 }
 
 bool run(const std::vector<std::string>& arguments) {
     const std::string mode = arguments.empty() ? "" : arguments[0];
-    const int domain_id = arguments.size() > 1 ? std::atoi(arguments[1].c_str()) : 0;
-    const int cycles = arguments.size() > 2 ? std::atoi(arguments[2].c_str()) : 0;
+    const int domain_id = arguments.size() > 1 ? std::stoi(arguments[1]) : 0;
+    const int cycles = arguments.size() > 2 ? std::stoi(arguments[2]) : 0;
     if (mode == "threads") {
         return fire_from_threads(domain_id, cycles);
     }

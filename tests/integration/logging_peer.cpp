@@ -6,6 +6,7 @@
 //   stamped LEVEL COUNT       logs the next COUNT numbers with times of this program's choice
 //   say LEVEL CATEGORY TEXT   logs bytes, both texts in hexadecimal, "-" for an empty one
 //   probe TEXT                logs TEXT at the level FATAL with the category "probe"
+//   mark                      logs an empty text with the category "mark"
 //   identity                  answers the application's identity as the viewer shows it
 //   misuse                    makes the middleware report an error
 //   trigger COUNT             with --own-participant: writes COUNT samples whose listener logs
@@ -179,6 +180,11 @@ std::string Peer::execute(const std::string& command) {
     if (name == "probe") {
         return probe(words);
     }
+    if (name == "mark") {
+        QEL_KX_Orvane_logMessageWithLevelCategory(logger_.instance(), QEL_KX_LEVEL_INFO, "",
+                                                  mark_category);
+        return "mark";
+    }
     if (name == "identity") {
         return identity();
     }
@@ -205,12 +211,14 @@ int main(int argc, char** argv) {
     }
     orvane::tests::Peer peer;
     const bool own_participant = arguments.size() > 1 && arguments[1] == "--own-participant";
-    if (!peer.start(std::atoi(arguments[0].c_str()), own_participant)) {
+    if (!peer.start(std::stoi(arguments[0]), own_participant)) {
         std::cerr << "logging_peer: could not start\n";
         return EXIT_FAILURE;
     }
     for (std::string command; std::getline(std::cin, command);) {
-        std::cout << orvane::tests::answer_mark << peer.execute(command) << std::endl;
+        // In one piece: the middleware's threads may print too.
+        const std::string answer = peer.execute(command);
+        std::cout << (std::string{orvane::tests::answer_mark} + answer + '\n') << std::flush;
     }
     return EXIT_SUCCESS;
 }

@@ -16,6 +16,8 @@ inline constexpr std::string_view record_mark = "logged ";
 inline constexpr const char* numbered_category = "numbered";
 /// Category of the messages that only show whether the viewer receives.
 inline constexpr const char* probe_category = "probe";
+/// Category of the message of the command "mark".
+inline constexpr const char* mark_category = "mark";
 
 /// Nanoseconds since 1970-01-01 UTC.
 inline std::int64_t wall_clock() {

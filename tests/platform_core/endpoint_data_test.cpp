@@ -47,6 +47,9 @@ TEST(EndpointData, LendsSamplesUpToItsMaximumAndFreesThemAll) {
         EXPECT_FALSE(lent.contains(TULVTypePluginDefaultEndpointData_getTempSample(data)));
         TULVTypePluginDefaultEndpointData_returnSample(data, *lent.begin(), nullptr);
         EXPECT_EQ(TULVTypePluginDefaultEndpointData_getSample(data, nullptr), *lent.begin());
+        void* foreign = TULVTypePluginDefaultEndpointData_createSample(data);
+        EXPECT_FALSE(lent.contains(foreign));
+        TULVTypePluginDefaultEndpointData_deleteSample(data, foreign);
         TULVTypePluginDefaultEndpointData_delete(data);
         EXPECT_EQ(heap_faults::live_blocks(), before);
     }

@@ -81,7 +81,7 @@ void report(QELLogModule module, QELLogLevel level, const char* text) {
 
 class ConfigLogger : public testing::Test {
 protected:
-    ~ConfigLogger() override {
+    void TearDown() override {
         PEXA_Config_Logger_set_output_device(logger_, nullptr);
         PEXA_Config_Logger_set_verbosity(logger_, PEXA_CONFIG_LOG_VERBOSITY_ERROR);
         PEXA_Config_Logger_set_print_format(logger_, PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT);
@@ -357,6 +357,7 @@ protected:
     }
     void TearDown() override {
         EXPECT_EQ(engine::delete_entity(participant_.entity), engine::Status::ok);
+        ConfigLogger::TearDown();
     }
 
     template <typename CreateParent, typename CreateEndpoint>
@@ -372,7 +373,7 @@ protected:
     }
 
     /// Writes what the reader refuses, until the device hears of it.
-    bool refused_sample_reaches(Device& device) {
+    bool refused_sample_reaches(Device& device) const {
         const auto fill = [](std::span<std::byte> buffer) {
             std::fill(buffer.begin(), buffer.end(), std::byte{0});
             buffer[1] = std::byte{1};
@@ -430,11 +431,12 @@ TEST_F(EngineLog, can_have_its_verbosity_changed_from_inside_a_device) {
 }
 
 TEST_F(ConfigLogger, ends_with_the_sources_that_the_last_verbosities_ask_for) {
-    constexpr int rounds = 200;
+    constexpr int rounds = 2000;
     constexpr int threads = 4;
     Device device;
     Device other;
     std::vector<std::thread> running;
+    running.reserve(threads);
     for (int thread = 0; thread < threads; ++thread) {
         running.emplace_back([&, thread] {
             const auto category = static_cast<PEXA_Config_LogCategory>(thread);

@@ -52,6 +52,13 @@ Encoder& Encoder::number(std::int64_t value) {
     return *this;
 }
 
+Encoder& Encoder::numbers(std::initializer_list<std::int64_t> values) {
+    for (const std::int64_t value : values) {
+        number(value);
+    }
+    return *this;
+}
+
 Encoder& Encoder::text(const std::string& value) {
     number(static_cast<std::int64_t>(value.size()) + 1);
     for (const char c : value) {
@@ -84,7 +91,7 @@ Encoder& Encoder::members(std::vector<std::pair<std::uint32_t, Encoder>> list) {
         if (encoding_.foreign_members) {
             member(99, this->value().text("unknown"));
             align();
-            put(ignored_id, 2);
+            put(ignored_id | 0x4000U, 2);
             put(4, 2);
             put(0xffffffff, 4);
         }
@@ -117,30 +124,29 @@ Bytes encoded_probe(const Encoding& encoding) {
     Encoder command = value();
     command.members({{0, value().number(7)}, {3, value().text("motor 7")}});
     Encoder extra = value();
-    extra.members({{0, value().number(-1)}, {1, value().text("x")}});
-    probe.members({{0, value().number(-1062731775).number(42)},
+    extra.members({{0, value().number(-1)}, {1, value().text("x")}, {2, value().number(1)}});
+    probe.members({{0, value().numbers({-1062731775, 42})},
                    {1, value().number(500)},
                    {2, value().number(1)},
                    {3, value().text("it's on")},
                    {4, command},
-                   {5, value().number(1).number(2).number(3).number(4)},
+                   {5, value().numbers({1, 2, 3, 4})},
                    {300, extra}});
     return probe.payload();
 }
 
 Bytes encoded_flat(const Encoding& encoding) {
     Encoder flat(encoding, false);
-    flat.number(-1062731775).number(42).number(500).number(1).text("it's on");
+    flat.numbers({-1062731775, 42, 500, 1}).text("it's on");
     flat.number(7).text("motor 7");
-    flat.number(1).number(2).number(3).number(4);
-    flat.number(-1).text("x");
+    flat.numbers({1, 2, 3, 4});
+    flat.number(-1).text("x").number(1);
     return flat.payload();
 }
 
-std::unique_ptr<const pexa::dds::ContentFilter> compile(const DDS_TypeCode& type,
-                                                        const std::string& expression,
-                                                        const Parameters& parameters,
-                                                        pexa::dds::FilterFault& fault) {
+pexa::dds::ContentFilterPointer compile(const DDS_TypeCode& type, const std::string& expression,
+                                        const Parameters& parameters,
+                                        pexa::dds::FilterFault& fault) {
     std::vector<char*> texts;
     for (const char* parameter : parameters) {
         texts.push_back(const_cast<char*>(parameter));
@@ -154,9 +160,8 @@ std::unique_ptr<const pexa::dds::ContentFilter> compile(const DDS_TypeCode& type
     return filter;
 }
 
-std::unique_ptr<const pexa::dds::ContentFilter> compiled(const DDS_TypeCode& type,
-                                                         const std::string& expression,
-                                                         const Parameters& parameters) {
+pexa::dds::ContentFilterPointer compiled(const DDS_TypeCode& type, const std::string& expression,
+                                         const Parameters& parameters) {
     pexa::dds::FilterFault fault;
     auto filter = compile(type, expression, parameters, fault);
     EXPECT_NE(filter, nullptr) << expression << ": " << fault.text.data();

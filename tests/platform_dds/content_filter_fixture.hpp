@@ -33,6 +33,7 @@ public:
     explicit Encoder(const Encoding& encoding, bool parameter_list);
 
     Encoder& number(std::int64_t value);
+    Encoder& numbers(std::initializer_list<std::int64_t> values);
     Encoder& text(const std::string& value);
     /// A header and the member behind it.
     Encoder& member(std::uint32_t id, const Encoder& value, bool must_understand = false);
@@ -54,20 +55,18 @@ private:
 };
 
 /// target (-1062731775, 42), level 500, kind BUSY, name "it's on", command FAILED with note
-/// "motor 7", extra (-1, "x").
+/// "motor 7", extra (-1, "x", ON).
 Bytes encoded_probe(const Encoding& encoding);
 Bytes encoded_flat(const Encoding& encoding);
 
 using Parameters = std::vector<const char*>;
 
 /// Compiles with parameters of which a NULL one is missing.
-std::unique_ptr<const pexa::dds::ContentFilter> compile(const DDS_TypeCode& type,
-                                                        const std::string& expression,
-                                                        const Parameters& parameters,
-                                                        pexa::dds::FilterFault& fault);
+pexa::dds::ContentFilterPointer compile(const DDS_TypeCode& type, const std::string& expression,
+                                        const Parameters& parameters,
+                                        pexa::dds::FilterFault& fault);
 /// As above; an expression that does not compile fails the test.
-std::unique_ptr<const pexa::dds::ContentFilter> compiled(const DDS_TypeCode& type,
-                                                         const std::string& expression,
-                                                         const Parameters& parameters = {});
+pexa::dds::ContentFilterPointer compiled(const DDS_TypeCode& type, const std::string& expression,
+                                         const Parameters& parameters = {});
 
 }  // namespace filter_test

@@ -4,9 +4,9 @@
 
 #include "content_filter_fixture.hpp"
 
-using namespace filter_test;
 using pexa::dds::ContentFilter;
 
+namespace filter_test {
 namespace {
 
 /// A block of exactly the payload's size, so that a sanitizer sees a read behind it.
@@ -83,14 +83,14 @@ TEST(ContentFilterPayload, that_is_no_encoding_of_the_type_does_not_match) {
     const auto value = [&] { return list.value(); };
     const auto flat_with = [](std::int64_t name_length, std::int64_t label) {
         Encoder flat({}, false);
-        flat.number(1).number(2).number(3).number(0);
+        flat.numbers({1, 2, 3, 0});
         if (name_length < 0) {
             flat.text(std::string(static_cast<std::size_t>(-name_length), 'n'));
         } else {
             flat.number(name_length).text("");
         }
         flat.number(label).number(4);
-        flat.number(0).number(0).number(0).number(0).number(0).text("");
+        flat.numbers({0, 0, 0, 0, 0}).text("").number(0);
         return flat.payload();
     };
     Bytes foreign_identifier = encoded_probe({});
@@ -103,7 +103,7 @@ TEST(ContentFilterPayload, that_is_no_encoding_of_the_type_does_not_match) {
          Encoder(list).member(99, value().number(1), true).list_end().payload()},
         {"an unknown member that must be understood, in a member", probe_type,
          Encoder(list)
-             .member(300, value().member(2, value().number(1), true).list_end())
+             .member(300, value().member(9, value().number(1), true).list_end())
              .payload()},
         {"a member shorter than its type", probe_type,
          Encoder(list).member(0, value().number(1)).list_end().payload()},
@@ -125,27 +125,12 @@ TEST(ContentFilterPayload, that_is_no_encoding_of_the_type_does_not_match) {
         {"a plain text that ends behind the payload", flat_type, flat_with(1 << 30, 0)},
         {"a sequence of more elements than its bound", flat_type,
          Encoder({}, false)
-             .number(1)
-             .number(2)
-             .number(3)
-             .number(0)
+             .numbers({1, 2, 3, 0})
              .text("")
-             .number(1)
-             .number(4)
-             .number(1)
-             .number(1)
-             .number(2)
-             .number(2)
-             .number(3)
-             .number(3)
-             .number(4)
-             .number(4)
-             .number(0)
-             .number(0)
-             .number(0)
-             .number(0)
-             .number(0)
+             .numbers({1, 4, 1, 1, 2, 2, 3, 3, 4, 4})
+             .numbers({0, 0, 0, 0, 0})
              .text("")
+             .number(0)
              .payload()},
         {"a sequence of a negative number of elements", flat_type, flat_with(-4, 1)},
     };
@@ -166,3 +151,4 @@ TEST(ContentFilterPayload, may_contain_members_longer_than_expected) {
 }
 
 }  // namespace
+}  // namespace filter_test

@@ -7,10 +7,9 @@
 #include "../platform_core/heap_faults.hpp"
 #include "content_filter_fixture.hpp"
 
-using namespace filter_test;
-using pexa::dds::ContentFilter;
 using pexa::dds::FilterFault;
 
+namespace filter_test {
 namespace {
 
 struct MatchCase {
@@ -97,6 +96,8 @@ const MatchCase match_cases[] = {
     {"kind = %0", {"'IDLE'"}, false},
     {"kind BETWEEN IDLE AND BUSY", {}, true},
     {"kind < level", {}, true},
+    {"kind < command._d", {}, true},
+    {"extra.mode = ON", {}, true},
     // A union: its discriminator and its branches.
     {"command._d = FAILED", {}, true},
     {"command._u.note = 'motor 7'", {}, true},
@@ -147,9 +148,8 @@ TEST(ContentFilter, takes_members_that_a_sample_lacks_as_zero_or_empty) {
 TEST(ContentFilter, takes_the_branch_that_a_union_carries) {
     for (const Encoding& encoding : all_encodings()) {
         Encoder flat(encoding, false);
-        flat.number(1).number(2).number(3).number(0).text("");
-        flat.number(1).number(2).number(5).number(6).number(7).number(8);
-        flat.number(1).number(2).number(3).number(4).number(0).text("label");
+        flat.numbers({1, 2, 3, 0}).text("").numbers({1, 2, 5, 6, 7, 8});
+        flat.numbers({1, 2, 3, 4, 0}).text("label").number(0);
         EXPECT_TRUE(compiled(flat_type, "command._d = BUSY AND extra.label = 'label'")
                         ->matches(flat.payload()))
             << to_string(encoding);
@@ -213,6 +213,7 @@ const FaultCase fault_cases[] = {
     {"7 = name", {}, -1, 1, "expected a text in quotes"},
     {"level = name", {}, -1, 9, "a field of another type"},
     {"kind = name", {}, -1, 8, "a field of another type"},
+    {"kind = extra.mode", {}, -1, 8, "a field of another type"},
     {"kind = RUNNING", {}, -1, 8, "RUNNING is not an enumerator of Kind"},
     {"kind = 'busy'", {}, -1, 8, "busy is not an enumerator of Kind"},
     {"level = BUSY", {}, -1, 9, "there is no field BUSY"},
@@ -274,6 +275,7 @@ TEST(ContentFilter, has_limits_that_it_keeps_to) {
     const Bytes sample = encoded_probe({});
     for (const std::string& expression :
          {bracketed(64), comparisons(256), repeated("NOT ", 1000) + "level = 500",
+          repeated("(level <> 1) AND ", 100) + "level = 500",
           "level = 500" + std::string(16384 - 11, ' ')}) {
         EXPECT_TRUE(compiled(probe_type, expression)->matches(sample));
     }
@@ -297,6 +299,7 @@ TEST(ContentFilter, has_limits_that_it_keeps_to) {
 TEST(ContentFilter, takes_a_hundred_parameters) {
     std::vector<std::string> texts;
     Parameters parameters;
+    texts.reserve(101);
     for (int i = 0; i < 101; ++i) {
         texts.push_back(std::to_string(i + 401));
     }
@@ -365,3 +368,4 @@ TEST(ContentFilter, decides_without_allocating) {
 }
 
 }  // namespace
+}  // namespace filter_test

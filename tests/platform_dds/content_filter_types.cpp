@@ -30,6 +30,8 @@ std::array address_members{member("host", 0, &DDS_g_tc_long), member("app", 1, &
 std::array kind_members{member("IDLE", 0, nullptr), member("BUSY", 1, nullptr),
                         member("FAILED", 7, nullptr)};
 const DDS_TypeCode kind_type = record(DDS_TK_ENUM, final_kind, "Kind", kind_members);
+std::array mode_members{member("OFF", 0, nullptr), member("ON", 1, nullptr)};
+const DDS_TypeCode mode_type = record(DDS_TK_ENUM, final_kind, "Mode", mode_members);
 const DDS_TypeCode name_type = bounded(DDS_TK_STRING, 16);
 const DDS_TypeCode note_type = bounded(DDS_TK_STRING, 8);
 const DDS_TypeCode items_type = bounded(DDS_TK_SEQUENCE, 3, &address_type);
@@ -43,7 +45,8 @@ const DDS_TypeCode command_type =
 const DDS_TypeCode flat_command_type =
     record(DDS_TK_UNION, final_kind, "Command", command_members, &kind_type);
 
-std::array extra_members{member("size", 0, &DDS_g_tc_long), member("label", 1, &note_type)};
+std::array extra_members{member("size", 0, &DDS_g_tc_long), member("label", 1, &note_type),
+                         member("mode", 2, &mode_type)};
 const DDS_TypeCode extra_type = record(DDS_TK_STRUCT, mutable_kind, "Extra", extra_members);
 const DDS_TypeCode flat_extra_type = record(DDS_TK_STRUCT, final_kind, "Extra", extra_members);
 

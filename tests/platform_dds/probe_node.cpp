@@ -68,9 +68,8 @@ DDS_DataWriter* ProbeNode::writer(const WriterTweak& tweak, DDS_Topic* other) co
     if (tweak) {
         tweak(qos.get());
     }
-    DDS_DataWriter* writer =
-        DDS_Publisher_create_datawriter(publisher, other != nullptr ? other : topic, &qos.get(),
-                                        nullptr, DDS_STATUS_MASK_NONE);
+    DDS_DataWriter* writer = DDS_Publisher_create_datawriter(
+        publisher, other != nullptr ? other : topic, &qos.get(), nullptr, DDS_STATUS_MASK_NONE);
     EXPECT_NE(writer, nullptr);
     return writer;
 }
@@ -90,8 +89,8 @@ DDS_DataReader* ProbeNode::reader(const ReaderTweak& tweak, DDS_TopicDescription
 
 DDS_Topic* ProbeNode::keyless_topic() const {
     const std::string name = topic_of_this_test() + "_keyless";
-    return DDS_DomainParticipant_create_topic(participant, name.c_str(), "Keyless",
-                                              DDS_QOS_DEFAULT, nullptr, DDS_STATUS_MASK_NONE);
+    return DDS_DomainParticipant_create_topic(participant, name.c_str(), "Keyless", DDS_QOS_DEFAULT,
+                                              nullptr, DDS_STATUS_MASK_NONE);
 }
 
 ProbeSeq::ProbeSeq(DDS_Long maximum) : buffer_(static_cast<std::size_t>(maximum)) {
@@ -136,8 +135,8 @@ std::vector<Received> ProbeSeq::content() const {
     std::vector<Received> samples;
     for (DDS_Long i = 0; i < data.length; ++i) {
         const auto index = static_cast<std::size_t>(i);
-        const Probe& probe = data.owned == 0 ? *static_cast<Probe*>(data.loanedSamples[index])
-                                             : buffer_[index];
+        const Probe& probe =
+            data.owned == 0 ? *static_cast<Probe*>(data.loanedSamples[index]) : buffer_[index];
         samples.push_back({probe, infos.contiguousBuffer[index]});
     }
     return samples;
@@ -190,22 +189,18 @@ DDS_ReturnCode_t await(DDS_Condition* condition, const DDS_Duration_t& timeout) 
 
 bool await_reader(DDS_DataWriter* writer, DDS_Long count) {
     DDS_PublicationMatchedStatus status{};
-    return await_status(
-        DDS_DataWriter_as_entity(writer), DDS_PUBLICATION_MATCHED_STATUS, [&] {
-            return DDS_DataWriter_get_publication_matched_status(writer, &status) ==
-                       DDS_RETCODE_OK &&
-                   status.current_count >= count;
-        });
+    return await_status(DDS_DataWriter_as_entity(writer), DDS_PUBLICATION_MATCHED_STATUS, [&] {
+        return DDS_DataWriter_get_publication_matched_status(writer, &status) == DDS_RETCODE_OK &&
+               status.current_count >= count;
+    });
 }
 
 bool await_writer(DDS_DataReader* reader, DDS_Long count) {
     DDS_SubscriptionMatchedStatus status{};
-    return await_status(
-        DDS_DataReader_as_entity(reader), DDS_SUBSCRIPTION_MATCHED_STATUS, [&] {
-            return DDS_DataReader_get_subscription_matched_status(reader, &status) ==
-                       DDS_RETCODE_OK &&
-                   status.current_count >= count;
-        });
+    return await_status(DDS_DataReader_as_entity(reader), DDS_SUBSCRIPTION_MATCHED_STATUS, [&] {
+        return DDS_DataReader_get_subscription_matched_status(reader, &status) == DDS_RETCODE_OK &&
+               status.current_count >= count;
+    });
 }
 
 DDS_ReturnCode_t write(DDS_DataWriter* writer, const Probe& probe) {

@@ -10,6 +10,7 @@ namespace {
 
 std::atomic<int> endpoints{0};
 std::atomic<bool> refusing{false};
+std::atomic<DDS_Long> refused_value{undecodable_value};
 
 constexpr DDS_TypeCode text_code = {
     DDS_TK_STRING, DDS_FINAL_EXTENSIBILITY, nullptr, Probe::longest_text, nullptr, 0, nullptr};
@@ -40,10 +41,10 @@ TULVEndpointData count(TULVEndpointData data) {
 }
 
 TULVEndpointData attach_keyed(TULVParticipantData participant, const TULVEndpointInfo* info) {
-    return refusing ? nullptr
-                    : count(TULVTypePluginDefaultEndpointData_new(participant, info, create_probe,
-                                                                  destroy_probe, create_probe,
-                                                                  destroy_probe));
+    return refusing
+               ? nullptr
+               : count(TULVTypePluginDefaultEndpointData_new(
+                     participant, info, create_probe, destroy_probe, create_probe, destroy_probe));
 }
 
 TULVEndpointData attach_keyless(TULVParticipantData participant, const TULVEndpointInfo* info) {
@@ -74,7 +75,7 @@ DDS_Boolean deserialize(TULVEndpointData /*endpoint*/, void** sample, DDS_Boolea
            QELCdrStream_deserializeLong(stream, &probe.id) != 0 &&
            QELCdrStream_deserializeLong(stream, &probe.value) != 0 &&
            QELCdrStream_deserializeString(stream, probe.text, Probe::longest_text) != 0 &&
-           probe.value != undecodable_value;
+           probe.value != undecodable_value && probe.value != refused_value;
 }
 
 DDS_UnsignedLong size_of(TULVEndpointData /*endpoint*/, DDS_Boolean /*header*/,
@@ -173,6 +174,10 @@ void refuse_endpoints(bool refuse) {
     refusing = refuse;
 }
 
+void refuse_value(DDS_Long value) {
+    refused_value = value;
+}
+
 std::vector<std::byte> encoded_probe(const Probe& probe) {
     std::vector<std::byte> bytes(17 + std::strlen(probe.text));
     QELCdrStream stream;
@@ -187,7 +192,8 @@ std::vector<std::byte> encoded_probe(const Probe& probe) {
 pexa::engine::KeyHash hash_of_probe(DDS_Long id) {
     pexa::engine::KeyHash hash{};
     for (unsigned i = 0; i < 4; ++i) {
-        hash[i] = static_cast<std::byte>((static_cast<DDS_UnsignedLong>(id) >> (24 - 8 * i)) & 0xff);
+        hash[i] =
+            static_cast<std::byte>((static_cast<DDS_UnsignedLong>(id) >> (24 - 8 * i)) & 0xff);
     }
     return hash;
 }

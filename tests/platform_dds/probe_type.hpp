@@ -21,8 +21,10 @@ struct Probe {
     Probe(DDS_Long number, DDS_Long content, std::string_view words = "");
 };
 
-/// A decoded payload with this value is refused.
+/// A payload with this value is always refused by decoding.
 inline constexpr DDS_Long undecodable_value = -1;
+/// Has payloads with another value refused from now on.
+void refuse_value(DDS_Long value);
 
 /// The type's own name; the tests register it under others.
 inline constexpr const char* probe_type_name = "test::Probe";

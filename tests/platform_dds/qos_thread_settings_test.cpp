@@ -8,11 +8,11 @@ namespace {
 
 class ThreadSettings : public testing::Test {
 protected:
-    ThreadSettings() {
+    void SetUp() override {
         DDS_ThreadSettings_t_initialize(&one_);
         DDS_ThreadSettings_t_initialize(&other_);
     }
-    ~ThreadSettings() override {
+    void TearDown() override {
         DDS_ThreadSettings_t_finalize(&one_);
         DDS_ThreadSettings_t_finalize(&other_);
     }

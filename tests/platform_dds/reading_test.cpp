@@ -33,8 +33,7 @@ DDS_ReadSelectorI selector(DDS_Boolean take, DDS_Long max_samples = DDS_LENGTH_U
 
 TEST_F(Reading, ReadingKeepsSamplesAndMarksThemAndTakingRemovesThem) {
     EXPECT_EQ(summary(receive(reader_, selector(0, 2))), "1:1 1:2");
-    EXPECT_EQ(summary(receive(reader_, selector(0, -1, DDS_NOT_READ_SAMPLE_STATE))),
-              "1:3 1:4 1:5");
+    EXPECT_EQ(summary(receive(reader_, selector(0, -1, DDS_NOT_READ_SAMPLE_STATE))), "1:3 1:4 1:5");
     EXPECT_EQ(summary(receive(reader_, selector(1, 3))), "1:1 1:2 1:3");
     EXPECT_EQ(summary(receive(reader_, selector(1, -1, DDS_NOT_READ_SAMPLE_STATE))), "");
     EXPECT_EQ(summary(receive(reader_, selector(1, -1, DDS_READ_SAMPLE_STATE))), "1:4 1:5");
@@ -135,8 +134,9 @@ TEST_F(Reading, OnlyTheReaderThatLentSamplesTakesThemBackAndOnlyOnceAndWhole) {
         {"infos of another loan", reader_, lent, 2, &second.infos},
     };
     for (const auto& one : cases) {
-        EXPECT_EQ(DDS_DataReader_return_loan_untypedI(one.reader, one.samples, one.count, one.infos),
-                  DDS_RETCODE_PRECONDITION_NOT_MET)
+        EXPECT_EQ(
+            DDS_DataReader_return_loan_untypedI(one.reader, one.samples, one.count, one.infos),
+            DDS_RETCODE_PRECONDITION_NOT_MET)
             << one.what;
     }
     EXPECT_EQ(first.return_loan(reader_), DDS_RETCODE_OK);

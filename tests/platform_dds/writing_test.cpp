@@ -114,8 +114,8 @@ TEST(Writing, AKeylessTypeHasNoInstanceHandles) {
     ASSERT_EQ(write(writer, probe), DDS_RETCODE_OK);
     EXPECT_EQ(DDS_DataWriter_write_untypedI(writer, &probe, &with_handle),
               DDS_RETCODE_BAD_PARAMETER);
-    EXPECT_TRUE(equal(DDS_DataWriter_register_instance_untypedI(writer, &probe, nullptr),
-                      DDS_HANDLE_NIL));
+    EXPECT_TRUE(
+        equal(DDS_DataWriter_register_instance_untypedI(writer, &probe, nullptr), DDS_HANDLE_NIL));
     EXPECT_TRUE(equal(DDS_DataWriter_lookup_instance_untypedI(writer, &probe), DDS_HANDLE_NIL));
 
     const std::vector<Received> samples = await_samples(reader, 1);

@@ -20,7 +20,7 @@ TEST(CommandLine, RefusesWrongUsageAndNamesWhatIsValid) {
         std::string says;
     } cases[] = {
         {{}, "A subcommand is required"},
-        {{"follow"}, "follow"},
+        {{"follow"}, "A subcommand is required"},
         {{"--verbose"}, "A subcommand is required"},
         {{"tail", "extra"}, "extra"},
         {{"tail", "--levels", "INFO"}, "--levels"},

@@ -183,6 +183,18 @@ TEST(Decoding, RejectsNumbersThatAreNoEnumerator) {
     EXPECT_EQ(*result, QEL_KX_COMMAND_RESULT_OK);
 }
 
+TEST(Decoding, ForgetsARejectionBeforeTheNextSample) {
+    Bytes input = bytes(head + level + list_end);
+    QELCdrStream stream;
+    QELCdrStream_init(&stream, input.data(), input.size());
+    stream.rejected = 1;
+    Sample<QEL_KX_LogMessage> sample;
+    void* target = sample.get();
+    EXPECT_TRUE(
+        QEL_KX_LogMessagePlugin_deserialize(nullptr, &target, nullptr, &stream, 1, 1, nullptr));
+    EXPECT_EQ(stream.rejected, 0);
+}
+
 TEST(Decoding, RefusesAStateWithFewerThanFivePairs) {
     Sample<QEL_KX_ADMIN_State> sample;
     EXPECT_FALSE(decode(*sample, bytes(head + "05 00 20 00" + std::string(64, '0') + list_end)));
@@ -205,7 +217,10 @@ TEST(Decoding, RefusesSequencesThatDoNotFit) {
     Sample<QEL_KX_ADMIN_Command> sample;
     EXPECT_TRUE(decode(*sample, bytes(head + "02 00 0C 00  01 00 00 00 " + pair)));
     EXPECT_EQ(sample->_u.categoryAndVerbosity.length, 1);
-    // Fewer elements than the record could hold, yet more than it has room for.
+    // Fewer elements than the type allows, yet more than the record has room for.
+    ASSERT_TRUE(QEL_KX_ADMIN_QELLoggerCategoryAndVerbositySeq_set_maximum(
+        &sample->_u.categoryAndVerbosity, 1));
+    EXPECT_FALSE(decode(*sample, bytes(head + "02 00 14 00  02 00 00 00 " + pair + pair)));
     ASSERT_TRUE(QEL_KX_ADMIN_QELLoggerCategoryAndVerbositySeq_set_maximum(
         &sample->_u.categoryAndVerbosity, 0));
     EXPECT_FALSE(decode(*sample, bytes(head + "02 00 0C 00  01 00 00 00 " + pair)));
@@ -235,7 +250,9 @@ TEST(Decoding, OfACommandInsideARequestEndsWithItsHeader) {
     for (const auto& input : inputs) {
         Sample<QEL_KX_ADMIN_CommandRequest> sample;
         QELCdrStream after;
-        const Bytes whole = bytes(before + input.command + list_end);
+        std::string request = before;
+        request.append(input.command).append(list_end);
+        const Bytes whole = bytes(request);
         EXPECT_EQ(decode(*sample, whole, &after), input.accepted) << input.what;
         EXPECT_EQ(sample->command._u.printFormat, input.format) << input.what;
         EXPECT_EQ(after.size, whole.size()) << input.what;

@@ -186,7 +186,7 @@ TEST(Encoding, OfADiscontiguousSequenceIsThatOfAContiguousOne) {
 
 TEST(Encoding, HasExtendedHeadersFromAnEndpointWithVeryLargeSamples) {
     const TULVEndpointInfo info{TULV_ENDPOINT_WRITER, 0, 1};
-    const TULVEndpointData endpoint =
+    TULVEndpointData endpoint =
         QEL_KX_ADMIN_CommandRequestPlugin_on_endpoint_attached(nullptr, &info);
     ASSERT_NE(endpoint, nullptr);
     Sample<QEL_KX_LogMessage> message;
@@ -211,6 +211,17 @@ TEST(Encoding, HasExtendedHeadersFromAnEndpointWithVeryLargeSamples) {
     Sample<QEL_KX_LogMessage> decoded;
     ASSERT_TRUE(decode(*decoded, extended));
     EXPECT_EQ(encoded(*decoded, 1), encoded(*message, 1));
+
+    // Each sample on a stream decides anew.
+    Bytes buffer(256);
+    QELCdrStream stream;
+    QELCdrStream_init(&stream, buffer.data(), buffer.size());
+    for (TULVEndpointData data : {TULVEndpointData{nullptr}, endpoint, TULVEndpointData{nullptr}}) {
+        const std::size_t start = stream.position;
+        ASSERT_TRUE(
+            QEL_KX_LogMessagePlugin_serialize(data, message.get(), &stream, 1, 1, 1, nullptr));
+        EXPECT_EQ(stream.position - start, data == nullptr ? 52U : extended.size());
+    }
 
     // The headers inside the command stay short.
     EXPECT_EQ(written(encoded(*request, 1, endpoint)),

@@ -17,12 +17,15 @@ using cyclone::status_of;
 
 // The engine refuses masks with statuses that the entity does not have.
 StatusMask statuses_of(EntityId entity) {
-    if (cyclone::readers().find(entity))
+    if (cyclone::readers().find(entity)) {
         return cyclone::reader_statuses;
-    if (cyclone::writers().find(entity))
+    }
+    if (cyclone::writers().find(entity)) {
         return cyclone::writer_statuses;
-    if (cyclone::topics().find(entity))
+    }
+    if (cyclone::topics().find(entity)) {
         return cyclone::topic_statuses;
+    }
     std::uint32_t unused = 0;
     const std::uint32_t of_subscriber = cyclone::engine_status_mask(cyclone::subscriber_statuses);
     return dds_read_status(entity, &unused, of_subscriber) == DDS_RETCODE_OK
@@ -34,8 +37,9 @@ StatusMask statuses_of(EntityId entity) {
 
 Created create_read_condition(EntityId reader, const StateMask& states) noexcept {
     const std::uint32_t mask = cyclone::engine_state_mask(states);
-    if (mask == 0)
+    if (mask == 0) {
         return {Status::bad_parameter, no_entity};
+    }
     return created(dds_create_readcondition(reader, mask));
 }
 
@@ -71,16 +75,19 @@ Status detach(EntityId wait_set, EntityId condition) noexcept {
 Status wait(EntityId wait_set, Nanoseconds timeout, std::vector<EntityId>& triggered) noexcept {
     triggered.clear();
     const dds_return_t attached = dds_waitset_get_entities(wait_set, nullptr, 0);
-    if (attached < 0)
+    if (attached < 0) {
         return status_of(attached);
+    }
     // At least one place, so that a condition attached meanwhile can be reported too.
     std::vector<dds_attach_t> found(static_cast<std::size_t>(attached) + 1);
     const dds_return_t count = dds_waitset_wait(wait_set, found.data(), found.size(), timeout);
-    if (count <= 0)
+    if (count <= 0) {
         return count == 0 ? Status::timeout : status_of(count);
+    }
     found.resize(std::min(found.size(), static_cast<std::size_t>(count)));
-    for (const dds_attach_t condition : found)
+    for (const dds_attach_t condition : found) {
         triggered.push_back(static_cast<EntityId>(condition));
+    }
     return Status::ok;
 }
 

@@ -36,8 +36,9 @@ void follow_trace_mask(const ddsi_sertype* type) {
     TracedTypes& traced = traced_types();
     const std::lock_guard lock(traced.mutex);
     traced.types.insert(type);
-    if (traced.mask)
+    if (traced.mask) {
         store_mask(type, *traced.mask);
+    }
 }
 
 void forget_domain_of(const ddsi_sertype* type) {
@@ -50,8 +51,9 @@ void set_trace_mask(std::uint32_t mask) {
     TracedTypes& traced = traced_types();
     const std::lock_guard lock(traced.mutex);
     traced.mask = mask;
-    for (const ddsi_sertype* const type : traced.types)
+    for (const ddsi_sertype* const type : traced.types) {
         store_mask(type, mask);
+    }
 }
 
 }  // namespace pexa::engine::cyclone

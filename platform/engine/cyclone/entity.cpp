@@ -1,5 +1,6 @@
 #include <dds/dds.h>
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -15,6 +16,17 @@ namespace {
 
 using cyclone::note_creation;
 using cyclone::status_of;
+
+bool is_endpoint(EntityId entity) {
+    return cyclone::readers().find(entity) || cyclone::writers().find(entity);
+}
+
+// The engine's collector of endpoints waits for every thread that is in the engine, and a callback
+// is.
+bool waits_for_callbacks(EntityId entity, const std::vector<EntityId>& contents) {
+    return is_participant(entity) || is_endpoint(entity) ||
+           std::any_of(contents.begin(), contents.end(), is_endpoint);
+}
 
 }  // namespace
 
@@ -49,41 +61,48 @@ Status get_guid(EntityId entity, Guid& guid) noexcept {
     dds_guid_t found;
     const Status result = status_of(dds_get_guid(entity, &found));
     static_assert(sizeof guid == sizeof found.v);
-    if (result == Status::ok)
+    if (result == Status::ok) {
         std::memcpy(guid.data(), found.v, sizeof found.v);
+    }
     return result;
 }
 
 Status delete_entity(EntityId entity) noexcept {
-    if (cyclone::is_in_callback_of(entity))
-        return Status::illegal_operation;
     // The engine would keep such a topic, unreachable, until its last endpoint is gone.
     const auto topic = cyclone::topics().find(entity);
-    if (topic && topic->endpoints != 0)
+    if (topic && topic->endpoints != 0) {
         return Status::precondition_not_met;
+    }
     const std::vector<EntityId> contents = cyclone::contents_of(entity);
+    if (cyclone::is_in_callback() && waits_for_callbacks(entity, contents)) {
+        return Status::illegal_operation;
+    }
     const Status result = status_of(dds_delete(entity));
-    if (result != Status::ok)
+    if (result != Status::ok) {
         return result;
+    }
     cyclone::forget_entity(entity);
-    for (const EntityId inner : contents)
+    for (const EntityId inner : contents) {
         cyclone::forget_entity(inner);
+    }
     return Status::ok;
 }
 
 Status get_qos(EntityId entity, Qos& qos) noexcept {
     const cyclone::QosPtr found(dds_create_qos());
     const Status result = status_of(dds_get_qos(entity, found.get()));
-    if (result == Status::ok)
+    if (result == Status::ok) {
         qos = cyclone::from_engine(found.get());
+    }
     return result;
 }
 
 Status set_qos(EntityId entity, const Qos& qos) noexcept {
     const Status result = status_of(dds_set_qos(entity, cyclone::to_engine(qos).get()));
     const auto writer = cyclone::writers().find(entity);
-    if (result == Status::ok && writer && qos.autodispose_unregistered_instances)
+    if (result == Status::ok && writer && qos.autodispose_unregistered_instances) {
         writer->autodispose = *qos.autodispose_unregistered_instances;
+    }
     return result;
 }
 

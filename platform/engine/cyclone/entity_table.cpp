@@ -10,17 +10,20 @@ namespace pexa::engine::cyclone {
 namespace {
 
 void append_contents(EntityId entity, std::vector<EntityId>& contents) {
-    // Endpoints contain conditions only, of which nothing is noted. A writer cannot even be asked by
-    // a callback that runs within a write to it.
-    if (writers().find(entity) || readers().find(entity))
+    // Endpoints contain conditions only, of which nothing is noted. A writer cannot even be asked
+    // by a callback that runs within a write to it.
+    if (writers().find(entity) || readers().find(entity)) {
         return;
+    }
     const dds_return_t count = dds_get_children(entity, nullptr, 0);
-    if (count <= 0)
+    if (count <= 0) {
         return;
+    }
     std::vector<dds_entity_t> children(static_cast<std::size_t>(count));
     const dds_return_t found = dds_get_children(entity, children.data(), children.size());
-    if (found < 0)
+    if (found < 0) {
         return;
+    }
     // Others may come or go between the two calls.
     children.resize(std::min(children.size(), static_cast<std::size_t>(found)));
     for (const dds_entity_t child : children) {
@@ -54,8 +57,9 @@ EntityTable<const ListenerSetting>& listeners() {
 }
 
 Created note_creation(dds_entity_t result, const ListenerSetting& listener) {
-    if (result > 0)
+    if (result > 0) {
         listeners().add(result, std::make_shared<const ListenerSetting>(listener));
+    }
     return created(result);
 }
 

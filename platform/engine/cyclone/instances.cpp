@@ -14,20 +14,23 @@ namespace {
 Status get_writer_key(cyclone::WriterRecord& writer, const KeyHash& instance, Payload& key) {
     const std::lock_guard lock(writer.instances_mutex);
     const auto found = writer.instances.find(instance);
-    if (found == writer.instances.end())
+    if (found == writer.instances.end()) {
         return Status::bad_parameter;
+    }
     key = found->second;
     return Status::ok;
 }
 
 Status get_reader_key(EntityId reader, const KeyHash& instance, Payload& key) {
     const LocalHandle handle = cyclone::find_instance(reader, instance);
-    if (handle == 0)
+    if (handle == 0) {
         return Status::bad_parameter;
+    }
     cyclone::SampleView view;
     const Status result = cyclone::status_of(dds_instance_get_key(reader, handle, &view));
-    if (result == Status::ok)
+    if (result == Status::ok) {
         key = PayloadAccess::adopt(cyclone::SerdataPtr(const_cast<cyclone::Serdata*>(view.data)));
+    }
     return result;
 }
 
@@ -47,8 +50,9 @@ bool knows_instance(EntityId endpoint, const KeyHash& instance) noexcept {
 }
 
 Status get_key(EntityId endpoint, const KeyHash& instance, Payload& key) noexcept {
-    if (const auto writer = cyclone::writers().find(endpoint))
+    if (const auto writer = cyclone::writers().find(endpoint)) {
         return get_writer_key(*writer, instance, key);
+    }
     return get_reader_key(endpoint, instance, key);
 }
 

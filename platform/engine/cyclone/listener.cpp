@@ -21,9 +21,11 @@ public:
     /// @return whether the thread is in a callback about an entity that @p matches
     template <typename Predicate>
     [[nodiscard]] static bool any(const Predicate& matches) {
-        for (const ListenerCall* call = innermost_; call != nullptr; call = call->outer_)
-            if (matches(call->entity_))
+        for (const ListenerCall* call = innermost_; call != nullptr; call = call->outer_) {
+            if (matches(call->entity_)) {
                 return true;
+            }
+        }
         return false;
     }
 
@@ -65,8 +67,9 @@ template <typename Ours>
 Status read_status(EntityId entity, Ours& status) {
     typename StatusTraits<Ours>::Engine found{};
     const Status result = cyclone::status_of(StatusTraits<Ours>::get(entity, &found));
-    if (result == Status::ok)
+    if (result == Status::ok) {
         status = cyclone::from_engine<Ours>(found);
+    }
     return result;
 }
 
@@ -86,70 +89,89 @@ void announce_pending(EntityId entity, Listener& listener, StatusMask mask) {
     const StatusMask pending = status_changes(entity) & mask;
     cyclone::for_each_counted_status([&]<typename Ours>(Ours*) {
         Ours status;
-        if ((pending & StatusTraits<Ours>::bit) == 0)
+        if ((pending & StatusTraits<Ours>::bit) == 0) {
             return;
+        }
         // The engine may have announced it meanwhile, together with a new change.
-        if (read_status(entity, status) != Status::ok || !cyclone::has_changed(status))
+        if (read_status(entity, status) != Status::ok || !cyclone::has_changed(status)) {
             return;
+        }
         const ListenerCall call(listener, entity);
         (listener.*StatusTraits<Ours>::callback)(entity, status);
     });
-    if ((pending & data_on_readers_status) != 0 && take_flag(entity, data_on_readers_status))
+    if ((pending & data_on_readers_status) != 0 && take_flag(entity, data_on_readers_status)) {
         announce_data_on_readers(entity, &listener);
-    if ((pending & data_available_status) != 0 && take_flag(entity, data_available_status))
+    }
+    if ((pending & data_available_status) != 0 && take_flag(entity, data_available_status)) {
         announce_data_available(entity, &listener);
+    }
 }
 
 }  // namespace
 
 cyclone::ListenerPtr cyclone::make_listener(const ListenerSetting& setting) {
-    if (setting.listener == nullptr || (setting.mask & any_status) == 0)
+    if (setting.listener == nullptr || (setting.mask & any_status) == 0) {
         return nullptr;
+    }
     ListenerPtr out(dds_create_listener(setting.listener));
     constexpr bool resets_status = true;
     for_each_counted_status([&]<typename Ours>(Ours*) {
-        if ((setting.mask & StatusTraits<Ours>::bit) != 0)
+        if ((setting.mask & StatusTraits<Ours>::bit) != 0) {
             StatusTraits<Ours>::install(out.get(), announce<Ours>, setting.listener, resets_status);
+        }
     });
-    if ((setting.mask & data_available_status) != 0)
+    if ((setting.mask & data_available_status) != 0) {
         dds_lset_data_available_arg(out.get(), announce_data_available, setting.listener,
                                     resets_status);
-    if ((setting.mask & data_on_readers_status) != 0)
+    }
+    if ((setting.mask & data_on_readers_status) != 0) {
         dds_lset_data_on_readers_arg(out.get(), announce_data_on_readers, setting.listener,
                                      resets_status);
+    }
     return out;
+}
+
+bool cyclone::is_in_callback() {
+    return ListenerCall::any([](EntityId) { return true; });
 }
 
 bool cyclone::is_in_callback_of(EntityId entity) {
     return ListenerCall::any([entity](EntityId inner) {
-        while (inner > 0 && inner != entity)
+        while (inner > 0 && inner != entity) {
             inner = dds_get_parent(inner);
+        }
         return inner == entity;
     });
 }
 
 Status set_listener(EntityId entity, Listener* listener, StatusMask mask) noexcept {
-    if (cyclone::is_in_callback_of(entity))
+    if (cyclone::is_in_callback_of(entity)) {
         return Status::illegal_operation;
+    }
     const ListenerSetting setting{listener, mask};
     const Status result = install(entity, setting);
-    if (result != Status::ok)
+    if (result != Status::ok) {
         return result;
+    }
     cyclone::listeners().add(entity, std::make_shared<const ListenerSetting>(setting));
     // The engine hands down a new listener only in place of one that it handed down before.
     // Entities that the application made by itself are left alone.
-    for (const EntityId inner : cyclone::contents_of(entity))
-        if (const auto own = cyclone::listeners().find(inner))
+    for (const EntityId inner : cyclone::contents_of(entity)) {
+        if (const auto own = cyclone::listeners().find(inner)) {
             static_cast<void>(install(inner, *own));
-    if (listener != nullptr)
+        }
+    }
+    if (listener != nullptr) {
         announce_pending(entity, *listener, mask);
+    }
     return Status::ok;
 }
 
 StatusMask status_changes(EntityId entity) noexcept {
     std::uint32_t changed = 0;
-    if (dds_get_status_changes(entity, &changed) != DDS_RETCODE_OK)
+    if (dds_get_status_changes(entity, &changed) != DDS_RETCODE_OK) {
         return 0;
+    }
     return cyclone::status_mask_of(changed);
 }
 

@@ -19,6 +19,9 @@ using ListenerPtr = std::unique_ptr<dds_listener_t, ListenerDelete>;
 /// setting takes no status
 [[nodiscard]] ListenerPtr make_listener(const ListenerSetting& setting);
 
+/// @return whether the calling thread is in a callback
+[[nodiscard]] bool is_in_callback();
+
 /// @return whether the calling thread is in a callback about @p entity or something in it: to wait
 /// for the end of that callback would never end
 [[nodiscard]] bool is_in_callback_of(EntityId entity);

@@ -40,17 +40,21 @@ constexpr std::array<CategoryBit, log_category_count> category_bits{{
 }};
 
 LogCategory category_of(std::uint32_t priority) {
-    for (const CategoryBit& entry : category_bits)
-        if ((priority & entry.bit) != 0)
+    for (const CategoryBit& entry : category_bits) {
+        if ((priority & entry.bit) != 0) {
             return entry.category;
+        }
+    }
     return LogCategory::trace;
 }
 
 std::uint32_t engine_mask(LogMask mask) {
     std::uint32_t bits = 0;
-    for (const CategoryBit& entry : category_bits)
-        if ((mask & log_bit(entry.category)) != 0)
+    for (const CategoryBit& entry : category_bits) {
+        if ((mask & log_bit(entry.category)) != 0) {
             bits |= entry.bit;
+        }
+    }
     return bits;
 }
 
@@ -69,14 +73,16 @@ extern "C" void forward_log(void*, const dds_log_data_t* data) {
     const LogCategory category = category_of(data->priority);
     const LogMask passing =
         chosen_mask.load(std::memory_order_relaxed) | log_bit(LogCategory::fatal);
-    if ((passing & log_bit(category)) == 0)
+    if ((passing & log_bit(category)) == 0) {
         return;
+    }
     std::string_view text(data->message, data->size);
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
         const std::string_view line = text.substr(0, end);
-        if (!line.empty())
+        if (!line.empty()) {
             target.sink(target.context, category, line);
+        }
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
 }
@@ -89,8 +95,9 @@ void set_log_sink(LogSink sink, void* context) noexcept {
     dds_set_log_sink(nullptr, nullptr);
     dds_set_trace_sink(nullptr, nullptr);
     target = {sink, context};
-    if (sink == nullptr)
+    if (sink == nullptr) {
         return;
+    }
     // The same function and argument for both: the engine then hands over a line only once.
     dds_set_log_sink(forward_log, &target);
     dds_set_trace_sink(forward_log, &target);

@@ -28,8 +28,9 @@ Status get_handles(GetHandles get, EntityId endpoint, std::vector<LocalHandle>& 
         handles.resize(static_cast<std::size_t>(count));
         count = get(endpoint, handles.data(), handles.size());
     }
-    if (count < 0)
+    if (count < 0) {
         return cyclone::status_of(count);
+    }
     handles.resize(static_cast<std::size_t>(count));
     return Status::ok;
 }
@@ -41,8 +42,9 @@ Guid guid_of(const dds_guid_t& guid) {
 }
 
 Status fill(const EndpointPtr& endpoint, EndpointData& data) {
-    if (!endpoint)
+    if (!endpoint) {
         return Status::bad_parameter;
+    }
     data.guid = guid_of(endpoint->key);
     data.participant_guid = guid_of(endpoint->participant_key);
     data.topic_name = endpoint->topic_name;

@@ -14,13 +14,15 @@ constexpr KeyHash no_key{};
 }  // namespace
 
 Payload::Payload(const Payload& other) : buffer_(other.buffer_) {
-    if (buffer_ != nullptr)
+    if (buffer_ != nullptr) {
         ddsi_serdata_ref(static_cast<cyclone::Serdata*>(buffer_));
+    }
 }
 
 Payload::~Payload() {
-    if (buffer_ != nullptr)
+    if (buffer_ != nullptr) {
         ddsi_serdata_unref(static_cast<cyclone::Serdata*>(buffer_));
+    }
 }
 
 std::span<const std::byte> Payload::bytes() const {

@@ -26,14 +26,16 @@ using GetBytes = bool (*)(const dds_qos_t*, void**, size_t*);
 
 template <auto Member, PutBytes put_bytes, GetBytes get_bytes>
 constexpr PolicyRow bytes_row{[](const Qos& qos, dds_qos_t* out) {
-                                  if (const auto& bytes = qos.*Member)
+                                  if (const auto& bytes = qos.*Member) {
                                       put_bytes(out, bytes->data(), bytes->size());
+                                  }
                               },
                               [](const dds_qos_t* qos, Qos& out) {
                                   void* value = nullptr;
                                   size_t size = 0;
-                                  if (!get_bytes(qos, &value, &size))
+                                  if (!get_bytes(qos, &value, &size)) {
                                       return;
+                                  }
                                   const EnginePtr<std::byte> bytes(static_cast<std::byte*>(value));
                                   (out.*Member).emplace(bytes.get(), bytes.get() + size);
                               }};
@@ -42,43 +44,50 @@ template <auto Member, typename Value, void (*put_value)(dds_qos_t*, Value),
           bool (*get_value)(const dds_qos_t*, Value*)>
 constexpr PolicyRow value_row{
     [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& value = qos.*Member)
+        if (const auto& value = qos.*Member) {
             put_value(out, static_cast<Value>(*value));
+        }
     },
     [](const dds_qos_t* qos, Qos& out) {
         using Ours = typename std::remove_reference_t<decltype(out.*Member)>::value_type;
         Value value{};
-        if (get_value(qos, &value))
+        if (get_value(qos, &value)) {
             out.*Member = static_cast<Ours>(value);
+        }
     }};
 
 constexpr PolicyRow entity_name_row{[](const Qos& qos, dds_qos_t* out) {
-                                        if (qos.entity_name)
+                                        if (qos.entity_name) {
                                             dds_qset_entity_name(out, qos.entity_name->c_str());
+                                        }
                                     },
                                     [](const dds_qos_t* qos, Qos& out) {
                                         char* name = nullptr;
-                                        if (!dds_qget_entity_name(qos, &name))
+                                        if (!dds_qget_entity_name(qos, &name)) {
                                             return;
+                                        }
                                         const EnginePtr<char> owner(name);
                                         out.entity_name = name;
                                     }};
 
 constexpr PolicyRow properties_row{[](const Qos& qos, dds_qos_t* out) {
-                                       for (const auto& [name, value] : qos.properties)
+                                       for (const auto& [name, value] : qos.properties) {
                                            dds_qset_prop(out, name.c_str(), value.c_str());
+                                       }
                                    },
                                    [](const dds_qos_t* qos, Qos& out) {
                                        std::uint32_t count = 0;
                                        char** found = nullptr;
-                                       if (!dds_qget_propnames(qos, &count, &found))
+                                       if (!dds_qget_propnames(qos, &count, &found)) {
                                            return;
+                                       }
                                        const EnginePtr<char*> names(found);
                                        for (std::uint32_t i = 0; i < count; ++i) {
                                            const EnginePtr<char> name(names.get()[i]);
                                            char* value = nullptr;
-                                           if (!dds_qget_prop(qos, name.get(), &value))
+                                           if (!dds_qget_prop(qos, name.get(), &value)) {
                                                continue;
+                                           }
                                            const EnginePtr<char> owner(value);
                                            out.properties.emplace_back(name.get(), value);
                                        }
@@ -86,128 +95,146 @@ constexpr PolicyRow properties_row{[](const Qos& qos, dds_qos_t* out) {
 
 constexpr PolicyRow partition_row{
     [](const Qos& qos, dds_qos_t* out) {
-        if (!qos.partition)
+        if (!qos.partition) {
             return;
+        }
         std::vector<const char*> names;
-        for (const std::string& name : *qos.partition)
+        for (const std::string& name : *qos.partition) {
             names.push_back(name.c_str());
+        }
         dds_qset_partition(out, static_cast<std::uint32_t>(names.size()), names.data());
     },
     [](const dds_qos_t* qos, Qos& out) {
         std::uint32_t count = 0;
         char** found = nullptr;
-        if (!dds_qget_partition(qos, &count, &found))
+        if (!dds_qget_partition(qos, &count, &found)) {
             return;
+        }
         const EnginePtr<char*> names(found);
         auto& partition = out.partition.emplace();
-        for (std::uint32_t i = 0; i < count; ++i)
+        for (std::uint32_t i = 0; i < count; ++i) {
             partition.emplace_back(EnginePtr<char>(names.get()[i]).get());
+        }
     }};
 
 constexpr PolicyRow durability_service_row{
     [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& service = qos.durability_service)
+        if (const auto& service = qos.durability_service) {
             dds_qset_durability_service(
                 out, service->cleanup_delay, static_cast<dds_history_kind_t>(service->history.kind),
                 service->history.depth, service->limits.max_samples, service->limits.max_instances,
                 service->limits.max_samples_per_instance);
+        }
     },
     [](const dds_qos_t* qos, Qos& out) {
         DurabilityServicePolicy service;
         dds_history_kind_t kind{};
         if (!dds_qget_durability_service(qos, &service.cleanup_delay, &kind, &service.history.depth,
                                          &service.limits.max_samples, &service.limits.max_instances,
-                                         &service.limits.max_samples_per_instance))
+                                         &service.limits.max_samples_per_instance)) {
             return;
+        }
         service.history.kind = static_cast<HistoryKind>(kind);
         out.durability_service = service;
     }};
 
 constexpr PolicyRow presentation_row{
     [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& presentation = qos.presentation)
+        if (const auto& presentation = qos.presentation) {
             dds_qset_presentation(
                 out, static_cast<dds_presentation_access_scope_kind_t>(presentation->access_scope),
                 presentation->coherent_access, presentation->ordered_access);
+        }
     },
     [](const dds_qos_t* qos, Qos& out) {
         PresentationPolicy presentation;
         dds_presentation_access_scope_kind_t scope{};
         if (!dds_qget_presentation(qos, &scope, &presentation.coherent_access,
-                                   &presentation.ordered_access))
+                                   &presentation.ordered_access)) {
             return;
+        }
         presentation.access_scope = static_cast<AccessScope>(scope);
         out.presentation = presentation;
     }};
 
 constexpr PolicyRow liveliness_row{
     [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& liveliness = qos.liveliness)
+        if (const auto& liveliness = qos.liveliness) {
             dds_qset_liveliness(out, static_cast<dds_liveliness_kind_t>(liveliness->kind),
                                 liveliness->lease_duration);
+        }
     },
     [](const dds_qos_t* qos, Qos& out) {
         LivelinessPolicy liveliness;
         dds_liveliness_kind_t kind{};
-        if (!dds_qget_liveliness(qos, &kind, &liveliness.lease_duration))
+        if (!dds_qget_liveliness(qos, &kind, &liveliness.lease_duration)) {
             return;
+        }
         liveliness.kind = static_cast<LivelinessKind>(kind);
         out.liveliness = liveliness;
     }};
 
 constexpr PolicyRow reliability_row{
     [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& reliability = qos.reliability)
+        if (const auto& reliability = qos.reliability) {
             dds_qset_reliability(out, static_cast<dds_reliability_kind_t>(reliability->kind),
                                  reliability->max_blocking_time);
+        }
     },
     [](const dds_qos_t* qos, Qos& out) {
         ReliabilityPolicy reliability;
         dds_reliability_kind_t kind{};
-        if (!dds_qget_reliability(qos, &kind, &reliability.max_blocking_time))
+        if (!dds_qget_reliability(qos, &kind, &reliability.max_blocking_time)) {
             return;
+        }
         reliability.kind = static_cast<ReliabilityKind>(kind);
         out.reliability = reliability;
     }};
 
 constexpr PolicyRow history_row{
     [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& history = qos.history)
+        if (const auto& history = qos.history) {
             dds_qset_history(out, static_cast<dds_history_kind_t>(history->kind), history->depth);
+        }
     },
     [](const dds_qos_t* qos, Qos& out) {
         HistoryPolicy history;
         dds_history_kind_t kind{};
-        if (!dds_qget_history(qos, &kind, &history.depth))
+        if (!dds_qget_history(qos, &kind, &history.depth)) {
             return;
+        }
         history.kind = static_cast<HistoryKind>(kind);
         out.history = history;
     }};
 
 constexpr PolicyRow resource_limits_row{
     [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& limits = qos.resource_limits)
+        if (const auto& limits = qos.resource_limits) {
             dds_qset_resource_limits(out, limits->max_samples, limits->max_instances,
                                      limits->max_samples_per_instance);
+        }
     },
     [](const dds_qos_t* qos, Qos& out) {
         ResourceLimitsPolicy limits;
         if (dds_qget_resource_limits(qos, &limits.max_samples, &limits.max_instances,
-                                     &limits.max_samples_per_instance))
+                                     &limits.max_samples_per_instance)) {
             out.resource_limits = limits;
+        }
     }};
 
 constexpr PolicyRow reader_data_lifecycle_row{
     [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& lifecycle = qos.reader_data_lifecycle)
+        if (const auto& lifecycle = qos.reader_data_lifecycle) {
             dds_qset_reader_data_lifecycle(out, lifecycle->autopurge_nowriter_samples_delay,
                                            lifecycle->autopurge_disposed_samples_delay);
+        }
     },
     [](const dds_qos_t* qos, Qos& out) {
         ReaderDataLifecyclePolicy lifecycle;
         if (dds_qget_reader_data_lifecycle(qos, &lifecycle.autopurge_nowriter_samples_delay,
-                                           &lifecycle.autopurge_disposed_samples_delay))
+                                           &lifecycle.autopurge_disposed_samples_delay)) {
             out.reader_data_lifecycle = lifecycle;
+        }
     }};
 
 constexpr std::array policies{
@@ -248,15 +275,17 @@ constexpr std::array policies{
 
 QosPtr to_engine(const Qos& qos) {
     QosPtr out(dds_create_qos());
-    for (const PolicyRow& policy : policies)
+    for (const PolicyRow& policy : policies) {
         policy.put(qos, out.get());
+    }
     return out;
 }
 
 Qos from_engine(const dds_qos_t* qos) {
     Qos out;
-    for (const PolicyRow& policy : policies)
+    for (const PolicyRow& policy : policies) {
         policy.get(qos, out);
+    }
     return out;
 }
 

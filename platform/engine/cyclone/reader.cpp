@@ -25,9 +25,10 @@ using cyclone::status_of;
 class RawSamples {
 public:
     explicit RawSamples(std::size_t capacity) {
-        if (capacity <= few)
+        if (capacity <= few) {
             return;
-        large_.reset(std::malloc(capacity * (sizeof(ddsi_serdata*) + sizeof(dds_sample_info_t))));
+        }
+        large_.reset(std::malloc(capacity * (sizeof(void*) + sizeof(dds_sample_info_t))));
         infos_ = static_cast<dds_sample_info_t*>(large_.get());
         data_ = reinterpret_cast<ddsi_serdata**>(infos_ + capacity);
     }
@@ -60,10 +61,12 @@ struct Request {
 // @return NULL for parameters that no reader takes
 std::optional<Request> make_request(EntityId reader, Access access, const StateMask& states,
                                     std::int32_t max_samples) {
-    if (max_samples == unlimited)
+    if (max_samples == unlimited) {
         max_samples = max_samples_per_call;
-    if (max_samples < 1)
+    }
+    if (max_samples < 1) {
         return std::nullopt;
+    }
     max_samples = std::min(max_samples, max_samples_per_call);
     return Request{reader, access, cyclone::engine_state_mask(states),
                    static_cast<std::uint32_t>(max_samples)};
@@ -83,14 +86,17 @@ dds_return_t fetch_raw(const Request& request, LocalHandle instance, RawSamples&
 }
 
 Status fetch(const Request& request, LocalHandle instance, std::vector<Sample>& samples) {
-    if (request.states == 0)
+    if (request.states == 0) {
         return Status::no_data;
+    }
     RawSamples raw(request.max_samples);
-    if (!raw)
+    if (!raw) {
         return Status::out_of_resources;
+    }
     const dds_return_t count = fetch_raw(request, instance, raw);
-    if (count <= 0)
+    if (count <= 0) {
         return count == 0 ? Status::no_data : status_of(count);
+    }
 
     bool has_room = true;
     try {
@@ -100,8 +106,9 @@ Status fetch(const Request& request, LocalHandle instance, std::vector<Sample>& 
     }
     for (dds_return_t i = 0; i < count; ++i) {
         cyclone::SerdataPtr data(static_cast<cyclone::Serdata*>(raw.data()[i]));
-        if (!has_room)
+        if (!has_room) {
             continue;
+        }
         const SampleInfo info = cyclone::from_engine(raw.infos()[i], data->key);
         samples.push_back({PayloadAccess::adopt(std::move(data)), info});
     }
@@ -130,13 +137,15 @@ SampleInfo cyclone::from_engine(const dds_sample_info_t& info, const KeyHash& in
 Created create_reader(EntityId subscriber, EntityId topic, const Qos& qos,
                       ListenerSetting listener) noexcept {
     auto topic_record = cyclone::topics().find(topic);
-    if (!topic_record)
+    if (!topic_record) {
         return {Status::bad_parameter, no_entity};
+    }
     auto record = std::make_shared<cyclone::ReaderRecord>(std::move(topic_record));
     const dds_entity_t reader = dds_create_reader(subscriber, topic, cyclone::to_engine(qos).get(),
                                                   cyclone::make_listener(listener).get());
-    if (reader > 0)
+    if (reader > 0) {
         cyclone::readers().add(reader, std::move(record));
+    }
     return cyclone::note_creation(reader, listener);
 }
 
@@ -151,8 +160,9 @@ Status read_or_take_instance(EntityId reader, Access access, const StateMask& st
                              std::vector<Sample>& samples) noexcept {
     const auto request = make_request(reader, access, states, max_samples);
     const LocalHandle handle = cyclone::find_instance(reader, instance);
-    if (!request || handle == 0)
+    if (!request || handle == 0) {
         return Status::bad_parameter;
+    }
     const Status result = fetch(*request, handle, samples);
     // Known to the process, but not to this reader.
     return result == Status::precondition_not_met ? Status::bad_parameter : result;
@@ -163,17 +173,20 @@ Status read_or_take_next_instance(EntityId reader, Access access, const StateMas
                                   std::vector<Sample>& samples) noexcept {
     const auto request = make_request(reader, access, states, max_samples);
     const auto record = cyclone::readers().find(reader);
-    if (!request || !record)
+    if (!request || !record) {
         return Status::bad_parameter;
+    }
     const cyclone::InstanceIndex& instances = record->use.topic().type->instances();
     std::optional<KeyHash> instance = instances.next(previous);
     for (; instance; instance = instances.next(&*instance)) {
         const LocalHandle handle = cyclone::find_instance(reader, *instance);
-        if (handle == 0)
+        if (handle == 0) {
             continue;
+        }
         const Status result = fetch(*request, handle, samples);
-        if (result != Status::no_data && result != Status::precondition_not_met)
+        if (result != Status::no_data && result != Status::precondition_not_met) {
             return result;
+        }
     }
     return Status::no_data;
 }

@@ -10,8 +10,9 @@ namespace pexa::engine::cyclone {
 
 /// @param result a return code, or a count or handle, which are ok.
 [[nodiscard]] constexpr Status status_of(dds_return_t result) {
-    if (result >= 0)
+    if (result >= 0) {
         return Status::ok;
+    }
     return result >= DDS_RETCODE_ILLEGAL_OPERATION ? static_cast<Status>(-result) : Status::error;
 }
 

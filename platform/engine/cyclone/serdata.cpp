@@ -4,6 +4,7 @@
 #include <dds/ddsrt/md5.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -31,8 +32,9 @@ PayloadKind payload_kind(ddsi_serdata_kind kind) {
 ddsi_serdata* accepted(SerdataPtr data, const SharedType& shared) {
     const std::optional<KeyHash> key =
         shared.type().accept(payload_kind(data->kind), data->bytes());
-    if (!key)
+    if (!key) {
         return nullptr;
+    }
     data->set_key(shared.keyed() ? *key : KeyHash{});
     return data.release();
 }
@@ -52,31 +54,36 @@ uint32_t get_size(const ddsi_serdata* data) {
 ddsi_serdata* from_fragments(const ddsi_sertype* type, ddsi_serdata_kind kind,
                              const nn_rdata* fragment, size_t size) {
     SerdataPtr data = make_serdata(type, kind, size);
-    if (!data)
+    if (!data) {
         return nullptr;
+    }
     // Fragments are ordered but may overlap.
     std::uint32_t offset = 0;
     for (; fragment != nullptr; fragment = fragment->nextfrag) {
-        if (fragment->maxp1 <= offset)
+        if (fragment->maxp1 <= offset) {
             continue;
-        if (fragment->min > offset || fragment->maxp1 > size)
+        }
+        if (fragment->min > offset || fragment->maxp1 > size) {
             return nullptr;
+        }
         const unsigned char* const payload =
             NN_RMSG_PAYLOADOFF(fragment->rmsg, NN_RDATA_PAYLOAD_OFF(fragment));
         std::memcpy(data->data() + offset, payload + (offset - fragment->min),
                     fragment->maxp1 - offset);
         offset = fragment->maxp1;
     }
-    if (offset != size)
+    if (offset != size) {
         return nullptr;
+    }
     return accepted(std::move(data), shared_of(type));
 }
 
 ddsi_serdata* from_vectors(const ddsi_sertype* type, ddsi_serdata_kind kind,
                            ddsrt_msg_iovlen_t count, const ddsrt_iovec_t* vectors, size_t size) {
     SerdataPtr data = make_serdata(type, kind, size);
-    if (!data)
+    if (!data) {
         return nullptr;
+    }
     // What other types give may be rounded up to the unit of the wire.
     size_t offset = 0;
     for (ddsrt_msg_iovlen_t i = 0; i < count && offset < size; ++i) {
@@ -84,29 +91,34 @@ ddsi_serdata* from_vectors(const ddsi_sertype* type, ddsi_serdata_kind kind,
         std::memcpy(data->data() + offset, vectors[i].iov_base, length);
         offset += length;
     }
-    if (offset != size)
+    if (offset != size) {
         return nullptr;
+    }
     return accepted(std::move(data), shared_of(type));
 }
 
 // A dispose or unregister may come with nothing but the hash.
 ddsi_serdata* from_key_hash(const ddsi_sertype* type, const ddsi_keyhash* hash) {
     SerdataPtr data = make_serdata(type, SDK_KEY, 0);
-    if (!data)
+    if (!data) {
         return nullptr;
+    }
     KeyHash key{};
-    if (shared_of(type).keyed())
+    if (shared_of(type).keyed()) {
         std::memcpy(key.data(), hash->value, key.size());
+    }
     data->set_key(key);
     return data.release();
 }
 
 ddsi_serdata* from_sample(const ddsi_sertype* type, ddsi_serdata_kind kind, const void* sample) {
-    if (kind != SDK_KEY)
+    if (kind != SDK_KEY) {
         return nullptr;
+    }
     SerdataPtr data = make_serdata(type, SDK_KEY, 0);
-    if (!data)
+    if (!data) {
         return nullptr;
+    }
     data->set_key(static_cast<const SampleView*>(sample)->key);
     return data.release();
 }
@@ -132,8 +144,9 @@ bool to_sample(const ddsi_serdata* data, void* sample, void**, void*) {
 
 ddsi_serdata* to_untyped(const ddsi_serdata* data) noexcept {
     SerdataPtr key = make_key_serdata(serdata_of(data));
-    if (!key)
+    if (!key) {
         return nullptr;
+    }
     key->indexed_in = static_cast<const Sertype*>(data->type)->shared;
     key->indexed_in->instances().add(key->key);
     return key.release();
@@ -146,8 +159,11 @@ bool untyped_to_sample(const ddsi_sertype*, const ddsi_serdata* data, void* samp
 
 void free_serdata(ddsi_serdata* data) {
     auto* const serdata = static_cast<Serdata*>(data);
-    if (serdata->indexed_in)
+    // The last reference may have been dropped without an acquire that the compiler can see.
+    static_cast<void>(std::atomic_ref(data->refc.v).load(std::memory_order_acquire));
+    if (serdata->indexed_in) {
         serdata->indexed_in->instances().remove(serdata->key);
+    }
     serdata->~Serdata();
     std::free(serdata);
 }
@@ -205,18 +221,21 @@ void Serdata::set_key(const KeyHash& hash_bytes) {
     std::memcpy(words.data(), key.data(), sizeof words);
     // Keys of few bytes fill the first words only, and those often with small numbers.
     std::uint32_t mixed = static_cast<std::uint32_t>(type_number);
-    for (const std::uint32_t word : words)
+    for (const std::uint32_t word : words) {
         mixed = (mixed ^ word) * 0x9e3779b1U + (mixed >> 15U);
+    }
     hash = mixed ^ type->serdata_basehash;
 }
 
 SerdataPtr make_serdata(const ddsi_sertype* type, ddsi_serdata_kind kind, std::size_t size) {
-    if (size > std::numeric_limits<std::uint32_t>::max() - payload_unit)
+    if (size > std::numeric_limits<std::uint32_t>::max() - payload_unit) {
         return nullptr;
+    }
     const std::size_t rounded = (size + payload_unit - 1) / payload_unit * payload_unit;
     void* const memory = std::malloc(sizeof(Serdata) + rounded);
-    if (memory == nullptr)
+    if (memory == nullptr) {
         return nullptr;
+    }
     SerdataPtr data(new (memory) Serdata{});
     ddsi_serdata_init(data.get(), type, kind);
     data->type_number = shared_of(type).number();
@@ -232,14 +251,19 @@ SerdataPtr make_key_serdata(const Serdata& data) {
         key = make_serdata(data.type, SDK_KEY, size);
         return key ? key->data() : nullptr;
     };
-    if (shared.keyed() && data.kind == SDK_KEY && allocate(data.size) != nullptr)
+    if (shared.keyed() && data.kind == SDK_KEY && allocate(data.size) != nullptr) {
         std::memcpy(key->data(), data.data(), data.size);
-    if (shared.keyed() && data.kind == SDK_DATA && !shared.type().write_key(data.bytes(), allocate))
+    }
+    if (shared.keyed() && data.kind == SDK_DATA &&
+        !shared.type().write_key(data.bytes(), allocate)) {
         key.reset();
-    if (!key)
+    }
+    if (!key) {
         key = make_serdata(data.type, SDK_KEY, 0);
-    if (key)
+    }
+    if (key) {
         key->set_key(data.key);
+    }
     return key;
 }
 

@@ -41,22 +41,26 @@ void free_sertype(ddsi_sertype* type) {
 
 void zero_samples(const ddsi_sertype*, void* samples, size_t count) {
     auto* const views = static_cast<SampleView*>(samples);
-    for (size_t i = 0; i < count; ++i)
+    for (size_t i = 0; i < count; ++i) {
         views[i] = SampleView{};
+    }
 }
 
 void realloc_samples(void** pointers, const ddsi_sertype*, void* old, size_t old_count,
                      size_t count) {
     auto* const views = static_cast<SampleView*>(ddsrt_realloc(old, count * sizeof(SampleView)));
-    for (size_t i = old_count; i < count; ++i)
+    for (size_t i = old_count; i < count; ++i) {
         new (&views[i]) SampleView;
-    for (size_t i = 0; i < count; ++i)
+    }
+    for (size_t i = 0; i < count; ++i) {
         pointers[i] = &views[i];
+    }
 }
 
 void free_samples(const ddsi_sertype*, void** pointers, size_t count, dds_free_op_t operation) {
-    if (count > 0 && (operation & DDS_FREE_ALL_BIT) != 0)
+    if (count > 0 && (operation & DDS_FREE_ALL_BIT) != 0) {
         ddsrt_free(pointers[0]);
+    }
 }
 
 bool equal(const ddsi_sertype* a, const ddsi_sertype* b) {
@@ -111,8 +115,9 @@ SharedType::~SharedType() {
     const std::lock_guard lock(known.mutex);
     const auto found = known.types.find(type_.get());
     // Another one may have been made for the same object while this one was dying.
-    if (found != known.types.end() && found->second.expired())
+    if (found != known.types.end() && found->second.expired()) {
         known.types.erase(found);
+    }
 }
 
 std::shared_ptr<SharedType> SharedType::of(std::shared_ptr<const Type> type) {
@@ -129,8 +134,9 @@ std::shared_ptr<SharedType> SharedType::of(std::shared_ptr<const Type> type) {
 
 ddsi_sertype* make_sertype(std::shared_ptr<SharedType> shared) {
     auto* const sertype = new (std::nothrow) Sertype{};
-    if (sertype == nullptr)
+    if (sertype == nullptr) {
         return nullptr;
+    }
     const uint32_t flags = shared->keyed() ? 0 : DDSI_SERTYPE_FLAG_TOPICKIND_NO_KEY;
     ddsi_sertype_init_flags(sertype, shared->type().name(), &sertype_ops, &serdata_ops, flags);
     sertype->allowed_data_representation = DDS_DATA_REPRESENTATION_FLAG_XCDR1;

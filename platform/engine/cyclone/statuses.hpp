@@ -132,20 +132,24 @@ template <typename Ours>
         out.current_count = static_cast<std::int32_t>(status.current_count);
         out.current_count_change = status.current_count_change;
     }
-    if constexpr (requires { out.last_policy_id; })
+    if constexpr (requires { out.last_policy_id; }) {
         out.last_policy_id = static_cast<std::int32_t>(status.last_policy_id);
-    if constexpr (requires { out.last_reason; })
+    }
+    if constexpr (requires { out.last_reason; }) {
         out.last_reason = static_cast<RejectedReason>(status.last_reason);
+    }
     if constexpr (requires { out.alive_count; }) {
         out.alive_count = static_cast<std::int32_t>(status.alive_count);
         out.not_alive_count = static_cast<std::int32_t>(status.not_alive_count);
         out.alive_count_change = status.alive_count_change;
         out.not_alive_count_change = status.not_alive_count_change;
     }
-    if constexpr (requires { out.last_subscription; })
+    if constexpr (requires { out.last_subscription; }) {
         out.last_subscription = status.last_subscription_handle;
-    if constexpr (requires { out.last_publication; })
+    }
+    if constexpr (requires { out.last_publication; }) {
         out.last_publication = status.last_publication_handle;
+    }
     return out;
 }
 
@@ -153,12 +157,15 @@ template <typename Ours>
 template <typename Ours>
 [[nodiscard]] bool has_changed(const Ours& status) {
     bool changed = false;
-    if constexpr (requires { status.total_count; })
+    if constexpr (requires { status.total_count; }) {
         changed = status.total_count_change != 0;
-    if constexpr (requires { status.current_count; })
+    }
+    if constexpr (requires { status.current_count; }) {
         changed = changed || status.current_count_change != 0;
-    if constexpr (requires { status.alive_count; })
+    }
+    if constexpr (requires { status.alive_count; }) {
         changed = status.alive_count_change != 0 || status.not_alive_count_change != 0;
+    }
     return changed;
 }
 

@@ -23,13 +23,15 @@ bool filter_sample(const void* sample, void* argument) {
 
 Created create_topic(EntityId participant, const char* name, std::shared_ptr<const Type> type,
                      const Qos& qos, ContentFilter filter, ListenerSetting listener) noexcept {
-    if (name == nullptr || !type)
+    if (name == nullptr || !type) {
         return {Status::bad_parameter, no_entity};
+    }
     auto record = std::make_shared<cyclone::TopicRecord>();
     record->type = cyclone::SharedType::of(std::move(type));
     ddsi_sertype* sertype = cyclone::make_sertype(record->type);
-    if (sertype == nullptr)
+    if (sertype == nullptr) {
         return {Status::out_of_resources, no_entity};
+    }
 
     const dds_entity_t topic =
         dds_create_topic_sertype(participant, name, &sertype, cyclone::to_engine(qos).get(),
@@ -43,7 +45,12 @@ Created create_topic(EntityId participant, const char* name, std::shared_ptr<con
     cyclone::follow_trace_mask(sertype);
     if (filter) {
         record->filter = std::make_shared<cyclone::ReplaceableFilter>(std::move(filter));
-        dds_set_topic_filter_and_arg(topic, filter_sample, record->filter.get());
+        const Status filtered =
+            status_of(dds_set_topic_filter_and_arg(topic, filter_sample, record->filter.get()));
+        if (filtered != Status::ok) {
+            static_cast<void>(dds_delete(topic));
+            return {filtered, no_entity};
+        }
     }
     cyclone::topics().add(topic, std::move(record));
     return cyclone::note_creation(topic, listener);
@@ -51,10 +58,12 @@ Created create_topic(EntityId participant, const char* name, std::shared_ptr<con
 
 Status set_content_filter(EntityId topic, ContentFilter filter) noexcept {
     const auto record = cyclone::topics().find(topic);
-    if (!record || !filter)
+    if (!record || !filter) {
         return Status::bad_parameter;
-    if (!record->filter)
+    }
+    if (!record->filter) {
         return Status::illegal_operation;
+    }
     record->filter->replace(std::move(filter));
     return Status::ok;
 }

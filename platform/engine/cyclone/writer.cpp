@@ -25,8 +25,9 @@ constexpr std::size_t encapsulation_size = 4;
 Qos with_late_reader_history(const Qos& qos, EntityId topic) {
     Qos out = qos;
     Qos of_topic;
-    if (!qos.history || !qos.resource_limits || !qos.durability_service)
+    if (!qos.history || !qos.resource_limits || !qos.durability_service) {
         static_cast<void>(get_qos(topic, of_topic));
+    }
     DurabilityServicePolicy service = qos.durability_service.value_or(
         of_topic.durability_service.value_or(DurabilityServicePolicy{}));
     service.history = qos.history.value_or(of_topic.history.value_or(HistoryPolicy{}));
@@ -43,12 +44,14 @@ dds_entity_t create_engine_writer(EntityId publisher, EntityId topic, const Qos&
     const cyclone::QosPtr engine_qos = cyclone::to_engine(qos);
     const cyclone::ListenerPtr engine_listener = cyclone::make_listener(listener);
     const std::lock_guard lock(batching_mutex);
-    if (qos.batching)
+    if (qos.batching) {
         dds_write_set_batch(true);
+    }
     const dds_entity_t writer =
         dds_create_writer(publisher, topic, engine_qos.get(), engine_listener.get());
-    if (qos.batching)
+    if (qos.batching) {
         dds_write_set_batch(false);
+    }
     return writer;
 }
 
@@ -67,14 +70,17 @@ std::uint32_t status_info(WriteKind kind, const WriterRecord& writer) {
 // Encodes a sample of the writer's type.
 Status encode(const WriterRecord& writer, ddsi_serdata_kind kind, const KeyHash& instance,
               std::size_t size, Fill fill, SerdataPtr& out) {
-    if (size < encapsulation_size)
+    if (size < encapsulation_size) {
         return Status::bad_parameter;
+    }
     const cyclone::TopicRecord& topic = writer.use.topic();
     SerdataPtr data = cyclone::make_serdata(topic.sertype, kind, size);
-    if (!data)
+    if (!data) {
         return Status::out_of_resources;
-    if (!fill(data->writable_bytes()))
+    }
+    if (!fill(data->writable_bytes())) {
         return Status::bad_parameter;
+    }
     data->set_key(topic.type->keyed() ? instance : KeyHash{});
     out = std::move(data);
     return Status::ok;
@@ -84,8 +90,9 @@ Status remember_instance(WriterRecord& writer, const cyclone::Serdata& data) {
     try {
         const std::lock_guard lock(writer.instances_mutex);
         const auto [entry, is_new] = writer.instances.try_emplace(data.key);
-        if (!is_new)
+        if (!is_new) {
             return Status::ok;
+        }
         SerdataPtr key = cyclone::make_key_serdata(data);
         if (key) {
             entry->second = PayloadAccess::adopt(std::move(key));
@@ -103,60 +110,80 @@ void forget_instance(WriterRecord& writer, const KeyHash& instance) {
     writer.instances.erase(instance);
 }
 
+Status forward(EntityId writer, SerdataPtr data) {
+    const Status result = status_of(dds_forwardcdr(writer, data.get()));
+    // The engine has taken over the reference, unless it did not get as far as the writer.
+    const bool refused = result == Status::bad_parameter || result == Status::illegal_operation ||
+                         result == Status::already_deleted;
+    if (!refused) {
+        static_cast<void>(data.release());
+    }
+    return result;
+}
+
 }  // namespace
 
 Created create_writer(EntityId publisher, EntityId topic, const Qos& qos,
                       ListenerSetting listener) noexcept {
     auto topic_record = cyclone::topics().find(topic);
-    if (!topic_record)
+    if (!topic_record) {
         return {Status::bad_parameter, no_entity};
+    }
     // The engine refuses every write to a topic with a filter.
-    if (topic_record->filter)
+    if (topic_record->filter) {
         return {Status::illegal_operation, no_entity};
+    }
     auto record = std::make_shared<WriterRecord>(std::move(topic_record));
     record->autodispose = qos.autodispose_unregistered_instances.value_or(true);
 
     const dds_entity_t writer =
         create_engine_writer(publisher, topic, with_late_reader_history(qos, topic), listener);
-    if (writer > 0)
+    if (writer > 0) {
         cyclone::writers().add(writer, std::move(record));
+    }
     return cyclone::note_creation(writer, listener);
 }
 
 Status write(EntityId writer, WriteKind kind, const KeyHash& instance, std::size_t size, Fill fill,
              Nanoseconds source_timestamp) noexcept {
     const auto record = cyclone::writers().find(writer);
-    if (!record || source_timestamp < 0)
+    if (!record || source_timestamp < 0) {
         return Status::bad_parameter;
+    }
     SerdataPtr data;
     const Status encoded =
         encode(*record, kind == WriteKind::data ? SDK_DATA : SDK_KEY, instance, size, fill, data);
-    if (encoded != Status::ok)
+    if (encoded != Status::ok) {
         return encoded;
+    }
     data->timestamp.v = source_timestamp;
     data->statusinfo = status_info(kind, *record);
 
     const bool keyed = record->use.topic().type->keyed();
     if (keyed && kind != WriteKind::unregister) {
         const Status remembered = remember_instance(*record, *data);
-        if (remembered != Status::ok)
+        if (remembered != Status::ok) {
             return remembered;
+        }
     }
-    const Status written = status_of(dds_forwardcdr(writer, data.release()));
-    if (keyed && kind == WriteKind::unregister && written == Status::ok)
+    const Status written = forward(writer, std::move(data));
+    if (keyed && kind == WriteKind::unregister && written == Status::ok) {
         forget_instance(*record, instance);
+    }
     return written;
 }
 
 Status register_instance(EntityId writer, const KeyHash& instance, std::size_t size,
                          Fill fill) noexcept {
     const auto record = cyclone::writers().find(writer);
-    if (!record)
+    if (!record) {
         return Status::bad_parameter;
+    }
     SerdataPtr key;
     const Status encoded = encode(*record, SDK_KEY, instance, size, fill, key);
-    if (encoded != Status::ok || !record->use.topic().type->keyed())
+    if (encoded != Status::ok || !record->use.topic().type->keyed()) {
         return encoded;
+    }
     return remember_instance(*record, *key);
 }
 

@@ -75,8 +75,7 @@ PEXA_API PEXA_Config_LogVerbosity PEXA_Config_Logger_get_verbosity_by_category(
     PEXA_Config_Logger* self, PEXA_Config_LogCategory category);
 /** @return OK, or BAD_PARAMETER: NULL logger or unknown category. */
 PEXA_API DDS_ReturnCode_t PEXA_Config_Logger_set_verbosity_by_category(
-    PEXA_Config_Logger* self, PEXA_Config_LogCategory category,
-    PEXA_Config_LogVerbosity verbosity);
+    PEXA_Config_Logger* self, PEXA_Config_LogCategory category, PEXA_Config_LogVerbosity verbosity);
 /** Sets all categories. */
 PEXA_API DDS_ReturnCode_t PEXA_Config_Logger_set_verbosity(PEXA_Config_Logger* self,
                                                            PEXA_Config_LogVerbosity verbosity);

@@ -52,9 +52,9 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_set_default_participant_q
 
 /**
  * @name QoS profiles
- * Profiles are named library and profile. An unknown profile gives NO_DATA and leaves the QoS, which
- * must be initialised, as it is. "_w_topic_name" applies the profile's filters by topic name; a NULL
- * topic name matches only entries without a filter.
+ * Profiles are named library and profile. An unknown profile gives NO_DATA and leaves the QoS,
+ * which must be initialised, as it is. "_w_topic_name" applies the profile's filters by topic name;
+ * a NULL topic name matches only entries without a filter.
  * @{
  */
 /** Fills @p names with the profile names of a library; a library that is not loaded has none. */
@@ -99,8 +99,8 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_set_listener(
     DDS_DomainParticipant* self, const DDS_DomainParticipantListener* listener,
     DDS_StatusMask mask);
 PEXA_API DDS_Publisher* DDS_DomainParticipant_create_publisher(
-    DDS_DomainParticipant* self, const DDS_PublisherQos* qos,
-    const DDS_PublisherListener* listener, DDS_StatusMask mask);
+    DDS_DomainParticipant* self, const DDS_PublisherQos* qos, const DDS_PublisherListener* listener,
+    DDS_StatusMask mask);
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_delete_publisher(DDS_DomainParticipant* self,
                                                                  DDS_Publisher* publisher);
 PEXA_API DDS_Subscriber* DDS_DomainParticipant_create_subscriber(
@@ -133,8 +133,8 @@ PEXA_API DDS_ContentFilteredTopic* DDS_DomainParticipant_create_contentfilteredt
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_delete_contentfilteredtopic(
     DDS_DomainParticipant* self, DDS_ContentFilteredTopic* topic);
 /** Deletes everything the participant contains, in the right order. */
-PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_delete_contained_entities(
-    DDS_DomainParticipant* self);
+PEXA_API DDS_ReturnCode_t
+DDS_DomainParticipant_delete_contained_entities(DDS_DomainParticipant* self);
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_assert_liveliness(DDS_DomainParticipant* self);
 /**
  * Makes a type known under @p typeName; the plugin is copied. @param properties must be NULL.
@@ -149,8 +149,8 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_register_type(DDS_DomainParticip
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_unregister_type(DDS_DomainParticipant* self,
                                                                 const char* typeName);
 /** @name Default QoS of what the participant creates; @p qos must be initialised. @{ */
-PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_get_default_publisher_qos(
-    DDS_DomainParticipant* self, DDS_PublisherQos* qos);
+PEXA_API DDS_ReturnCode_t
+DDS_DomainParticipant_get_default_publisher_qos(DDS_DomainParticipant* self, DDS_PublisherQos* qos);
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_set_default_publisher_qos(
     DDS_DomainParticipant* self, const DDS_PublisherQos* qos);
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_get_default_subscriber_qos(
@@ -185,10 +185,9 @@ PEXA_API DDS_ReturnCode_t DDS_Topic_get_qos(DDS_Topic* self, DDS_TopicQos* qos);
 PEXA_API DDS_ReturnCode_t DDS_Topic_set_qos(DDS_Topic* self, const DDS_TopicQos* qos);
 PEXA_API DDS_ReturnCode_t DDS_Topic_set_listener(DDS_Topic* self, const DDS_TopicListener* listener,
                                                  DDS_StatusMask mask);
-PEXA_API DDS_ReturnCode_t DDS_Topic_get_inconsistent_topic_status(
-    DDS_Topic* self, DDS_InconsistentTopicStatus* status);
-PEXA_API const char* DDS_ContentFilteredTopic_get_filter_expression(
-    DDS_ContentFilteredTopic* self);
+PEXA_API DDS_ReturnCode_t
+DDS_Topic_get_inconsistent_topic_status(DDS_Topic* self, DDS_InconsistentTopicStatus* status);
+PEXA_API const char* DDS_ContentFilteredTopic_get_filter_expression(DDS_ContentFilteredTopic* self);
 PEXA_API DDS_ReturnCode_t DDS_ContentFilteredTopic_get_expression_parameters(
     DDS_ContentFilteredTopic* self, DDS_StringSeq* parameters);
 /** Takes effect for samples that arrive from now on; the old ones stay when it is refused. */

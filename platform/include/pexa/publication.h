@@ -76,8 +76,8 @@ PEXA_API DDS_InstanceHandle_t DDS_DataWriter_register_instance_untypedI(
 PEXA_API DDS_ReturnCode_t DDS_DataWriter_unregister_instance_untypedI(
     DDS_DataWriter* self, const void* sample, const DDS_WriteParams_t* params);
 /** Fills the key members of @p sample; BAD_PARAMETER for an unknown handle. */
-PEXA_API DDS_ReturnCode_t DDS_DataWriter_get_key_value_untypedI(
-    DDS_DataWriter* self, void* sample, const DDS_InstanceHandle_t* handle);
+PEXA_API DDS_ReturnCode_t DDS_DataWriter_get_key_value_untypedI(DDS_DataWriter* self, void* sample,
+                                                                const DDS_InstanceHandle_t* handle);
 /** @return the handle of a known instance with the sample's key, else NIL. */
 PEXA_API DDS_InstanceHandle_t DDS_DataWriter_lookup_instance_untypedI(DDS_DataWriter* self,
                                                                       const void* sample);
@@ -91,14 +91,14 @@ PEXA_API DDS_ReturnCode_t DDS_DataWriter_assert_liveliness(DDS_DataWriter* self)
 /** Each status getter resets the change counts. */
 PEXA_API DDS_ReturnCode_t DDS_DataWriter_get_publication_matched_status(
     DDS_DataWriter* self, DDS_PublicationMatchedStatus* status);
-PEXA_API DDS_ReturnCode_t DDS_DataWriter_get_liveliness_lost_status(
-    DDS_DataWriter* self, DDS_LivelinessLostStatus* status);
+PEXA_API DDS_ReturnCode_t
+DDS_DataWriter_get_liveliness_lost_status(DDS_DataWriter* self, DDS_LivelinessLostStatus* status);
 PEXA_API DDS_ReturnCode_t DDS_DataWriter_get_offered_deadline_missed_status(
     DDS_DataWriter* self, DDS_OfferedDeadlineMissedStatus* status);
 PEXA_API DDS_ReturnCode_t DDS_DataWriter_get_offered_incompatible_qos_status(
     DDS_DataWriter* self, DDS_OfferedIncompatibleQosStatus* status);
-PEXA_API DDS_ReturnCode_t DDS_DataWriter_get_matched_subscriptions(
-    DDS_DataWriter* self, DDS_InstanceHandleSeq* handles);
+PEXA_API DDS_ReturnCode_t DDS_DataWriter_get_matched_subscriptions(DDS_DataWriter* self,
+                                                                   DDS_InstanceHandleSeq* handles);
 /** @} */
 
 PEXA_END_C

@@ -150,13 +150,13 @@ PEXA_API DDS_ReturnCode_t DDS_DataReader_read_or_take_next_sample_untypedI(DDS_D
 PEXA_API DDS_ReturnCode_t DDS_DataReader_return_loan_untypedI(DDS_DataReader* self,
                                                               void** loanedSamples, DDS_Long count,
                                                               DDS_SampleInfoSeq* infos);
-PEXA_API DDS_ReturnCode_t DDS_DataReader_get_key_value_untypedI(
-    DDS_DataReader* self, void* sample, const DDS_InstanceHandle_t* handle);
+PEXA_API DDS_ReturnCode_t DDS_DataReader_get_key_value_untypedI(DDS_DataReader* self, void* sample,
+                                                                const DDS_InstanceHandle_t* handle);
 PEXA_API DDS_InstanceHandle_t DDS_DataReader_lookup_instance_untypedI(DDS_DataReader* self,
                                                                       const void* sample);
 /** The engine keeps no queue per remote writer: always UNSUPPORTED. */
-PEXA_API DDS_ReturnCode_t DDS_DataReader_add_sample_to_remote_writer_queue_untypedI(
-    DDS_DataReader* self, const void* sample);
+PEXA_API DDS_ReturnCode_t
+DDS_DataReader_add_sample_to_remote_writer_queue_untypedI(DDS_DataReader* self, const void* sample);
 
 PEXA_API DDS_ReturnCode_t DDS_DataReader_wait_for_historical_data(DDS_DataReader* self,
                                                                   const DDS_Duration_t* maxWait);
@@ -165,8 +165,8 @@ PEXA_API DDS_ReturnCode_t DDS_DataReader_get_subscription_matched_status(
     DDS_DataReader* self, DDS_SubscriptionMatchedStatus* status);
 PEXA_API DDS_ReturnCode_t DDS_DataReader_get_sample_lost_status(DDS_DataReader* self,
                                                                 DDS_SampleLostStatus* status);
-PEXA_API DDS_ReturnCode_t DDS_DataReader_get_sample_rejected_status(
-    DDS_DataReader* self, DDS_SampleRejectedStatus* status);
+PEXA_API DDS_ReturnCode_t
+DDS_DataReader_get_sample_rejected_status(DDS_DataReader* self, DDS_SampleRejectedStatus* status);
 PEXA_API DDS_ReturnCode_t DDS_DataReader_get_liveliness_changed_status(
     DDS_DataReader* self, DDS_LivelinessChangedStatus* status);
 PEXA_API DDS_ReturnCode_t DDS_DataReader_get_requested_deadline_missed_status(
