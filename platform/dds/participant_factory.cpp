@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "dds/string_list.hpp"
+#include "pexa/config_logger.h"
 
 namespace pexa::dds {
 
@@ -37,6 +38,8 @@ const DDS_DataReaderQos& part(const QosProfile& profile, const DDS_DataReaderQos
 Factory* Factory::instance() {
     const std::lock_guard guard(instance_mutex);
     if (the_instance == nullptr) {
+        // From the first participant on, the engine's diagnostics go to the middleware's logger.
+        PEXA_Config_Logger_get_instance();
         the_instance = new Factory;
     }
     return the_instance;

@@ -120,10 +120,14 @@ DDS_ReturnCode_t QosEntity<Record>::set_qos(const Operation& operation, const Re
     if (wanted == nullptr) {
         return DDS_RETCODE_OUT_OF_RESOURCES;
     }
-    const DDS_ReturnCode_t checked = qos_.with_lock([&](const Record& current) {
-        return enabled() != 0 ? check_qos_change(operation.name(), current, *wanted)
-                              : check_qos(operation.name(), *wanted);
-    });
+    // A copy: what is refused is reported, and the logger's device may ask for this very QoS.
+    OwnedQos<Record> current;
+    if (qos_.copy_to(current.get()) != DDS_RETCODE_OK) {
+        return operation.out_of_memory();
+    }
+    const DDS_ReturnCode_t checked =
+        enabled() != 0 ? check_qos_change(operation.name(), current.get(), *wanted)
+                       : check_qos(operation.name(), *wanted);
     if (checked != DDS_RETCODE_OK) {
         return checked;
     }
