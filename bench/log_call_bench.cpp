@@ -44,6 +44,10 @@ long long percentile(const std::vector<nanoseconds>& sorted, double share) {
     return static_cast<long long>(sorted[index].count());
 }
 
+long long number(const char* text) {
+    return std::strtoll(text, nullptr, 10);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -52,7 +56,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     QEL_KX_Options* options = QEL_KX_Options_createDefault();
-    QEL_KX_Options_setDomainId(options, std::atoi(argv[1]));
+    QEL_KX_Options_setDomainId(options, static_cast<DDS_Long>(number(argv[1])));
     QEL_KX_Options_setQueueSize(options, 8192);
     QEL_KX_Orvane_setOptions(options);
     QEL_KX_Orvane* logger = QEL_KX_Orvane_getInstance();
@@ -62,9 +66,9 @@ int main(int argc, char** argv) {
     // A viewer that already runs is discovered within this time.
     std::this_thread::sleep_for(std::chrono::seconds{2});
 
-    const auto calls = static_cast<std::size_t>(std::atoll(argv[2]));
+    const auto calls = static_cast<std::size_t>(number(argv[2]));
     std::vector<nanoseconds> costs =
-        measure(logger, calls, std::chrono::microseconds{std::atoll(argv[3])});
+        measure(logger, calls, std::chrono::microseconds{number(argv[3])});
     std::sort(costs.begin(), costs.end());
     std::printf("min %lld p50 %lld p99 %lld p99.9 %lld max %lld ns\n", percentile(costs, 0),
                 percentile(costs, 0.5), percentile(costs, 0.99), percentile(costs, 0.999),

@@ -62,7 +62,8 @@ void plan(Logger& logger, const std::string& vehicle) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    Logger logger{argc > 1 ? std::atoi(argv[1]) : 0, "planner"};
+    const long domain_id = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 0;
+    Logger logger{static_cast<int>(domain_id), "planner"};
     if (!logger.is_running()) {
         return EXIT_FAILURE;
     }

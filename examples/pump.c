@@ -13,7 +13,7 @@ static void sleep_ms(unsigned milliseconds) {
 
 int main(int argc, char** argv) {
     QEL_KX_Options* options = QEL_KX_Options_createDefault();
-    QEL_KX_Options_setDomainId(options, argc > 1 ? atoi(argv[1]) : 0);
+    QEL_KX_Options_setDomainId(options, argc > 1 ? (int)strtol(argv[1], NULL, 10) : 0);
     QEL_KX_Options_setApplicationKind(options, "pump");
     QEL_KX_Orvane_setOptions(options);
 

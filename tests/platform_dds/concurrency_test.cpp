@@ -81,7 +81,7 @@ TEST(Concurrency, PayloadsOfSeveralWritersAreAcceptedAtTheSameTime) {
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_EQ(await_samples(reader, 2 * rounds).size(), 2u * rounds);
+    EXPECT_EQ(await_samples(reader, std::size_t{2} * rounds).size(), std::size_t{2} * rounds);
 }
 
 }  // namespace

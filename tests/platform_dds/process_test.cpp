@@ -7,8 +7,6 @@
 
 #include "probe_node.hpp"
 
-extern char** environ;
-
 namespace {
 
 constexpr const char* calls = "process_test_calls";
