@@ -19,12 +19,10 @@ install(
     OPTIONAL)
 install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 
-if(TARGET orvane)
-    install(
-        EXPORT orvane-targets
-        NAMESPACE orvane::
-        DESTINATION "${package_dir}")
-endif()
+install(
+    EXPORT orvane-targets
+    NAMESPACE orvane::
+    DESTINATION "${package_dir}")
 configure_package_config_file(
     cmake/orvane-config.cmake.in "${PROJECT_BINARY_DIR}/orvane-config.cmake"
     INSTALL_DESTINATION "${package_dir}"

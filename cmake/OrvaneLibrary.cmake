@@ -5,12 +5,6 @@
 #                  wrapped at link time
 
 list(TRANSFORM ORVANE_LIBRARY_FOLDERS PREPEND orvane_ OUTPUT_VARIABLE parts)
-foreach(part IN LISTS parts ITEMS pexac_objects pexacore_objects pexa_engine pexac pexacore)
-    if(NOT TARGET ${part})
-        message(STATUS "no liborvane yet: ${part} is missing")
-        return()
-    endif()
-endforeach()
 
 orvane_add_library(
     orvane SHARED

@@ -58,6 +58,8 @@ public:
     /// Makes the engine's condition, of an enabled reader.
     [[nodiscard]] DDS_ReturnCode_t open(engine::EntityId reader);
     [[nodiscard]] DDS_ReturnCode_t close(const Operation& operation);
+    /// The engine has deleted its condition together with the reader.
+    void reader_closed() { id_ = engine::no_entity; }
     [[nodiscard]] engine::EntityId engine_id() const override { return id_; }
     [[nodiscard]] const engine::StateMask& states() const { return states_; }
     [[nodiscard]] DataReader* reader() const { return &reader_; }

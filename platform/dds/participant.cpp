@@ -1,7 +1,5 @@
 #include "dds/participant.hpp"
 
-#include <cstring>
-
 #include "dds/participant_factory.hpp"
 #include "dds/reader.hpp"
 #include "dds/writer.hpp"

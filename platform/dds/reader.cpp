@@ -28,6 +28,9 @@ engine::Created DataReader::create_in_engine(const Operation& operation) {
 }
 
 void DataReader::closed() {
+    for (const auto& condition : conditions_.all()) {
+        condition->reader_closed();
+    }
     topic_use_.end();
 }
 

@@ -5,8 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "../platform_core/reports.hpp"
-#include "pexa/publication.h"
-#include "pexa/subscription.h"
+#include "probe_node.hpp"
 
 namespace {
 
@@ -207,6 +206,76 @@ TEST(NullArguments, EveryOperationOnANullEntityIsRefusedWithOneReport) {
         EXPECT_EQ(reports.take(), std::vector<std::string>{std::string(call.operation) +
                                                            ":bad parameter: " + call.argument});
     }
+}
+
+TEST(NullArguments, AnOperationSaysWhichOfItsArgumentsIsMissing) {
+    const ProbeNode node;
+    DDS_DomainParticipantFactory* factory = DDS_DomainParticipantFactory_get_instance();
+    DDS_DataWriter* writer = node.writer();
+    DDS_DataReader* reader = node.reader();
+    DDS_WaitSet* wait_set = DDS_WaitSet_new();
+    DDS_StringSeq names{};
+    DDS_ConditionSeq active{};
+    DDS_SampleInfoSeq infos{};
+    DDS_UntypedSampleSeqI data{};
+    Probe probe;
+    DDS_DataWriterQos qos{};
+    const DDS_ReturnCode_t refused = DDS_RETCODE_BAD_PARAMETER;
+    Reports reports;
+    const auto expect = [&](const char* argument) {
+        const std::vector<std::string> texts = reports.take();
+        ASSERT_EQ(texts.size(), 1u) << argument;
+        EXPECT_EQ(texts[0].substr(texts[0].find(':')), std::string(":bad parameter: ") + argument);
+    };
+
+    EXPECT_EQ(DDS_DomainParticipantFactory_delete_participant(factory, nullptr), refused);
+    expect("participant");
+    EXPECT_EQ(DDS_DomainParticipantFactory_get_qos_profiles(factory, nullptr, "library"), refused);
+    expect("names");
+    EXPECT_EQ(DDS_DomainParticipantFactory_get_qos_profiles(factory, &names, nullptr), refused);
+    expect("library");
+    EXPECT_EQ(DDS_DomainParticipantFactory_get_datawriter_qos_from_profile_w_topic_name(
+                  factory, &qos, "library", nullptr, "topic"),
+              refused);
+    expect("profile");
+    EXPECT_EQ(DDS_DomainParticipant_lookup_topicdescription(node.participant, nullptr), nullptr);
+    expect("name");
+    EXPECT_EQ(
+        DDS_DomainParticipant_create_topic(node.participant, "name", nullptr, nullptr, nullptr, 0),
+        nullptr);
+    expect("typeName");
+    EXPECT_EQ(DDS_DomainParticipant_create_contentfilteredtopic(node.participant, "name",
+                                                                node.topic, nullptr, nullptr),
+              nullptr);
+    expect("expression");
+    EXPECT_EQ(DDS_Publisher_create_datawriter(node.publisher, nullptr, nullptr, nullptr, 0),
+              nullptr);
+    expect("topic");
+    EXPECT_EQ(DDS_Publisher_delete_datawriter(node.publisher, nullptr), refused);
+    expect("writer");
+    EXPECT_EQ(DDS_DataWriter_get_qos(writer, nullptr), refused);
+    expect("qos");
+    EXPECT_EQ(DDS_DataWriter_get_publication_matched_status(writer, nullptr), refused);
+    expect("status");
+    EXPECT_EQ(DDS_DataWriter_wait_for_acknowledgments(writer, nullptr), refused);
+    expect("maxWait");
+    EXPECT_EQ(DDS_DataReader_read_or_take_untypedI(reader, nullptr, &data, &infos), refused);
+    expect("selector");
+    EXPECT_EQ(DDS_DataReader_read_or_take_untypedI(reader, &take_anything, &data, nullptr),
+              refused);
+    expect("infos");
+    EXPECT_EQ(DDS_DataReader_read_or_take_next_sample_untypedI(reader, &probe, nullptr, 0),
+              refused);
+    expect("info");
+    EXPECT_EQ(DDS_DataReader_get_key_value_untypedI(reader, &probe, nullptr), refused);
+    expect("handle");
+    EXPECT_EQ(DDS_DataReader_delete_readcondition(reader, nullptr), refused);
+    expect("read condition");
+    EXPECT_EQ(DDS_WaitSet_attach_condition(wait_set, nullptr), refused);
+    expect("condition");
+    EXPECT_EQ(DDS_WaitSet_wait(wait_set, &active, nullptr), refused);
+    expect("timeout");
+    EXPECT_EQ(DDS_WaitSet_delete(wait_set), DDS_RETCODE_OK);
 }
 
 }  // namespace
