@@ -21,12 +21,12 @@ engine::Created Topic::create_in_engine(const Operation& /*operation*/) {
     return engine::create_topic(participant()->engine_id(), name(), type(), qos);
 }
 
-engine::Created Topic::create_filtered(engine::ContentFilter filter) const {
+engine::Created Topic::create_filtered(const engine::ContentFilter& filter) const {
     engine::Qos qos;
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
         return {engine::Status::out_of_resources};
     }
-    return engine::create_topic(participant()->engine_id(), name(), type(), qos, std::move(filter));
+    return engine::create_topic(participant()->engine_id(), name(), type(), qos, filter);
 }
 
 DDS_ReturnCode_t Topic::get_inconsistent_topic_status(DDS_InconsistentTopicStatus& status) const {

@@ -87,7 +87,7 @@ public:
     }
 
     /// Makes another topic of the engine with the policies of this one.
-    [[nodiscard]] engine::Created create_filtered(engine::ContentFilter filter) const;
+    [[nodiscard]] engine::Created create_filtered(const engine::ContentFilter& filter) const;
 
 private:
     [[nodiscard]] engine::Created create_in_engine(const Operation& operation) override;

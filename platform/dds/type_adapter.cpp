@@ -31,9 +31,8 @@ bool is_complete(const TULVTypePlugin& plugin) {
 
 /// A codec with a sample to decode into.
 struct TypeAdapter::Scratch {
-    explicit Scratch(std::unique_ptr<Codec> owned) : codec(std::move(owned)) {
-        sample = codec->lend();
-    }
+    explicit Scratch(std::unique_ptr<Codec> owned)
+        : codec(std::move(owned)), sample(codec->lend()) {}
     Scratch(const Scratch&) = delete;
     Scratch& operator=(const Scratch&) = delete;
     ~Scratch() {

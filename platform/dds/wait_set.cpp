@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <mutex>
 #include <new>
+#include <utility>
 
 #include "dds/qos_duration.hpp"
 
@@ -32,8 +33,7 @@ WaitSet* WaitSet::create(const Operation& operation) {
 
 WaitSet::WaitSet(engine::EntityId id) : id_(id) {
     const std::lock_guard guard(attachments_mutex);
-    next_ = first_wait_set;
-    first_wait_set = this;
+    next_ = std::exchange(first_wait_set, this);
 }
 
 WaitSet::~WaitSet() {

@@ -51,7 +51,7 @@ private:
     std::list<Attachment> attachments_;
     std::atomic<bool> waiting_ = false;
     /// All wait sets of the process are linked, so that a condition can leave those it is in.
-    WaitSet* next_;
+    WaitSet* next_ = nullptr;
 };
 
 }  // namespace pexa::dds

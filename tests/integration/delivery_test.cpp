@@ -117,7 +117,14 @@ TEST(Delivery, GoesOnWhenTheViewerIsKilledAndServesItsSuccessor) {
                    before),
         "");
     const std::vector<ViewedMessage> after = successor.messages(numbered_category);
-    EXPECT_EQ(difference(last(after.size(), logged), after), "");
+    // The history moves on while a late reader catches up: what falls out of it before it has been
+    // sent is gone, so only what follows is without gaps.
+    const std::size_t settled = after.size() - std::min<std::size_t>(after.size(), kept_per_level);
+    EXPECT_EQ(difference(last(settled, logged), last(settled, after)), "");
+    const auto not_ascending = std::adjacent_find(
+        after.begin(), after.end(),
+        [](const auto& left, const auto& right) { return left.nanoseconds >= right.nanoseconds; });
+    EXPECT_EQ(not_ascending, after.end());
     const auto history = std::count_if(after.begin(), after.end(), [&](const ViewedMessage& each) {
         return each.nanoseconds < restart;
     });

@@ -15,7 +15,7 @@ namespace {
 struct TracedTypes {
     std::mutex mutex;
     std::unordered_set<const ddsi_sertype*> types;
-    /// Empty until somebody chooses; the configuration decides so long.
+    // Empty until somebody chooses; the configuration decides so long.
     std::optional<std::uint32_t> mask;
 };
 

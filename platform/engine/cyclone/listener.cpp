@@ -7,7 +7,7 @@
 
 namespace pexa::engine {
 
-/// Runs a callback: alone for its listener, and known to the thread while it lasts.
+// Runs a callback: alone for its listener, and known to the thread while it lasts.
 class ListenerCall {
 public:
     ListenerCall(Listener& listener, EntityId entity)
@@ -18,7 +18,7 @@ public:
     ListenerCall& operator=(const ListenerCall&) = delete;
     ~ListenerCall() { innermost_ = outer_; }
 
-    /// @return whether the thread is in a callback about an entity that @p matches
+    // Whether the thread is in a callback about an entity that the predicate accepts.
     template <typename Predicate>
     [[nodiscard]] static bool any(const Predicate& matches) {
         for (const ListenerCall* call = innermost_; call != nullptr; call = call->outer_) {

@@ -15,7 +15,7 @@ struct EngineFree {
 template <typename T>
 using EnginePtr = std::unique_ptr<T, EngineFree>;
 
-/// One policy in both directions. Absent policies are left out, either way.
+// One policy in both directions. Absent policies are left out, either way.
 struct PolicyRow {
     void (*put)(const Qos& qos, dds_qos_t* out);
     void (*get)(const dds_qos_t* qos, Qos& out);

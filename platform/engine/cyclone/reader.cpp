@@ -33,7 +33,7 @@ public:
         data_ = reinterpret_cast<ddsi_serdata**>(infos_ + capacity);
     }
 
-    /// @return whether there is memory
+    // Whether there is memory.
     explicit operator bool() const { return infos_ != nullptr; }
     [[nodiscard]] ddsi_serdata** data() { return data_; }
     [[nodiscard]] dds_sample_info_t* infos() { return infos_; }
@@ -58,7 +58,7 @@ struct Request {
     std::uint32_t max_samples;
 };
 
-// @return NULL for parameters that no reader takes
+// Nothing for parameters that no reader takes.
 std::optional<Request> make_request(EntityId reader, Access access, const StateMask& states,
                                     std::int32_t max_samples) {
     if (max_samples == unlimited) {
