@@ -23,7 +23,8 @@ bool is_endpoint(EntityId entity) {
 
 // The engine's collector of endpoints waits for every thread that is in the engine, and a callback
 // is.
-bool waits_for_callbacks(EntityId entity, const std::vector<EntityId>& contents) {
+bool waits_for_callbacks(EntityId entity) {
+    const std::vector<EntityId> contents = cyclone::contents_of(entity);
     return is_participant(entity) || is_endpoint(entity) ||
            std::any_of(contents.begin(), contents.end(), is_endpoint);
 }
@@ -34,19 +35,19 @@ Created create_participant(std::uint32_t domain_id, const Qos& qos,
                            ListenerSetting listener) noexcept {
     return note_creation(dds_create_participant(domain_id, cyclone::to_engine(qos).get(),
                                                 cyclone::make_listener(listener).get()),
-                         listener);
+                         no_entity, listener);
 }
 
 Created create_publisher(EntityId participant, const Qos& qos, ListenerSetting listener) noexcept {
     return note_creation(dds_create_publisher(participant, cyclone::to_engine(qos).get(),
                                               cyclone::make_listener(listener).get()),
-                         listener);
+                         participant, listener);
 }
 
 Created create_subscriber(EntityId participant, const Qos& qos, ListenerSetting listener) noexcept {
     return note_creation(dds_create_subscriber(participant, cyclone::to_engine(qos).get(),
                                                cyclone::make_listener(listener).get()),
-                         listener);
+                         participant, listener);
 }
 
 bool is_participant(EntityId entity) noexcept {
@@ -73,19 +74,14 @@ Status delete_entity(EntityId entity) noexcept {
     if (topic && topic->endpoints != 0) {
         return Status::precondition_not_met;
     }
-    const std::vector<EntityId> contents = cyclone::contents_of(entity);
-    if (cyclone::is_in_callback() && waits_for_callbacks(entity, contents)) {
+    if (cyclone::is_in_callback() && waits_for_callbacks(entity)) {
         return Status::illegal_operation;
     }
     const Status result = status_of(dds_delete(entity));
-    if (result != Status::ok) {
-        return result;
+    if (result == Status::ok) {
+        cyclone::forget_with_contents(entity);
     }
-    cyclone::forget_entity(entity);
-    for (const EntityId inner : contents) {
-        cyclone::forget_entity(inner);
-    }
-    return Status::ok;
+    return result;
 }
 
 Status get_qos(EntityId entity, Qos& qos) noexcept {

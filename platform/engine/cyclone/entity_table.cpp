@@ -1,38 +1,10 @@
 #include "engine/cyclone/entity_table.hpp"
 
-#include <algorithm>
 #include <cstring>
 
 #include "engine/cyclone/results.hpp"
 
 namespace pexa::engine::cyclone {
-
-namespace {
-
-void append_contents(EntityId entity, std::vector<EntityId>& contents) {
-    // Endpoints contain conditions only, of which nothing is noted. A writer cannot even be asked
-    // by a callback that runs within a write to it.
-    if (writers().find(entity) || readers().find(entity)) {
-        return;
-    }
-    const dds_return_t count = dds_get_children(entity, nullptr, 0);
-    if (count <= 0) {
-        return;
-    }
-    std::vector<dds_entity_t> children(static_cast<std::size_t>(count));
-    const dds_return_t found = dds_get_children(entity, children.data(), children.size());
-    if (found < 0) {
-        return;
-    }
-    // Others may come or go between the two calls.
-    children.resize(std::min(children.size(), static_cast<std::size_t>(found)));
-    for (const dds_entity_t child : children) {
-        contents.push_back(child);
-        append_contents(child, contents);
-    }
-}
-
-}  // namespace
 
 // The tables are never destroyed: an application may use its entities until the process ends.
 
@@ -51,26 +23,57 @@ EntityTable<ReaderRecord>& readers() {
     return *table;
 }
 
-EntityTable<const ListenerSetting>& listeners() {
-    static auto* const table = new EntityTable<const ListenerSetting>;
+EntityTable<const EntityNote>& notes() {
+    static auto* const table = new EntityTable<const EntityNote>;
     return *table;
 }
 
-Created note_creation(dds_entity_t result, const ListenerSetting& listener) {
+Created note_creation(dds_entity_t result, EntityId parent, const ListenerSetting& listener) {
     if (result > 0) {
-        listeners().add(result, std::make_shared<const ListenerSetting>(listener));
+        notes().add(result, std::make_shared<const EntityNote>(EntityNote{parent, listener}));
     }
     return created(result);
 }
 
-std::vector<EntityId> contents_of(EntityId entity) {
-    std::vector<EntityId> contents;
-    append_contents(entity, contents);
-    return contents;
+EntityId parent_of(EntityId entity) {
+    const auto note = notes().find(entity);
+    return note ? note->parent : no_entity;
 }
 
-void forget_entity(EntityId entity) {
-    listeners().remove(entity);
+std::vector<EntityId> contents_of(EntityId entity) {
+    std::vector<EntityId> found{entity};
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        const EntityId parent = found[i];
+        notes().for_each([&](EntityId inner, const EntityNote& note) {
+            if (note.parent == parent) {
+                found.push_back(inner);
+            }
+        });
+    }
+    found.erase(found.begin());
+    return found;
+}
+
+namespace {
+
+EntityId any_child_of(EntityId entity) {
+    EntityId child = no_entity;
+    notes().for_each([&](EntityId inner, const EntityNote& note) {
+        if (note.parent == entity) {
+            child = inner;
+        }
+    });
+    return child;
+}
+
+}  // namespace
+
+// Allocates nothing: an entity can always be deleted.
+void forget_with_contents(EntityId entity) {
+    for (EntityId child = any_child_of(entity); child != no_entity; child = any_child_of(entity)) {
+        forget_with_contents(child);
+    }
+    notes().remove(entity);
     writers().remove(entity);
     readers().remove(entity);
     topics().remove(entity);

@@ -87,6 +87,14 @@ struct ReaderRecord {
     TopicUse use;
 };
 
+/// Kept of every entity that was created here.
+struct EntityNote {
+    /// What it was created in; none for participants.
+    EntityId parent = no_entity;
+    /// What was last set for the entity itself, not what it inherits.
+    ListenerSetting listener;
+};
+
 /// Records by entity. Thread-safe; a record that was found stays valid when it is removed.
 template <typename Record>
 class EntityTable {
@@ -105,6 +113,14 @@ public:
         const auto found = records_.find(entity);
         return found == records_.end() ? nullptr : found->second;
     }
+    /// Calls @p visit with every entity and its record; it must not use the table.
+    template <typename Visit>
+    void for_each(const Visit& visit) const {
+        const std::shared_lock lock(mutex_);
+        for (const auto& [entity, record] : records_) {
+            visit(entity, *record);
+        }
+    }
 
 private:
     mutable std::shared_mutex mutex_;
@@ -114,17 +130,23 @@ private:
 [[nodiscard]] EntityTable<TopicRecord>& topics();
 [[nodiscard]] EntityTable<WriterRecord>& writers();
 [[nodiscard]] EntityTable<ReaderRecord>& readers();
-/// The listener that was last set for an entity itself; of every entity that was created here.
-[[nodiscard]] EntityTable<const ListenerSetting>& listeners();
+[[nodiscard]] EntityTable<const EntityNote>& notes();
 
-/// Notes the listener of an entity that was just created, if it was.
+/// Notes an entity that was just created, if it was.
 /// @param result what the engine's creating function returned
-[[nodiscard]] Created note_creation(dds_entity_t result, const ListenerSetting& listener);
+[[nodiscard]] Created note_creation(dds_entity_t result, EntityId parent,
+                                    const ListenerSetting& listener);
 
-/// Drops the records of an entity that the engine has deleted.
-void forget_entity(EntityId entity);
+/// Drops the records of an entity that the engine has deleted, and of what was in it.
+void forget_with_contents(EntityId entity);
 
-/// @return everything in an entity, of any depth, parents first; conditions may be missing
+// The following are answered without the engine, which may hold locks of the entities while it
+// runs a callback.
+
+/// @return what an entity was created in; none for participants and what was not created here
+[[nodiscard]] EntityId parent_of(EntityId entity);
+
+/// @return what was created here in an entity, of any depth, parents first
 [[nodiscard]] std::vector<EntityId> contents_of(EntityId entity);
 
 }  // namespace pexa::engine::cyclone

@@ -138,7 +138,7 @@ bool cyclone::is_in_callback() {
 bool cyclone::is_in_callback_of(EntityId entity) {
     return ListenerCall::any([entity](EntityId inner) {
         while (inner > 0 && inner != entity) {
-            inner = dds_get_parent(inner);
+            inner = cyclone::parent_of(inner);
         }
         return inner == entity;
     });
@@ -153,12 +153,13 @@ Status set_listener(EntityId entity, Listener* listener, StatusMask mask) noexce
     if (result != Status::ok) {
         return result;
     }
-    cyclone::listeners().add(entity, std::make_shared<const ListenerSetting>(setting));
+    // The application's own participant has no note yet.
+    cyclone::notes().add(entity, std::make_shared<const cyclone::EntityNote>(
+                                     cyclone::EntityNote{cyclone::parent_of(entity), setting}));
     // The engine hands down a new listener only in place of one that it handed down before.
-    // Entities that the application made by itself are left alone.
     for (const EntityId inner : cyclone::contents_of(entity)) {
-        if (const auto own = cyclone::listeners().find(inner)) {
-            static_cast<void>(install(inner, *own));
+        if (const auto note = cyclone::notes().find(inner)) {
+            static_cast<void>(install(inner, note->listener));
         }
     }
     if (listener != nullptr) {
