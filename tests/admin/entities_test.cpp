@@ -118,6 +118,8 @@ TEST_F(Entities, NothingIsAllocatedForALoggerWithoutOptions) {
 }
 
 TEST_F(Entities, NullRecordsAreToleratedAndReportedWhereThatIsUseful) {
+    EXPECT_EQ(line("KX Error", "QEL_KX_Orvane_initialize", "QEL_KX_Orvane is NULL"),
+              printed([] { QEL_KX_Orvane_initialize(nullptr); }));
     EXPECT_EQ("", printed([] { QEL_KX_DDSEntities_destroy(nullptr); }));
     EXPECT_EQ(line("KX Error", "QEL_KX_DDSEntities_initialize", "QEL_KX_DDSEntities is NULL"),
               printed([] { QEL_KX_DDSEntities_initialize(nullptr); }));
@@ -132,8 +134,10 @@ TEST_F(Entities, NullRecordsAreToleratedAndReportedWhereThatIsUseful) {
 }
 
 TEST_F(Entities, TeardownGoesFromTheReadersToTheParticipant) {
+    QEL_KX_DDSEntities_gInitialStateSent = 1;
     BareLogger bare;
     ASSERT_TRUE(bare.build());
+    EXPECT_EQ(0, QEL_KX_DDSEntities_hasInitialStateBeenSent()) << "of an earlier logger";
     faults::reset();
     EXPECT_EQ("", printed([&] {
                   EXPECT_EQ(DDS_RETCODE_OK,
@@ -293,13 +297,6 @@ TEST_F(Entities, LargeIdsAreNegativeInTheFilterAndInTheState) {
     EXPECT_STREQ("-1062731775", DDS_StringSeq_get(&parameters, 0));
     EXPECT_STREQ("-2147483648", DDS_StringSeq_get(&parameters, 1));
     DDS_StringSeq_finalize(&parameters);
-}
-
-TEST_F(Entities, ANewCreationStartsWithoutAnInitialState) {
-    QEL_KX_DDSEntities_gInitialStateSent = 1;
-    BareLogger bare;
-    ASSERT_TRUE(bare.build());
-    EXPECT_EQ(0, QEL_KX_DDSEntities_hasInitialStateBeenSent());
 }
 
 }  // namespace

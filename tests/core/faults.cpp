@@ -1,28 +1,42 @@
 #include "faults.hpp"
 
-#include <array>
 #include <atomic>
 #include <bit>
 #include <cstdint>
+#include <cstdlib>
+#include <string_view>
 
 #include "orvane/admin.h"
 #include "pexa/string.h"
 #include "pexa/subscription.h"
 
 namespace orvane::test {
-namespace {
 
 // Everything here is relaxed: the counting must not order threads that the product leaves
 // unordered, or the thread sanitizer would miss what it is to find.
 constexpr auto relaxed = std::memory_order_relaxed;
 
-struct Plan {
+/// What is to happen to the calls of one function.
+struct Fault::Plan {
+    explicit Plan(const char* wrapped) : function(wrapped), next(first) { first = this; }
+
+    bool fails_now() {
+        if (calls_to_come.load(relaxed) <= 0 || calls_to_come.fetch_sub(1, relaxed) != 1) {
+            return false;
+        }
+        has_struck.store(true, relaxed);
+        return true;
+    }
+
+    static inline Plan* first = nullptr;
+    std::string_view function;
+    Plan* next;
     std::atomic<int> calls_to_come = 0;
-    std::atomic<bool> goes_on = false;
     std::atomic<bool> has_struck = false;
 };
 
-constinit std::array<Plan, static_cast<std::size_t>(Function::Count)> plans;
+namespace {
+
 constinit std::atomic<long> allocations = 0;
 constinit std::atomic<long> buffers = 0;
 constinit std::atomic<int> device_calls = 0;
@@ -30,45 +44,44 @@ constinit std::atomic<bool> had_write_thread = false;
 constinit std::atomic<bool> is_time_fixed = false;
 constinit std::atomic<std::uint64_t> fixed_time = 0;
 
-Plan& plan_of(Function function) {
-    return plans[static_cast<std::size_t>(function)];
-}
-
-bool fails(Function function) {
-    Plan& plan = plan_of(function);
-    if (plan.calls_to_come.load(relaxed) <= 0) {
-        return plan.goes_on.load(relaxed) && plan.has_struck.load(relaxed);
+Fault::Plan* plan_of(std::string_view function) {
+    for (Fault::Plan* plan = Fault::Plan::first; plan != nullptr; plan = plan->next) {
+        if (plan->function == function) {
+            return plan;
+        }
     }
-    if (plan.calls_to_come.fetch_sub(1, relaxed) != 1) {
-        return false;
-    }
-    plan.has_struck.store(true, relaxed);
-    return true;
+    std::abort();
 }
 
 template <typename Pointer>
-Pointer counted(Pointer pointer) {
-    allocations.fetch_add(pointer != nullptr ? 1 : 0, relaxed);
+Pointer count_in(std::atomic<long>& number, Pointer pointer) {
+    number.fetch_add(pointer != nullptr ? 1 : 0, relaxed);
     return pointer;
+}
+void count_out(std::atomic<long>& number, const void* pointer) {
+    number.fetch_sub(pointer != nullptr ? 1 : 0, relaxed);
+}
+
+QELBool show_time(QELSystemClock* clock, QELNtpTime* now,
+                  QELBool (*real)(QELSystemClock*, QELNtpTime*)) {
+    if (!is_time_fixed.load(relaxed)) {
+        return real(clock, now);
+    }
+    *now = std::bit_cast<QELNtpTime>(fixed_time.load(relaxed));
+    return 1;
 }
 
 }  // namespace
 
-Fault::Fault(Function function, int call, Duration duration) : function_(function) {
-    Plan& plan = plan_of(function);
-    plan.has_struck = false;
-    plan.goes_on = duration == Duration::FromThenOn;
-    plan.calls_to_come = call;
+Fault::Fault(const char* function, int call) : plan_(plan_of(function)) {
+    plan_->has_struck = false;
+    plan_->calls_to_come = call;
 }
-
 Fault::~Fault() {
-    Plan& plan = plan_of(function_);
-    plan.calls_to_come = 0;
-    plan.goes_on = false;
+    plan_->calls_to_come = 0;
 }
-
 bool Fault::has_struck() const {
-    return plan_of(function_).has_struck;
+    return plan_->has_struck;
 }
 
 long live_allocations() {
@@ -77,19 +90,17 @@ long live_allocations() {
 long lent_buffers() {
     return buffers;
 }
-bool had_write_thread_at_listener_removal() {
-    return had_write_thread;
-}
-
 int output_device_calls() {
     return device_calls;
+}
+bool had_write_thread_at_listener_removal() {
+    return had_write_thread;
 }
 
 FixedTime::FixedTime(QELNtpTime now) {
     fixed_time.store(std::bit_cast<std::uint64_t>(now), relaxed);
     is_time_fixed.store(true, relaxed);
 }
-
 FixedTime::~FixedTime() {
     is_time_fixed.store(false, relaxed);
 }
@@ -98,199 +109,81 @@ FixedTime::~FixedTime() {
 
 using orvane::test::allocations;
 using orvane::test::buffers;
-using orvane::test::counted;
+using orvane::test::count_in;
+using orvane::test::count_out;
 using orvane::test::device_calls;
-using orvane::test::fails;
-using orvane::test::Function;
-using orvane::test::relaxed;
+using orvane::test::Fault;
+using orvane::test::had_write_thread;
+using orvane::test::show_time;
 
-extern "C" {
+// A wrapper of a function; `failing` and `working` are what a call evaluates to.
+#define WRAP(Result, function, parameters, failing, working)       \
+    static Fault::Plan plan_of_##function(#function);              \
+    extern "C" Result __real_##function parameters;                \
+    extern "C" Result __wrap_##function parameters {               \
+        return plan_of_##function.fails_now() ? failing : working; \
+    }                                                              \
+    static_assert(true)
+// One whose calls do nothing but fail or work.
+#define FAULTY(Result, function, parameters, arguments, failing) \
+    WRAP(Result, function, parameters, failing, __real_##function arguments)
+// One that does its work and only says that it failed.
+#define LYING(Result, function, parameters, arguments, failing)                \
+    WRAP(Result, function, parameters, (__real_##function arguments, failing), \
+         __real_##function arguments)
 
-void* __real_QELOsapiHeap_allocateStructureOfSize(size_t size);
-void* __wrap_QELOsapiHeap_allocateStructureOfSize(size_t size) {
-    return fails(Function::AllocateStructure)
-               ? nullptr
-               : counted(__real_QELOsapiHeap_allocateStructureOfSize(size));
-}
+WRAP(void*, QELOsapiHeap_allocateStructureOfSize, (size_t size), nullptr,
+     count_in(allocations, __real_QELOsapiHeap_allocateStructureOfSize(size)));
+WRAP(char*, DDS_String_alloc, (size_t length), nullptr,
+     count_in(allocations, __real_DDS_String_alloc(length)));
+WRAP(char*, DDS_String_dup, (const char* text), nullptr,
+     count_in(allocations, __real_DDS_String_dup(text)));
+WRAP(void, QELOsapiHeap_freeStructureBytes, (void* structure), void(),
+     (count_out(allocations, structure), __real_QELOsapiHeap_freeStructureBytes(structure)));
+WRAP(void, DDS_String_free, (char* text), void(),
+     (count_out(allocations, text), __real_DDS_String_free(text)));
+WRAP(void*, MOSKFastBufferPool_getBuffer, (MOSKFastBufferPool * pool), nullptr,
+     count_in(buffers, __real_MOSKFastBufferPool_getBuffer(pool)));
+WRAP(void, MOSKFastBufferPool_returnBuffer, (MOSKFastBufferPool * pool, void* buffer), void(),
+     (count_out(buffers, buffer), __real_MOSKFastBufferPool_returnBuffer(pool, buffer)));
+WRAP(QELBool, QELSystemClock_getTime, (QELSystemClock * clock, QELNtpTime* now), 0,
+     show_time(clock, now, __real_QELSystemClock_getTime));
+WRAP(DDS_Boolean, PEXA_Config_Logger_set_output_device,
+     (PEXA_Config_Logger * self, const PEXA_Config_LoggerDevice* device), DDS_BOOLEAN_FALSE,
+     (++device_calls, __real_PEXA_Config_Logger_set_output_device(self, device)));
+WRAP(DDS_ReturnCode_t, DDS_DataReader_set_listener,
+     (DDS_DataReader * self, const DDS_DataReaderListener* listener, DDS_StatusMask mask),
+     DDS_RETCODE_ERROR,
+     (had_write_thread = listener != nullptr || QEL_KX_Orvane_getLogMessageWriteThread() != nullptr,
+      __real_DDS_DataReader_set_listener(self, listener, mask)));
 
-void __real_QELOsapiHeap_freeStructureBytes(void* structure);
-void __wrap_QELOsapiHeap_freeStructureBytes(void* structure) {
-    allocations.fetch_sub(structure != nullptr ? 1 : 0, relaxed);
-    __real_QELOsapiHeap_freeStructureBytes(structure);
-}
-
-char* __real_DDS_String_alloc(size_t length);
-char* __wrap_DDS_String_alloc(size_t length) {
-    return fails(Function::AllocateString) ? nullptr : counted(__real_DDS_String_alloc(length));
-}
-
-char* __real_DDS_String_dup(const char* text);
-char* __wrap_DDS_String_dup(const char* text) {
-    return fails(Function::DuplicateString) ? nullptr : counted(__real_DDS_String_dup(text));
-}
-
-void __real_DDS_String_free(char* text);
-void __wrap_DDS_String_free(char* text) {
-    allocations.fetch_sub(text != nullptr ? 1 : 0, relaxed);
-    __real_DDS_String_free(text);
-}
-
-DDS_Boolean __real_DDS_ThreadSettings_t_copy(DDS_ThreadSettings_t* self,
-                                             const DDS_ThreadSettings_t* source);
-DDS_Boolean __wrap_DDS_ThreadSettings_t_copy(DDS_ThreadSettings_t* self,
-                                             const DDS_ThreadSettings_t* source) {
-    return fails(Function::CopyThreadSettings) ? DDS_BOOLEAN_FALSE
-                                               : __real_DDS_ThreadSettings_t_copy(self, source);
-}
-
-MOSKFastBufferPool* __real_MOSKFastBufferPool_new(size_t elementSize, size_t alignment,
-                                                  const MOSKFastBufferPoolProperty* property);
-MOSKFastBufferPool* __wrap_MOSKFastBufferPool_new(size_t elementSize, size_t alignment,
-                                                  const MOSKFastBufferPoolProperty* property) {
-    return fails(Function::NewPool)
-               ? nullptr
-               : __real_MOSKFastBufferPool_new(elementSize, alignment, property);
-}
-
-void* __real_MOSKFastBufferPool_getBuffer(MOSKFastBufferPool* pool);
-void* __wrap_MOSKFastBufferPool_getBuffer(MOSKFastBufferPool* pool) {
-    if (fails(Function::GetBuffer)) {
-        return nullptr;
-    }
-    void* buffer = __real_MOSKFastBufferPool_getBuffer(pool);
-    buffers.fetch_add(buffer != nullptr ? 1 : 0, relaxed);
-    return buffer;
-}
-
-void __real_MOSKFastBufferPool_returnBuffer(MOSKFastBufferPool* pool, void* buffer);
-void __wrap_MOSKFastBufferPool_returnBuffer(MOSKFastBufferPool* pool, void* buffer) {
-    buffers.fetch_sub(buffer != nullptr ? 1 : 0, relaxed);
-    __real_MOSKFastBufferPool_returnBuffer(pool, buffer);
-}
-
-QELOsapiSemaphore* __real_QELOsapiSemaphore_new(QELOsapiSemaphoreKind kind,
-                                                const QELOsapiSemaphoreProperty* property);
-QELOsapiSemaphore* __wrap_QELOsapiSemaphore_new(QELOsapiSemaphoreKind kind,
-                                                const QELOsapiSemaphoreProperty* property) {
-    return fails(Function::NewSemaphore) ? nullptr : __real_QELOsapiSemaphore_new(kind, property);
-}
-
-QELOsapiSemaphoreStatus __real_QELOsapiSemaphore_take(QELOsapiSemaphore* semaphore,
-                                                      const QELNtpTime* timeout);
-QELOsapiSemaphoreStatus __wrap_QELOsapiSemaphore_take(QELOsapiSemaphore* semaphore,
-                                                      const QELNtpTime* timeout) {
-    return fails(Function::TakeSemaphore) ? QEL_OSAPI_SEMAPHORE_STATUS_ERROR
-                                          : __real_QELOsapiSemaphore_take(semaphore, timeout);
-}
-
-QELOsapiSemaphoreStatus __real_QELOsapiSemaphore_give(QELOsapiSemaphore* semaphore);
-QELOsapiSemaphoreStatus __wrap_QELOsapiSemaphore_give(QELOsapiSemaphore* semaphore) {
-    const QELOsapiSemaphoreStatus status = __real_QELOsapiSemaphore_give(semaphore);
-    return fails(Function::GiveSemaphore) ? QEL_OSAPI_SEMAPHORE_STATUS_ERROR : status;
-}
-
-QELSystemClock* __real_QELSystemClock_new(void);
-QELSystemClock* __wrap_QELSystemClock_new(void) {
-    return fails(Function::NewClock) ? nullptr : __real_QELSystemClock_new();
-}
-
-QELBool __real_QELSystemClock_getTime(QELSystemClock* clock, QELNtpTime* now);
-QELBool __wrap_QELSystemClock_getTime(QELSystemClock* clock, QELNtpTime* now) {
-    if (fails(Function::ReadClock)) {
-        return 0;
-    }
-    if (orvane::test::is_time_fixed.load(relaxed)) {
-        *now = std::bit_cast<QELNtpTime>(orvane::test::fixed_time.load(relaxed));
-        return 1;
-    }
-    return __real_QELSystemClock_getTime(clock, now);
-}
-
-QELOsapiThread* __real_QELOsapiThread_new(const char* name, DDS_Long priority,
-                                          DDS_UnsignedLong options, DDS_Long stackSize,
-                                          const uint64_t* cpuBitmap,
-                                          QELOsapiThreadFunction function, void* parameter);
-QELOsapiThread* __wrap_QELOsapiThread_new(const char* name, DDS_Long priority,
-                                          DDS_UnsignedLong options, DDS_Long stackSize,
-                                          const uint64_t* cpuBitmap,
-                                          QELOsapiThreadFunction function, void* parameter) {
-    return fails(Function::NewThread)
-               ? nullptr
-               : __real_QELOsapiThread_new(name, priority, options, stackSize, cpuBitmap, function,
-                                           parameter);
-}
-
-DDS_UnsignedLong __real_QELOsapiThread_getCurrentThreadID(void);
-DDS_UnsignedLong __wrap_QELOsapiThread_getCurrentThreadID(void) {
-    return fails(Function::ThreadId) ? 0 : __real_QELOsapiThread_getCurrentThreadID();
-}
-
-int __real_QELOsapi_global_lock(void);
-int __wrap_QELOsapi_global_lock(void) {
-    return fails(Function::GlobalLock) ? -1 : __real_QELOsapi_global_lock();
-}
-
-int __real_QELOsapi_global_lockUnless(const DDS_Long* abandon);
-int __wrap_QELOsapi_global_lockUnless(const DDS_Long* abandon) {
-    return fails(Function::GlobalLockUnless) ? -1 : __real_QELOsapi_global_lockUnless(abandon);
-}
-
-int __real_QELOsapi_global_unlock(void);
-int __wrap_QELOsapi_global_unlock(void) {
-    const int result = __real_QELOsapi_global_unlock();
-    return fails(Function::GlobalUnlock) ? -1 : result;
-}
-
-PEXA_Config_Logger* __real_PEXA_Config_Logger_get_instance(void);
-PEXA_Config_Logger* __wrap_PEXA_Config_Logger_get_instance(void) {
-    return fails(Function::LoggerInstance) ? nullptr : __real_PEXA_Config_Logger_get_instance();
-}
-
-DDS_Boolean __real_PEXA_Config_Logger_set_output_device(PEXA_Config_Logger* self,
-                                                        const PEXA_Config_LoggerDevice* device);
-DDS_Boolean __wrap_PEXA_Config_Logger_set_output_device(PEXA_Config_Logger* self,
-                                                        const PEXA_Config_LoggerDevice* device) {
-    device_calls.fetch_add(1, relaxed);
-    return fails(Function::SetOutputDevice)
-               ? DDS_BOOLEAN_FALSE
-               : __real_PEXA_Config_Logger_set_output_device(self, device);
-}
-
-DDS_ReturnCode_t __real_DDS_DataReader_set_listener(DDS_DataReader* self,
-                                                    const DDS_DataReaderListener* listener,
-                                                    DDS_StatusMask mask);
-DDS_ReturnCode_t __wrap_DDS_DataReader_set_listener(DDS_DataReader* self,
-                                                    const DDS_DataReaderListener* listener,
-                                                    DDS_StatusMask mask) {
-    if (listener == nullptr) {
-        orvane::test::had_write_thread = QEL_KX_Orvane_getLogMessageWriteThread() != nullptr;
-    }
-    return fails(Function::SetReaderListener)
-               ? DDS_RETCODE_ERROR
-               : __real_DDS_DataReader_set_listener(self, listener, mask);
-}
-
-QEL_KX_ADMIN_State* __real_QEL_KX_ADMIN_StateTypeSupport_create_data(void);
-QEL_KX_ADMIN_State* __wrap_QEL_KX_ADMIN_StateTypeSupport_create_data(void) {
-    return fails(Function::CreateState) ? nullptr
-                                        : __real_QEL_KX_ADMIN_StateTypeSupport_create_data();
-}
-
-QEL_KX_DDSEntities* __real_QEL_KX_DDSEntities_create(QEL_KX_Orvane* logger);
-QEL_KX_DDSEntities* __wrap_QEL_KX_DDSEntities_create(QEL_KX_Orvane* logger) {
-    return fails(Function::CreateEntities) ? nullptr : __real_QEL_KX_DDSEntities_create(logger);
-}
-
-DDS_Boolean __real_QEL_KX_Orvane_writeState(QEL_KX_Orvane* logger);
-DDS_Boolean __wrap_QEL_KX_Orvane_writeState(QEL_KX_Orvane* logger) {
-    return fails(Function::WriteState) ? DDS_BOOLEAN_FALSE
-                                       : __real_QEL_KX_Orvane_writeState(logger);
-}
-
-DDS_ReturnCode_t __real_QEL_KX_translateFromKXLogLevelToString(DDS_Long level, char* buffer);
-DDS_ReturnCode_t __wrap_QEL_KX_translateFromKXLogLevelToString(DDS_Long level, char* buffer) {
-    return fails(Function::LevelName)
-               ? DDS_RETCODE_BAD_PARAMETER
-               : __real_QEL_KX_translateFromKXLogLevelToString(level, buffer);
-}
-}
+FAULTY(DDS_Boolean, DDS_ThreadSettings_t_copy,
+       (DDS_ThreadSettings_t * self, const DDS_ThreadSettings_t* source), (self, source),
+       DDS_BOOLEAN_FALSE);
+FAULTY(MOSKFastBufferPool*, MOSKFastBufferPool_new,
+       (size_t size, size_t alignment, const MOSKFastBufferPoolProperty* property),
+       (size, alignment, property), nullptr);
+FAULTY(QELOsapiSemaphore*, QELOsapiSemaphore_new,
+       (QELOsapiSemaphoreKind kind, const QELOsapiSemaphoreProperty* property), (kind, property),
+       nullptr);
+FAULTY(QELOsapiSemaphoreStatus, QELOsapiSemaphore_take,
+       (QELOsapiSemaphore * semaphore, const QELNtpTime* timeout), (semaphore, timeout),
+       QEL_OSAPI_SEMAPHORE_STATUS_ERROR);
+LYING(QELOsapiSemaphoreStatus, QELOsapiSemaphore_give, (QELOsapiSemaphore * semaphore), (semaphore),
+      QEL_OSAPI_SEMAPHORE_STATUS_ERROR);
+FAULTY(QELSystemClock*, QELSystemClock_new, (void), (), nullptr);
+FAULTY(QELOsapiThread*, QELOsapiThread_new,
+       (const char* name, DDS_Long priority, DDS_UnsignedLong options, DDS_Long stack_size,
+        const uint64_t* cpus, QELOsapiThreadFunction function, void* parameter),
+       (name, priority, options, stack_size, cpus, function, parameter), nullptr);
+FAULTY(DDS_UnsignedLong, QELOsapiThread_getCurrentThreadID, (void), (), 0);
+FAULTY(int, QELOsapi_global_lock, (void), (), -1);
+FAULTY(int, QELOsapi_global_lockUnless, (const DDS_Long* abandon), (abandon), -1);
+LYING(int, QELOsapi_global_unlock, (void), (), -1);
+FAULTY(PEXA_Config_Logger*, PEXA_Config_Logger_get_instance, (void), (), nullptr);
+FAULTY(QEL_KX_ADMIN_State*, QEL_KX_ADMIN_StateTypeSupport_create_data, (void), (), nullptr);
+FAULTY(QEL_KX_DDSEntities*, QEL_KX_DDSEntities_create, (QEL_KX_Orvane * logger), (logger), nullptr);
+FAULTY(DDS_Boolean, QEL_KX_Orvane_writeState, (QEL_KX_Orvane * logger), (logger),
+       DDS_BOOLEAN_FALSE);
+FAULTY(DDS_ReturnCode_t, QEL_KX_translateFromKXLogLevelToString, (DDS_Long level, char* buffer),
+       (level, buffer), DDS_RETCODE_BAD_PARAMETER);

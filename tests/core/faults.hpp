@@ -4,41 +4,12 @@
 
 namespace orvane::test {
 
-/// Functions of the platform and of other parts of the library that a test can let fail.
-enum class Function {
-    AllocateStructure,
-    AllocateString,
-    DuplicateString,
-    CopyThreadSettings,
-    NewPool,
-    GetBuffer,
-    NewSemaphore,
-    TakeSemaphore,
-    GiveSemaphore,
-    NewClock,
-    ReadClock,
-    NewThread,
-    ThreadId,
-    GlobalLock,
-    GlobalLockUnless,
-    GlobalUnlock,
-    LoggerInstance,
-    SetOutputDevice,
-    SetReaderListener,
-    CreateState,
-    CreateEntities,
-    WriteState,
-    LevelName,
-    Count
-};
-
-/// For as long as it lives, lets one call of a function fail, or that call and all after it.
+/// For as long as it lives, lets one call of a function of the platform, or of another part of the
+/// library, fail. The functions are those of the list of wrapped ones in CMakeLists.txt.
 class Fault {
 public:
-    enum class Duration { Once, FromThenOn };
-
     /// @param call number of the call that fails, counted from now.
-    explicit Fault(Function function, int call = 1, Duration duration = Duration::Once);
+    explicit Fault(const char* function, int call = 1);
     ~Fault();
     Fault(const Fault&) = delete;
     Fault& operator=(const Fault&) = delete;
@@ -46,8 +17,10 @@ public:
     /// Whether the call has come.
     [[nodiscard]] bool has_struck() const;
 
+    struct Plan;
+
 private:
-    Function function_;
+    Plan* plan_;
 };
 
 /// Structures and strings of the middleware's heap that exist.

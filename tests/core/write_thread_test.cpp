@@ -18,7 +18,6 @@
 namespace {
 
 using orvane::test::Fault;
-using orvane::test::Function;
 using orvane::test::live_allocations;
 using orvane::test::output_of;
 using orvane::test::ScriptedWriter;
@@ -152,7 +151,7 @@ TEST(WriteThread, HasItsNameAndLeavesTheListOfProcessorsAlone) {
 }
 
 struct CreationFault {
-    Function function;
+    const char* function;
     int call;
     std::string output;
 };
@@ -160,13 +159,14 @@ struct CreationFault {
 TEST(WriteThread, IsNotMadeWhenAPartCannotBeHad) {
     const std::string name = "LogMessageWriteThread_create";
     const CreationFault faults[] = {
-        {Function::AllocateStructure, 1,
+        {"QELOsapiHeap_allocateStructureOfSize", 1,
          line(name.c_str(), "Unable to allocate memory for LogMessageWriteThread")},
-        {Function::LoggerInstance, 1, line(name.c_str(), "Unable to access to QEL Logger")},
-        {Function::AllocateStructure, 2,
+        {"PEXA_Config_Logger_get_instance", 1,
+         line(name.c_str(), "Unable to access to QEL Logger")},
+        {"QELOsapiHeap_allocateStructureOfSize", 2,
          line("QEL_KX_MessageQueue_new", "Unable to allocate memory for Message Queue") +
              line(name.c_str(), "Unable to create Message Queue")},
-        {Function::NewThread, 1, line(name.c_str(), "Unable to create thread!")},
+        {"QELOsapiThread_new", 1, line(name.c_str(), "Unable to create thread!")},
     };
     ASSERT_NE(PEXA_Config_Logger_get_instance(), nullptr);
     for (const CreationFault& fault : faults) {
@@ -180,7 +180,7 @@ TEST(WriteThread, IsNotMadeWhenAPartCannotBeHad) {
 
 TEST(WriteThread, EndsAtOnceWhenItCannotLearnItsId) {
     ScriptedWriter writer;
-    const Fault fault(Function::ThreadId);
+    const Fault fault("QELOsapiThread_getCurrentThreadID");
     EXPECT_EQ(output_of([&] {
                   DDS_ThreadSettings_t settings;
                   DDS_ThreadSettings_t_initialize(&settings);
@@ -196,7 +196,7 @@ TEST(WriteThread, DoesNotSpinOnAQueueWithoutSemaphore) {
     const std::string output = output_of([&] {
         OwnedWriteThread thread;
         {
-            const Fault fault(Function::NewSemaphore, 2);
+            const Fault fault("QELOsapiSemaphore_new", 2);
             thread = start(writer);
         }
         ASSERT_NE(thread, nullptr);
@@ -225,10 +225,6 @@ TEST(WriteThread, MirrorsTheVerbosityThatItSets) {
                                                            PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION),
               PEXA_CONFIG_LOG_VERBOSITY_STATUS_LOCAL);
     LogMessageWriteThread_setCommunicationsLogVerbosity(thread.get(), before);
-}
-
-TEST(WriteThread, IgnoresTheDeletionOfNothing) {
-    LogMessageWriteThread_delete(nullptr);
 }
 
 TEST(Sleep, TakesTheRemainingMillisecondsForNanoseconds) {

@@ -92,35 +92,5 @@ TEST(QosConversion, ReachesEachKindOfEntity) {
                 &Qos::autodispose_unregistered_instances, &Qos::durability_service);
 }
 
-TEST(QosOfAnEntity, CanBeChangedAsFarAsTheEngineAllows) {
-    const Node node;
-    const EntityId writer = node.writer();
-    Qos change;
-    change.user_data = Bytes{std::byte{9}};
-    change.autodispose_unregistered_instances = false;
-    EXPECT_EQ(set_qos(writer, change), Status::ok);
-    Qos found;
-    EXPECT_EQ(get_qos(writer, found), Status::ok);
-    EXPECT_EQ(found.user_data, change.user_data);
-    EXPECT_EQ(found.history, keep_everything().history);
-
-    Qos immutable;
-    immutable.durability = DurabilityKind::volatile_data;
-    EXPECT_EQ(set_qos(writer, immutable), Status::immutable_policy);
-    Qos inconsistent;
-    inconsistent.history = {HistoryKind::keep_last, -1};
-    EXPECT_NE(create_writer(node.publisher, node.topic, inconsistent).status, Status::ok);
-    EXPECT_EQ(get_qos(no_entity, found), Status::bad_parameter);
-
-    // The change decides what the next unregistration means.
-    const EntityId reader = node.reader();
-    ASSERT_EQ(write_note(writer, 1, "text"), Status::ok);
-    ASSERT_EQ(take_some(reader, 1).size(), 1U);
-    ASSERT_EQ(unregister_note(writer, 1), Status::ok);
-    const std::vector<Sample> ended = take_some(reader, 1);
-    ASSERT_EQ(ended.size(), 1U);
-    EXPECT_EQ(ended[0].info.instance_state, instance_no_writers);
-}
-
 }  // namespace
 }  // namespace pexa::engine

@@ -127,19 +127,4 @@ TEST(CdrParameter, ReadsEitherFormAndRefusesIncompleteOnes) {
     }
 }
 
-TEST(CdrParameter, MovesOnByTheHeadersLengthWhateverWasRead) {
-    char buffer[16] = {};
-    QELCdrStream stream;
-    QELCdrStream_init(&stream, buffer, sizeof buffer);
-    QELCdrParameterHeader header{};
-    header.valuePosition = 4;
-    header.length = 12;
-    stream.position = 9;
-    EXPECT_EQ(QELCdrStream_moveToNextParameterHeader(&stream, &header), 1);
-    EXPECT_EQ(stream.position, 16U);
-    header.length = 13;
-    EXPECT_EQ(QELCdrStream_moveToNextParameterHeader(&stream, &header), 0);
-    EXPECT_EQ(stream.position, 16U);
-}
-
 }  // namespace

@@ -193,16 +193,4 @@ TEST(CdrStream, EncapsulationDecidesOnByteOrderAndOrigin) {
     }
 }
 
-TEST(CdrStream, ResetForgetsDecisionsButNotTheByteOrder) {
-    StreamOf stream(8);
-    ASSERT_EQ(QELCdrStream_serializeEncapsulation(stream.get(), 2), 1);
-    stream->extendedHeaders = 1;
-    stream->headerFormDecided = 1;
-    stream->rejected = 1;
-    QELCdrStream_reset(stream.get());
-    EXPECT_EQ(stream->position + stream->origin, 0U);
-    EXPECT_EQ(stream->extendedHeaders + stream->headerFormDecided + stream->rejected, 0);
-    EXPECT_EQ(stream->littleEndian, 0);
-}
-
 }  // namespace

@@ -37,24 +37,6 @@ TEST(GlobalLock, BelongsToTheThreadThatTookIt) {
     EXPECT_NE(QELOsapi_global_unlock(), 0);
 }
 
-TEST(GlobalLock, IsWaitedForByOthers) {
-    ASSERT_EQ(QELOsapi_global_lock(), 0);
-    std::atomic<bool> about_to_lock{false};
-    int protected_number = 1;
-    std::thread other([&] {
-        about_to_lock = true;
-        EXPECT_EQ(QELOsapi_global_lock(), 0);
-        EXPECT_EQ(protected_number, 2);
-        EXPECT_EQ(QELOsapi_global_unlock(), 0);
-    });
-    while (!about_to_lock) {
-        std::this_thread::yield();
-    }
-    protected_number = 2;
-    EXPECT_EQ(QELOsapi_global_unlock(), 0);
-    other.join();
-}
-
 TEST(GlobalLock, IsGivenUpAfterTenMillisecondsInsideADeviceCall) {
     while_locked([] {
         const DeviceCall outer;

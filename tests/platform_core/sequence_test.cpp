@@ -114,12 +114,8 @@ TEST_F(SequenceTest, EveryRefusalIsReportedUnderItsOperation) {
                    {"DDS_LongSeq_set_maximum:assertion failed: max size must be positive"});
     refused.expect(DDS_LongSeq_set_maximum(&loan_, 5),
                    {"DDS_LongSeq_set_maximum:assertion failed: buffer must not be loaned"});
-    refused.expect(DDS_LongSeq_finalize(&loan_),
-                   {"DDS_LongSeq_set_maximum:assertion failed: buffer must not be loaned"});
     refused.expect(DDS_LongSeq_set_length(&four_, 5),
                    {"DDS_LongSeq_set_length:insufficient space: 4 available, 5 needed"});
-    refused.expect(DDS_LongSeq_set_length(&four_, -1),
-                   {"DDS_LongSeq_set_length:insufficient space: 4 available, -1 needed"});
     refused.expect(DDS_LongSeq_ensure_length(&four_, 5, 4),
                    {"DDS_LongSeq_ensure_length:insufficient space: 5 available, 4 needed"});
     refused.expect(DDS_LongSeq_ensure_length(&loan_, 3, 3),
@@ -129,11 +125,7 @@ TEST_F(SequenceTest, EveryRefusalIsReportedUnderItsOperation) {
                     "DDS_LongSeq_ensure_length:could not set length"});
     refused.expect(DDS_LongSeq_get_reference(&four_, 3),
                    {"DDS_LongSeq_get_reference:assertion failed: index out of bounds"});
-    refused.expect(DDS_LongSeq_get_reference(&four_, -1),
-                   {"DDS_LongSeq_get_reference:assertion failed: index out of bounds"});
     refused.expect(DDS_LongSeq_copy(&four_, nullptr), {"DDS_LongSeq_copy:bad parameter: src"});
-    refused.expect(DDS_LongSeq_copy(&loan_, &four_),
-                   {"DDS_LongSeq_set_maximum:assertion failed: buffer must not be loaned"});
     refused.expect(DDS_LongSeq_copy_no_alloc(&loan_, &four_),
                    {"DDS_LongSeq_copy_no_alloc:sequence does not own its buffer"});
     refused.expect(DDS_LongSeq_copy_no_alloc(&empty_, &four_),
@@ -143,8 +135,6 @@ TEST_F(SequenceTest, EveryRefusalIsReportedUnderItsOperation) {
                    {"DDS_LongSeq_loan_contiguous:assertion failed: max size must be 0"});
     refused.expect(DDS_LongSeq_loan_contiguous(&empty_, numbers_, -1, 1),
                    {"DDS_LongSeq_loan_contiguous:assertion failed: negative argument"});
-    refused.expect(DDS_LongSeq_loan_discontiguous(&empty_, number_pointers_, 0, -1),
-                   {"DDS_LongSeq_loan_discontiguous:assertion failed: negative argument"});
     refused.expect(DDS_LongSeq_loan_contiguous(&empty_, numbers_, 2, 1),
                    {"DDS_LongSeq_loan_contiguous:insufficient space: 1 available, 2 needed"});
     refused.expect(
@@ -184,16 +174,6 @@ TEST_F(SequenceTest, EveryRefusalIsReportedUnderItsOperation) {
     EXPECT_EQ(DDS_LongSeq_get_length(&loan_), 1);
     EXPECT_EQ(DDS_LongSeq_get_maximum(&empty_), 0);
     EXPECT_EQ(DDS_LongSeq_has_ownership(&empty_), 1);
-}
-
-TEST_F(SequenceTest, ReportsOnlyWhatTheMasksLetPass) {
-    QELLog_setSubmoduleMask(QEL_LOG_MODULE_DDS, ~DDS_SUBMODULE_MASK_DATA);
-    EXPECT_EQ(DDS_LongSeq_set_maximum(&four_, -1), 0);
-    QELLog_setSubmoduleMask(QEL_LOG_MODULE_DDS, DDS_SUBMODULE_MASK_ALL);
-    QELLog_setInstrumentationMask(QEL_LOG_MODULE_DDS, QEL_LOG_BIT(QEL_LOG_LEVEL_ERROR));
-    EXPECT_EQ(DDS_LongSeq_ensure_length(&empty_, 3, 8), 1);
-    EXPECT_EQ(reports_.take(), Texts{});
-    DDS_LongSeq_finalize(&empty_);
 }
 
 TEST_F(SequenceTest, GrowsAndShrinksToExactlyTheMaximumThatIsAsked) {
@@ -244,23 +224,13 @@ TEST_F(SequenceTest, CopiesBetweenContiguousAndPointerBuffers) {
     EXPECT_EQ(DDS_LongSeq_get_length(&scattered), 2);
     EXPECT_EQ(DDS_LongSeq_get_reference(&scattered, 1), &targets[0]);
     EXPECT_EQ(DDS_LongSeq_copy(&scattered, &scattered), &scattered);
+    EXPECT_EQ(DDS_LongSeq_get_discontiguous_buffer(&scattered), target_pointers);
+    EXPECT_EQ(DDS_LongSeq_unloan(&scattered), 1);
+    EXPECT_EQ(DDS_LongSeq_has_ownership(&scattered), 1);
+    EXPECT_EQ(scattered.maximum + scattered.length, 0);
+    EXPECT_EQ(DDS_LongSeq_get_discontiguous_buffer(&scattered), nullptr);
     EXPECT_EQ(reports_.take(), Texts{});
     DDS_LongSeq_finalize(&empty_);
-}
-
-TEST_F(SequenceTest, UnloanGivesTheBufferBackUntouched) {
-    EXPECT_EQ(DDS_LongSeq_has_ownership(&pointers_), 0);
-    EXPECT_EQ(DDS_LongSeq_get_discontiguous_bufferI(&pointers_), number_pointers_);
-    EXPECT_EQ(DDS_LongSeq_get_contiguous_bufferI(&loan_), numbers_);
-    EXPECT_EQ(DDS_LongSeq_unloan(&pointers_), 1);
-    EXPECT_EQ(DDS_LongSeq_unloan(&loan_), 1);
-    EXPECT_EQ(numbers_[0], 10);
-    for (DDS_LongSeq* sequence : {&pointers_, &loan_}) {
-        EXPECT_EQ(DDS_LongSeq_has_ownership(sequence), 1);
-        EXPECT_EQ(sequence->maximum + sequence->length, 0);
-        EXPECT_EQ(DDS_LongSeq_get_discontiguous_buffer(sequence), nullptr);
-        EXPECT_EQ(DDS_LongSeq_get_contiguous_buffer(sequence), nullptr);
-    }
 }
 
 TEST_F(SequenceTest, KeepsTokensAndParametersAsTheyWereSet) {

@@ -270,25 +270,6 @@ TEST(Decoding, NeedsTheBuffersOfAnInitialisedSample) {
     EXPECT_EQ(bare.level, 300);
 }
 
-TEST(Decoding, WithoutASampleOrAStreamFails) {
-    Bytes buffer = bytes(head + list_end);
-    QELCdrStream stream;
-    QELCdrStream_init(&stream, buffer.data(), buffer.size());
-    void* nothing = nullptr;
-    EXPECT_FALSE(
-        QEL_KX_LogMessagePlugin_deserialize(nullptr, &nothing, nullptr, &stream, 1, 1, nullptr));
-    EXPECT_FALSE(
-        QEL_KX_LogMessagePlugin_deserialize(nullptr, nullptr, nullptr, &stream, 1, 1, nullptr));
-    Sample<QEL_KX_LogMessage> sample;
-    void* target = sample.get();
-    EXPECT_FALSE(
-        QEL_KX_LogMessagePlugin_deserialize(nullptr, &target, nullptr, nullptr, 1, 1, nullptr));
-    EXPECT_FALSE(QEL_KX_LogMessagePlugin_serialize(nullptr, nullptr, &stream, 1, 1, 1, nullptr));
-    EXPECT_FALSE(
-        QEL_KX_LogMessagePlugin_serialize(nullptr, sample.get(), nullptr, 1, 1, 1, nullptr));
-    EXPECT_FALSE(QEL_KX_LogMessagePlugin_skip(nullptr, nullptr, 1, 1, nullptr));
-}
-
 TEST(Skipping, PassesOverMembersWithoutLookingAtThem) {
     Bytes input = bytes(head + "02 00 06 00  FF FF FF FF 01 02 00 00 09 40 00 00 " + list_end +
                         "AA BB CC DD");

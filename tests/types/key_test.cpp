@@ -65,20 +65,6 @@ TEST(KeyHash, OfALongKeyIsTheDigestOfItsBigEndianEncoding) {
     EXPECT_EQ(hash_of(nullptr, *response), written(bytes("bea7382d901e315e022b1d88998aaa36")));
 }
 
-TEST(KeyHash, TellsLevelsApartAndNothingElse) {
-    const Endpoint<QEL_KX_LogMessage> endpoint;
-    Sample<QEL_KX_LogMessage> message;
-    fill(*message);
-    const std::string before = hash_of(endpoint.get(), *message);
-    std::strcpy(message->category, "another");
-    std::strcpy(message->message, "text");
-    EXPECT_EQ(hash_of(endpoint.get(), *message), before);
-    message->level = 301;
-    // 00000008 01020304 0A0B0C0D 00010004 0000012D 7F020000
-    EXPECT_EQ(hash_of(endpoint.get(), *message),
-              written(bytes("237a2efb870803e0b9383f7e3f3031bd")));
-}
-
 TEST(KeyHash, NeedsNoRoomInTheEndpointsStream) {
     const Endpoint<QEL_KX_LogMessage> endpoint;
     Sample<QEL_KX_LogMessage> message;

@@ -1,29 +1,12 @@
 // Plugin records, endpoint data, type support and type codes.
+#include <sstream>
+
 #include <gtest/gtest.h>
 
 #include "tests/platform_core/heap_faults.hpp"
-#include "tests/types/fake_endpoints.hpp"
 #include "tests/types/sample.hpp"
 
 namespace {
-
-TEST(Plugin, OfAKeyedTypeHasTheTypesOwnOperations) {
-    TULVTypePlugin* plugin = QEL_KX_LogMessagePlugin_new();
-    ASSERT_NE(plugin, nullptr);
-    EXPECT_EQ(plugin->serialize, QEL_KX_LogMessagePlugin_serialize);
-    EXPECT_EQ(plugin->deserialize, QEL_KX_LogMessagePlugin_deserialize);
-    EXPECT_EQ(plugin->instance_to_keyhash, QEL_KX_LogMessagePlugin_instance_to_keyhash);
-    EXPECT_EQ(plugin->get_key, TULVTypePluginDefaultEndpointData_getKey);
-    EXPECT_EQ(plugin->get_sample, TULVTypePluginDefaultEndpointData_getSample);
-    EXPECT_EQ(plugin->get_key_kind(), TULV_USER_KEY);
-    EXPECT_EQ(plugin->reserved, nullptr);
-    EXPECT_EQ(plugin->typeCode, QEL_KX_LogMessage_get_typecode());
-    EXPECT_EQ(plugin->pluginKind, 5640756U);
-    EXPECT_EQ(plugin->version.major, 2);
-    EXPECT_STREQ(plugin->typeName, "QEL::KX::LogMessage");
-    QEL_KX_LogMessagePlugin_delete(plugin);
-    QEL_KX_LogMessagePlugin_delete(nullptr);
-}
 
 /// Operations that every plugin has.
 void expect_complete(const TULVTypePlugin& plugin) {
@@ -74,6 +57,8 @@ TEST(Plugin, HasOperationsOnKeysExactlyIfTheTypeHasAKey) {
         ASSERT_NE(plugin, nullptr);
         EXPECT_STREQ(plugin->typeName, expected.name);
         EXPECT_STREQ(plugin->typeCode->name, expected.name);
+        EXPECT_EQ(plugin->pluginKind, 5640756U);
+        EXPECT_EQ(plugin->version.major, 2);
         expect_complete(*plugin);
         EXPECT_EQ(key_operations(*plugin), expected.keyed ? 10 : 0) << expected.name;
         EXPECT_EQ(plugin->get_key_kind(), expected.keyed ? TULV_USER_KEY : TULV_NO_KEY);
@@ -134,27 +119,6 @@ TEST(WithoutMemory, EndpointsAndPluginsAreNotMadeByHalves) {
     });
 }
 
-TEST(TypeSupport, RegistersACopyOfThePluginUnderAnyName) {
-    const long before = heap_faults::live_blocks();
-    DDS_DomainParticipant participant;
-    EXPECT_EQ(QEL_KX_ADMIN_StateTypeSupport_register_type(&participant, "some::name"),
-              DDS_RETCODE_OK);
-    EXPECT_EQ(participant.registered_name, "some::name");
-    EXPECT_EQ(participant.plugin.typeName, QEL_KX_ADMIN_StateTypeSupport_get_type_name());
-    EXPECT_EQ(heap_faults::live_blocks(), before);
-
-    participant.result = DDS_RETCODE_PRECONDITION_NOT_MET;
-    EXPECT_EQ(QEL_KX_ADMIN_StateTypeSupport_register_type(&participant, "some::name"),
-              DDS_RETCODE_PRECONDITION_NOT_MET);
-    EXPECT_EQ(QEL_KX_ADMIN_StateTypeSupport_unregister_type(&participant, "some::name"),
-              DDS_RETCODE_PRECONDITION_NOT_MET);
-    EXPECT_EQ(participant.registered_name, "not some::name");
-    EXPECT_EQ(QEL_KX_ADMIN_StateTypeSupport_register_type(nullptr, "x"), DDS_RETCODE_ERROR);
-    EXPECT_EQ(QEL_KX_ADMIN_StateTypeSupport_unregister_type(nullptr, "x"), DDS_RETCODE_ERROR);
-    heap_faults::fail_allocation(1);
-    EXPECT_EQ(QEL_KX_ADMIN_StateTypeSupport_register_type(&participant, "x"), DDS_RETCODE_ERROR);
-}
-
 TEST(TypeSupport, TellsAFailedCopy) {
     Sample<QEL_KX_ADMIN_CommandResponse> source;
     Sample<QEL_KX_ADMIN_CommandResponse> destination;
@@ -164,105 +128,55 @@ TEST(TypeSupport, TellsAFailedCopy) {
               DDS_RETCODE_ERROR);
 }
 
-struct ExpectedMember {
-    const char* name;
-    const DDS_TypeCode* type;
-    bool key;
-};
-
-void expect_members(const DDS_TypeCode& code, const std::vector<ExpectedMember>& expected,
-                    DDS_Long first_id = 0) {
-    SCOPED_TRACE(code.name);
-    ASSERT_EQ(code.memberCount, expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        const DDS_TypeCodeMember& member = code.members[i];
-        EXPECT_STREQ(member.name, expected[i].name);
-        EXPECT_EQ(member.id, first_id + static_cast<DDS_Long>(i));
-        EXPECT_EQ(member.flags,
-                  expected[i].key ? DDS_TYPECODE_KEY_MEMBER : DDS_TYPECODE_NONKEY_REQUIRED_MEMBER);
-        EXPECT_EQ(member.visibility, DDS_PUBLIC_MEMBER);
-        if (expected[i].type != nullptr) {
-            EXPECT_EQ(member.type, expected[i].type) << member.name;
-        }
+/// What a type code prints, in one line and without the modules around it.
+std::string idl_of(const DDS_TypeCode* code) {
+    testing::internal::CaptureStdout();
+    DDS_TypeCode_printIDL(code, 0);
+    std::istringstream printed(testing::internal::GetCapturedStdout());
+    std::string idl;
+    for (std::string line; std::getline(printed, line);) {
+        line.erase(0, line.find_first_not_of(' '));
+        idl += line.starts_with("module") || line == "};" ? "" : line + " ";
     }
+    return idl;
 }
 
-TEST(TypeCodes, OfStructuresListTheirMembers) {
-    const DDS_TypeCode* identity = QEL_KX_HostAndAppId_get_typecode();
-    EXPECT_EQ(identity->kind, DDS_TK_STRUCT);
-    EXPECT_EQ(identity->extensibility, DDS_FINAL_EXTENSIBILITY);
-    expect_members(*identity,
-                   {{"rtps_host_id", &DDS_g_tc_long, true}, {"rtps_app_id", &DDS_g_tc_long, true}});
-
-    const DDS_TypeCode* message = QEL_KX_LogMessage_get_typecode();
-    EXPECT_EQ(message->kind, DDS_TK_STRUCT);
-    EXPECT_EQ(message->extensibility, DDS_MUTABLE_EXTENSIBILITY);
-    expect_members(*message, {{"hostAndAppId", identity, true},
-                              {"level", &DDS_g_tc_long, true},
-                              {"category", nullptr, false},
-                              {"message", nullptr, false}});
-    for (const DDS_UnsignedLong index : {2U, 3U}) {
-        EXPECT_EQ(message->members[index].type->kind, DDS_TK_STRING);
-        EXPECT_EQ(message->members[index].type->bound, index == 2 ? 512U : 4096U);
+TEST(TypeCodes, DescribeTheTypesAsOtherProductsSeeThem) {
+    const std::pair<const DDS_TypeCode*, const char*> types[] = {
+        {QEL_KX_HostAndAppId_get_typecode(),
+         "@final struct HostAndAppId { @id(0) @key long rtps_host_id; "
+         "@id(1) @key long rtps_app_id; "},
+        {QEL_KX_LogMessage_get_typecode(),
+         "@mutable struct LogMessage { @id(0) @key QEL::KX::HostAndAppId hostAndAppId; "
+         "@id(1) @key long level; @id(2) string<512> category; @id(3) string<4096> message; "},
+        {QEL_KX_ADMIN_State_get_typecode(),
+         "@mutable struct State { @id(0) @key QEL::KX::HostAndAppId hostAndAppId; "
+         "@id(1) long administrationDomainId; @id(2) QEL::KX::ADMIN::StateKind state; "
+         "@id(3) string<256> applicationKind; @id(4) long filterLevel; "
+         "@id(5) QEL::KX::ADMIN::QELLoggerCategoryAndVerbosity qelLoggerVerbosities[5]; "
+         "@id(6) QEL::KX::ADMIN::QELLoggerPrintFormat qelLoggerPrintFormat; "},
+        {QEL_KX_ADMIN_Command_get_typecode(),
+         "@mutable union Command switch (QEL::KX::ADMIN::CommandKind) { "
+         "case QEL_KX_SET_LOG_LEVEL: @id(1) long filterLevel; "
+         "case QEL_KX_SET_QEL_LOGGER_LEVEL: @id(2) "
+         "sequence<QEL::KX::ADMIN::QELLoggerCategoryAndVerbosity, 5> categoryAndVerbosity; "
+         "case QEL_KX_SET_QEL_LOGGER_PRINT_FORMAT: "
+         "@id(3) QEL::KX::ADMIN::QELLoggerPrintFormat printFormat; "},
+        {QEL_KX_ADMIN_CommandRequest_get_typecode(),
+         "@mutable struct CommandRequest { @id(0) QEL::KX::HostAndAppId targetHostAndAppId; "
+         "@id(1) QEL::KX::HostAndAppId originatorHostAndAppId; @id(2) long invocation; "
+         "@id(3) QEL::KX::ADMIN::Command command; "},
+        {QEL_KX_ADMIN_CommandResponse_get_typecode(),
+         "@mutable struct CommandResponse { @id(0) @key QEL::KX::HostAndAppId hostAndAppId; "
+         "@id(1) QEL::KX::HostAndAppId originatorHostAndAppId; @id(2) long invocation; "
+         "@id(3) QEL::KX::ADMIN::CommandResult commandResult; @id(4) string<2048> message; "},
+        {QEL_KX_ADMIN_CommandResult_get_typecode(),
+         "enum CommandResult { @value(0) QEL_KX_COMMAND_RESULT_OK, "
+         "@value(1) QEL_KX_COMMAND_RESULT_NOT_SUPPORTED, @value(2) QEL_KX_COMMAND_RESULT_ERROR "},
+    };
+    for (const auto& [type, idl] : types) {
+        EXPECT_EQ(idl_of(type), idl);
     }
-
-    expect_members(
-        *QEL_KX_ADMIN_State_get_typecode(),
-        {{"hostAndAppId", identity, true},
-         {"administrationDomainId", &DDS_g_tc_long, false},
-         {"state", QEL_KX_ADMIN_StateKind_get_typecode(), false},
-         {"applicationKind", nullptr, false},
-         {"filterLevel", &DDS_g_tc_long, false},
-         {"qelLoggerVerbosities", nullptr, false},
-         {"qelLoggerPrintFormat", QEL_KX_ADMIN_QELLoggerPrintFormat_get_typecode(), false}});
-    const DDS_TypeCode* verbosities = QEL_KX_ADMIN_State_get_typecode()->members[5].type;
-    EXPECT_EQ(verbosities->kind, DDS_TK_ARRAY);
-    EXPECT_EQ(verbosities->bound, 5U);
-    EXPECT_EQ(verbosities->element, QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity_get_typecode());
-
-    expect_members(*QEL_KX_ADMIN_CommandRequest_get_typecode(),
-                   {{"targetHostAndAppId", identity, false},
-                    {"originatorHostAndAppId", identity, false},
-                    {"invocation", &DDS_g_tc_long, false},
-                    {"command", QEL_KX_ADMIN_Command_get_typecode(), false}});
-    expect_members(*QEL_KX_ADMIN_CommandResponse_get_typecode(),
-                   {{"hostAndAppId", identity, true},
-                    {"originatorHostAndAppId", identity, false},
-                    {"invocation", &DDS_g_tc_long, false},
-                    {"commandResult", QEL_KX_ADMIN_CommandResult_get_typecode(), false},
-                    {"message", nullptr, false}});
-}
-
-TEST(TypeCodes, OfTheUnionListTheBranchesWithTheirLabels) {
-    const DDS_TypeCode* command = QEL_KX_ADMIN_Command_get_typecode();
-    EXPECT_EQ(command->kind, DDS_TK_UNION);
-    EXPECT_EQ(command->extensibility, DDS_MUTABLE_EXTENSIBILITY);
-    EXPECT_EQ(command->element, QEL_KX_ADMIN_CommandKind_get_typecode());
-    expect_members(*command,
-                   {{"filterLevel", &DDS_g_tc_long, false},
-                    {"categoryAndVerbosity", nullptr, false},
-                    {"printFormat", QEL_KX_ADMIN_QELLoggerPrintFormat_get_typecode(), false}},
-                   1);
-    for (DDS_Long label = 0; label < 3; ++label) {
-        EXPECT_EQ(command->members[label].label, label);
-    }
-    EXPECT_EQ(command->members[1].type->kind, DDS_TK_SEQUENCE);
-    EXPECT_EQ(command->members[1].type->bound, 5U);
-    EXPECT_EQ(command->members[1].type->element,
-              QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity_get_typecode());
-}
-
-TEST(TypeCodes, OfEnumerationsListTheEnumeratorsWithTheirNumbers) {
-    const DDS_TypeCode* format = QEL_KX_ADMIN_QELLoggerPrintFormat_get_typecode();
-    EXPECT_EQ(format->kind, DDS_TK_ENUM);
-    ASSERT_EQ(format->memberCount, 7U);
-    EXPECT_STREQ(format->members[6].name, "QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_MAXIMAL");
-    EXPECT_EQ(format->members[6].id, QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_MAXIMAL);
-    EXPECT_EQ(QEL_KX_ADMIN_StateKind_get_typecode()->memberCount, 4U);
-    EXPECT_EQ(QEL_KX_ADMIN_CommandKind_get_typecode()->memberCount, 3U);
-    EXPECT_EQ(QEL_KX_ADMIN_CommandResult_get_typecode()->memberCount, 3U);
-    EXPECT_EQ(QEL_KX_ADMIN_QELLoggerVerbosity_get_typecode()->memberCount, 6U);
-    EXPECT_EQ(QEL_KX_ADMIN_QELLoggerCategory_get_typecode()->memberCount, 5U);
 }
 
 }  // namespace
