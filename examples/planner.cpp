@@ -50,7 +50,7 @@ private:
 };
 
 void plan(Logger& logger, const std::string& vehicle) {
-    for (int leg = 1; leg <= 8; ++leg) {
+    for (int leg = 1; leg <= 20; ++leg) {
         logger.log(QEL_KX_LEVEL_DEBUG, "route." + vehicle, "expanding leg " + std::to_string(leg));
         logger.log(QEL_KX_LEVEL_INFO, "route." + vehicle,
                    "leg " + std::to_string(leg) + " takes " + std::to_string(40 - leg) + " s");

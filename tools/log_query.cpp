@@ -2,70 +2,38 @@
 
 #include <fmt/format.h>
 #include <fnmatch.h>
-#include <strings.h>
-
-#include <algorithm>
-#include <charconv>
-#include <iterator>
 
 #include "orvane/core.h"
+#include "tools/named_numbers.hpp"
 
 namespace orvane::tools {
 namespace {
 
-struct NamedLevel {
-    std::string_view name;
-    std::int32_t number;
-};
-
-constexpr NamedLevel named_levels[] = {
+constexpr NamedNumber named_levels[] = {
     {"FATAL", QEL_KX_LEVEL_FATAL},   {"SEVERE", QEL_KX_LEVEL_SEVERE},
     {"ERROR", QEL_KX_LEVEL_ERROR},   {"WARNING", QEL_KX_LEVEL_WARNING},
     {"NOTICE", QEL_KX_LEVEL_NOTICE}, {"INFO", QEL_KX_LEVEL_INFO},
     {"DEBUG", QEL_KX_LEVEL_DEBUG},   {"TRACE", QEL_KX_LEVEL_TRACE},
 };
 
-template <typename Number>
-std::optional<Number> parse_number(std::string_view text, int base) {
-    Number number{};
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number, base);
-    if (error != std::errc{} || stop != end) {
-        return std::nullopt;
-    }
-    return number;
-}
-
-bool equal_in_any_case(std::string_view left, std::string_view right) {
-    return left.size() == right.size() && strncasecmp(left.data(), right.data(), left.size()) == 0;
-}
-
 }  // namespace
 
 std::optional<std::int32_t> parse_level(std::string_view text) {
-    const auto* named =
-        std::find_if(std::begin(named_levels), std::end(named_levels),
-                     [&](const NamedLevel& level) { return equal_in_any_case(level.name, text); });
-    if (named != std::end(named_levels)) {
-        return named->number;
-    }
-    return parse_number<std::int32_t>(text, 10);
+    const auto named = number_of_name(named_levels, text);
+    return named ? named : parse_number<std::int32_t>(text, 10);
 }
 
 std::string_view level_name(std::int32_t level) {
-    const auto* named =
-        std::find_if(std::begin(named_levels), std::end(named_levels),
-                     [&](const NamedLevel& candidate) { return candidate.number == level; });
-    return named == std::end(named_levels) ? std::string_view{} : named->name;
+    return name_of_number(named_levels, level);
+}
+
+std::string level_text(std::int32_t level) {
+    const std::string_view name = level_name(level);
+    return name.empty() ? std::to_string(level) : std::string{name};
 }
 
 std::string level_names() {
-    std::string names;
-    for (const NamedLevel& level : named_levels) {
-        names += names.empty() ? "" : ", ";
-        names += level.name;
-    }
-    return names;
+    return names_of(named_levels);
 }
 
 std::optional<Application> parse_application(std::string_view text) {

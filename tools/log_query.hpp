@@ -18,6 +18,9 @@ std::optional<std::int32_t> parse_level(std::string_view text);
 /// @return "FATAL" … "TRACE", or an empty text for a number that has no name.
 std::string_view level_name(std::int32_t level);
 
+/// The name, or the digits of a number that has none.
+std::string level_text(std::int32_t level);
+
 /// All names, for messages to the user: "FATAL, SEVERE, …".
 std::string level_names();
 

@@ -3,25 +3,37 @@
 #include <exception>
 
 #include "tools/exit_status.hpp"
+#include "tools/list.hpp"
+#include "tools/set.hpp"
 #include "tools/tail.hpp"
 
 namespace orvane::tools {
 namespace {
 
 int run(int argc, char** argv) {
-    CLI::App app{"Looks at what applications log over DDS."};
+    CLI::App app{"Looks at what applications log over DDS, and changes what they log."};
     app.set_version_flag("--version", "orvane " ORVANE_VERSION);
     app.require_subcommand(1);
 
     TailOptions tail_options;
     CLI::App* tail_command = add_tail_command(app, tail_options);
+    ListOptions list_options;
+    CLI::App* list_command = add_list_command(app, list_options);
+    // One record for all: only one of them can be asked for.
+    SetOptions set_options;
+    add_set_level_command(app, set_options);
+    add_set_verbosity_command(app, set_options);
+    add_set_format_command(app, set_options);
 
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? exit_success : exit_usage;
     }
-    return tail_command->parsed() ? tail(tail_options) : exit_usage;
+    if (tail_command->parsed()) {
+        return tail(tail_options);
+    }
+    return list_command->parsed() ? list(list_options) : set(set_options);
 }
 
 }  // namespace

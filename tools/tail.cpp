@@ -6,15 +6,14 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <set>
 #include <string>
-#include <system_error>
 #include <vector>
 
+#include "tools/arguments.hpp"
 #include "tools/exit_status.hpp"
 #include "tools/log_line.hpp"
 #include "tools/log_subscription.hpp"
@@ -138,19 +137,6 @@ CLI::Validator application_validator(std::optional<Application>& application) {
             "HOST:APP"};
 }
 
-CLI::Validator seconds_validator() {
-    return {[](std::string& text) -> std::string {
-                double seconds = 0;
-                const char* end = text.data() + text.size();
-                const auto [stop, error] = std::from_chars(text.data(), end, seconds);
-                // Written so that "nan" is refused too.
-                const bool valid = error == std::errc{} && stop == end && seconds >= 0;
-                return valid ? ""
-                             : fmt::format("'{}' is no time: seconds, 0 or more, expected", text);
-            },
-            "SECONDS"};
-}
-
 }  // namespace
 
 CLI::App* add_tail_command(CLI::App& app, TailOptions& options) {
@@ -160,9 +146,7 @@ CLI::App* add_tail_command(CLI::App& app, TailOptions& options) {
         "  orvane tail --level WARNING          warnings and what is more severe\n"
         "  orvane tail --category 'nav.*'       categories that begin with nav.\n"
         "  orvane tail --json --for 10 > logs   ten seconds of logs for a program");
-    command->add_option("--domain", options.domain_id, "DDS domain")
-        ->check(CLI::Range(0, 232))
-        ->capture_default_str();
+    add_domain_option(*command, options.domain_id);
     command
         ->add_option_function<std::string>(
             "--level", [](const std::string&) {}, "This level and more severe ones")
@@ -181,7 +165,7 @@ CLI::App* add_tail_command(CLI::App& app, TailOptions& options) {
         ->type_name("N")
         ->check(CLI::PositiveNumber);
     command->add_option("--for", options.seconds, "End after so many seconds")
-        ->type_name("")
+        ->type_name("SECONDS")
         ->check(seconds_validator());
     return command;
 }

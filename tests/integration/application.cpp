@@ -9,8 +9,9 @@
 namespace orvane::tests {
 namespace {
 
-std::vector<std::string> peer_command(int domain_id, const std::vector<std::string>& options) {
-    std::vector<std::string> command{ORVANE_APPLICATION, std::to_string(domain_id)};
+std::vector<std::string> peer_command(int domain_id, const std::vector<std::string>& options,
+                                      std::vector<std::string> command) {
+    command.insert(command.end(), {ORVANE_APPLICATION, std::to_string(domain_id)});
     command.insert(command.end(), options.begin(), options.end());
     return command;
 }
@@ -34,8 +35,9 @@ LoggedMessage parse_record(const std::string& line) {
 
 }  // namespace
 
-Application::Application(int domain_id, const std::vector<std::string>& options)
-    : process_{peer_command(domain_id, options)} {}
+Application::Application(int domain_id, const std::vector<std::string>& options,
+                         const std::vector<std::string>& launcher)
+    : process_{peer_command(domain_id, options, launcher)} {}
 
 void Application::start(const std::string& command) {
     process_.send_line(command);

@@ -28,7 +28,9 @@ struct LoggedMessage {
 /// The program of logging_peer.cpp, which explains its commands.
 class Application {
 public:
-    explicit Application(int domain_id, const std::vector<std::string>& options = {});
+    /// @param launcher a command that runs the program, such as one that enters a namespace
+    explicit Application(int domain_id, const std::vector<std::string>& options = {},
+                         const std::vector<std::string>& launcher = {});
 
     /// Sends a command whose answer comes later.
     void start(const std::string& command);

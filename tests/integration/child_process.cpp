@@ -35,7 +35,7 @@ Pipe make_pipe() {
     dup2(input, STDIN_FILENO);
     dup2(out, STDOUT_FILENO);
     dup2(error, STDERR_FILENO);
-    execv(arguments[0], arguments);
+    execvp(arguments[0], arguments);
     _exit(127);
 }
 

@@ -1,6 +1,7 @@
 // An application that logs what a test tells it to, one command a line:
 //
-//   usage: logging_peer DOMAIN [--own-participant]
+//   usage: logging_peer DOMAIN [--own-participant] [--kind APPLICATION_KIND]
+//                       [--profile LIBRARY PROFILE]
 //
 //   log LEVEL COUNT GAP_US    logs the next COUNT numbers, with a pause after each
 //   stamped LEVEL COUNT       logs the next COUNT numbers with times of this program's choice
@@ -47,9 +48,17 @@ std::string from_hexadecimal(std::string_view text) {
     return bytes;
 }
 
+struct Settings {
+    int domain_id = 0;
+    bool own_participant = false;
+    std::string application_kind;
+    std::string qos_library;
+    std::string qos_profile;
+};
+
 class Peer {
 public:
-    bool start(int domain_id, bool own_participant);
+    bool start(const Settings& settings);
     /// @return the answer
     std::string execute(const std::string& command);
 
@@ -68,12 +77,17 @@ private:
     int pulled_ = 0;
 };
 
-bool Peer::start(int domain_id, bool own_participant) {
+bool Peer::start(const Settings& settings) {
     OptionsPointer options{QEL_KX_Options_createDefault()};
-    QEL_KX_Options_setDomainId(options.get(), domain_id);
+    QEL_KX_Options_setDomainId(options.get(), settings.domain_id);
+    QEL_KX_Options_setApplicationKind(options.get(), settings.application_kind.c_str());
+    if (!settings.qos_profile.empty()) {
+        QEL_KX_Options_setQosLibrary(options.get(), settings.qos_library.c_str());
+        QEL_KX_Options_setQosProfile(options.get(), settings.qos_profile.c_str());
+    }
     QEL_KX_Options_setQueueSize(options.get(), 1024);
-    if (own_participant) {
-        trigger_ = SelfTrigger::open(domain_id, [this](std::string_view text) {
+    if (settings.own_participant) {
+        trigger_ = SelfTrigger::open(settings.domain_id, [this](std::string_view text) {
             const std::string message = "heard " + std::string{text};
             QEL_KX_Orvane_info(logger_.instance(), message.c_str());
         });
@@ -200,18 +214,34 @@ std::string Peer::execute(const std::string& command) {
     return "unknown command: " + command;
 }
 
+Settings parse(const std::vector<std::string>& arguments) {
+    Settings settings;
+    settings.domain_id = std::stoi(arguments[0]);
+    for (std::size_t i = 1; i < arguments.size(); ++i) {
+        if (arguments[i] == "--own-participant") {
+            settings.own_participant = true;
+        } else if (arguments[i] == "--kind" && i + 1 < arguments.size()) {
+            settings.application_kind = arguments[++i];
+        } else if (arguments[i] == "--profile" && i + 2 < arguments.size()) {
+            settings.qos_library = arguments[++i];
+            settings.qos_profile = arguments[++i];
+        }
+    }
+    return settings;
+}
+
 }  // namespace
 }  // namespace orvane::tests
 
 int main(int argc, char** argv) {
     const std::vector<std::string> arguments{argv + 1, argv + argc};
     if (arguments.empty()) {
-        std::cerr << "usage: logging_peer DOMAIN [--own-participant]\n";
+        std::cerr << "usage: logging_peer DOMAIN [--own-participant] [--kind APPLICATION_KIND]\n"
+                     "       [--profile LIBRARY PROFILE]\n";
         return EXIT_FAILURE;
     }
     orvane::tests::Peer peer;
-    const bool own_participant = arguments.size() > 1 && arguments[1] == "--own-participant";
-    if (!peer.start(std::stoi(arguments[0]), own_participant)) {
+    if (!peer.start(orvane::tests::parse(arguments))) {
         std::cerr << "logging_peer: could not start\n";
         return EXIT_FAILURE;
     }

@@ -18,22 +18,25 @@ std::int64_t nanoseconds_of(const std::string& text) {
     return timegm(&calendar) * std::int64_t{1'000'000'000} + std::stoll(rest);
 }
 
-std::vector<std::string> tail_command(int domain_id, const std::vector<std::string>& options) {
+std::vector<std::string> tail_arguments(int domain_id, const std::vector<std::string>& options) {
     std::vector<std::string> arguments{"tail", "--json", "--domain", std::to_string(domain_id)};
     arguments.insert(arguments.end(), options.begin(), options.end());
-    return tool_command(arguments);
+    return arguments;
 }
 
 }  // namespace
 
-std::vector<std::string> tool_command(const std::vector<std::string>& arguments) {
-    std::vector<std::string> command{ORVANE_VIEWER};
+std::vector<std::string> tool_command(const std::vector<std::string>& arguments,
+                                      const std::vector<std::string>& launcher) {
+    std::vector<std::string> command{launcher};
+    command.emplace_back(ORVANE_VIEWER);
     command.insert(command.end(), arguments.begin(), arguments.end());
     return command;
 }
 
-Viewer::Viewer(int domain_id, const std::vector<std::string>& options)
-    : process_{tail_command(domain_id, options)} {}
+Viewer::Viewer(int domain_id, const std::vector<std::string>& options,
+               const std::vector<std::string>& launcher)
+    : process_{tool_command(tail_arguments(domain_id, options), launcher)} {}
 
 void Viewer::parse(const Output& output) {
     for (; parsed_lines_ < output.out.size(); ++parsed_lines_) {

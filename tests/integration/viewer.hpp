@@ -23,12 +23,15 @@ struct ViewedMessage {
 };
 
 /// Runs `orvane` with arguments of the test's choice.
-std::vector<std::string> tool_command(const std::vector<std::string>& arguments);
+/// @param launcher a command that runs the program, such as one that enters a namespace
+std::vector<std::string> tool_command(const std::vector<std::string>& arguments,
+                                      const std::vector<std::string>& launcher = {});
 
 /// `orvane tail --json` of one domain.
 class Viewer {
 public:
-    explicit Viewer(int domain_id, const std::vector<std::string>& options = {});
+    explicit Viewer(int domain_id, const std::vector<std::string>& options = {},
+                    const std::vector<std::string>& launcher = {});
 
     /// The messages of one category that have arrived so far.
     std::vector<ViewedMessage> messages(const std::string& category);

@@ -39,6 +39,23 @@ TEST(CommandLine, RefusesWrongUsageAndNamesWhatIsValid) {
         {{"tail", "--for", "-1"}, "'-1' is no time: seconds, 0 or more, expected"},
         {{"tail", "--for", "nan"}, "seconds, 0 or more"},
         {{"tail", "--for", "5s"}, "seconds, 0 or more"},
+        {{"list", "pump"}, "pump"},
+        {{"list", "--domain", "233"}, "0 to 232"},
+        {{"list", "--timeout", "soon"}, "'soon' is no time: seconds, 0 or more, expected"},
+        {{"set-level"}, "TARGET is required"},
+        {{"set-level", "pump"}, "LEVEL is required"},
+        {{"set-level", "", "INFO"}, "one of HOST:APP, an application kind, or a pattern"},
+        {{"set-level", "pump", "LOUD"},
+         "'LOUD' is no level: one of SILENT, " + levels + " or a number from 0 on expected"},
+        {{"set-level", "pump", "--", "-1"}, "'-1' is no level: one of SILENT, " + levels},
+        {{"set-level", "pump", "INFO", "DEBUG"}, "At Most 1 required"},
+        {{"set-level", "pump", "INFO", "--domain", "-1"}, "0 to 232"},
+        {{"set-verbosity", "pump"}, "CATEGORY VERBOSITY is required"},
+        {{"set-verbosity", "pump", "NET", "ERROR"}, "one of PLATFORM, COMMUNICATION, DATABASE, "},
+        {{"set-verbosity", "pump", "API"}, "a verbosity for API is missing: one of SILENT, ERROR,"},
+        {{"set-verbosity", "pump", "API", "INFO"}, "one of SILENT, ERROR, WARNING, STATUS_LOCAL, "},
+        {{"set-verbosity", "pump", "API", "0", "4", "1"}, "the category API is given twice"},
+        {{"set-format", "pump", "7"}, "'7' is no print format: one of DEFAULT, TIMESTAMPED, "},
     };
     for (const auto& each : cases) {
         ChildProcess tool{tool_command(each.arguments)};
@@ -56,6 +73,10 @@ TEST(CommandLine, ExplainsItselfOnStandardOutput) {
     } cases[] = {
         {{"--help"}, "tail"},
         {{"tail", "--help"}, "--category"},
+        {{"list", "--help"}, "--watch"},
+        {{"set-level", "--help"}, "TRACE"},
+        {{"set-verbosity", "--help"}, "STATUS_REMOTE"},
+        {{"set-format", "--help"}, "MAXIMAL"},
         {{"--version"}, "orvane "},
     };
     for (const auto& each : cases) {

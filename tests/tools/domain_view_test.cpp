@@ -1,0 +1,125 @@
+#include "tools/domain_view.hpp"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "tests/tools/fake_domain.hpp"
+
+namespace orvane::tools {
+namespace {
+
+std::string kinds_of(const std::vector<LoggerState>& loggers) {
+    std::string kinds;
+    for (const LoggerState& logger : loggers) {
+        kinds += (kinds.empty() ? "" : " ") + logger.kind;
+    }
+    return kinds;
+}
+
+TEST(DomainView, LooksForLoggersUntilNothingNewComesOrTheOneMeantIsThere) {
+    const FakeLogger pump{.state = logger_state(1, "pump")};
+    const FakeLogger late{.state = logger_state(2, "late"), .publishes = 900ms, .heard = 950ms};
+    const FakeLogger later{.state = logger_state(3, "later"), .publishes = 1800ms, .heard = 2700ms};
+    const FakeLogger mute{.state = logger_state(4, "mute"), .heard = {}};
+    const struct {
+        const char* what;
+        std::vector<FakeLogger> loggers;
+        const char* target;
+        std::chrono::milliseconds longest;
+        const char* found;
+        std::chrono::milliseconds after;
+    } cases[] = {
+        {"nobody", {}, "", 5s, "", 5s},
+        {"one", {pump}, "", 5s, "pump", 1010ms},
+        {"news keeps it looking", {pump, late}, "", 5s, "pump late", 1950ms},
+        {"a writer without State keeps it waiting",
+         {pump, late, later},
+         "",
+         5s,
+         "pump late later",
+         3700ms},
+        {"not for ever", {pump, mute}, "", 5s, "pump", 5s},
+        {"kinds may be of several", {pump, late}, "p*", 5s, "pump late", 1950ms},
+        {"a kind that is not there", {pump}, "q*", 5s, "pump", 5s},
+        {"an application is one", {pump, late}, "0a141e28:2", 5s, "pump late", 950ms},
+        {"an application that is not there", {pump}, "0a141e28:9", 5s, "pump", 5s},
+        {"shorter than settling", {pump}, "", 500ms, "pump", 500ms},
+    };
+    for (const auto& each : cases) {
+        FakeDomain domain{each.loggers};
+        DomainView view{domain};
+        const auto target = LoggerTarget::parse(each.target);
+        EXPECT_TRUE(view.discover(target ? &*target : nullptr, each.longest)) << each.what;
+        EXPECT_EQ(kinds_of(view.loggers()), each.found) << each.what;
+        EXPECT_EQ(domain.elapsed(), each.after) << each.what;
+    }
+}
+
+TEST(DomainView, TellsWhatHappensToLoggers) {
+    using Kind = LoggerChange::Kind;
+    const LoggerState pump = logger_state(1, "pump");
+    LoggerState ended = pump;
+    ended.state = QEL_KX_STATE_NONOPERATIONAL;
+    const struct {
+        const char* what;
+        StateReport report;
+        std::vector<Kind> changes;
+    } steps[] = {
+        {"the end of an unknown one", {pump.application, {}, false}, {}},
+        {"a State whose writer is gone", {pump.application, pump, false}, {}},
+        {"a State", {pump.application, pump, true}, {Kind::appeared}},
+        {"the same State", {pump.application, pump, true}, {}},
+        {"its last State with its end",
+         {pump.application, ended, false},
+         {Kind::changed, Kind::gone}},
+        {"another life", {pump.application, pump, true}, {Kind::appeared}},
+        {"its end alone", {pump.application, {}, false}, {Kind::gone}},
+    };
+    FakeDomain domain{{}};
+    DomainView view{domain};
+    for (const auto& step : steps) {
+        domain.at(domain.elapsed() + 1ms,
+                  [&](Arrivals& arrivals) { arrivals.states.push_back(step.report); });
+        const auto news = view.next(1s);
+        ASSERT_TRUE(news) << step.what;
+        std::vector<Kind> kinds;
+        for (const LoggerChange& change : news->changes) {
+            kinds.push_back(change.kind);
+        }
+        EXPECT_EQ(kinds, step.changes) << step.what;
+    }
+    EXPECT_TRUE(view.loggers().empty());
+}
+
+TEST(LoggerTarget, IsAnApplicationOrAPatternForKindsAndMeansOnlyTheLiving) {
+    LoggerState pump = logger_state(0xc350, "pump-2");
+    const struct {
+        const char* target;
+        StateKind state;
+        bool matches;
+    } cases[] = {
+        {"0a141e28:0000c350", QEL_KX_STATE_OPERATIONAL, true},
+        {"A141E28:C350", QEL_KX_STATE_OPERATIONAL, true},
+        {"0a141e28:0000c351", QEL_KX_STATE_OPERATIONAL, false},
+        {"0a141e28:0000c350", QEL_KX_STATE_NONOPERATIONAL, false},
+        {"pump-2", QEL_KX_STATE_OPERATIONAL, true},
+        {"pump-2", QEL_KX_STATE_INITIALIZING, true},
+        {"pump-2", QEL_KX_STATE_NONOPERATIONAL, false},
+        {"pump-2", QEL_KX_STATE_SHUTTING_DOWN, false},
+        {"pump", QEL_KX_STATE_OPERATIONAL, false},
+        {"p?mp-[12]", QEL_KX_STATE_OPERATIONAL, true},
+        {"*", QEL_KX_STATE_OPERATIONAL, true},
+        {"PUMP-2", QEL_KX_STATE_OPERATIONAL, false},
+    };
+    for (const auto& each : cases) {
+        pump.state = each.state;
+        EXPECT_EQ(LoggerTarget::parse(each.target)->matches(pump), each.matches) << each.target;
+    }
+    EXPECT_FALSE(LoggerTarget::parse(""));
+}
+
+}  // namespace
+}  // namespace orvane::tools

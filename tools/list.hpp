@@ -1,0 +1,24 @@
+/// @file list.hpp
+/// @brief `orvane list`: shows the loggers of a domain.
+#pragma once
+
+#include <CLI/App.hpp>
+#include <cstdint>
+
+namespace orvane::tools {
+
+struct ListOptions {
+    std::int32_t domain_id = 0;
+    bool json = false;
+    bool watch = false;  ///< until SIGINT or SIGTERM
+    bool no_color = false;
+    double timeout_seconds = 5;
+};
+
+/// Declares the command and its options; parsing fills @p options.
+CLI::App* add_list_command(CLI::App& app, ListOptions& options);
+
+/// @return the process's exit status
+int list(const ListOptions& options);
+
+}  // namespace orvane::tools
