@@ -1,0 +1,50 @@
+/// @file foreign_process.hpp
+/// @brief The program of foreign_peer.cpp, which explains its lines, as a process of a test.
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tests/integration/application.hpp"
+
+namespace orvane::tests {
+
+using Fields = std::map<std::string, std::string>;
+
+/// A sample as the peer understood it; without anything when none has come.
+struct ForeignSample {
+    Fields properties;  ///< what belongs to the sample as a whole
+    Fields members;
+    std::string order;  ///< of the members, their names separated by spaces
+};
+
+class ForeignPeer {
+public:
+    explicit ForeignPeer(int domain_id, const std::vector<std::string>& options = {});
+
+    /// Repeats a request that changes nothing until the application answers.
+    /// @return whether it did. @param identity "HOST:APP" as the application tells it
+    [[nodiscard]] bool meet(const std::string& identity);
+
+    /// Sends a request. @return its invocation, which no other request of this test program has
+    std::string send(const std::string& identity, const std::string& words);
+    /// Sends a request and waits for the response.
+    ForeignSample ask(const std::string& identity, const std::string& words);
+
+    /// Waits for a sample of @p kind whose members have at least these values.
+    ForeignSample await(const std::string& kind, const Fields& members,
+                        std::chrono::milliseconds longest = patience);
+    /// What has arrived so far: of the kinds "log", "state" and "response".
+    std::vector<ForeignSample> samples(const std::string& kind);
+    /// What the peer could not understand.
+    std::vector<std::string> complaints();
+
+    ChildProcess& process() { return process_; }
+
+private:
+    ChildProcess process_;
+};
+
+}  // namespace orvane::tests
