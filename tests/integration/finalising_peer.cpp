@@ -1,17 +1,22 @@
 // An application that starts and finalises its logger again and again while it is logging.
 //
-//   finalising_peer threads DOMAIN CYCLES    four threads log without a pause, and the middleware
+//   finalising_peer threads DOMAIN CYCLES    eight threads log without a pause, and the middleware
 //                                            reports to the logger's device all that it does, such
 //                                            as receiving the samples of the trigger topic
 //   finalising_peer listener DOMAIN CYCLES   the logger shares the application's participant, whose
 //                                            listener logs for every sample of the trigger topic
 //   finalising_peer pull DOMAIN              writes samples of that topic until its input ends
+//   finalising_peer hang DOMAIN              hangs
 //
-// The end of every cycle is told by a line "> cycle N".
+// The end of every cycle is told by a line "> cycle N". A cycle that does not end makes the program
+// print the stacks of its threads and abort.
+
+#include <unistd.h>
 
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
@@ -26,11 +31,16 @@
 #include "tests/integration/peer_logger.hpp"
 #include "tests/integration/peer_protocol.hpp"
 #include "tests/integration/self_trigger.hpp"
+#include "tests/integration/watchdog.hpp"
 
 namespace orvane::tests {
 namespace {
 
 using namespace std::chrono_literals;
+
+constexpr auto longest_cycle = 20s;
+
+std::FILE* answers = nullptr;
 
 OptionsPointer options_for(int domain_id) {
     OptionsPointer options{QEL_KX_Options_createDefault()};
@@ -39,38 +49,50 @@ OptionsPointer options_for(int domain_id) {
     return options;
 }
 
-/// Prints a line in one piece: the middleware's threads print too.
-void tell(const std::string& text) {
-    std::cout << (std::string{answer_mark} + text + '\n') << std::flush;
+/// Takes the standard output for @ref tell alone. The middleware prints there what it reports while
+/// there is no logger, which is more than a test can read in time.
+void silence_middleware() {
+    const int output = dup(STDOUT_FILENO);
+    if (std::freopen("/dev/null", "w", stdout) == nullptr || output < 0) {
+        std::exit(EXIT_FAILURE);
+    }
+    answers = fdopen(output, "w");
 }
 
-/// Starts and finishes; @p under_fire waits until there has been logging in this cycle.
+void tell(const std::string& text) {
+    std::fprintf(answers, "%s%s\n", std::string{answer_mark}.c_str(), text.c_str());
+    std::fflush(answers);
+}
+
+/// Starts and finishes; @p under_fire waits until there has been logging in that cycle.
 bool run_cycles(PeerLogger& logger, int cycles, const std::function<OptionsPointer()>& make_options,
-                const std::function<void()>& under_fire) {
+                const std::function<void(int cycle)>& under_fire) {
+    Watchdog watchdog{longest_cycle};
     for (int cycle = 1; cycle <= cycles; ++cycle) {
         if (!logger.start(make_options())) {
             tell("could not start in cycle " + std::to_string(cycle));
             return false;
         }
-        under_fire();
+        under_fire(cycle);
         if (logger.finish() != DDS_RETCODE_OK) {
             tell("could not finalise in cycle " + std::to_string(cycle));
             return false;
         }
         tell("cycle " + std::to_string(cycle));
+        watchdog.all_is_well();
     }
     return true;
 }
 
 bool fire_from_threads(int domain_id, int cycles) {
-    constexpr int calls_per_cycle = 400;
+    // Most instances live for a few milliseconds only. In each tenth there is time for remote tools
+    // to find it and to send commands.
+    const auto calls_in = [](int cycle) { return cycle % 10 == 0 ? 8000 : 400; };
     // Keeps the engine's threads busy, and reporting, while the logger comes and goes.
     const std::unique_ptr<SelfTrigger> trigger = SelfTrigger::open(domain_id, [](auto) {});
     if (!trigger) {
         return false;
     }
-    PEXA_Config_Logger_set_verbosity(PEXA_Config_Logger_get_instance(),
-                                     PEXA_CONFIG_LOG_VERBOSITY_STATUS_ALL);
     PeerLogger logger;
     std::atomic<int> calls{0};
     const auto keep_logging = [&](const std::stop_token& token) {
@@ -81,13 +103,20 @@ bool fire_from_threads(int domain_id, int cycles) {
             std::this_thread::sleep_for(200us);
         }
     };
-    const std::array<std::jthread, 4> threads{
-        std::jthread{keep_logging}, std::jthread{keep_logging}, std::jthread{keep_logging},
-        std::jthread{keep_logging}};
+    std::array<std::jthread, 8> threads;
+    for (std::jthread& thread : threads) {
+        thread = std::jthread{keep_logging};
+    }
     return run_cycles(
-        logger, cycles, [&] { return options_for(domain_id); },
+        logger, cycles,
         [&] {
-            const int enough = calls + calls_per_cycle;
+            // Again each time, because remote tools change it.
+            PEXA_Config_Logger_set_verbosity(PEXA_Config_Logger_get_instance(),
+                                             PEXA_CONFIG_LOG_VERBOSITY_STATUS_ALL);
+            return options_for(domain_id);
+        },
+        [&](int cycle) {
+            const int enough = calls + calls_in(cycle);
             while (calls < enough) {
                 std::this_thread::sleep_for(1ms);
             }
@@ -121,7 +150,7 @@ bool fire_from_listener(int domain_id, int cycles) {
             QEL_KX_Options_setDomainParticipant(options.get(), trigger->participant());
             return options;
         },
-        [&] { trigger->wait_until_heard(trigger->heard() + samples_per_cycle, 20s); });
+        [&](int) { trigger->wait_until_heard(trigger->heard() + samples_per_cycle, 20s); });
     return finished && trigger->heard() >= cycles * samples_per_cycle;
 }
 
@@ -136,6 +165,12 @@ bool pull(int domain_id) {
     return true;
 }
 
+void hang(int domain_id) {
+    const std::unique_ptr<SelfTrigger> trigger = SelfTrigger::open(domain_id, [](auto) {});
+    const Watchdog watchdog{100ms};
+    std::this_thread::sleep_for(longest_cycle);
+}
+
 bool run(const std::vector<std::string>& arguments) {
     const std::string mode = arguments.empty() ? "" : arguments[0];
     const int domain_id = arguments.size() > 1 ? std::stoi(arguments[1]) : 0;
@@ -146,6 +181,10 @@ bool run(const std::vector<std::string>& arguments) {
     if (mode == "listener") {
         return fire_from_listener(domain_id, cycles);
     }
+    if (mode == "hang") {
+        hang(domain_id);
+        return false;
+    }
     return mode == "pull" && pull(domain_id);
 }
 
@@ -153,5 +192,6 @@ bool run(const std::vector<std::string>& arguments) {
 }  // namespace orvane::tests
 
 int main(int argc, char** argv) {
+    orvane::tests::silence_middleware();
     return orvane::tests::run({argv + 1, argv + argc}) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
