@@ -23,11 +23,12 @@ bool has_line(const Output& output, const std::string& line) {
     return std::find(output.out.begin(), output.out.end(), line) != output.out.end();
 }
 
-/// The end of what the process printed, or the stacks that its watchdog has printed.
+/// The end of what the process printed, or all since its watchdog or a sanitizer spoke.
 std::string last_lines(ChildProcess& process) {
     constexpr std::size_t longest = 4000;
     const std::string text = process.transcript();
-    const std::size_t stacks = text.find("nothing has gone on");
+    const std::size_t stacks =
+        std::min(text.find("nothing has gone on"), text.find("WARNING: ThreadSanitizer"));
     const std::size_t start = text.size() > longest ? text.size() - longest : 0;
     return text.substr(std::min(stacks, start));
 }
