@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <exception>
 
+#include "tools/check_config.hpp"
 #include "tools/exit_status.hpp"
 #include "tools/list.hpp"
 #include "tools/set.hpp"
@@ -24,6 +25,8 @@ int run(int argc, char** argv) {
     add_set_level_command(app, set_options);
     add_set_verbosity_command(app, set_options);
     add_set_format_command(app, set_options);
+    CheckConfigOptions check_options;
+    CLI::App* check_command = add_check_config_command(app, check_options);
 
     try {
         app.parse(argc, argv);
@@ -32,6 +35,9 @@ int run(int argc, char** argv) {
     }
     if (tail_command->parsed()) {
         return tail(tail_options);
+    }
+    if (check_command->parsed()) {
+        return check_config(check_options);
     }
     return list_command->parsed() ? list(list_options) : set(set_options);
 }

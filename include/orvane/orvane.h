@@ -8,5 +8,6 @@
 #include "orvane/admin.h"
 #include "orvane/core.h"
 #include "orvane/types.h"
+#include "orvane/xml.h"
 
 #endif

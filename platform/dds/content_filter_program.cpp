@@ -2,32 +2,10 @@
 
 #include <compare>
 
+#include "dds/wildcard.hpp"
+
 namespace pexa::dds {
 namespace {
-
-// % stands for any characters, _ for one. After a mismatch the search goes on behind the last %
-// alone, for whatever an earlier one could take up, the last one can too.
-bool is_like(std::string_view text, std::string_view pattern) {
-    std::size_t t = 0;
-    std::size_t p = 0;
-    std::size_t retry_text = 0;
-    std::size_t retry_pattern = std::string_view::npos;
-    while (t < text.size()) {
-        if (p < pattern.size() && pattern[p] == '%') {
-            retry_pattern = ++p;
-            retry_text = t;
-        } else if (p < pattern.size() && (pattern[p] == '_' || pattern[p] == text[t])) {
-            ++p;
-            ++t;
-        } else if (retry_pattern != std::string_view::npos) {
-            p = retry_pattern;
-            t = ++retry_text;
-        } else {
-            return false;
-        }
-    }
-    return pattern.find_first_not_of('%', p) == std::string_view::npos;
-}
 
 bool holds_for(Comparison comparison, std::strong_ordering order) {
     switch (comparison) {
@@ -51,7 +29,7 @@ bool holds_for(Comparison comparison, std::strong_ordering order) {
 
 bool holds_for(const Step& step, const FilterValue& left, const FilterValue& right) {
     if (step.comparison == Comparison::like) {
-        return is_like(left.text, right.text);
+        return matches(left.text, right.text, {'%', '_'});
     }
     return holds_for(step.comparison,
                      step.text ? left.text <=> right.text : left.number <=> right.number);

@@ -55,6 +55,17 @@ DDS_ReturnCode_t DDS_DomainParticipantFactory_set_default_participant_qos(
     return dds::call(__func__, self, &dds::Factory::set_default_participant_qos, qos);
 }
 
+DDS_ReturnCode_t DDS_DomainParticipantFactory_load_qos_profiles(DDS_DomainParticipantFactory* self,
+                                                                const char* fileName) {
+    return dds::call(__func__, self, &dds::Factory::load_profiles,
+                     dds::required("fileName", fileName));
+}
+
+DDS_ReturnCode_t DDS_DomainParticipantFactory_reload_qos_profiles(
+    DDS_DomainParticipantFactory* self) {
+    return dds::call(__func__, self, &dds::Factory::reload_profiles);
+}
+
 DDS_ReturnCode_t DDS_DomainParticipantFactory_get_qos_profiles(DDS_DomainParticipantFactory* self,
                                                                DDS_StringSeq* names,
                                                                const char* library) {
@@ -72,7 +83,7 @@ DDS_ReturnCode_t DDS_DomainParticipantFactory_get_participant_qos_from_profile(
     const char* profile) {
     return dds::call(__func__, self, &dds::Factory::get_profile_qos<DDS_DomainParticipantQos>,
                      dds::required("qos", qos), dds::required("library", library),
-                     dds::required("profile", profile));
+                     dds::required("profile", profile), static_cast<const char*>(nullptr));
 }
 
 DDS_ReturnCode_t DDS_DomainParticipantFactory_get_publisher_qos_from_profile(
@@ -80,7 +91,7 @@ DDS_ReturnCode_t DDS_DomainParticipantFactory_get_publisher_qos_from_profile(
     const char* profile) {
     return dds::call(__func__, self, &dds::Factory::get_profile_qos<DDS_PublisherQos>,
                      dds::required("qos", qos), dds::required("library", library),
-                     dds::required("profile", profile));
+                     dds::required("profile", profile), static_cast<const char*>(nullptr));
 }
 
 DDS_ReturnCode_t DDS_DomainParticipantFactory_get_subscriber_qos_from_profile(
@@ -88,29 +99,29 @@ DDS_ReturnCode_t DDS_DomainParticipantFactory_get_subscriber_qos_from_profile(
     const char* profile) {
     return dds::call(__func__, self, &dds::Factory::get_profile_qos<DDS_SubscriberQos>,
                      dds::required("qos", qos), dds::required("library", library),
-                     dds::required("profile", profile));
+                     dds::required("profile", profile), static_cast<const char*>(nullptr));
 }
 
 DDS_ReturnCode_t DDS_DomainParticipantFactory_get_topic_qos_from_profile_w_topic_name(
     DDS_DomainParticipantFactory* self, DDS_TopicQos* qos, const char* library, const char* profile,
-    const char* /*topicName*/) {
+    const char* topicName) {
     return dds::call(__func__, self, &dds::Factory::get_profile_qos<DDS_TopicQos>,
                      dds::required("qos", qos), dds::required("library", library),
-                     dds::required("profile", profile));
+                     dds::required("profile", profile), topicName);
 }
 
 DDS_ReturnCode_t DDS_DomainParticipantFactory_get_datawriter_qos_from_profile_w_topic_name(
     DDS_DomainParticipantFactory* self, DDS_DataWriterQos* qos, const char* library,
-    const char* profile, const char* /*topicName*/) {
+    const char* profile, const char* topicName) {
     return dds::call(__func__, self, &dds::Factory::get_profile_qos<DDS_DataWriterQos>,
                      dds::required("qos", qos), dds::required("library", library),
-                     dds::required("profile", profile));
+                     dds::required("profile", profile), topicName);
 }
 
 DDS_ReturnCode_t DDS_DomainParticipantFactory_get_datareader_qos_from_profile_w_topic_name(
     DDS_DomainParticipantFactory* self, DDS_DataReaderQos* qos, const char* library,
-    const char* profile, const char* /*topicName*/) {
+    const char* profile, const char* topicName) {
     return dds::call(__func__, self, &dds::Factory::get_profile_qos<DDS_DataReaderQos>,
                      dds::required("qos", qos), dds::required("library", library),
-                     dds::required("profile", profile));
+                     dds::required("profile", profile), topicName);
 }

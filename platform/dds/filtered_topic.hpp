@@ -28,6 +28,7 @@ public:
     [[nodiscard]] const char* expression() const { return expression_.c_str(); }
     [[nodiscard]] Topic* related_topic() const { return &related_; }
     [[nodiscard]] TopicDescription* as_description() { return this; }
+    [[nodiscard]] const char* topic_name() const override { return related_.name(); }
 
     [[nodiscard]] engine::EntityId engine_topic(const Operation& operation) override;
 

@@ -24,7 +24,14 @@ DDS_ReturnCode_t first_failure(DDS_ReturnCode_t earlier, DDS_ReturnCode_t later)
 }  // namespace
 
 Participant::Participant(Factory& factory, DDS_DomainId_t domain)
-    : QosEntity(nullptr, factory.default_participant_qos()), factory_(factory), domain_(domain) {}
+    : QosEntity(nullptr, factory.default_participant_qos()),
+      factory_(factory),
+      domain_(domain),
+      default_publisher_qos_(factory.profiles()),
+      default_subscriber_qos_(factory.profiles()),
+      default_topic_qos_(factory.profiles()),
+      default_writer_qos_(factory.profiles()),
+      default_reader_qos_(factory.profiles()) {}
 
 Participant::~Participant() = default;
 
@@ -86,8 +93,9 @@ DDS_ReturnCode_t Participant::get_qos(DDS_DomainParticipantQos& qos) const {
     return to_return_code(status);
 }
 
-DDS_ReturnCode_t Participant::get_default_publisher_qos(DDS_PublisherQos& qos) const {
-    return default_publisher_qos_.copy_to(qos);
+DDS_ReturnCode_t Participant::get_default_publisher_qos(const Operation& operation,
+                                                        DDS_PublisherQos& qos) const {
+    return default_publisher_qos_.copy_to(operation, nullptr, qos);
 }
 
 DDS_ReturnCode_t Participant::set_default_publisher_qos(const Operation& operation,
@@ -95,8 +103,9 @@ DDS_ReturnCode_t Participant::set_default_publisher_qos(const Operation& operati
     return default_publisher_qos_.assign_checked(operation, qos);
 }
 
-DDS_ReturnCode_t Participant::get_default_subscriber_qos(DDS_SubscriberQos& qos) const {
-    return default_subscriber_qos_.copy_to(qos);
+DDS_ReturnCode_t Participant::get_default_subscriber_qos(const Operation& operation,
+                                                         DDS_SubscriberQos& qos) const {
+    return default_subscriber_qos_.copy_to(operation, nullptr, qos);
 }
 
 DDS_ReturnCode_t Participant::set_default_subscriber_qos(const Operation& operation,
@@ -104,8 +113,9 @@ DDS_ReturnCode_t Participant::set_default_subscriber_qos(const Operation& operat
     return default_subscriber_qos_.assign_checked(operation, qos);
 }
 
-DDS_ReturnCode_t Participant::get_default_topic_qos(DDS_TopicQos& qos) const {
-    return default_topic_qos_.copy_to(qos);
+DDS_ReturnCode_t Participant::get_default_topic_qos(const Operation& operation, DDS_TopicQos& qos,
+                                                    const char* topic_name) const {
+    return default_topic_qos_.copy_to(operation, topic_name, qos);
 }
 
 DDS_ReturnCode_t Participant::set_default_topic_qos(const Operation& operation,
@@ -113,12 +123,16 @@ DDS_ReturnCode_t Participant::set_default_topic_qos(const Operation& operation,
     return default_topic_qos_.assign_checked(operation, qos);
 }
 
-DDS_ReturnCode_t Participant::get_default_writer_qos(DDS_DataWriterQos& qos) const {
-    return default_writer_qos_.copy_to(qos);
+DDS_ReturnCode_t Participant::get_default_writer_qos(const Operation& operation,
+                                                     DDS_DataWriterQos& qos,
+                                                     const char* topic_name) const {
+    return default_writer_qos_.copy_to(operation, topic_name, qos);
 }
 
-DDS_ReturnCode_t Participant::get_default_reader_qos(DDS_DataReaderQos& qos) const {
-    return default_reader_qos_.copy_to(qos);
+DDS_ReturnCode_t Participant::get_default_reader_qos(const Operation& operation,
+                                                     DDS_DataReaderQos& qos,
+                                                     const char* topic_name) const {
+    return default_reader_qos_.copy_to(operation, topic_name, qos);
 }
 
 DDS_ReturnCode_t Participant::assert_liveliness() const {

@@ -69,29 +69,37 @@ public:
     /// @}
 
     /// @name Default QoS of what it contains, and of what that contains
-    /// To set a NULL QoS restores the DDS standard's.
+    /// To set a NULL QoS takes back what was set.
     /// @{
-    [[nodiscard]] const KeptQos<DDS_PublisherQos>& default_publisher_qos() const {
+    [[nodiscard]] const DefaultQos<DDS_PublisherQos>& default_publisher_qos() const {
         return default_publisher_qos_;
     }
-    [[nodiscard]] const KeptQos<DDS_SubscriberQos>& default_subscriber_qos() const {
+    [[nodiscard]] const DefaultQos<DDS_SubscriberQos>& default_subscriber_qos() const {
         return default_subscriber_qos_;
     }
-    [[nodiscard]] const KeptQos<DDS_TopicQos>& default_topic_qos() const {
+    [[nodiscard]] const DefaultQos<DDS_TopicQos>& default_topic_qos() const {
         return default_topic_qos_;
     }
-    [[nodiscard]] DDS_ReturnCode_t get_default_publisher_qos(DDS_PublisherQos& qos) const;
+    [[nodiscard]] DDS_ReturnCode_t get_default_publisher_qos(const Operation& operation,
+                                                             DDS_PublisherQos& qos) const;
     [[nodiscard]] DDS_ReturnCode_t set_default_publisher_qos(const Operation& operation,
                                                              const DDS_PublisherQos* qos);
-    [[nodiscard]] DDS_ReturnCode_t get_default_subscriber_qos(DDS_SubscriberQos& qos) const;
+    [[nodiscard]] DDS_ReturnCode_t get_default_subscriber_qos(const Operation& operation,
+                                                              DDS_SubscriberQos& qos) const;
     [[nodiscard]] DDS_ReturnCode_t set_default_subscriber_qos(const Operation& operation,
                                                               const DDS_SubscriberQos* qos);
-    [[nodiscard]] DDS_ReturnCode_t get_default_topic_qos(DDS_TopicQos& qos) const;
+    [[nodiscard]] DDS_ReturnCode_t get_default_topic_qos(const Operation& operation,
+                                                         DDS_TopicQos& qos,
+                                                         const char* topic_name) const;
     [[nodiscard]] DDS_ReturnCode_t set_default_topic_qos(const Operation& operation,
                                                          const DDS_TopicQos* qos);
     /// What a publisher or subscriber starts with.
-    [[nodiscard]] DDS_ReturnCode_t get_default_writer_qos(DDS_DataWriterQos& qos) const;
-    [[nodiscard]] DDS_ReturnCode_t get_default_reader_qos(DDS_DataReaderQos& qos) const;
+    [[nodiscard]] DDS_ReturnCode_t get_default_writer_qos(const Operation& operation,
+                                                          DDS_DataWriterQos& qos,
+                                                          const char* topic_name) const;
+    [[nodiscard]] DDS_ReturnCode_t get_default_reader_qos(const Operation& operation,
+                                                          DDS_DataReaderQos& qos,
+                                                          const char* topic_name) const;
     /// @}
 
 private:
@@ -109,11 +117,11 @@ private:
     Factory& factory_;
     DDS_DomainId_t domain_;
     bool wrapped_ = false;
-    KeptQos<DDS_PublisherQos> default_publisher_qos_;
-    KeptQos<DDS_SubscriberQos> default_subscriber_qos_;
-    KeptQos<DDS_TopicQos> default_topic_qos_;
-    KeptQos<DDS_DataWriterQos> default_writer_qos_;
-    KeptQos<DDS_DataReaderQos> default_reader_qos_;
+    DefaultQos<DDS_PublisherQos> default_publisher_qos_;
+    DefaultQos<DDS_SubscriberQos> default_subscriber_qos_;
+    DefaultQos<DDS_TopicQos> default_topic_qos_;
+    DefaultQos<DDS_DataWriterQos> default_writer_qos_;
+    DefaultQos<DDS_DataReaderQos> default_reader_qos_;
 
     mutable std::mutex types_mutex_;
     std::map<std::string, std::shared_ptr<const TypeAdapter>> types_;

@@ -138,19 +138,19 @@ DDS_ReturnCode_t DDS_DomainParticipant_set_default_topic_qos(DDS_DomainParticipa
 }
 
 DDS_ReturnCode_t DDS_DomainParticipant_get_default_topic_qos_w_topic_name(
-    DDS_DomainParticipant* self, DDS_TopicQos* qos, const char* /*topicName*/) {
+    DDS_DomainParticipant* self, DDS_TopicQos* qos, const char* topicName) {
     return dds::call(__func__, self, &dds::Participant::get_default_topic_qos,
-                     dds::required("qos", qos));
+                     dds::required("qos", qos), topicName);
 }
 
 DDS_ReturnCode_t DDS_DomainParticipant_get_default_datawriter_qos_w_topic_name(
-    DDS_DomainParticipant* self, DDS_DataWriterQos* qos, const char* /*topicName*/) {
+    DDS_DomainParticipant* self, DDS_DataWriterQos* qos, const char* topicName) {
     return dds::call(__func__, self, &dds::Participant::get_default_writer_qos,
-                     dds::required("qos", qos));
+                     dds::required("qos", qos), topicName);
 }
 
 DDS_ReturnCode_t DDS_DomainParticipant_get_default_datareader_qos_w_topic_name(
-    DDS_DomainParticipant* self, DDS_DataReaderQos* qos, const char* /*topicName*/) {
+    DDS_DomainParticipant* self, DDS_DataReaderQos* qos, const char* topicName) {
     return dds::call(__func__, self, &dds::Participant::get_default_reader_qos,
-                     dds::required("qos", qos));
+                     dds::required("qos", qos), topicName);
 }

@@ -14,25 +14,6 @@ namespace {
 constinit std::mutex instance_mutex;
 constinit Factory* the_instance = nullptr;
 
-const DDS_DomainParticipantQos& part(const QosProfile& profile, const DDS_DomainParticipantQos&) {
-    return profile.participant.get();
-}
-const DDS_TopicQos& part(const QosProfile& profile, const DDS_TopicQos&) {
-    return profile.topic.get();
-}
-const DDS_PublisherQos& part(const QosProfile& profile, const DDS_PublisherQos&) {
-    return profile.publisher.get();
-}
-const DDS_SubscriberQos& part(const QosProfile& profile, const DDS_SubscriberQos&) {
-    return profile.subscriber.get();
-}
-const DDS_DataWriterQos& part(const QosProfile& profile, const DDS_DataWriterQos&) {
-    return profile.writer.get();
-}
-const DDS_DataReaderQos& part(const QosProfile& profile, const DDS_DataReaderQos&) {
-    return profile.reader.get();
-}
-
 }  // namespace
 
 Factory* Factory::instance() {
@@ -101,38 +82,41 @@ Participant* Factory::find_participant(DDS_DomainId_t domain) const {
         [&](const Participant& participant) { return participant.domain() == domain; });
 }
 
-DDS_ReturnCode_t Factory::get_profiles(DDS_StringSeq& names, const char* library) const {
-    return store_strings(profiles_.profiles(library), names);
+DDS_ReturnCode_t Factory::get_profiles(const Operation& operation, DDS_StringSeq& names,
+                                       const char* library) {
+    return store_strings(profiles_.get(operation)->profiles(library), names);
 }
 
-DDS_ReturnCode_t Factory::get_libraries(DDS_StringSeq& names) const {
-    return store_strings(profiles_.libraries(), names);
+DDS_ReturnCode_t Factory::get_libraries(const Operation& operation, DDS_StringSeq& names) {
+    return store_strings(profiles_.get(operation)->libraries(), names);
 }
 
 template <typename Record>
 DDS_ReturnCode_t Factory::get_profile_qos(const Operation& operation, Record& qos,
-                                          const char* library, const char* profile) const {
-    const QosProfile* found = profiles_.find(library, profile);
+                                          const char* library, const char* profile,
+                                          const char* topic_name) {
+    const std::shared_ptr<const ProfileStore> store = profiles_.get(operation);
+    const QosProfile* found = store->find({library, profile});
     if (found == nullptr) {
         char text[256];
         std::snprintf(text, sizeof text, "looking for profile \"%s\" of library \"%s\"", profile,
                       library);
         return operation.failed(text, DDS_RETCODE_NO_DATA);
     }
-    return qos_record::copy(policies_of<Record>(), &qos, &part(*found, qos));
+    return store->fill(*found, topic_name, qos);
 }
 
 template DDS_ReturnCode_t Factory::get_profile_qos(const Operation&, DDS_DomainParticipantQos&,
-                                                   const char*, const char*) const;
+                                                   const char*, const char*, const char*);
 template DDS_ReturnCode_t Factory::get_profile_qos(const Operation&, DDS_TopicQos&, const char*,
-                                                   const char*) const;
+                                                   const char*, const char*);
 template DDS_ReturnCode_t Factory::get_profile_qos(const Operation&, DDS_PublisherQos&, const char*,
-                                                   const char*) const;
+                                                   const char*, const char*);
 template DDS_ReturnCode_t Factory::get_profile_qos(const Operation&, DDS_SubscriberQos&,
-                                                   const char*, const char*) const;
+                                                   const char*, const char*, const char*);
 template DDS_ReturnCode_t Factory::get_profile_qos(const Operation&, DDS_DataWriterQos&,
-                                                   const char*, const char*) const;
+                                                   const char*, const char*, const char*);
 template DDS_ReturnCode_t Factory::get_profile_qos(const Operation&, DDS_DataReaderQos&,
-                                                   const char*, const char*) const;
+                                                   const char*, const char*, const char*);
 
 }  // namespace pexa::dds

@@ -4,7 +4,7 @@
 
 #include "dds/children.hpp"
 #include "dds/participant.hpp"
-#include "dds/profile_store.hpp"
+#include "dds/profiles.hpp"
 
 namespace pexa::dds {
 
@@ -26,13 +26,14 @@ public:
                                            const DDS_DomainParticipantFactoryQos* qos) {
         return qos_.assign_checked(operation, qos);
     }
-    [[nodiscard]] const KeptQos<DDS_DomainParticipantQos>& default_participant_qos() const {
+    [[nodiscard]] const DefaultQos<DDS_DomainParticipantQos>& default_participant_qos() const {
         return default_participant_qos_;
     }
     [[nodiscard]] DDS_ReturnCode_t get_default_participant_qos(
-        DDS_DomainParticipantQos& qos) const {
-        return default_participant_qos_.copy_to(qos);
+        const Operation& operation, DDS_DomainParticipantQos& qos) const {
+        return default_participant_qos_.copy_to(operation, nullptr, qos);
     }
+    /// @param qos NULL to take back what was set
     [[nodiscard]] DDS_ReturnCode_t set_default_participant_qos(
         const Operation& operation, const DDS_DomainParticipantQos* qos) {
         return default_participant_qos_.assign_checked(operation, qos);
@@ -51,21 +52,30 @@ public:
 
     /// @name QoS profiles
     /// @{
-    [[nodiscard]] DDS_ReturnCode_t get_profiles(DDS_StringSeq& names, const char* library) const;
-    [[nodiscard]] DDS_ReturnCode_t get_libraries(DDS_StringSeq& names) const;
+    [[nodiscard]] Profiles& profiles() { return profiles_; }
+    [[nodiscard]] DDS_ReturnCode_t load_profiles(const Operation& operation,
+                                                 const char* file_name) {
+        return profiles_.load(operation, file_name);
+    }
+    [[nodiscard]] DDS_ReturnCode_t reload_profiles(const Operation& operation) {
+        return profiles_.reload(operation);
+    }
+    [[nodiscard]] DDS_ReturnCode_t get_profiles(const Operation& operation, DDS_StringSeq& names,
+                                                const char* library);
+    [[nodiscard]] DDS_ReturnCode_t get_libraries(const Operation& operation, DDS_StringSeq& names);
     /// Copies the QoS of one kind out of a profile.
+    /// @param topic_name NULL matches no filter
     /// @return NO_DATA after a report when there is no such profile
     template <typename Record>
     [[nodiscard]] DDS_ReturnCode_t get_profile_qos(const Operation& operation, Record& qos,
-                                                   const char* library, const char* profile) const;
-    /// The profiles themselves, to be loaded before other threads look for them.
-    [[nodiscard]] ProfileStore& profiles() { return profiles_; }
+                                                   const char* library, const char* profile,
+                                                   const char* topic_name);
     /// @}
 
 private:
     KeptQos<DDS_DomainParticipantFactoryQos> qos_;
-    KeptQos<DDS_DomainParticipantQos> default_participant_qos_;
-    ProfileStore profiles_;
+    Profiles profiles_;
+    DefaultQos<DDS_DomainParticipantQos> default_participant_qos_{profiles_};
     Children<Participant> participants_;
 };
 

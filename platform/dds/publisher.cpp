@@ -3,12 +3,15 @@
 #include <cstring>
 
 #include "dds/participant.hpp"
+#include "dds/participant_factory.hpp"
 #include "dds/writer.hpp"
 
 namespace pexa::dds {
 
 Publisher::Publisher(Participant& participant)
-    : QosEntity(&participant, participant.default_publisher_qos()), participant_(participant) {}
+    : QosEntity(&participant, participant.default_publisher_qos()),
+      participant_(participant),
+      default_writer_qos_(participant.factory()->profiles()) {}
 
 Publisher::~Publisher() = default;
 

@@ -27,11 +27,12 @@ public:
     [[nodiscard]] DDS_ReturnCode_t delete_contained(const Operation& operation);
     [[nodiscard]] bool is_empty() const { return writers_.empty(); }
 
-    [[nodiscard]] const KeptQos<DDS_DataWriterQos>& default_writer_qos() const {
+    [[nodiscard]] const DefaultQos<DDS_DataWriterQos>& default_writer_qos() const {
         return default_writer_qos_;
     }
-    [[nodiscard]] DDS_ReturnCode_t get_default_writer_qos(DDS_DataWriterQos& qos) const {
-        return default_writer_qos_.copy_to(qos);
+    [[nodiscard]] DDS_ReturnCode_t get_default_writer_qos(const Operation& operation,
+                                                          DDS_DataWriterQos& qos) const {
+        return default_writer_qos_.copy_to(operation, nullptr, qos);
     }
     [[nodiscard]] DDS_ReturnCode_t set_default_writer_qos(const Operation& operation,
                                                           const DDS_DataWriterQos* qos) {
@@ -44,7 +45,7 @@ private:
     void refresh_contained_listeners() override;
 
     Participant& participant_;
-    KeptQos<DDS_DataWriterQos> default_writer_qos_;
+    DefaultQos<DDS_DataWriterQos> default_writer_qos_;
     Children<DataWriter> writers_;
 };
 

@@ -2,48 +2,11 @@
 /// @brief Entities with a QoS, and the defaults that they take it from.
 #pragma once
 
-#include <mutex>
-
+#include "dds/default_qos.hpp"
 #include "dds/entity.hpp"
-#include "dds/qos_conversion.hpp"
+#include "dds/kept_qos.hpp"
 
 namespace pexa::dds {
-
-/// The QoS of an entity, or a default for others.
-template <typename Record>
-class KeptQos {
-public:
-    /// @param out initialised
-    [[nodiscard]] DDS_ReturnCode_t copy_to(Record& out) const {
-        const std::lock_guard guard(mutex_);
-        return qos_record::copy(policies_of<Record>(), &out, &qos_.get());
-    }
-
-    [[nodiscard]] DDS_ReturnCode_t assign(const Record& from) {
-        const std::lock_guard guard(mutex_);
-        return qos_.assign(from);
-    }
-
-    /// Replaces a default. @param wanted NULL for the DDS standard's
-    [[nodiscard]] DDS_ReturnCode_t assign_checked(const Operation& operation,
-                                                  const Record* wanted) {
-        const OwnedQos<Record> standard;
-        const Record& record = wanted != nullptr ? *wanted : standard.get();
-        const DDS_ReturnCode_t checked = check_qos(operation.name(), record);
-        return checked == DDS_RETCODE_OK ? assign(record) : checked;
-    }
-
-    /// Runs @p function over the record; it must not call the engine.
-    template <typename Function>
-    decltype(auto) with_lock(Function&& function) const {
-        const std::lock_guard guard(mutex_);
-        return function(qos_.get());
-    }
-
-private:
-    mutable std::mutex mutex_;
-    OwnedQos<Record> qos_;
-};
 
 /// An entity with a QoS of this type.
 template <typename Record>
@@ -67,20 +30,22 @@ public:
 
 protected:
     /// @param defaults the parent's, which outlives this entity
-    QosEntity(const Entity* parent, const KeptQos<Record>& defaults)
+    QosEntity(const Entity* parent, const DefaultQos<Record>& defaults)
         : Entity(parent), defaults_(defaults) {}
 
     [[nodiscard]] DDS_ReturnCode_t to_engine_qos(engine::Qos& qos) const {
         return qos_.with_lock([&](const Record& record) { return to_engine(record, qos); });
     }
     [[nodiscard]] KeptQos<Record>& kept_qos() { return qos_; }
+    /// @return the topic that it is about, NULL if it is not.
+    [[nodiscard]] virtual const char* topic_name() const { return nullptr; }
 
 private:
     /// Gives @p qos or a copy of the default.
     [[nodiscard]] const Record* choose(const Operation& operation, const Record* qos,
                                        OwnedQos<Record>& copy) const;
 
-    const KeptQos<Record>& defaults_;
+    const DefaultQos<Record>& defaults_;
     KeptQos<Record> qos_;
 };
 
@@ -90,7 +55,7 @@ const Record* QosEntity<Record>::choose(const Operation& operation, const Record
     if (qos != nullptr) {
         return qos;
     }
-    if (defaults_.copy_to(copy.get()) != DDS_RETCODE_OK) {
+    if (defaults_.copy_to(operation, topic_name(), copy.get()) != DDS_RETCODE_OK) {
         static_cast<void>(operation.out_of_memory());
         return nullptr;
     }

@@ -1,5 +1,6 @@
 #include "dds/qos_policies.hpp"
 
+#include "dds/member_of.hpp"
 #include "dds/qos_owned_policies.hpp"
 #include "dds/qos_plain_policies.hpp"
 
@@ -13,17 +14,9 @@ constexpr PolicyOperations plain_operations{
     PlainPolicyOperations<Policy>::fault,      PlainPolicyOperations<Policy>::to_engine,
     PlainPolicyOperations<Policy>::from_engine};
 
-template <typename Member>
-struct MemberOf;
-template <typename RecordType, typename PolicyType>
-struct MemberOf<PolicyType RecordType::*> {
-    using Record = RecordType;
-    using Policy = PolicyType;
-};
-
 template <auto Member>
 void* locate(void* record) {
-    return &(static_cast<typename MemberOf<decltype(Member)>::Record*>(record)->*Member);
+    return &(static_cast<typename MemberOf<Member>::Record*>(record)->*Member);
 }
 
 /// Rows of all records can be written alike, because members of the same name have the same type.
@@ -34,8 +27,7 @@ constexpr PolicyRow row(const char* name, Change change, const PolicyOperations&
 
 template <auto Member>
 constexpr PolicyRow row(const char* name, Change change) {
-    return {name, change, &plain_operations<typename MemberOf<decltype(Member)>::Policy>,
-            locate<Member>};
+    return {name, change, &plain_operations<typename MemberOf<Member>::Type>, locate<Member>};
 }
 
 using enum Change;

@@ -66,6 +66,7 @@ public:
 private:
     [[nodiscard]] engine::Created create_in_engine(const Operation& operation) override;
     [[nodiscard]] engine::Listener* dispatch() override { return &dispatch_; }
+    [[nodiscard]] const char* topic_name() const override { return topic_.topic_name(); }
     void closed() override;
 
     [[nodiscard]] DDS_ReturnCode_t receive(const Operation& operation,

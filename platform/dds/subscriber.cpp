@@ -3,12 +3,15 @@
 #include <cstring>
 
 #include "dds/participant.hpp"
+#include "dds/participant_factory.hpp"
 #include "dds/reader.hpp"
 
 namespace pexa::dds {
 
 Subscriber::Subscriber(Participant& participant)
-    : QosEntity(&participant, participant.default_subscriber_qos()), participant_(participant) {}
+    : QosEntity(&participant, participant.default_subscriber_qos()),
+      participant_(participant),
+      default_reader_qos_(participant.factory()->profiles()) {}
 
 Subscriber::~Subscriber() = default;
 

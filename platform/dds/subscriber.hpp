@@ -36,11 +36,12 @@ public:
     /// @return whether one of the readers has lent samples.
     [[nodiscard]] bool has_loans() const;
 
-    [[nodiscard]] const KeptQos<DDS_DataReaderQos>& default_reader_qos() const {
+    [[nodiscard]] const DefaultQos<DDS_DataReaderQos>& default_reader_qos() const {
         return default_reader_qos_;
     }
-    [[nodiscard]] DDS_ReturnCode_t get_default_reader_qos(DDS_DataReaderQos& qos) const {
-        return default_reader_qos_.copy_to(qos);
+    [[nodiscard]] DDS_ReturnCode_t get_default_reader_qos(const Operation& operation,
+                                                          DDS_DataReaderQos& qos) const {
+        return default_reader_qos_.copy_to(operation, nullptr, qos);
     }
     [[nodiscard]] DDS_ReturnCode_t set_default_reader_qos(const Operation& operation,
                                                           const DDS_DataReaderQos* qos) {
@@ -54,7 +55,7 @@ private:
     void refresh_contained_listeners() override;
 
     Participant& participant_;
-    KeptQos<DDS_DataReaderQos> default_reader_qos_;
+    DefaultQos<DDS_DataReaderQos> default_reader_qos_;
     SubscriberDispatch dispatch_{*this};
     Children<DataReader> readers_;
 };

@@ -28,6 +28,8 @@ public:
 
     /// @return the engine's topic, no_entity while the topic is disabled or when it fails.
     [[nodiscard]] virtual engine::EntityId engine_topic(const Operation& operation) = 0;
+    /// @return the name of the topic that the samples come from.
+    [[nodiscard]] virtual const char* topic_name() const { return name(); }
     /// @return this, if it is a topic.
     [[nodiscard]] virtual Topic* as_topic() { return nullptr; }
 
@@ -75,6 +77,7 @@ public:
     [[nodiscard]] Entity* as_entity() { return this; }
     [[nodiscard]] TopicDescription* as_description() { return this; }
     [[nodiscard]] Topic* as_topic() override { return this; }
+    [[nodiscard]] const char* topic_name() const override { return name(); }
     [[nodiscard]] engine::EntityId engine_topic(const Operation& operation) override;
     [[nodiscard]] engine::StatusMask statuses() const override {
         return engine::inconsistent_topic_status;

@@ -60,6 +60,7 @@ public:
 private:
     [[nodiscard]] engine::Created create_in_engine(const Operation& operation) override;
     [[nodiscard]] engine::Listener* dispatch() override { return &dispatch_; }
+    [[nodiscard]] const char* topic_name() const override { return topic_.topic_name(); }
     void closed() override { topic_use_.end(); }
 
     /// Gives the instance of a sample. @return BAD_PARAMETER when the handle names another one

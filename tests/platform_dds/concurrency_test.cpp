@@ -18,16 +18,20 @@ void repeat(const std::function<void(int)>& step) {
 
 TEST(Concurrency, EntitiesAreUsedChangedMadeAndDeletedAtTheSameTime) {
     const ProbeNode node;
+    const ProbeNode others[] = {ProbeNode(topic_of_this_test()), ProbeNode(topic_of_this_test())};
     ListenerLog log;
     ListenerLog::Author author{&log, "participant"};
-    DDS_DataWriter* writer = node.writer();
     DDS_DataReader* reader = node.reader();
     std::atomic<int> taken = 0;
     std::atomic<bool> writing = true;
     std::vector<std::thread> threads;
     std::vector<std::thread> writers;
-    for (const DDS_Long id : {1, 2}) {
-        writers.emplace_back([&, id] {
+    DDS_Long id = 0;
+    for (const ProbeNode* sender : {&node, &node, &others[0], &others[1]}) {
+        DDS_DataWriter* writer = sender->writer();
+        EXPECT_TRUE(await_reader(writer));
+        ++id;
+        writers.emplace_back([writer, id] {
             repeat([&](int i) { EXPECT_EQ(write(writer, {id, i}), DDS_RETCODE_OK); });
         });
     }
@@ -61,27 +65,10 @@ TEST(Concurrency, EntitiesAreUsedChangedMadeAndDeletedAtTheSameTime) {
     for (std::thread& thread : threads) {
         thread.join();
     }
-    EXPECT_EQ(taken + static_cast<int>(receive(reader).size()), 2 * rounds);
-}
-
-TEST(Concurrency, PayloadsOfSeveralWritersAreAcceptedAtTheSameTime) {
-    const ProbeNode node;
-    const ProbeNode others[] = {ProbeNode(topic_of_this_test()), ProbeNode(topic_of_this_test())};
-    DDS_DataReader* reader = node.reader();
-    std::vector<std::thread> threads;
-    DDS_Long id = 0;
-    for (const ProbeNode& other : others) {
-        DDS_DataWriter* writer = other.writer();
-        ASSERT_TRUE(await_reader(writer));
-        ++id;
-        threads.emplace_back([writer, id] {
-            repeat([&](int i) { EXPECT_EQ(write(writer, {id, i}), DDS_RETCODE_OK); });
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(await_samples(reader, std::size_t{2} * rounds).size(), std::size_t{2} * rounds);
+    // What another participant sends may still be under way.
+    const int missing = 4 * rounds - taken;
+    EXPECT_EQ(await_samples(reader, static_cast<std::size_t>(missing)).size(),
+              static_cast<std::size_t>(missing));
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ constexpr const char* always =
     "(name LIKE '%' AND level <> 77777 AND target.app <> 77777) OR extra.label <> 'y' OR "
     "command._u.note <> 'z'";
 
-TEST(ContentFilterPayload, a_plain_sample_that_is_cut_off_never_matches) {
+TEST(ContentFilterPayload, APlainSampleThatIsCutOffNeverMatches) {
     const auto filter = compiled(flat_type, always);
     for (const Encoding& encoding : all_encodings()) {
         const Bytes sample = encoded_flat(encoding);
@@ -33,7 +33,7 @@ TEST(ContentFilterPayload, a_plain_sample_that_is_cut_off_never_matches) {
     }
 }
 
-TEST(ContentFilterPayload, a_list_of_members_matches_only_when_cut_off_between_them) {
+TEST(ContentFilterPayload, AListOfMembersMatchesOnlyWhenCutOffBetweenThem) {
     const auto filter = compiled(probe_type, always);
     Encoder probe({}, true);
     std::vector<std::size_t> ends = {4};
@@ -51,7 +51,7 @@ TEST(ContentFilterPayload, a_list_of_members_matches_only_when_cut_off_between_t
     }
 }
 
-TEST(ContentFilterPayload, is_never_read_beyond_its_end_whatever_a_byte_says) {
+TEST(ContentFilterPayload, IsNeverReadBeyondItsEndWhateverAByteSays) {
     const auto probe_filter = compiled(probe_type, always);
     const auto flat_filter = compiled(flat_type, always);
     constexpr int values[] = {0x00, 0x01, 0x02, 0x03, 0x3f, 0x40, 0x7f, 0x80, 0xfe, 0xff};
@@ -78,7 +78,7 @@ struct MalformedCase {
     Bytes payload;
 };
 
-TEST(ContentFilterPayload, that_is_no_encoding_of_the_type_does_not_match) {
+TEST(ContentFilterPayload, ThatIsNoEncodingOfTheTypeDoesNotMatch) {
     const Encoder list({}, true);
     const auto value = [&] { return list.value(); };
     const auto flat_with = [](std::int64_t name_length, std::int64_t label) {
@@ -140,7 +140,7 @@ TEST(ContentFilterPayload, that_is_no_encoding_of_the_type_does_not_match) {
     EXPECT_TRUE(matches_tightly(*compiled(flat_type, always), flat_with(-16, 0)));
 }
 
-TEST(ContentFilterPayload, may_contain_members_longer_than_expected) {
+TEST(ContentFilterPayload, MayContainMembersLongerThanExpected) {
     const Encoder list({}, true);
     const Bytes payload = Encoder(list)
                               .member(1, list.value().number(500).number(0))

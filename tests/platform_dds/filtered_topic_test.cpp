@@ -88,23 +88,11 @@ TEST(FilteredTopics, AreDescriptionsOfTheirOwnThatKeepTheTopic) {
 TEST(FilteredTopics, ABadExpressionIsReportedWithItsPlace) {
     const ProbeNode node;
     Reports reports;
-    const struct {
-        const char* expression;
-        std::vector<std::string> parameters;
-        const char* place;
-    } cases[] = {
-        {"value = ", {}, "9"},
-        {"valu = 1", {}, "1"},
-        {"value = %0", {}, "9"},
-        {"value = 1 AND (id = 2", {}, "22"},
-    };
-    for (const auto& one : cases) {
-        EXPECT_EQ(filtered(node, "bad", one.expression, one.parameters), nullptr);
-        const std::vector<std::string> texts = reports.take();
-        ASSERT_EQ(texts.size(), 1u) << one.expression;
-        EXPECT_NE(texts[0].find(one.place), std::string::npos) << texts[0];
-        EXPECT_EQ(texts[0].find("DDS_DomainParticipant_create_contentfilteredtopic:"), 0u);
-    }
+    EXPECT_EQ(filtered(node, "bad", "value = 1 AND (id = 2", {}), nullptr);
+    const std::vector<std::string> texts = reports.take();
+    ASSERT_EQ(texts.size(), 1U);
+    EXPECT_NE(texts[0].find("character 22"), std::string::npos) << texts[0];
+    EXPECT_EQ(texts[0].find("DDS_DomainParticipant_create_contentfilteredtopic:"), 0U);
     const ProbeNode other(topic_of_this_test() + "_other");
     EXPECT_EQ(DDS_DomainParticipant_create_contentfilteredtopic(other.participant, "foreign",
                                                                 node.topic, "value = 1", nullptr),

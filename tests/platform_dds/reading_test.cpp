@@ -159,6 +159,8 @@ TEST_F(Reading, TheNextSampleIsTheFirstThatWasNotRead) {
     EXPECT_EQ(summary(receive(reader_)), "1:1 1:2 1:4 1:5");
     EXPECT_EQ(DDS_DataReader_read_or_take_next_sample_untypedI(reader_, &probe, &info, 1),
               DDS_RETCODE_NO_DATA);
+    EXPECT_EQ(DDS_DataReader_add_sample_to_remote_writer_queue_untypedI(reader_, &probe),
+              DDS_RETCODE_UNSUPPORTED);
 }
 
 TEST_F(Reading, AConditionSelectsByItsOwnStates) {
@@ -178,28 +180,6 @@ TEST_F(Reading, AConditionSelectsByItsOwnStates) {
         << "a read condition is outstanding";
     EXPECT_EQ(DDS_DataReader_delete_readcondition(reader_, unread), DDS_RETCODE_OK);
     EXPECT_EQ(DDS_Subscriber_delete_datareader(node_.subscriber, reader_), DDS_RETCODE_OK);
-}
-
-TEST_F(Reading, ManySamplesCanBeOnLoan) {
-    DDS_DataWriter* writer = node_.writer();
-    constexpr DDS_Long many = 2000;
-    for (DDS_Long value = 6; value <= many; ++value) {
-        ASSERT_EQ(write(writer, {1, value}), DDS_RETCODE_OK);
-    }
-    ProbeSeq sequence;
-    ASSERT_EQ(sequence.receive(reader_, take_anything), DDS_RETCODE_OK);
-    ASSERT_EQ(sequence.data.count, many);
-    DDS_Long expected = 0;
-    for (const Received& sample : sequence.content()) {
-        ASSERT_EQ(sample.probe.value, ++expected);
-    }
-    EXPECT_EQ(sequence.return_loan(reader_), DDS_RETCODE_OK);
-}
-
-TEST_F(Reading, QueuesOfRemoteWritersAreUnsupported) {
-    const Probe probe(1, 1);
-    EXPECT_EQ(DDS_DataReader_add_sample_to_remote_writer_queue_untypedI(reader_, &probe),
-              DDS_RETCODE_UNSUPPORTED);
 }
 
 }  // namespace

@@ -55,8 +55,37 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_set_default_participant_q
  * Profiles are named library and profile. An unknown profile gives NO_DATA and leaves the QoS,
  * which must be initialised, as it is. "_w_topic_name" applies the profile's filters by topic name;
  * a NULL topic name matches only entries without a filter.
+ *
+ * Profiles come from files in OMG DDS-XML (see docs/qos-profiles.md). What a file defines replaces
+ * profiles of the same name from files before it: first USER_QOS_PROFILES.xml in the working
+ * directory, if there is one, then the files that the environment variable PEXA_QOS_PROFILES lists,
+ * separated by ';', then those that the application loads. The first two are read once, when the
+ * factory first needs a profile or a default. A file with any error adds nothing; the errors are
+ * reported in the middleware's log with file and line.
+ *
+ * A profile with `is_default_qos` (the last one that was loaded) gives the default QoS of all
+ * entities where no other default is set.
  * @{
  */
+/** Most profiles altogether. */
+#define DDS_QOS_PROFILE_MAX_COUNT 1024
+/** Most profiles that one inherits from. */
+#define DDS_QOS_PROFILE_MAX_BASES 16
+/** Most elements of a list in a profile. */
+#define DDS_QOS_PROFILE_MAX_LIST_LENGTH 1024
+
+/**
+ * Loads the profiles of a file, which remains one of the factory's files.
+ * @return OK; ERROR when the file has errors, or OUT_OF_RESOURCES, and nothing is changed.
+ */
+PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_load_qos_profiles(
+    DDS_DomainParticipantFactory* self, const char* fileName);
+/**
+ * Reads all files anew; existing entities keep their QoS.
+ * @return OK; ERROR when one of the files has errors, or OUT_OF_RESOURCES, and nothing is changed.
+ */
+PEXA_API DDS_ReturnCode_t
+DDS_DomainParticipantFactory_reload_qos_profiles(DDS_DomainParticipantFactory* self);
 /** Fills @p names with the profile names of a library; a library that is not loaded has none. */
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_get_qos_profiles(
     DDS_DomainParticipantFactory* self, DDS_StringSeq* names, const char* library);

@@ -21,5 +21,6 @@
 #include "pexa/thread_settings.h"
 #include "pexa/type_plugin.h"
 #include "pexa/typecode.h"
+#include "pexa/xml.h"
 
 #endif

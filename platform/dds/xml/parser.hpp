@@ -1,0 +1,100 @@
+/// @file parser.hpp
+/// @brief From a document to a tree of objects.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "dds/operation.hpp"
+#include "dds/xml/object.hpp"
+
+namespace pexa::dds {
+
+namespace xml {
+class Parser;
+}
+
+template <>
+struct HandleTraits<DDS_XMLParser> {
+    using Object = xml::Parser;
+    static constexpr const char* argument = "parser";
+};
+
+namespace xml {
+
+/// What is wrong with a document.
+struct Fault {
+    DDS_Long line;
+    std::string tag_name;
+    std::string message;
+};
+
+/// What a parser makes of elements directly below the root that nobody is registered for.
+enum class ForeignElements {
+    faults,
+    warnings,  ///< other readers of the document may be
+};
+
+/// Reads one document and owns its tree.
+class Parser {
+public:
+    using Handle = DDS_XMLParser;
+
+    explicit Parser(ForeignElements foreign_elements = ForeignElements::faults)
+        : foreign_elements_(foreign_elements) {}
+    Parser(const Parser&) = delete;
+    Parser& operator=(const Parser&) = delete;
+    ~Parser() = default;
+
+    [[nodiscard]] DDS_ReturnCode_t register_class(const Operation& operation,
+                                                  DDS_XMLExtensionClass& extension_class);
+    /// These two report what they find.
+    [[nodiscard]] DDS_ReturnCode_t parse_file(const Operation& operation, const char* file_name);
+    [[nodiscard]] DDS_ReturnCode_t parse_string(const Operation& operation, const char* name,
+                                                const char* text, std::size_t length);
+    /// As parse_file(), but leaves it to the caller to report.
+    void read_file(const std::string& file_name);
+    /// As parse_string(), but leaves it to the caller to report.
+    void read_text(const std::string& name, std::string_view text);
+
+    [[nodiscard]] DDS_XMLObject* root() const { return root_.get(); }
+    [[nodiscard]] bool has_failed() const { return fault_count_ != 0; }
+    [[nodiscard]] DDS_Long fault_count() const { return fault_count_; }
+    [[nodiscard]] DDS_ReturnCode_t get_fault(DDS_Long index, DDS_XMLError& error) const;
+
+    /// Adds what is wrong with the contents. It counts also if an exception is thrown.
+    void add_fault(DDS_Long line, std::string_view tag_name, std::string_view message);
+    /// Adds what may be wrong with the contents.
+    void add_warning(DDS_Long line, std::string_view tag_name, std::string_view message);
+    /// Writes a line to the middleware's log for each fault and warning that is kept.
+    void report_faults(const Operation& operation) const;
+
+    [[nodiscard]] DDS_ReturnCode_t save_file(const Operation& operation,
+                                             const char* file_name) const;
+    [[nodiscard]] char* save_string(const Operation& operation) const;
+
+private:
+    friend class TreeBuilder;
+
+    [[nodiscard]] DDS_XMLExtensionClass* find_class(std::string_view tag_name) const;
+    [[nodiscard]] DDS_ReturnCode_t result_of_parse(const Operation& operation) const;
+    [[nodiscard]] bool save(std::string& text) const;
+
+    ForeignElements foreign_elements_;
+    std::vector<DDS_XMLExtensionClass*> classes_;
+    std::string file_name_;
+    bool used_ = false;
+    TreePtr root_;
+    std::vector<Fault> faults_;
+    std::vector<Fault> warnings_;
+    DDS_Long fault_count_ = 0;
+};
+
+/// Adds a fault to the parser that runs on this thread; without one it is only reported.
+/// @param context, message may be NULL
+/// @param line 0 for the line being parsed
+void add_current_fault(const char* context, const char* message, DDS_Long line) noexcept;
+
+}  // namespace xml
+}  // namespace pexa::dds

@@ -1,0 +1,36 @@
+#include "dds/xml/truth_value.hpp"
+
+#include <algorithm>
+#include <array>
+
+#include "dds/xml/white_space.hpp"
+
+namespace pexa::dds::xml {
+namespace {
+
+struct TruthName {
+    std::string_view name;
+    bool value;
+};
+
+constexpr std::array<TruthName, 6> names{
+    {{"true", true}, {"yes", true}, {"1", true}, {"false", false}, {"no", false}, {"0", false}}};
+
+// Not by locale: a configuration means the same everywhere.
+constexpr char to_lower(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+}  // namespace
+
+std::optional<bool> to_truth_value(std::string_view text) {
+    const std::string_view value = trimmed(text);
+    const auto is_value = [&](const TruthName& row) {
+        return std::equal(value.begin(), value.end(), row.name.begin(), row.name.end(),
+                          [](char given, char known) { return to_lower(given) == known; });
+    };
+    const auto* row = std::find_if(names.begin(), names.end(), is_value);
+    return row != names.end() ? std::optional(row->value) : std::nullopt;
+}
+
+}  // namespace pexa::dds::xml

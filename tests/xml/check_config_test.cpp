@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/integration/application.hpp"
+#include "tests/integration/viewer.hpp"
+
+namespace orvane::tests {
+namespace {
+
+const std::string source = ORVANE_SOURCE_DIR;
+
+TEST(CheckConfig, NamesEveryProblemWithItsPlaceAndPrintsWhatIsInForce) {
+    const std::string file = source + "/tests/xml/faulty/configuration.xml";
+    ChildProcess tool{tool_command({"check-config", file})};
+    EXPECT_EQ(tool.wait_for_end(patience), "exit 1");
+    const std::string no_effect = "unknown element, or in the wrong place: it has no effect";
+    const std::vector<std::string> problems = {
+        "3: filter_lvl: " + no_effect,
+        "4: queue_size: integer expected in XML text",
+        "5: enabled: expected true, false, yes, no, 1 or 0",
+        "6: filter_level: integer expected in XML text",
+        "6: filter_level: invalid filter level string in XML configuration",
+        "8: priority: " + no_effect,
+        "10: mask: illegal value on thread mask XML tag",
+        "13: cpu: " + no_effect,
+        "18: qos_profile: unknown base faulty::nobody",
+        "21: kind: expected KEEP_LAST_HISTORY_QOS KEEP_ALL_HISTORY_QOS",
+        "26: logger: unknown element",
+    };
+    const std::vector<std::string> lines = tool.output().error;
+    ASSERT_EQ(lines.size(), problems.size()) << tool.transcript();
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        EXPECT_TRUE(lines[i].starts_with(file + ":" + problems[i])) << lines[i];
+    }
+    EXPECT_EQ(tool.output().out,
+              (std::vector<std::string>{
+                  "<orvane>", "    <filter_level>ERROR</filter_level>",
+                  "    <enabled>false</enabled>", "<echo_to_stdout>false</echo_to_stdout>",
+                  "<log_infrastructure_messages>true</log_infrastructure_messages>", "    <thread>",
+                  "        <mask>THREAD_SETTINGS_STDIO</mask>",
+                  "        <priority>THREAD_PRIORITY_DEFAULT</priority>", "        <cpu_list>",
+                  "            <element>1</element>", "        </cpu_list>",
+                  "        <cpu_rotation>THREAD_SETTINGS_CPU_NO_ROTATION</cpu_rotation>",
+                  "    </thread>", "    <queue_size>128</queue_size>", "</orvane>"}));
+}
+
+TEST(CheckConfig, EndsByWhatItIsGiven) {
+    const struct {
+        std::vector<std::string> arguments;
+        std::string ending;
+        std::string says;
+    } cases[] = {
+        {{"check-config", source + "/examples/xml/journal.xml"},
+         "exit 0",
+         "<stack_size>262144</stack_size>"},
+        {{"check-config", "/no/such\x1b/file.xml"},
+         "exit 1",
+         "/no/such\\x1b/file.xml:0: the file cannot be read"},
+        {{"check-config", source + "/README.md"}, "exit 1", "/README.md:1: "},
+        {{"check-config"}, "exit 2", "FILE is required"},
+        {{"check-config", "one", "two"}, "exit 2", "two"},
+    };
+    for (const auto& each : cases) {
+        ChildProcess tool{tool_command(each.arguments)};
+        EXPECT_EQ(tool.wait_for_end(patience), each.ending) << tool.transcript();
+        EXPECT_NE(tool.transcript().find(each.says), std::string::npos) << tool.transcript();
+    }
+}
+
+}  // namespace
+}  // namespace orvane::tests

@@ -1,0 +1,100 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "parsed_config.hpp"
+#include "tests/core/output.hpp"
+
+namespace {
+
+using orvane::test::as_xml;
+using orvane::test::differences;
+using orvane::test::output_of;
+using orvane::test::ParsedConfig;
+using orvane::test::with_orvane;
+
+/// Parses children, saves the document, parses that again and expects the same options.
+void expect_written(const std::string& children, const std::string& written) {
+    const ParsedConfig config(with_orvane(children));
+    EXPECT_EQ(config.saved(), "<dds>\n" + written + "</dds>\n");
+    const ParsedConfig again(config.saved());
+    EXPECT_FALSE(again.has_failed());
+    EXPECT_EQ(differences(*again.options()), differences(*config.options()));
+}
+
+TEST(Writer, WritesDefaultsWithoutAThreadElement) {
+    expect_written("",
+                   "    <orvane>\n"
+                   "        <filter_level>INFO</filter_level>\n"
+                   "        <enabled>false</enabled>\n"
+                   "<echo_to_stdout>false</echo_to_stdout>\n"
+                   "<log_infrastructure_messages>true</log_infrastructure_messages>\n"
+                   "        <queue_size>128</queue_size>\n"
+                   "    </orvane>\n");
+}
+
+TEST(Writer, WritesEverySettingWhereItIsToStand) {
+    expect_written(
+        "<thread><mask>PRIORITY_ENFORCE|STDIO|REALTIME_PRIORITY</mask><priority>-3</priority>"
+        "<stack_size>65536</stack_size><cpu_list><element>0</element><element>2</element>"
+        "</cpu_list><cpu_rotation>CPU_RR_ROTATION</cpu_rotation></thread>"
+        "<filter_level>450</filter_level><enabled>1</enabled><queue_size>7</queue_size>"
+        "<echo_to_stdout>yes</echo_to_stdout>"
+        "<log_infrastructure_messages>no</log_infrastructure_messages>",
+        "    <orvane>\n"
+        "        <filter_level>450</filter_level>\n"
+        "        <enabled>true</enabled>\n"
+        "<echo_to_stdout>true</echo_to_stdout>\n"
+        "<log_infrastructure_messages>false</log_infrastructure_messages>\n"
+        "        <thread>\n"
+        "            <mask>THREAD_SETTINGS_STDIO | THREAD_SETTINGS_REALTIME_PRIORITY | "
+        "THREAD_SETTINGS_PRIORITY_ENFORCE</mask>\n"
+        "            <priority>-3</priority>\n"
+        "            <stack_size>65536</stack_size>\n"
+        "            <cpu_list>\n"
+        "                <element>0</element>\n"
+        "                <element>2</element>\n"
+        "            </cpu_list>\n"
+        "            <cpu_rotation>THREAD_SETTINGS_CPU_RR_ROTATION</cpu_rotation>\n"
+        "        </thread>\n"
+        "        <queue_size>7</queue_size>\n"
+        "    </orvane>\n");
+}
+
+TEST(Writer, WritesAllOfThreadSettingsWhenOneIsNoDefault) {
+    const ParsedConfig config(with_orvane(as_xml("thread/mask", "FLOATING_POINT")));
+    EXPECT_NE(config.saved().find("        <thread>\n"
+                                  "            <mask>THREAD_SETTINGS_FLOATING_POINT</mask>\n"
+                                  "            <priority>THREAD_PRIORITY_DEFAULT</priority>\n"
+                                  "            <cpu_list/>\n"
+                                  "            <cpu_rotation>THREAD_SETTINGS_CPU_NO_ROTATION"
+                                  "</cpu_rotation>\n"
+                                  "        </thread>\n"),
+              std::string::npos)
+        << config.saved();
+}
+
+TEST(Writer, StopsInsideTheElementThatItCannotWrite) {
+    std::string text;
+    const auto append = [](void* to, const char* part, std::size_t length) -> DDS_Boolean {
+        static_cast<std::string*>(to)->append(part, length);
+        return DDS_BOOLEAN_TRUE;
+    };
+    QELXMLSaveContext without_options{0, 0, append, &text};
+    EXPECT_EQ(output_of([&] { QEL_KX_XMLConfig_save(nullptr, &without_options, nullptr); }),
+              "KX Error: QEL_KX_XMLConfig_getKXOptions: invalid XML configuration object\n");
+    EXPECT_EQ(text, "<orvane>\n    ");
+    EXPECT_EQ(without_options.error, 1);
+
+    const ParsedConfig config(with_orvane(as_xml("thread/mask", "STDIO")));
+    constexpr DDS_Long unknown_rotation = 2;
+    DDS_ThreadSettings_t& settings = config.options()->thread;
+    std::memcpy(&settings.cpu_rotation, &unknown_rotation, sizeof unknown_rotation);
+    QELXMLSaveContext of_settings{0, 0, append, &text};
+    QEL_KX_XMLConfig_saveThreadSettings("thread", &settings, &of_settings);
+    EXPECT_TRUE(text.ends_with("    <cpu_list/>\n")) << text;
+    EXPECT_EQ(of_settings.error, 1);
+}
+
+}  // namespace

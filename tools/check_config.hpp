@@ -1,0 +1,20 @@
+/// @file check_config.hpp
+/// @brief `orvane check-config`: says what is wrong with a configuration file, and what it means.
+#pragma once
+
+#include <CLI/App.hpp>
+#include <string>
+
+namespace orvane::tools {
+
+struct CheckConfigOptions {
+    std::string file_name;
+};
+
+/// Declares the command and its options; parsing fills @p options.
+CLI::App* add_check_config_command(CLI::App& app, CheckConfigOptions& options);
+
+/// @return the process's exit status
+int check_config(const CheckConfigOptions& options);
+
+}  // namespace orvane::tools
