@@ -1,5 +1,6 @@
 # What an installation holds besides the libraries and the tool, which install themselves where
-# they are declared: headers, package files for CMake and pkg-config, manual page, configuration.
+# they are declared: headers, package files for CMake and pkg-config, manual page, configuration and
+# its schema.
 # Nothing in it names the prefix, so that an installation can be moved.
 
 include(CMakePackageConfigHelpers)
@@ -11,7 +12,7 @@ install(
     DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
     FILES_MATCHING PATTERN "*.h")
 install(
-    FILES config/cyclonedds-loopback.xml
+    FILES config/cyclonedds-loopback.xml docs/orvane.xsd
     DESTINATION "${CMAKE_INSTALL_DATADIR}/orvane")
 install(
     FILES docs/man/orvane.1

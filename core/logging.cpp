@@ -1,3 +1,4 @@
+#include "admin/state.hpp"
 #include "core/instance.hpp"
 #include "core/lifecycle.hpp"
 #include "core/report.hpp"
@@ -39,7 +40,7 @@ void echo(const QEL_KX_Orvane& self, const QEL_KX_LogMessageParams& params) {
 }
 
 bool passes_filter(const QEL_KX_Orvane& self, DDS_Long level) noexcept {
-    return self.state != nullptr && load(self.state->state) == QEL_KX_STATE_OPERATIONAL &&
+    return self.state != nullptr && admin::state_kind(self) == QEL_KX_STATE_OPERATIONAL &&
            level <= load(self.filterLevel);
 }
 

@@ -11,8 +11,9 @@
 namespace orvane::tools {
 
 void add_domain_option(CLI::App& command, std::int32_t& domain_id) {
-    command.add_option("--domain", domain_id, "DDS domain")
-        ->check(CLI::Range(0, 232))
+    command.add_option("--domain", domain_id, "DDS domain, 0 to 232")
+        ->type_name("N")
+        ->check(CLI::Range(0, 232).description(""))
         ->capture_default_str();
 }
 

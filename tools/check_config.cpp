@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -62,7 +63,15 @@ Checks& checks_of(DDS_XMLObject* object) {
     return *static_cast<Checks*>(DDS_XMLExtensionClass_get_user_data(object->extensionClass));
 }
 
-/// Hands an element to the library and reports one that leaves it cold.
+/// How deep an element that the library reads should stand.
+int depth_of(DDS_UnsignedLong element) {
+    const bool is_in_thread =
+        element >= QEL_KX_XML_ELEMENT_MASK && element <= QEL_KX_XML_ELEMENT_CPU_ROTATION;
+    return is_in_thread ? 3 : 2;
+}
+
+/// Hands an element to the library and reports one that leaves it cold, and one that it takes for a
+/// child of another element.
 void check_start(DDS_XMLObject* object, const char* tag_name, const char* const* attributes,
                  DDS_XMLContext* context) {
     QEL_KX_XMLConfig& config = *reinterpret_cast<QEL_KX_XMLConfig*>(object);
@@ -75,9 +84,15 @@ void check_start(DDS_XMLObject* object, const char* tag_name, const char* const*
     QEL_KX_XMLConfig_onStartElement(object, tag_name, attributes, context);
     const bool is_cpu =
         before == QEL_KX_XML_ELEMENT_CPU_LIST && std::string_view(tag_name) == "element";
+    const char* problem = nullptr;
     if (depth > 1 && config.currentElement == before && !is_cpu) {
-        DDS_XMLParser_report_error("unknown element, or in the wrong place: it has no effect",
-                                   "check-config", DDS_XMLContext_get_current_line_number(context));
+        problem = "unknown element, or in the wrong place: it has no effect";
+    } else if (config.currentElement != before && depth != depth_of(config.currentElement)) {
+        problem = "in the wrong place, and has an effect nevertheless";
+    }
+    if (problem != nullptr) {
+        DDS_XMLParser_report_error(problem, "check-config",
+                                   DDS_XMLContext_get_current_line_number(context));
         context->error = 1;
     }
 }
@@ -177,14 +192,19 @@ void add_problems_of_profiles(const std::string& file_name, std::vector<Problem>
     }
 }
 
+/// Writes a line that a file, or its name, has a part in.
+void print_error(std::string_view text) {
+    std::string line;
+    append_displayable(line, text);
+    fmt::print(stderr, "{}\n", line);
+}
+
 void print_problems(std::vector<Problem> problems) {
     std::stable_sort(problems.begin(), problems.end(), [](const Problem& a, const Problem& b) {
         return static_cast<unsigned>(a.line) < static_cast<unsigned>(b.line);
     });
     for (const Problem& problem : problems) {
-        std::string line;
-        append_displayable(line, problem.text);
-        fmt::print(stderr, "{}\n", line);
+        print_error(problem.text);
     }
 }
 
@@ -214,6 +234,12 @@ CLI::App* add_check_config_command(CLI::App& app, CheckConfigOptions& options) {
 }
 
 int check_config(const CheckConfigOptions& options) {
+    std::error_code unknown;
+    if (std::filesystem::is_other(options.file_name, unknown)) {
+        print_error("orvane: " + options.file_name +
+                    " is not a regular file, and a pipe cannot be read twice");
+        return exit_failure;
+    }
     std::vector<Problem> problems;
     PEXA_Config_Logger_set_output_device(PEXA_Config_Logger_get_instance(), &report_keeper);
     std::unique_ptr<ConfigFile> file;
@@ -227,8 +253,11 @@ int check_config(const CheckConfigOptions& options) {
     }
     const bool is_good = problems.empty();
     print_problems(std::move(problems));
+    if (!file->is_well_formed()) {
+        return exit_failure;
+    }
     if (DDS_XMLObject* orvane = file->orvane(); orvane == nullptr) {
-        fmt::print(stderr, "orvane: no orvane element in {}\n", options.file_name);
+        print_error("orvane: no orvane element in " + options.file_name);
     } else if (!print_settings(orvane)) {
         fmt::print(stderr, "orvane: cannot write to standard output\n");
         return exit_failure;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <string>
+#include <thread>
 
 #include "tools/display_text.hpp"
 
@@ -130,8 +131,12 @@ void Wakeup::wait(std::chrono::milliseconds longest) {
     const DDS_Duration_t timeout{static_cast<DDS_Long>(count / 1000),
                                  static_cast<DDS_UnsignedLong>(count % 1000 * 1'000'000)};
     DDS_ConditionSeq active{};
-    DDS_WaitSet_wait(wait_set_.get(), &active, &timeout);
+    const DDS_ReturnCode_t result = DDS_WaitSet_wait(wait_set_.get(), &active, &timeout);
     DDS_ConditionSeq_finalize(&active);
+    if (result != DDS_RETCODE_OK && result != DDS_RETCODE_TIMEOUT) {
+        // A wait that cannot even begin must not make its loop a busy one.
+        std::this_thread::sleep_for(std::min(longest, std::chrono::milliseconds{100}));
+    }
 }
 
 void Wakeup::interrupt() {

@@ -12,9 +12,9 @@ namespace orvane::tools {
 namespace {
 
 int run(int argc, char** argv) {
-    CLI::App app{"Looks at what applications log over DDS, and changes what they log."};
+    CLI::App app{"Looks at what applications log over DDS, and changes what they log.", "orvane"};
     app.set_version_flag("--version", "orvane " ORVANE_VERSION);
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);
 
     TailOptions tail_options;
     CLI::App* tail_command = add_tail_command(app, tail_options);
@@ -30,6 +30,10 @@ int run(int argc, char** argv) {
 
     try {
         app.parse(argc, argv);
+        // If the parser required one, it would say of an unknown command only that there is none.
+        if (app.get_subcommands().empty()) {
+            throw CLI::RequiredError::Subcommand(1);
+        }
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? exit_success : exit_usage;
     }

@@ -113,13 +113,17 @@ int set_in(DomainView& view, const SetOptions& options) {
         report_nobody(view, options);
         return exit_failure;
     }
+    const auto start = view.administration().now();
     const auto outcomes = run_command(view, targets, options.command, longest);
     if (!outcomes) {
         return report_lost_domain();
     }
+    // A signal may have cut it short.
+    const auto waited = std::min(longest, std::chrono::round<std::chrono::milliseconds>(
+                                              view.administration().now() - start));
     std::string lines;
     for (const CommandOutcome& outcome : *outcomes) {
-        lines += outcome_line(outcome, options.command, longest);
+        lines += outcome_line(outcome, options.command, waited);
     }
     const bool all_ok = std::all_of(
         outcomes->begin(), outcomes->end(),

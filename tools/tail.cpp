@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 #include <set>
 #include <string>
 #include <vector>
@@ -122,7 +123,7 @@ CLI::Validator level_validator(std::optional<std::int32_t>& level) {
                              : fmt::format("'{}' is no level: one of {} or a number expected", text,
                                            level_names());
             },
-            "NAME|NUMBER"};
+            ""};
 }
 
 CLI::Validator application_validator(std::optional<Application>& application) {
@@ -134,7 +135,7 @@ CLI::Validator application_validator(std::optional<Application>& application) {
                                          "expected, as the lines show it",
                                          text);
             },
-            "HOST:APP"};
+            ""};
 }
 
 }  // namespace
@@ -150,20 +151,24 @@ CLI::App* add_tail_command(CLI::App& app, TailOptions& options) {
     command
         ->add_option_function<std::string>(
             "--level", [](const std::string&) {}, "This level and more severe ones")
+        ->type_name("NAME|NUMBER")
         ->check(level_validator(options.query.level));
     command->add_option("--category", options.query.category, "Categories that match the pattern")
         ->type_name("GLOB");
     command
         ->add_option_function<std::string>(
             "--app", [](const std::string&) {}, "This application only")
+        ->type_name("HOST:APP")
         ->check(application_validator(options.query.application));
-    command->add_option("--contains", options.query.contains, "Messages with this text in them");
+    command->add_option("--contains", options.query.contains, "Messages with this text in them")
+        ->type_name("TEXT");
     command->add_flag("--json", options.json, "One JSON object a line");
     command->add_flag("--no-color", options.no_color, "No colors on a terminal");
     command->add_flag("--utc", options.utc, "Universal instead of local time");
     command->add_option("--count", options.count, "End after so many messages")
         ->type_name("N")
-        ->check(CLI::PositiveNumber);
+        ->check(
+            CLI::Range(std::int64_t{1}, std::numeric_limits<std::int64_t>::max()).description(""));
     command->add_option("--for", options.seconds, "End after so many seconds")
         ->type_name("SECONDS")
         ->check(seconds_validator());

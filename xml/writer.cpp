@@ -49,7 +49,7 @@ void save(QEL_KX_XMLConfig* config, QELXMLSaveContext* context) {
     save_filter_level(*options, context);
     QELXMLSaveContext_indent(context);
     save_flag("enabled", options->enabled, context);
-    // These two have always begun at the margin; files that are compared by text rely on it.
+    // These two begin at the margin: files that are compared by text rely on it.
     save_flag("echo_to_stdout", options->echo_to_stdout, context);
     save_flag("log_infrastructure_messages", options->log_infrastructure_messages, context);
     QEL_KX_XMLConfig_saveThreadSettings("thread", QEL_KX_Options_getThreadSettings(options),

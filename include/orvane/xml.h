@@ -92,13 +92,13 @@ ORVANE_API DDS_XMLObject* QEL_KX_XMLConfig_new(DDS_XMLExtensionClass* extensionC
 ORVANE_API void QEL_KX_XMLConfig_delete(DDS_XMLObject* object);
 /** Frees an object with its options, which the logger must no longer use; NULL is ignored. */
 ORVANE_API void QEL_KX_XMLConfig_finalize(DDS_XMLObject* object);
-/** Notes which child starts. A child that the element does not have is ignored with all inside it,
- *  and so is one of `thread` outside of it. */
+/** Notes which child starts. One that the element does not have is ignored, and so is one of
+ *  `thread` outside of it; the element's own children count wherever they stand inside it. */
 ORVANE_API void QEL_KX_XMLConfig_onStartElement(DDS_XMLObject* object, const char* tagName,
                                                 const char* const* attributes,
                                                 DDS_XMLContext* context);
-/** Stores what a child says. A refused text is reported and leaves the option as it was, a truth
- *  value excepted, which becomes false. */
+/** Stores what a child says. A refused text is reported. It leaves the option as it was where the
+ *  conversions below do not say otherwise; a truth value becomes false. */
 ORVANE_API void QEL_KX_XMLConfig_onEndElement(DDS_XMLObject* object, const char* tagName,
                                               const char* elementText, DDS_XMLContext* context);
 /** @return the object's own options, which die with the tree; NULL, after a line that says so, for

@@ -1,7 +1,7 @@
 #include "dds/profiles.hpp"
 
-#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <utility>
 
 #include "dds/profile_document.hpp"
@@ -27,9 +27,10 @@ public:
 /// Documents whose faults are still to be reported.
 using Documents = std::vector<std::unique_ptr<xml::Parser>>;
 
+/// One that cannot be read is there all the same: reading it says so.
 bool exists(const char* file_name) {
-    std::FILE* file = std::fopen(file_name, "rbe");
-    return file != nullptr && std::fclose(file) == 0;
+    std::error_code unknown;
+    return std::filesystem::exists(file_name, unknown);
 }
 
 std::vector<std::string> files_of_environment() {
@@ -111,7 +112,17 @@ Profiles::StorePtr Profiles::get(const Operation& operation) {
     return store;
 }
 
+void Profiles::remember(const char* file_name) {
+    std::string name(file_name);
+    files_.reserve(files_.size() + 1);
+    std::erase(files_, name);
+    files_.push_back(std::move(name));
+}
+
 DDS_ReturnCode_t Profiles::load(const Operation& operation, const char* file_name) {
+    if (reads_environment) {
+        return operation.precondition_not_met("the environment's files have been read");
+    }
     for (;;) {
         const StorePtr before = get(operation);
         auto store = std::make_shared<ProfileStore>(*before);
@@ -122,7 +133,7 @@ DDS_ReturnCode_t Profiles::load(const Operation& operation, const char* file_nam
         }
         std::unique_lock lock(mutex_);
         if (store_ == before) {
-            files_.emplace_back(file_name);
+            remember(file_name);
             store_ = std::move(store);
             lock.unlock();
             report(operation, documents);
@@ -132,20 +143,27 @@ DDS_ReturnCode_t Profiles::load(const Operation& operation, const char* file_nam
 }
 
 DDS_ReturnCode_t Profiles::reload(const Operation& operation) {
-    std::vector<std::string> file_names = files_of_environment();
-    {
-        const std::lock_guard guard(mutex_);
+    for (;;) {
+        std::vector<std::string> file_names = files_of_environment();
+        std::unique_lock lock(mutex_);
+        const StorePtr before = store_;
         file_names.insert(file_names.end(), files_.begin(), files_.end());
+        lock.unlock();
+        auto store = std::make_shared<ProfileStore>();
+        Documents documents;
+        const bool success = add_files(file_names, *store, documents);
+        lock.lock();
+        if (success && store_ != before) {
+            // A file that was loaded meanwhile would be lost.
+            continue;
+        }
+        if (success) {
+            store_ = std::move(store);
+        }
+        lock.unlock();
+        report(operation, documents);
+        return success ? DDS_RETCODE_OK : DDS_RETCODE_ERROR;
     }
-    auto store = std::make_shared<ProfileStore>();
-    Documents documents;
-    const bool success = add_files(file_names, *store, documents);
-    if (success) {
-        const std::lock_guard guard(mutex_);
-        store_ = std::move(store);
-    }
-    report(operation, documents);
-    return success ? DDS_RETCODE_OK : DDS_RETCODE_ERROR;
 }
 
 }  // namespace pexa::dds

@@ -41,11 +41,13 @@ private:
     using StorePtr = std::shared_ptr<const ProfileStore>;
 
     [[nodiscard]] StorePtr current() const;
+    /// Notes what load() was called with; the lock is held.
+    void remember(const char* file_name);
 
     mutable std::mutex mutex_;
     /// NULL until the environment's files have been read.
     StorePtr store_;
-    /// What load() was called with.
+    /// What load() was called with, each once, in the order of the last calls.
     std::vector<std::string> files_;
 };
 

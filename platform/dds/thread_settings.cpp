@@ -1,7 +1,9 @@
 #include "pexa/thread_settings.h"
 
+#include <cstring>
 #include <functional>
 
+#include "dds/qos_plain_policies.hpp"
 #include "dds/standard_sequences.hpp"
 #include "pexa/osapi.h"
 
@@ -36,7 +38,8 @@ DDS_Boolean copy(DDS_ThreadSettings_t* self, const DDS_ThreadSettings_t* source)
     self->mask = source->mask;
     self->priority = source->priority;
     self->stack_size = source->stack_size;
-    self->cpu_rotation = source->cpu_rotation;
+    // A caller may have stored any number, which is no value of the enumeration then.
+    std::memcpy(&self->cpu_rotation, &source->cpu_rotation, sizeof self->cpu_rotation);
     return DDS_BOOLEAN_TRUE;
 }
 
@@ -45,7 +48,8 @@ bool equal(const DDS_ThreadSettings_t* left, const DDS_ThreadSettings_t* right) 
         return left == right;
     }
     return left->mask == right->mask && left->priority == right->priority &&
-           left->stack_size == right->stack_size && left->cpu_rotation == right->cpu_rotation &&
+           left->stack_size == right->stack_size &&
+           number_of(left->cpu_rotation) == number_of(right->cpu_rotation) &&
            equal_sequences(left->cpu_list, right->cpu_list, std::equal_to<>());
 }
 

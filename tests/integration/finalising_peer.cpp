@@ -87,7 +87,7 @@ bool run_cycles(PeerLogger& logger, int cycles, const std::function<OptionsPoint
 bool fire_from_threads(int domain_id, int cycles) {
     // Most instances live for a few milliseconds only. In each tenth there is time for remote tools
     // to find it and to send commands.
-    const auto calls_in = [](int cycle) { return cycle % 10 == 0 ? 8000 : 400; };
+    const auto calls_in = [](int cycle) { return cycle % 10 == 0 ? 4000 : 400; };
     // Keeps the engine's threads busy, and reporting, while the logger comes and goes.
     const std::unique_ptr<SelfTrigger> trigger = SelfTrigger::open(domain_id, [](auto) {});
     if (!trigger) {

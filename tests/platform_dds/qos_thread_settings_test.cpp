@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "../platform_core/heap_faults.hpp"
 #include "../platform_core/reports.hpp"
 #include "pexa/thread_settings.h"
@@ -34,6 +36,10 @@ TEST_F(ThreadSettings, DifferWhenAnyMemberDoes) {
         [](DDS_ThreadSettings_t& s) { s.cpu_rotation = DDS_THREAD_SETTINGS_CPU_NO_ROTATION; },
         [](DDS_ThreadSettings_t& s) { *DDS_LongSeq_get_reference(&s.cpu_list, 1) = 2; },
         [](DDS_ThreadSettings_t& s) { DDS_LongSeq_set_length(&s.cpu_list, 1); },
+        [](DDS_ThreadSettings_t& s) {
+            const int no_rotation_at_all = 7;
+            std::memcpy(&s.cpu_rotation, &no_rotation_at_all, sizeof s.cpu_rotation);
+        },
     };
     for (const auto change : changes) {
         ASSERT_TRUE(DDS_ThreadSettings_t_copy(&other_, &filled_));
@@ -41,6 +47,8 @@ TEST_F(ThreadSettings, DifferWhenAnyMemberDoes) {
         change(other_);
         EXPECT_FALSE(DDS_ThreadSettings_is_equal(&filled_, &other_));
     }
+    EXPECT_TRUE(DDS_ThreadSettings_t_copy(&filled_, &other_));
+    EXPECT_TRUE(DDS_ThreadSettings_is_equal(&filled_, &other_));
     EXPECT_TRUE(DDS_ThreadSettings_t_copy(&filled_, &filled_));
     EXPECT_EQ(DDS_LongSeq_get_length(&filled_.cpu_list), 2);
     DDS_ThreadSettings_t_initialize(nullptr);

@@ -20,8 +20,8 @@ TEST(CommandLine, RefusesWrongUsageAndNamesWhatIsValid) {
         std::string says;
     } cases[] = {
         {{}, "A subcommand is required"},
-        {{"follow"}, "A subcommand is required"},
-        {{"--verbose"}, "A subcommand is required"},
+        {{"follow"}, "not expected: follow"},
+        {{"--verbose"}, "not expected: --verbose"},
         {{"tail", "extra"}, "extra"},
         {{"tail", "--levels", "INFO"}, "--levels"},
         {{"tail", "--level"}, "--level"},
@@ -33,7 +33,7 @@ TEST(CommandLine, RefusesWrongUsageAndNamesWhatIsValid) {
         {{"tail", "--domain", "233"}, "0 to 232"},
         {{"tail", "--domain", "-1"}, "0 to 232"},
         {{"tail", "--domain", "one"}, "0 to 232"},
-        {{"tail", "--count", "0"}, "--count"},
+        {{"tail", "--count", "0"}, "--count: Value 0 not in range 1 to 9223372036854775807\n"},
         {{"tail", "--count", "-3"}, "--count"},
         {{"tail", "--count", "some"}, "--count"},
         {{"tail", "--for", "-1"}, "'-1' is no time: seconds, 0 or more, expected"},

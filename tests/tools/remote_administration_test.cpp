@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/integration/application.hpp"
@@ -24,6 +25,13 @@ constexpr std::chrono::seconds lease{10};
 std::vector<std::string> in_domain(std::vector<std::string> arguments) {
     arguments.insert(arguments.end(), {"--domain", std::to_string(domain_id)});
     return tool_command(arguments);
+}
+
+/// For commands that end as soon as they have what they wait for: on a busy host that takes longer
+/// than a user would wait.
+std::vector<std::string> in_domain_patiently(std::vector<std::string> arguments) {
+    arguments.insert(arguments.end(), {"--timeout", "30"});
+    return in_domain(std::move(arguments));
 }
 
 bool contains(const std::vector<std::string>& lines, const std::string& text) {
@@ -60,7 +68,7 @@ protected:
 };
 
 TEST_F(RemoteAdministration, ShowsEveryLoggerForPeopleAndForPrograms) {
-    ChildProcess table{in_domain({"list"})};
+    ChildProcess table{in_domain_patiently({"list"})};
     EXPECT_EQ(table.wait_for_end(patience), "exit 0") << table.transcript();
     const std::vector<std::string> rows = table.output().out;
     ASSERT_EQ(rows.size(), 3U) << table.transcript();
@@ -68,7 +76,7 @@ TEST_F(RemoteAdministration, ShowsEveryLoggerForPeopleAndForPrograms) {
     EXPECT_TRUE(contains(rows, pump_id_ + "  pump     OPERATIONAL  INFO   "));
     EXPECT_TRUE(contains(rows, planner_id_ + "  planner  OPERATIONAL  INFO   "));
 
-    ChildProcess json{in_domain({"list", "--json"})};
+    ChildProcess json{in_domain_patiently({"list", "--json"})};
     EXPECT_EQ(json.wait_for_end(patience), "exit 0") << json.transcript();
     std::vector<std::string> kinds;
     for (const std::string& line : json.output().out) {
@@ -100,7 +108,7 @@ TEST_F(RemoteAdministration, ChangesTheSettingsOfThoseWhoAreMeantAndShowsThem) {
          {planner + "print format DEFAULT -> VERBOSE_TIMESTAMPED"}},
     };
     for (const auto& each : cases) {
-        ChildProcess tool{in_domain(each.arguments)};
+        ChildProcess tool{in_domain_patiently(each.arguments)};
         EXPECT_EQ(tool.wait_for_end(patience), "exit 0") << tool.transcript();
         EXPECT_TRUE(tool.output().error.empty()) << tool.transcript();
         EXPECT_EQ(tool.output().out.size(), each.says.size()) << tool.transcript();
@@ -114,7 +122,7 @@ TEST_F(RemoteAdministration, ChangesTheSettingsOfThoseWhoAreMeantAndShowsThem) {
 
 TEST_F(RemoteAdministration, SaysWhoIsThereWhenNobodyIsMeant) {
     for (const char* target : {"valve", "00000001:00000002"}) {
-        ChildProcess tool{in_domain({"set-level", target, "INFO", "--timeout", "3"})};
+        ChildProcess tool{in_domain({"set-level", target, "INFO", "--timeout", "6"})};
         EXPECT_EQ(tool.wait_for_end(patience), "exit 1") << tool.transcript();
         EXPECT_TRUE(tool.output().out.empty()) << tool.transcript();
         EXPECT_TRUE(contains(tool.output().error, std::string{"is '"} + target + "'; there are:"));
@@ -135,7 +143,7 @@ TEST_F(RemoteAdministration, SeesLoggersEndAndTellsTheKilledFromTheFinished) {
     const std::chrono::duration<double> unnoticed = std::chrono::steady_clock::now() - killed;
     RecordProperty("unnoticed_seconds", std::to_string(unnoticed.count()));
     // What the lease leaves open is how late a busy host looks.
-    EXPECT_LE(unnoticed, lease + std::chrono::seconds{2});
+    EXPECT_LE(unnoticed, 2 * lease);
 
     watch_.process().send_signal(SIGINT);
     EXPECT_EQ(watch_.process().wait_for_end(patience), "exit 0");
@@ -155,8 +163,8 @@ TEST(RemoteAdministrationOfNobody, FailsWhenTheOutputCannotBeWritten) {
     ASSERT_NE(pump.ask("identity"), "no answer");
     for (const char* command : {"list", "list --watch", "set-level pump INFO"}) {
         std::ostringstream line;
-        line << "exec '" << tool_command({}).front() << "' " << command << " --domain " << domain_id
-             << " > /dev/full";
+        line << "exec '" << tool_command({}).front() << "' " << command << " --timeout 30 --domain "
+             << domain_id << " > /dev/full";
         ChildProcess tool{{"/bin/sh", "-c", line.str()}};
         EXPECT_EQ(tool.wait_for_end(patience), "exit 1") << tool.transcript();
         EXPECT_TRUE(contains(tool.output().error, "could not write: No space left on device"))

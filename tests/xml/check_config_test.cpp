@@ -25,9 +25,10 @@ TEST(CheckConfig, NamesEveryProblemWithItsPlaceAndPrintsWhatIsInForce) {
         "8: priority: " + no_effect,
         "10: mask: illegal value on thread mask XML tag",
         "13: cpu: " + no_effect,
-        "18: qos_profile: unknown base faulty::nobody",
-        "21: kind: expected KEEP_LAST_HISTORY_QOS KEEP_ALL_HISTORY_QOS",
-        "26: logger: unknown element",
+        "15: echo_to_stdout: in the wrong place, and has an effect nevertheless",
+        "19: qos_profile: unknown base faulty::nobody",
+        "22: kind: expected KEEP_LAST_HISTORY_QOS KEEP_ALL_HISTORY_QOS",
+        "27: logger: unknown element",
     };
     const std::vector<std::string> lines = tool.output().error;
     ASSERT_EQ(lines.size(), problems.size()) << tool.transcript();
@@ -37,7 +38,7 @@ TEST(CheckConfig, NamesEveryProblemWithItsPlaceAndPrintsWhatIsInForce) {
     EXPECT_EQ(tool.output().out,
               (std::vector<std::string>{
                   "<orvane>", "    <filter_level>ERROR</filter_level>",
-                  "    <enabled>false</enabled>", "<echo_to_stdout>false</echo_to_stdout>",
+                  "    <enabled>false</enabled>", "<echo_to_stdout>true</echo_to_stdout>",
                   "<log_infrastructure_messages>true</log_infrastructure_messages>", "    <thread>",
                   "        <mask>THREAD_SETTINGS_STDIO</mask>",
                   "        <priority>THREAD_PRIORITY_DEFAULT</priority>", "        <cpu_list>",
@@ -59,6 +60,7 @@ TEST(CheckConfig, EndsByWhatItIsGiven) {
          "exit 1",
          "/no/such\\x1b/file.xml:0: the file cannot be read"},
         {{"check-config", source + "/README.md"}, "exit 1", "/README.md:1: "},
+        {{"check-config", "/dev/null"}, "exit 1", "/dev/null is not a regular file"},
         {{"check-config"}, "exit 2", "FILE is required"},
         {{"check-config", "one", "two"}, "exit 2", "two"},
     };

@@ -76,7 +76,9 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_set_default_participant_q
 
 /**
  * Loads the profiles of a file, which remains one of the factory's files.
- * @return OK; ERROR when the file has errors, or OUT_OF_RESOURCES, and nothing is changed.
+ * @return OK; ERROR when the file has errors, or OUT_OF_RESOURCES, and nothing is changed;
+ *   PRECONDITION_NOT_MET in a logger device that is called while this thread reads the files of the
+ *   environment.
  */
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_load_qos_profiles(
     DDS_DomainParticipantFactory* self, const char* fileName);
