@@ -47,6 +47,20 @@ public:
         return process_.wait_until([&](const Output& output) { return contains(output.out, text); },
                                    longest);
     }
+    /// Waits until the logger is ready. A first State that is read early tells that it is still
+    /// being made, and a later line that it is operational.
+    [[nodiscard]] bool wait_for_operational(const std::string& logger,
+                                            std::chrono::milliseconds longest) {
+        return process_.wait_until(
+            [&](const Output& output) {
+                return std::any_of(output.out.begin(), output.out.end(),
+                                   [&](const std::string& line) {
+                                       return line.find(logger) != std::string::npos &&
+                                              line.find(" OPERATIONAL") != std::string::npos;
+                                   });
+            },
+            longest);
+    }
     ChildProcess& process() { return process_; }
 
 private:
@@ -56,8 +70,8 @@ private:
 class RemoteAdministration : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(watch_.wait_for("appeared " + pump_id_ + " pump  OPERATIONAL", patience));
-        ASSERT_TRUE(watch_.wait_for("appeared " + planner_id_ + " planner  OPERATIONAL", patience));
+        ASSERT_TRUE(watch_.wait_for_operational(pump_id_ + " pump", patience));
+        ASSERT_TRUE(watch_.wait_for_operational(planner_id_ + " planner", patience));
     }
 
     Watch watch_;
