@@ -26,7 +26,7 @@ template <typename Enumeration>
 template <std::size_t Count>
 struct Dictionary {
     struct Pair {
-        DDS_Long library;
+        DDS_Long own;
         DDS_UnsignedLong middleware;
     };
     std::array<Pair, Count> pairs;
@@ -35,15 +35,15 @@ struct Dictionary {
     [[nodiscard]] constexpr DDS_Long to_library(DDS_UnsignedLong middleware) const noexcept {
         for (const Pair& pair : pairs) {
             if (pair.middleware == middleware) {
-                return pair.library;
+                return pair.own;
             }
         }
-        return otherwise.library;
+        return otherwise.own;
     }
 
-    [[nodiscard]] constexpr DDS_UnsignedLong to_middleware(DDS_Long library) const noexcept {
+    [[nodiscard]] constexpr DDS_UnsignedLong to_middleware(DDS_Long own) const noexcept {
         for (const Pair& pair : pairs) {
-            if (pair.library == library) {
+            if (pair.own == own) {
                 return pair.middleware;
             }
         }

@@ -41,14 +41,14 @@ bool apply(const QosProfile& profile, const char* topic_name, Record& qos) {
 }  // namespace
 
 void ProfileStore::put(const ProfileName& name, std::shared_ptr<const QosProfile> profile) {
-    libraries_[name.library][name.profile] = std::move(profile);
+    libraries_[name.qos_library][name.profile] = std::move(profile);
     if (default_ == name) {
         default_.reset();
     }
 }
 
 const QosProfile* ProfileStore::find(const ProfileName& name) const {
-    const auto library = libraries_.find(name.library);
+    const auto library = libraries_.find(name.qos_library);
     if (library == libraries_.end()) {
         return nullptr;
     }
@@ -87,7 +87,7 @@ std::optional<std::string> ProfileStore::fault_of_bases(const QosProfile& profil
     int count = 0;
     for (const QosProfile* derived = &profile; derived->base;) {
         const QosProfile* base = find(*derived->base);
-        const std::string name = derived->base->library + "::" + derived->base->profile;
+        const std::string name = derived->base->qos_library + "::" + derived->base->profile;
         if (base == nullptr) {
             return "unknown base " + name;
         }

@@ -30,7 +30,7 @@ struct ProfileEntry {
 };
 
 struct ProfileName {
-    std::string library;
+    std::string qos_library;
     std::string profile;
     bool operator==(const ProfileName&) const = default;
 };

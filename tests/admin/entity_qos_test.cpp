@@ -187,7 +187,7 @@ TEST_F(EntityQosOfProfile, WritersAndReadersKeepOnlyWhatTheProtocolLeavesOpen) {
 
 TEST_F(EntityQosOfProfile, AProfileIsFoundByItsExactName) {
     constexpr struct {
-        const char* library;
+        const char* qos_library;
         const char* profile;
         int found;
     } cases[] = {{"Library", "Profile", 1}, {"Library", "Another", 1}, {"Library", "profile", 0},
@@ -195,19 +195,19 @@ TEST_F(EntityQosOfProfile, AProfileIsFoundByItsExactName) {
                  {nullptr, "Profile", 0},   {"Library", nullptr, 0}};
     for (const auto& row : cases) {
         EXPECT_EQ(row.found, QEL_KX_DDSEntities_doesQosLibraryAndProfileExist(
-                                 entities(), row.library, row.profile));
+                                 entities(), row.qos_library, row.profile));
     }
 }
 
 TEST_F(EntityQos, AMissingProfileIsOneWarningAndTheDefaultsAreUsed) {
     constexpr struct {
-        const char* library;
+        const char* qos_library;
         const char* profile;
         bool warned;
     } cases[] = {{"NoLibrary", "NoProfile", true}, {"", "", true}, {"NoLibrary", nullptr, false}};
     for (const auto& row : cases) {
         BareLogger bare;
-        bare.options->qos_library = DDS_String_dup(row.library);
+        bare.options->qos_library = DDS_String_dup(row.qos_library);
         bare.options->qos_profile = DDS_String_dup(row.profile);
         const std::string warning =
             line("KX Warning", "QEL_KX_DDSEntities_create",

@@ -50,10 +50,10 @@ TEST(Translations, UnknownPrintFormatsAreTheDefault) {
 TEST(Translations, MessagesOfTheMiddlewareHaveALevelOfTheLibrary) {
     constexpr struct {
         DDS_Long middleware;
-        DDS_Long library;
+        DDS_Long own;
     } cases[] = {{1, 300}, {2, 400}, {3, 500}, {5, 700}, {4, 600}, {0, 600}, {6, 600}, {-1, 600}};
     for (const auto& row : cases) {
-        EXPECT_EQ(row.library, QEL_KX_translateFromQELLoggerLogLevelToKXLevel(row.middleware))
+        EXPECT_EQ(row.own, QEL_KX_translateFromQELLoggerLogLevelToKXLevel(row.middleware))
             << row.middleware;
     }
 }
