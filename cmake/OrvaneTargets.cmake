@@ -67,8 +67,10 @@ function(orvane_make_shared name)
                    INSTALL_RPATH "$ORIGIN"
                    LINKER_LANGUAGE CXX
                    LINK_DEPENDS "${PROJECT_SOURCE_DIR}/cmake/c-exports.map")
+    # Symbols are looked up when the library is loaded, not in the middle of a first call.
     target_link_options(
-        ${name} PRIVATE "LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/c-exports.map")
+        ${name} PRIVATE "LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/c-exports.map"
+        "LINKER:-z,now")
     if(NOT ORVANE_SANITIZE)
         # With Clang the sanitizer's functions come from the executable only.
         target_link_options(${name} PRIVATE LINKER:--no-undefined)

@@ -1,76 +1,74 @@
 #include "core/counting_semaphore.hpp"
 
-#include <bit>
-
+#include "core/deadline.hpp"
 #include "core/futex.hpp"
 
 namespace pexa::core {
 
 namespace {
 
-static_assert(sizeof(std::atomic<uint64_t>) == sizeof(uint64_t));
-
-uint32_t units_of(uint64_t state) {
-    return static_cast<uint32_t>(state);
-}
+// Each spell of a doze is twice as long as the one before: a unit has to wait at most about as long
+// as the pause before it took, and a doze in vain costs four wake-ups. The first one also leaves
+// the givers the semaphore's cache line to themselves for that long.
+constexpr uint32_t first_spell_ns = 100'000;
+constexpr uint32_t last_spell_ns = 8 * first_spell_ns;
+constexpr uint32_t whole_doze_ns = 2 * last_spell_ns - first_spell_ns;
 
 }  // namespace
 
-const void* CountingSemaphore::units_address() const {
-    constexpr size_t low_half = std::endian::native == std::endian::little ? 0 : 4;
-    return reinterpret_cast<const char*>(&state_) + low_half;
-}
-
-bool CountingSemaphore::give(int32_t limit) {
-    // Once the unit is out, *this may be gone: nothing of it is read afterwards, and waking an
-    // address that has been freed at worst wakes somebody for nothing.
-    const void* address = units_address();
-    uint64_t state = state_.load(std::memory_order_relaxed);
-    do {
-        if (units_of(state) >= static_cast<uint32_t>(limit)) {
-            return false;
-        }
-    } while (!state_.compare_exchange_weak(state, state + 1, std::memory_order_release,
-                                           std::memory_order_relaxed));
-    if (state >= one_waiter) {
-        wake_one(address);
-    }
-    return true;
-}
-
-bool CountingSemaphore::try_take() {
-    uint64_t state = state_.load(std::memory_order_relaxed);
+bool CountingSemaphore::take_unit(uint64_t& state, uint64_t waiters, uint64_t mark) {
     while (units_of(state) > 0) {
-        if (state_.compare_exchange_weak(state, state - 1, std::memory_order_acquire,
-                                         std::memory_order_relaxed)) {
+        if (state_.compare_exchange_weak(state, (state - waiters - 1) | mark,
+                                         std::memory_order_acquire, std::memory_order_relaxed)) {
             return true;
         }
     }
     return false;
 }
 
+bool CountingSemaphore::try_take() {
+    uint64_t state = state_.load(std::memory_order_relaxed);
+    return take_unit(state, 0, recently_taken);
+}
+
 void CountingSemaphore::take() {
     // Without a deadline there is no other outcome.
-    static_cast<void>(try_take() || wait_and_take(nullptr));
+    static_cast<void>(try_take() || doze_and_take(nullptr) || wait_and_take(nullptr));
 }
 
 bool CountingSemaphore::take_until(const timespec& deadline) {
-    return try_take() || wait_and_take(&deadline);
+    return try_take() || doze_and_take(&deadline) || wait_and_take(&deadline);
+}
+
+bool CountingSemaphore::doze_and_take(const timespec* deadline) {
+    if ((state_.load(std::memory_order_relaxed) & recently_taken) == 0) {
+        return false;
+    }
+    for (uint32_t spell = first_spell_ns; spell <= last_spell_ns; spell *= 2) {
+        const timespec end = deadline_after(0, spell);
+        if (deadline != nullptr && is_before(*deadline, end)) {
+            return false;
+        }
+        sleep_until(end);
+        if (try_take()) {
+            return true;
+        }
+    }
+    state_.fetch_and(~recently_taken, std::memory_order_relaxed);
+    return false;
 }
 
 bool CountingSemaphore::wait_and_take(const timespec* deadline) {
     uint64_t state = state_.fetch_add(one_waiter, std::memory_order_relaxed) + one_waiter;
+    // Units that come further apart than a doze would make each of them begin one in vain.
+    const timespec end_of_recent = deadline_after(0, whole_doze_ns);
     bool in_time = true;
     while (true) {
-        if (units_of(state) > 0) {
-            // Taking the unit and leaving the waiters is one step, for the sake of whoever frees
-            // the semaphore as soon as the last unit is taken.
-            if (state_.compare_exchange_weak(state, state - one_waiter - 1,
-                                             std::memory_order_acquire,
-                                             std::memory_order_relaxed)) {
-                return true;
-            }
-            continue;
+        const bool is_recent = is_before(deadline_after(0, 0), end_of_recent);
+        // Taking the unit and leaving the waiters is one step, for the sake of whoever frees the
+        // semaphore as soon as the last unit is taken.
+        if (take_unit(state, one_waiter, is_recent ? recently_taken : 0)) {
+            return true;
         }
         if (!in_time) {
             // Only while there still is no unit: the giver of one may have woken this thread.

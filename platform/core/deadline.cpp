@@ -22,6 +22,10 @@ timespec deadline_after(QELNtpTime span) {
     return deadline_after(time.sec, time.nanosec);
 }
 
+bool is_before(const timespec& left, const timespec& right) {
+    return left.tv_sec != right.tv_sec ? left.tv_sec < right.tv_sec : left.tv_nsec < right.tv_nsec;
+}
+
 void sleep_until(const timespec& deadline) {
     while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &deadline, nullptr) == EINTR) {
     }

@@ -1,56 +1,36 @@
 #include "core/recursive_mutex.hpp"
 
-#include "core/futex.hpp"
-
 namespace pexa::core {
 
-void RecursiveMutex::lock() {
-    // Without a deadline there is no other outcome.
-    static_cast<void>(take(nullptr));
+namespace {
+
+// On common processors a microsecond or two: less than it takes to be put to sleep and woken, more
+// than mutexes are held for, as a rule.
+constexpr int patience = 60;
+
+void pause_briefly() {
+#if defined(__x86_64__) || defined(__i386__)
+    __builtin_ia32_pause();
+#elif defined(__aarch64__)
+    asm volatile("isb");
+#endif
 }
 
-bool RecursiveMutex::try_lock() {
-    if (!is_mine() && !take_when_free()) {
-        return false;
+}  // namespace
+
+bool RecursiveMutex::take_soon() {
+    for (int attempt = 0; attempt < patience; ++attempt) {
+        pause_briefly();
+        if (state_.load(std::memory_order_relaxed) == free && take_when_free()) {
+            ++depth_;
+            return true;
+        }
     }
-    ++depth_;
-    return true;
+    return false;
 }
 
-bool RecursiveMutex::lock_until(const timespec& deadline) {
-    return take(&deadline);
-}
-
-bool RecursiveMutex::unlock() {
-    if (!is_mine()) {
-        return false;
-    }
-    if (--depth_ > 0) {
-        return true;
-    }
-    owner_.store(0, std::memory_order_relaxed);
-    if (state_.exchange(free, std::memory_order_release) == taken_and_wanted) {
-        wake_one(&state_);
-    }
-    return true;
-}
-
-bool RecursiveMutex::is_mine() const {
-    return owner_.load(std::memory_order_relaxed) == pthread_self();
-}
-
-bool RecursiveMutex::take_when_free() {
-    uint32_t expected = free;
-    if (!state_.compare_exchange_strong(expected, taken, std::memory_order_acquire,
-                                        std::memory_order_relaxed)) {
-        return false;
-    }
-    owner_.store(pthread_self(), std::memory_order_relaxed);
-    return true;
-}
-
-bool RecursiveMutex::take(const timespec* deadline) {
-    if (try_lock()) {
+bool RecursiveMutex::wait(const timespec* deadline) {
+    if (take_soon()) {
         return true;
     }
     bool in_time = true;
@@ -61,7 +41,7 @@ bool RecursiveMutex::take(const timespec* deadline) {
         }
         in_time = wait_while_equal(&state_, taken_and_wanted, deadline);
     }
-    owner_.store(pthread_self(), std::memory_order_relaxed);
+    owner_.store(&this_thread, std::memory_order_relaxed);
     ++depth_;
     return true;
 }

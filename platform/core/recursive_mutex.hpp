@@ -1,10 +1,10 @@
 #pragma once
 
-#include <pthread.h>
-
 #include <atomic>
 #include <cstdint>
 #include <ctime>
+
+#include "core/futex.hpp"
 
 namespace pexa::core {
 
@@ -19,25 +19,66 @@ public:
     constexpr RecursiveMutex() = default;
 
     /// Waits for ever.
-    void lock();
+    void lock() {
+        if (!try_lock()) {
+            // Without a deadline there is no other outcome.
+            static_cast<void>(wait(nullptr));
+        }
+    }
     /// @return false when somebody else holds it.
-    [[nodiscard]] bool try_lock();
+    [[nodiscard]] bool try_lock() {
+        // The more likely case first, which also fetches the cache line for writing at once.
+        if (!take_when_free() && !is_mine()) {
+            return false;
+        }
+        ++depth_;
+        return true;
+    }
     /// @param deadline monotonic. @return false when it has passed.
-    [[nodiscard]] bool lock_until(const timespec& deadline);
+    [[nodiscard]] bool lock_until(const timespec& deadline) {
+        return try_lock() || wait(&deadline);
+    }
     /// @return false when the calling thread does not hold the mutex.
-    [[nodiscard]] bool unlock();
+    [[nodiscard]] bool unlock() {
+        if (!is_mine()) {
+            return false;
+        }
+        if (--depth_ > 0) {
+            return true;
+        }
+        owner_.store(nullptr, std::memory_order_relaxed);
+        if (state_.exchange(free, std::memory_order_release) == taken_and_wanted) {
+            wake_one(&state_);
+        }
+        return true;
+    }
 
 private:
     enum State : uint32_t { free, taken, taken_and_wanted };
 
-    [[nodiscard]] bool is_mine() const;
-    [[nodiscard]] bool take(const timespec* deadline);
-    [[nodiscard]] bool take_when_free();
+    [[nodiscard]] bool is_mine() const {
+        return owner_.load(std::memory_order_relaxed) == &this_thread;
+    }
+    [[nodiscard]] bool take_when_free() {
+        uint32_t expected = free;
+        if (!state_.compare_exchange_strong(expected, taken, std::memory_order_acquire,
+                                            std::memory_order_relaxed)) {
+            return false;
+        }
+        owner_.store(&this_thread, std::memory_order_relaxed);
+        return true;
+    }
+    /// Looks again for a moment, because waking a sleeper costs both sides more.
+    [[nodiscard]] bool take_soon();
+    [[nodiscard]] bool wait(const timespec* deadline);
 
     std::atomic<uint32_t> state_{free};
-    // Equals the calling thread's own id only if that thread has stored it, whatever the others
-    // are storing meanwhile; nothing is published by it.
-    std::atomic<pthread_t> owner_{0};
+    // Something of every thread, whose address tells the threads apart without a call.
+    [[gnu::tls_model("initial-exec")]] static inline constinit thread_local char this_thread = 0;
+
+    // Names the calling thread only if that thread has stored it, whatever the others are storing
+    // meanwhile; nothing is published by it.
+    std::atomic<const char*> owner_{nullptr};
     uint32_t depth_ = 0;
 };
 

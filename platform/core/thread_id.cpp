@@ -7,7 +7,7 @@
 namespace {
 
 // Every logging call asks for the id, and the kernel's answer costs more than the rest of the call.
-constinit thread_local DDS_UnsignedLong known_id = 0;
+[[gnu::tls_model("initial-exec")]] constinit thread_local DDS_UnsignedLong known_id = 0;
 
 // A child process goes on with a copy of the forking thread's memory but an id of its own.
 void forget_id() {

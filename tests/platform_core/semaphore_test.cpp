@@ -5,6 +5,7 @@
 #include <atomic>
 #include <chrono>
 #include <climits>
+#include <functional>
 #include <thread>
 #include <vector>
 
@@ -13,6 +14,9 @@
 namespace {
 
 std::atomic<int> system_calls{0};
+std::atomic<int> naps{0};
+/// What takes the place of the naps, if anything does.
+std::function<void()> instead_of_napping;
 
 }  // namespace
 
@@ -21,6 +25,15 @@ long __real_syscall(long number, ...);
 long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f) {
     ++system_calls;
     return __real_syscall(number, a, b, c, d, e, f);
+}
+int __real_clock_nanosleep(clockid_t clock, int flags, const timespec* time, timespec* left);
+int __wrap_clock_nanosleep(clockid_t clock, int flags, const timespec* time, timespec* left) {
+    ++naps;
+    if (instead_of_napping) {
+        instead_of_napping();
+        return 0;
+    }
+    return __real_clock_nanosleep(clock, flags, time, left);
 }
 }
 
@@ -97,6 +110,54 @@ TEST(Semaphore, GiveMakesNoSystemCallUnlessSomebodyWaits) {
     }
     EXPECT_EQ(QELOsapiSemaphore_give(semaphore), ok);
     waiter.join();
+    QELOsapiSemaphore_delete(semaphore);
+}
+
+/// Ends with its scope, so that later tests nap as usual.
+class Instead {
+public:
+    explicit Instead(std::function<void()> action) { instead_of_napping = std::move(action); }
+    ~Instead() { instead_of_napping = nullptr; }
+    Instead(const Instead&) = delete;
+    Instead& operator=(const Instead&) = delete;
+};
+
+TEST(Semaphore, GiveMakesNoSystemCallWhileTheTakerDozes) {
+    QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 1);
+    ASSERT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
+    const int before = system_calls;
+    const Instead giving([&] { EXPECT_EQ(QELOsapiSemaphore_give(semaphore), ok); });
+    for (int unit = 0; unit < 100; ++unit) {
+        ASSERT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
+    }
+    EXPECT_EQ(system_calls, before);
+    QELOsapiSemaphore_delete(semaphore);
+}
+
+TEST(Semaphore, TakerThatDozedInVainSleepsUntilItIsWoken) {
+    QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 1);
+    ASSERT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
+    const Instead nothing([] {});
+    const int before_doze = naps;
+    EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &thirty_milliseconds), timeout);
+    const int after_doze = naps;
+    EXPECT_EQ(after_doze, before_doze + 4);
+    EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &thirty_milliseconds), timeout);
+    EXPECT_EQ(naps, after_doze);
+
+    // A unit that has been waited for that long is no reason to doze for the next one.
+    const int before_wait = system_calls;
+    std::thread giver([semaphore, before_wait] {
+        while (system_calls == before_wait) {
+            std::this_thread::yield();
+        }
+        std::this_thread::sleep_for(milliseconds(20));
+        EXPECT_EQ(QELOsapiSemaphore_give(semaphore), ok);
+    });
+    EXPECT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
+    giver.join();
+    EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &thirty_milliseconds), timeout);
+    EXPECT_EQ(naps, after_doze);
     QELOsapiSemaphore_delete(semaphore);
 }
 
