@@ -1,3 +1,4 @@
+#include "pexa/cdr_cursor.hpp"
 #include "types/encoding.hpp"
 #include "types/record_access.hpp"
 
@@ -5,26 +6,13 @@ namespace orvane::types {
 
 namespace {
 
-bool encode_word(const void* value, QELCdrStream& stream) {
-    return QELCdrStream_serializeLong(&stream, load<DDS_Long>(value)) != 0;
-}
+using pexa::CdrCursor;
 
 bool encode_words(const TypeTable& table, const void* record, QELCdrStream& stream) {
-    for (const Member& member : table.members()) {
-        if (!encode_word(field(record, member), stream)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-bool encode_array(const void* array, const Member& member, QELCdrStream& stream) {
-    for (std::size_t i = 0; i < member.bound; ++i) {
-        if (!encode_words(*member.type, array_element(array, member, i), stream)) {
-            return false;
-        }
-    }
-    return true;
+    CdrCursor cursor(stream);
+    const bool encoded = cursor.write_words(record, table.record_size / sizeof(DDS_Long));
+    cursor.commit();
+    return encoded;
 }
 
 bool encode_sequence(const void* sequence, const Member& member, QELCdrStream& stream) {
@@ -42,65 +30,36 @@ bool encode_sequence(const void* sequence, const Member& member, QELCdrStream& s
     return true;
 }
 
-bool encode_string(const void* string, const Member& member, QELCdrStream& stream) {
-    const auto* text = load<const char*>(string);
-    return text != nullptr && QELCdrStream_serializeString(&stream, text, member.bound) != 0;
-}
-
-bool encode_value(const void* value, const Member& member, QELCdrStream& stream, bool extended) {
-    switch (member.kind) {
-        case Kind::Long:
-        case Kind::Enumeration:
-            return encode_word(value, stream);
-        case Kind::String:
-            return encode_string(value, member, stream);
-        case Kind::Structure:
-            return encode(*member.type, value, stream, extended, Selection::All);
-        case Kind::Array:
-            return encode_array(value, member, stream);
-        case Kind::Sequence:
-            return encode_sequence(value, member, stream);
+/** A bit for each row that is encoded. */
+std::uint32_t encoded_rows(const TypeTable& table, const void* record, Selection selection) {
+    if (table.category != Category::Union) {
+        return selection == Selection::All ? ~0U : table.key_rows;
     }
-    return false;
-}
-
-bool encode_member(const void* record, const Member& member, QELCdrStream& stream, bool extended) {
-    QELCdrOpenParameter header;
-    const QELBool form = extended && !member.is_word() ? 1 : 0;
-    return QELCdrStream_serializeParameterHeader(&stream, &header, form, member.id, 0) != 0 &&
-           encode_value(field(record, member), member, stream, extended) &&
-           QELCdrStream_serializeParameterLength(&stream, &header) != 0;
-}
-
-bool encode_union(const TypeTable& table, const void* record, QELCdrStream& stream) {
-    const Member& discriminator = table.rows[0];
-    if (!encode_member(record, discriminator, stream, false)) {
-        return false;
-    }
-    const Member* branch = table.branch(load<DDS_Long>(field(record, discriminator)));
-    return (branch == nullptr || encode_member(record, *branch, stream, false)) &&
-           QELCdrStream_serializeListEnd(&stream) != 0;
+    const auto discriminator = load<DDS_Long>(field(record, table.rows[0]));
+    return table.branch(discriminator) == nullptr ? 1U : 1U | 2U << discriminator;
 }
 
 }  // namespace
 
+bool encode_open_member(const void* value, const Member& member, QELCdrStream& stream,
+                        bool extended) {
+    QELCdrOpenParameter header;
+    return QELCdrStream_serializeParameterHeader(&stream, &header, extended ? 1 : 0, member.id,
+                                                 0) != 0 &&
+           (member.kind == Kind::Sequence
+                ? encode_sequence(value, member, stream)
+                : encode(*member.type, value, stream, extended, Selection::All)) &&
+           QELCdrStream_serializeParameterLength(&stream, &header) != 0;
+}
+
 bool encode(const TypeTable& table, const void* record, QELCdrStream& stream, bool extended,
             Selection selection) {
-    if (table.category == Category::Enumeration) {
-        return encode_word(record, stream);
-    }
-    if (table.category == Category::Union) {
-        return encode_union(table, record, stream);
-    }
     if (!table.is_mutable()) {
         return encode_words(table, record, stream);
     }
-    for (const Member& member : table.members()) {
-        if (selects(selection, member) && !encode_member(record, member, stream, extended)) {
-            return false;
-        }
-    }
-    return QELCdrStream_serializeListEnd(&stream) != 0;
+    const bool may_extend = extended && table.category != Category::Union;
+    return table.compiled->encode(record, stream, may_extend,
+                                  encoded_rows(table, record, selection));
 }
 
 }  // namespace orvane::types

@@ -12,13 +12,6 @@
 
 namespace orvane::types {
 
-/** Which members an operation is about. */
-enum class Selection : std::uint8_t { All, Key };
-
-[[nodiscard]] constexpr bool selects(Selection selection, const Member& member) {
-    return selection == Selection::All || member.is_key;
-}
-
 /**
  * @param extended whether headers of members that are not four bytes long have the extended form;
  *   the headers of unions never have.
@@ -30,6 +23,13 @@ enum class Selection : std::uint8_t { All, Key };
  */
 [[nodiscard]] bool decode(const TypeTable& table, void* record, QELCdrStream& stream,
                           Selection selection);
+
+/** Encodes a member, with its header, whose length only its encoding tells. */
+[[nodiscard]] bool encode_open_member(const void* value, const Member& member, QELCdrStream& stream,
+                                      bool extended);
+
+/** Decodes a value that has no fixed size. */
+[[nodiscard]] bool decode_open_value(void* value, const Member& member, QELCdrStream& stream);
 
 [[nodiscard]] bool skip(const TypeTable& table, QELCdrStream& stream);
 

@@ -1,6 +1,7 @@
 #include "types/key_hash.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <memory>
@@ -18,6 +19,40 @@ struct FreeBuffer {
 };
 using Buffer = std::unique_ptr<char[], FreeBuffer>;
 
+/** The digest of a larger key is computed each time. */
+constexpr std::size_t remembered_key_size = 48;
+
+struct RememberedDigest {
+    std::size_t key_size;
+    std::array<char, remembered_key_size> key;
+    std::array<DDS_Octet, 16> digest;
+};
+
+/**
+ * A thread publishes few instances, over and over, and computing the digest takes longer than all
+ * the rest of encoding a message. Per thread, so that nobody waits for anybody.
+ */
+thread_local constinit std::array<RememberedDigest, 16> remembered_digests{};
+
+void compute_digest(const char* key, std::size_t size, DDS_Octet* digest) {
+    if (size == 0 || size > remembered_key_size) {
+        QELMd5_compute(key, size, digest);
+        return;
+    }
+    // Keys of one application differ in the level, whose usual numbers have different sums.
+    unsigned sum = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        sum += static_cast<unsigned char>(key[i]);
+    }
+    RememberedDigest& place = remembered_digests[sum % remembered_digests.size()];
+    if (place.key_size != size || std::memcmp(place.key.data(), key, size) != 0) {
+        QELMd5_compute(key, size, place.digest.data());
+        std::memcpy(place.key.data(), key, size);
+        place.key_size = size;
+    }
+    std::memcpy(digest, place.digest.data(), place.digest.size());
+}
+
 bool encode_key(const TypeTable& table, TULVEndpointData endpoint, const void* instance,
                 QELCdrStream& stream) {
     stream.littleEndian = 0;
@@ -26,8 +61,8 @@ bool encode_key(const TypeTable& table, TULVEndpointData endpoint, const void* i
 }
 
 void fill_hash(const TypeTable& table, const QELCdrStream& key, QELKeyHash& hash) {
-    if (extreme_size(table, Extreme::Maximum, Selection::Key, {}) > sizeof hash.value) {
-        QELMd5_compute(key.buffer, key.position, hash.value);
+    if (table.longest_key > sizeof hash.value) {
+        compute_digest(key.buffer, key.position, hash.value);
     } else {
         std::memset(hash.value, 0, sizeof hash.value);
         std::memcpy(hash.value, key.buffer, std::min(key.position, sizeof hash.value));

@@ -8,10 +8,8 @@ namespace {
 
 /** What keyed types and writers have on top of the default endpoint data. */
 bool equip(const EndpointType& type, TULVEndpointData endpoint, TULVEndpointKind kind) {
-    if (type.table.is_keyed &&
-        TULVTypePluginDefaultEndpointData_createMD5Stream(
-            endpoint, extreme_size(type.table, Extreme::Maximum, Selection::Key, {})) ==
-            DDS_BOOLEAN_FALSE) {
+    if (type.table.is_keyed && TULVTypePluginDefaultEndpointData_createMD5Stream(
+                                   endpoint, type.table.longest_key) == DDS_BOOLEAN_FALSE) {
         return false;
     }
     if (kind != TULV_ENDPOINT_WRITER) {

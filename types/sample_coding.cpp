@@ -1,5 +1,6 @@
 #include "types/sample_coding.hpp"
 
+#include "pexa/cdr_cursor.hpp"
 #include "types/sizes.hpp"
 #include "types/values.hpp"
 
@@ -7,17 +8,26 @@ namespace orvane::types {
 
 namespace {
 
-/** Gives the stream the alignment origin back that it had before the encapsulation header. */
+using pexa::CdrCursor;
+
+/** Behind a body, gives the stream the alignment origin back that it had before the encapsulation
+ *  header. */
 class OriginScope {
 public:
-    explicit OriginScope(QELCdrStream& stream) : stream_(stream), origin_(stream.origin) {}
-    ~OriginScope() { stream_.origin = origin_; }
+    OriginScope(QELCdrStream& stream, Portion portion)
+        : stream_(stream), origin_(stream.origin), portion_(portion) {}
+    ~OriginScope() {
+        if (portion_.body) {
+            stream_.origin = origin_;
+        }
+    }
     OriginScope(const OriginScope&) = delete;
     OriginScope& operator=(const OriginScope&) = delete;
 
 private:
     QELCdrStream& stream_;
     std::size_t origin_;
+    Portion portion_;
 };
 
 /** The outermost mutable level decides on the form of the headers for all levels below. */
@@ -54,12 +64,11 @@ DDS_UnsignedShort announced_id(const TypeTable& table, DDS_UnsignedShort id) {
 
 bool write_encapsulation(const TypeTable& table, QELCdrStream& stream, DDS_UnsignedShort id,
                          Portion portion) {
-    return !portion.encapsulation ||
-           QELCdrStream_serializeEncapsulation(&stream, announced_id(table, id)) != 0;
+    return !portion.encapsulation || CdrCursor(stream).write_encapsulation(announced_id(table, id));
 }
 
 bool read_encapsulation(QELCdrStream& stream, Portion portion) {
-    return !portion.encapsulation || QELCdrStream_deserializeEncapsulation(&stream) != 0;
+    return !portion.encapsulation || CdrCursor(stream).read_encapsulation();
 }
 
 constexpr Portion whole_sample{.encapsulation = true, .body = true, .selection = Selection::All};
@@ -76,12 +85,13 @@ bool serialize(const TypeTable& table, TULVEndpointData endpoint, const void* sa
     if (stream == nullptr) {
         return false;
     }
-    if (!portion.body) {
-        return write_encapsulation(table, *stream, encapsulation_id, portion);
-    }
-    const OriginScope origin(*stream);
-    if (sample == nullptr || !write_encapsulation(table, *stream, encapsulation_id, portion)) {
+    const OriginScope origin(*stream, portion);
+    if ((portion.body && sample == nullptr) ||
+        !write_encapsulation(table, *stream, encapsulation_id, portion)) {
         return false;
+    }
+    if (!portion.body) {
+        return true;
     }
     const HeaderFormScope form(table, endpoint, *stream);
     return encode(table, sample, *stream, stream->extendedHeaders != 0, portion.selection);
@@ -91,12 +101,12 @@ bool deserialize(const TypeTable& table, void* sample, QELCdrStream* stream, Por
     if (stream == nullptr) {
         return false;
     }
-    if (!portion.body) {
-        return read_encapsulation(*stream, portion);
-    }
-    const OriginScope origin(*stream);
-    if (sample == nullptr || !read_encapsulation(*stream, portion)) {
+    const OriginScope origin(*stream, portion);
+    if ((portion.body && sample == nullptr) || !read_encapsulation(*stream, portion)) {
         return false;
+    }
+    if (!portion.body) {
+        return true;
     }
     reset(table, sample);
     return decode(table, sample, *stream, portion.selection);
@@ -115,11 +125,8 @@ bool skip_sample(const TypeTable& table, QELCdrStream* stream, Portion portion) 
     if (stream == nullptr) {
         return false;
     }
-    if (!portion.body) {
-        return read_encapsulation(*stream, portion);
-    }
-    const OriginScope origin(*stream);
-    return read_encapsulation(*stream, portion) && skip(table, *stream);
+    const OriginScope origin(*stream, portion);
+    return read_encapsulation(*stream, portion) && (!portion.body || skip(table, *stream));
 }
 
 bool serialize_to_buffer(const TypeTable& table, const void* sample, char* buffer,

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "types/encoding.hpp"
+#include "types/size_walk.hpp"
 #include "types/table.hpp"
 
 namespace orvane::types {
@@ -18,8 +18,6 @@ struct SizeOrigin {
     /** Bytes already behind the alignment origin. */
     DDS_UnsignedLong current_alignment;
 };
-
-enum class Extreme : std::uint8_t { Minimum, Maximum };
 
 /**
  * The size of the smallest or largest value.

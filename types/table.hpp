@@ -37,6 +37,9 @@ struct Member {
     std::uint32_t offset;
     /** String: most characters. Array: number of elements. Sequence: most elements. */
     std::uint32_t bound;
+    /** Numbers of four bytes that a value consists of, one behind the other, in the record as in
+     *  the encoding; 0: it is encoded otherwise. */
+    std::uint32_t words;
     /** Enumeration, structure: its table. Array, sequence: the element's table. */
     const TypeTable* type;
     /** Sequence: what the sequence operations know of the element. */
@@ -49,8 +52,25 @@ struct Member {
     }
 };
 
+/** Which members an operation is about. */
+enum class Selection : std::uint8_t { All, Key };
+
+[[nodiscard]] constexpr bool selects(Selection selection, const Member& member) {
+    return selection == Selection::All || member.is_key;
+}
+
 /** The largest number of members or enumerators of a type. */
 inline constexpr std::size_t table_capacity = 7;
+
+/** Operations on the members of one mutable type. */
+struct CompiledMembers {
+    /** Writes the members for which there is a bit in `rows`, and the end of the list. */
+    bool (*encode)(const void* record, QELCdrStream& stream, bool extended, std::uint32_t rows);
+    bool (*decode)(void* record, QELCdrStream& stream, Selection selection);
+    void (*reset)(void* record);
+    /** @return where the encoding ends that begins at the position. */
+    std::uint64_t (*end)(const void* record, bool extended, std::uint64_t position);
+};
 
 /** Everything that is known of a data type. */
 struct TypeTable {
@@ -58,6 +78,10 @@ struct TypeTable {
     Category category;
     DDS_ExtensibilityKind extensibility;
     bool is_keyed;
+    /** A bit for each row that belongs to the key. */
+    std::uint32_t key_rows;
+    /** Bytes of the largest key; 0 without one. */
+    std::uint32_t longest_key;
     std::uint32_t record_size;
     /** Members or enumerators. */
     std::uint32_t row_count;
@@ -67,6 +91,8 @@ struct TypeTable {
     /** Names of the enumerators, whose numbers are their positions. */
     std::array<const char*, table_capacity> enumerators;
     const DDS_TypeCode* code;
+    /** NULL of a type that is not mutable. */
+    const CompiledMembers* compiled;
 
     [[nodiscard]] constexpr std::span<const Member> members() const {
         return {rows.data(), category == Category::Enumeration ? 0 : row_count};

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "types/compiled_members.hpp"
+#include "types/size_walk.hpp"
 #include "types/table.hpp"
 #include "types/typecode.hpp"
 
@@ -60,6 +62,18 @@ consteval Kind kind_of() {
     }
 }
 
+/** @return the numbers of four bytes that all values consist of, or 0. */
+template <typename Value>
+consteval std::uint32_t words_of() {
+    constexpr Kind kind = kind_of<Value>();
+    bool consists_of_words = kind != Kind::String && kind != Kind::Sequence;
+    if constexpr (kind == Kind::Structure) {
+        consists_of_words = !Description<Value>::table.is_mutable();
+    }
+    constexpr std::size_t size = sizeof(Value);
+    return consists_of_words ? size / sizeof(DDS_Long) : 0;
+}
+
 /** A member whose C type says everything: number, enumeration, structure or array. */
 template <auto Pointer>
 consteval Row<Pointer> member(DDS_UnsignedLong id, const char* name, Role role = Role::Value) {
@@ -70,6 +84,7 @@ consteval Row<Pointer> member(DDS_UnsignedLong id, const char* name, Role role =
                .is_key = role == Role::Key,
                .offset = 0,
                .bound = 0,
+               .words = words_of<Value>(),
                .type = nullptr,
                .element = nullptr,
                .code = nullptr};
@@ -100,6 +115,7 @@ consteval Row<Pointer> string(DDS_UnsignedLong id, const char* name) {
              .is_key = false,
              .offset = 0,
              .bound = Bound,
+             .words = 0,
              .type = nullptr,
              .element = nullptr,
              .code = &string_code<Bound>}};
@@ -117,6 +133,7 @@ consteval Row<Pointer> sequence(DDS_UnsignedLong id, const char* name) {
              .is_key = false,
              .offset = 0,
              .bound = Bound,
+             .words = 0,
              .type = &Description<Element>::table,
              .element = &Description<Element>::sequence_element,
              .code = &sequence_code<Element, Bound>}};
@@ -203,17 +220,26 @@ consteval TypeTable structure(const char* name, DDS_ExtensibilityKind extensibil
                     .category = Category::Structure,
                     .extensibility = extensibility,
                     .is_keyed = false,
+                    .key_rows = 0,
+                    .longest_key = 0,
                     .record_size = sizeof(Record),
                     .row_count = sizeof...(rows),
                     .rows = {rows.member...},
                     .enumerators = {},
-                    .code = &Description<Record>::code};
+                    .code = &Description<Record>::code,
+                    .compiled = extensibility == DDS_MUTABLE_EXTENSIBILITY
+                                    ? &compiled_members<Record>
+                                    : nullptr};
     for (std::size_t i = 0; i < sizeof...(rows); ++i) {
         table.rows[i].offset = offsets[i];
         table.is_keyed = table.is_keyed || table.rows[i].is_key;
+        table.key_rows |= table.rows[i].is_key ? 1U << i : 0U;
     }
     for (std::size_t i = 0; i < sizeof...(rows); ++i) {
         check_row(table, i);
+    }
+    if (table.is_keyed) {
+        table.longest_key = static_cast<std::uint32_t>(longest_key(table));
     }
     return table;
 }
@@ -229,11 +255,14 @@ consteval TypeTable discriminated_union(const char* name, Row<&Record::_d> discr
                     .category = Category::Union,
                     .extensibility = DDS_MUTABLE_EXTENSIBILITY,
                     .is_keyed = false,
+                    .key_rows = 0,
+                    .longest_key = 0,
                     .record_size = sizeof(Record),
                     .row_count = 1 + sizeof...(branches),
                     .rows = {discriminator.member, branches.member...},
                     .enumerators = {},
-                    .code = &Description<Record>::code};
+                    .code = &Description<Record>::code,
+                    .compiled = &compiled_members<Record>};
     for (std::size_t i = 0; i < sizeof...(branches); ++i) {
         table.rows[i + 1].offset = outer[1] + inner[i];
         check_row(table, i + 1);
@@ -257,11 +286,14 @@ consteval TypeTable enumeration(const char* name,
                     .category = Category::Enumeration,
                     .extensibility = DDS_FINAL_EXTENSIBILITY,
                     .is_keyed = false,
+                    .key_rows = 0,
+                    .longest_key = 0,
                     .record_size = sizeof(Record),
                     .row_count = Count,
                     .rows = {},
                     .enumerators = {},
-                    .code = &Description<Record>::code};
+                    .code = &Description<Record>::code,
+                    .compiled = nullptr};
     for (std::size_t i = 0; i < Count; ++i) {
         if (static_cast<std::size_t>(enumerators[i].value) != i) {
             rule_broken("enumerators count from 0");

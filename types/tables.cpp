@@ -1,3 +1,4 @@
+#include "types/compiled_members.hpp"
 #include "types/table_builder.hpp"
 
 const char QEL_KX_ADMIN_StateKindTYPENAME[] = "QEL::KX::ADMIN::StateKind";

@@ -1,5 +1,7 @@
 #include "types/values.hpp"
 
+#include <cstring>
+
 #include "pexa/string.h"
 #include "types/record_access.hpp"
 
@@ -7,22 +9,14 @@ namespace orvane::types {
 
 namespace {
 
-bool initialise_string(char** text, const Member& member, bool allocate) {
-    if (allocate) {
-        *text = DDS_String_alloc(member.bound);
-        return *text != nullptr;
-    }
-    if (*text != nullptr) {
-        **text = '\0';
-    }
-    return true;
+bool allocate_string(void* value, const Member& member) {
+    char* text = DDS_String_alloc(member.bound);
+    store(value, text);
+    return text != nullptr;
 }
 
-bool initialise_sequence(PEXASequence* sequence, const Member& member,
-                         const DDS_TypeAllocationParams_t& params) {
-    if (params.allocate_memory == DDS_BOOLEAN_FALSE) {
-        return PEXASequence_set_length(sequence, member.element, 0) != DDS_BOOLEAN_FALSE;
-    }
+bool allocate_sequence(PEXASequence* sequence, const Member& member,
+                       const DDS_TypeAllocationParams_t& params) {
     return PEXASequence_initialize(sequence, member.element) != DDS_BOOLEAN_FALSE &&
            PEXASequence_set_element_allocation_params(sequence, member.element, &params) !=
                DDS_BOOLEAN_FALSE &&
@@ -30,29 +24,17 @@ bool initialise_sequence(PEXASequence* sequence, const Member& member,
                                     static_cast<DDS_Long>(member.bound)) != DDS_BOOLEAN_FALSE;
 }
 
-bool initialise_member(void* value, const Member& member,
-                       const DDS_TypeAllocationParams_t& params) {
-    switch (member.kind) {
-        case Kind::Long:
-        case Kind::Enumeration:
-            store<DDS_Long>(value, 0);
-            return true;
-        case Kind::String:
-            return initialise_string(static_cast<char**>(value), member,
-                                     params.allocate_memory != DDS_BOOLEAN_FALSE);
-        case Kind::Structure:
-            return initialise(*member.type, value, params);
-        case Kind::Array:
-            for (std::size_t i = 0; i < member.bound; ++i) {
-                if (!initialise(*member.type, array_element(value, member, i), params)) {
-                    return false;
-                }
-            }
-            return true;
-        case Kind::Sequence:
-            return initialise_sequence(static_cast<PEXASequence*>(value), member, params);
+bool allocate_member(void* value, const Member& member, const DDS_TypeAllocationParams_t& params) {
+    if (member.words > 0) {
+        std::memset(value, 0, member.words * sizeof(DDS_Long));
+        return true;
     }
-    return false;
+    if (member.kind == Kind::String) {
+        return allocate_string(value, member);
+    }
+    return member.kind == Kind::Sequence
+               ? allocate_sequence(static_cast<PEXASequence*>(value), member, params)
+               : initialise(*member.type, value, params);
 }
 
 /** Makes pointers that may be garbage safe to finalise. */
@@ -75,28 +57,17 @@ bool copy_string(void* destination, const void* source, const Member& member) {
 }
 
 bool copy_member(void* destination, const void* source, const Member& member) {
-    switch (member.kind) {
-        case Kind::Long:
-        case Kind::Enumeration:
-            store(destination, load<DDS_Long>(source));
-            return true;
-        case Kind::String:
-            return copy_string(destination, source, member);
-        case Kind::Structure:
-            return copy(*member.type, destination, source);
-        case Kind::Array:
-            for (std::size_t i = 0; i < member.bound; ++i) {
-                if (!copy(*member.type, array_element(destination, member, i),
-                          array_element(source, member, i))) {
-                    return false;
-                }
-            }
-            return true;
-        case Kind::Sequence:
-            return PEXASequence_copy(static_cast<PEXASequence*>(destination), member.element,
-                                     static_cast<const PEXASequence*>(source)) != nullptr;
+    if (member.words > 0) {
+        std::memmove(destination, source, member.words * sizeof(DDS_Long));
+        return true;
     }
-    return false;
+    if (member.kind == Kind::String) {
+        return copy_string(destination, source, member);
+    }
+    return member.kind == Kind::Sequence
+               ? PEXASequence_copy(static_cast<PEXASequence*>(destination), member.element,
+                                   static_cast<const PEXASequence*>(source)) != nullptr
+               : copy(*member.type, destination, source);
 }
 
 bool copy_field(void* destination, const void* source, const Member& member) {
@@ -114,15 +85,13 @@ bool copy_union(const TypeTable& table, void* destination, const void* source) {
 }  // namespace
 
 bool initialise(const TypeTable& table, void* record, const DDS_TypeAllocationParams_t& params) {
-    if (table.category == Category::Enumeration) {
-        store<DDS_Long>(record, 0);
+    if (!table.is_mutable() || params.allocate_memory == DDS_BOOLEAN_FALSE) {
+        reset(table, record);
         return true;
     }
-    if (params.allocate_memory != DDS_BOOLEAN_FALSE) {
-        forget_buffers(table, record);
-    }
+    forget_buffers(table, record);
     for (const Member& member : table.members()) {
-        if (!initialise_member(field(record, member), member, params)) {
+        if (!allocate_member(field(record, member), member, params)) {
             return false;
         }
     }
@@ -130,11 +99,21 @@ bool initialise(const TypeTable& table, void* record, const DDS_TypeAllocationPa
 }
 
 void reset(const TypeTable& table, void* record) {
-    constexpr DDS_TypeAllocationParams_t in_place{.allocate_pointers = DDS_BOOLEAN_FALSE,
-                                                  .allocate_optional_members = DDS_BOOLEAN_FALSE,
-                                                  .allocate_memory = DDS_BOOLEAN_FALSE};
-    // Nothing that could fail happens without allocation.
-    static_cast<void>(initialise(table, record, in_place));
+    if (table.is_mutable()) {
+        table.compiled->reset(record);
+    } else {
+        std::memset(record, 0, table.record_size);
+    }
+}
+
+void reset_open_value(void* value, const Member& member) {
+    if (member.kind == Kind::Sequence) {
+        // A sequence that is shortened allocates nothing.
+        static_cast<void>(
+            PEXASequence_set_length(static_cast<PEXASequence*>(value), member.element, 0));
+    } else {
+        reset(*member.type, value);
+    }
 }
 
 void finalise(const TypeTable& table, void* record) {
@@ -152,8 +131,8 @@ void finalise(const TypeTable& table, void* record) {
 }
 
 bool copy(const TypeTable& table, void* destination, const void* source) {
-    if (table.category == Category::Enumeration) {
-        store(destination, load<DDS_Long>(source));
+    if (!table.is_mutable()) {
+        std::memmove(destination, source, table.record_size);
         return true;
     }
     if (table.category == Category::Union) {

@@ -15,6 +15,9 @@ namespace orvane::types {
 /** Empties the record in place, without allocation. */
 void reset(const TypeTable& table, void* record);
 
+/** Empties a value that has no fixed size. */
+void reset_open_value(void* value, const Member& member);
+
 void finalise(const TypeTable& table, void* record);
 
 /** @return false when a member does not fit; those before it have been copied. */

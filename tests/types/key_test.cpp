@@ -52,6 +52,12 @@ TEST(KeyHash, OfALongKeyIsTheDigestOfItsBigEndianEncoding) {
     EXPECT_EQ(hash_of(endpoint.get(), *message), digest);
     EXPECT_EQ(hash_of(endpoint.get(), *message), digest) << "the second time";
     EXPECT_EQ(hash_of(nullptr, *message), digest) << "without endpoint data";
+    // Another instance in between, which nothing remembered of the first may be taken for.
+    message->level += 1;
+    EXPECT_NE(hash_of(nullptr, *message), digest);
+    EXPECT_EQ(hash_of(endpoint.get(), *message), hash_of(nullptr, *message));
+    message->level -= 1;
+    EXPECT_EQ(hash_of(endpoint.get(), *message), digest);
 
     const Endpoint<QEL_KX_ADMIN_State> other;
     Sample<QEL_KX_ADMIN_State> state;
@@ -63,6 +69,22 @@ TEST(KeyHash, OfALongKeyIsTheDigestOfItsBigEndianEncoding) {
     fill(*response);
     // 00000008 00000001 00000002 7F020000
     EXPECT_EQ(hash_of(nullptr, *response), written(bytes("bea7382d901e315e022b1d88998aaa36")));
+}
+
+TEST(KeyHash, TellsKeysApartThatConsistOfTheSameBytes) {
+    const Endpoint<QEL_KX_LogMessage> endpoint(TULV_ENDPOINT_WRITER);
+    Sample<QEL_KX_LogMessage> message;
+    message->level = 300;
+    for (int round = 0; round < 2; ++round) {
+        // 00000008 00000001 00000002 00010004 0000012C 7F020000
+        message->hostAndAppId = {1, 2};
+        EXPECT_EQ(hash_of(endpoint.get(), *message),
+                  written(bytes("2343cbd3a06535383fa42c7ad40ad273")));
+        // 00000008 00000002 00000001 00010004 0000012C 7F020000
+        message->hostAndAppId = {2, 1};
+        EXPECT_EQ(hash_of(endpoint.get(), *message),
+                  written(bytes("d10a9cfb768a020cdf14fdafc6124036")));
+    }
 }
 
 TEST(KeyHash, NeedsNoRoomInTheEndpointsStream) {
