@@ -3,6 +3,7 @@
 #include "admin/logger_bridge.hpp"
 #include "admin/state.hpp"
 #include "admin/translations.hpp"
+#include "core/filter.hpp"
 #include "orvane/core.h"
 #include "pexa/string.h"
 
@@ -138,6 +139,8 @@ DDS_ReturnCode_t set_filter_level(QEL_KX_Orvane& logger, DDS_Long level) {
             std::atomic_ref(logger.filterLevel).exchange(level, std::memory_order_relaxed) != level;
         if (changed) {
             state.filterLevel = level;
+            // Before anybody can see the new level in the published State.
+            core::refresh_filter();
         }
     });
     if (changed && !write_state(logger)) {

@@ -89,13 +89,20 @@ struct WriterRow {
     Writer* (*narrow)(DDS_DataWriter* writer);
     const char* qos_failure;
     const char* create_failure;
+    /// Whether whoever writes also flushes. A profile has no say in it: without the flush, what is
+    /// written last would stay.
+    DDS_Boolean batches;
 };
 
 template <typename Writer>
 const char* create_writer(QEL_KX_DDSEntities& entities, const WriterRow<Writer>& row) {
     return create_with_qos<DDS_DataWriterQos>(
         entities.*row.writer,
-        [&](DDS_DataWriterQos* qos) { return writer_qos(&entities, qos, row.topic_name); },
+        [&](DDS_DataWriterQos* qos) {
+            const DDS_ReturnCode_t result = writer_qos(&entities, qos, row.topic_name);
+            qos->batch.enable = row.batches;
+            return result;
+        },
         row.qos_failure,
         [&](const DDS_DataWriterQos* qos) -> Writer* {
             DDS_DataWriter* const writer = DDS_Publisher_create_datawriter(
@@ -112,7 +119,8 @@ const char* create_log_writer(QEL_KX_DDSEntities& entities, QEL_KX_Orvane&) {
         &QEL_KX_DDSEntities::logMessageWriter,
         QEL_KX_LogMessageDataWriter_narrow,
         "Unable to get QoS for LogMessage DataWriter",
-        "Unable to create logMessage DataWriter"};
+        "Unable to create logMessage DataWriter",
+        DDS_BOOLEAN_TRUE};
     return create_writer(entities, row);
 }
 
@@ -123,7 +131,8 @@ const char* create_state_writer(QEL_KX_DDSEntities& entities, QEL_KX_Orvane&) {
         &QEL_KX_DDSEntities::stateWriter,
         QEL_KX_ADMIN_StateDataWriter_narrow,
         "Unable to get QoS of State's DataWriter",
-        "Unable to create State DataWriter"};
+        "Unable to create State DataWriter",
+        DDS_BOOLEAN_FALSE};
     return create_writer(entities, row);
 }
 
@@ -134,7 +143,8 @@ const char* create_response_writer(QEL_KX_DDSEntities& entities, QEL_KX_Orvane&)
         &QEL_KX_DDSEntities::commandResponseWriter,
         QEL_KX_ADMIN_CommandResponseDataWriter_narrow,
         "Unable to get QoS for CommandResponse DataWriter",
-        "Unable to create CommandResponse DataWriter"};
+        "Unable to create CommandResponse DataWriter",
+        DDS_BOOLEAN_FALSE};
     return create_writer(entities, row);
 }
 

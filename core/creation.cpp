@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "admin/state.hpp"
+#include "core/filter.hpp"
 #include "core/instance.hpp"
 #include "core/lifecycle.hpp"
 #include "core/report.hpp"
@@ -38,7 +39,7 @@ QEL_KX_Options* options_made = nullptr;
 
 const char* make_clock(QEL_KX_Orvane& self) {
     self.clock = QELSystemClock_new();
-    set_live_clock(self.clock);
+    live_clock.store(self.clock, std::memory_order_release);
     return self.clock == nullptr ? "Unable to create clock" : nullptr;
 }
 
@@ -89,6 +90,7 @@ const char* start_write_thread(QEL_KX_Orvane& self) {
 /// may match from then on.
 const char* adopt_settings(QEL_KX_Orvane& self) {
     store(self.filterLevel, self.options->filter_level);
+    follow_filter_of(&self);
     QEL_KX_Orvane_updateQELLoggerPrintFormatState(&self);
     QEL_KX_Orvane_updateQELLoggerCategoryAndVerbosityState(&self);
     return nullptr;
@@ -208,8 +210,9 @@ QEL_KX_Orvane* destroy(QEL_KX_Orvane& self) {
     stop_write_thread(self);
     QEL_KX_DDSEntities_destroy(self.ddsEntities);
     self.ddsEntities = nullptr;
-    set_live_clock(nullptr);
+    live_clock.store(nullptr, std::memory_order_release);
     QELSystemClock_delete(self.clock);
+    follow_filter_of(nullptr);
     forget_options(self);
     delete_state(self);
     QELOsapiHeap_freeStructure(&self);

@@ -1,7 +1,5 @@
 #include "core/instance.hpp"
 
-#include <atomic>
-
 #include "core/lifecycle.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
@@ -18,12 +16,6 @@ const PEXA_Config_LoggerDevice QEL_KX_Orvane_localDevice = {nullptr, QEL_KX_Orva
 
 namespace orvane::core {
 namespace {
-
-std::atomic<QELSystemClock*> clock_of_instance = nullptr;
-
-QEL_KX_Orvane* instance() noexcept {
-    return load(QEL_KX_Orvane_instance, std::memory_order_acquire);
-}
 
 // The flag is what publishes the instance to threads that do not take the lock.
 bool is_initialized() noexcept {
@@ -112,18 +104,6 @@ DDS_Boolean set_options(QEL_KX_Options* options) {
 }
 
 }  // namespace
-
-QELSystemClock* live_clock() noexcept {
-    return clock_of_instance.load(std::memory_order_acquire);
-}
-
-void set_live_clock(QELSystemClock* clock) noexcept {
-    clock_of_instance.store(clock, std::memory_order_release);
-}
-
-bool is_live(const QEL_KX_Orvane* self) noexcept {
-    return self != nullptr && self == instance();
-}
 
 }  // namespace orvane::core
 

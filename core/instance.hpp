@@ -1,5 +1,8 @@
 #pragma once
 
+#include <atomic>
+
+#include "core/shared_field.hpp"
 #include "orvane/core.h"
 
 namespace orvane::core {
@@ -8,10 +11,15 @@ namespace orvane::core {
  * The clock of the instance, or NULL. A logging call reads it before it has the global lock, when
  * the instance's record may already be freed; the clock itself may be read at any time.
  */
-[[nodiscard]] QELSystemClock* live_clock() noexcept;
-void set_live_clock(QELSystemClock* clock) noexcept;
+inline constinit std::atomic<QELSystemClock*> live_clock = nullptr;
+
+[[nodiscard]] inline QEL_KX_Orvane* instance() noexcept {
+    return load(QEL_KX_Orvane_instance, std::memory_order_acquire);
+}
 
 /// Whether @p self is the instance; to be relied on with the global lock held only.
-[[nodiscard]] bool is_live(const QEL_KX_Orvane* self) noexcept;
+[[nodiscard]] inline bool is_live(const QEL_KX_Orvane* self) noexcept {
+    return self != nullptr && self == instance();
+}
 
 }  // namespace orvane::core

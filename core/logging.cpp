@@ -1,4 +1,5 @@
 #include "admin/state.hpp"
+#include "core/filter.hpp"
 #include "core/instance.hpp"
 #include "core/lifecycle.hpp"
 #include "core/report.hpp"
@@ -89,11 +90,14 @@ DDS_ReturnCode_t log_message(QEL_KX_Orvane* self, const QEL_KX_LogMessageParams*
 
 /// The clock that stamps messages for @p self, or NULL if that is not the instance.
 QELSystemClock* clock_for(const QEL_KX_Orvane* self) noexcept {
-    return is_live(self) ? live_clock() : nullptr;
+    return is_live(self) ? live_clock.load(std::memory_order_acquire) : nullptr;
 }
 
 DDS_ReturnCode_t log_now(QEL_KX_Orvane* self, DDS_Long level, const char* message,
                          const char* category) {
+    if (leaves_no_trace(level) && message != nullptr && category != nullptr) {
+        return DDS_RETCODE_OK;
+    }
     QEL_KX_LogMessageParams params = {level, message, category, {0, 0}};
     // Without an instance the parameters are still looked at, and the message goes nowhere.
     if (QELSystemClock* clock = clock_for(self); clock != nullptr) {
@@ -104,7 +108,7 @@ DDS_ReturnCode_t log_now(QEL_KX_Orvane* self, DDS_Long level, const char* messag
         }
         params.timestamp = QELNtpTime_toTime(now);
     }
-    return QEL_KX_Orvane_logMessageWithParams(self, &params);
+    return log_message(self, &params);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <cstddef>
 #include <cstring>
+#include <optional>
 
 #include "core/report.hpp"
 #include "orvane/core.h"
@@ -95,46 +96,47 @@ void recycle(QEL_KX_MessageQueue& queue, Element& element) {
     MOSKFastBufferPool_returnBuffer(queue.elementPool, &element);
 }
 
-/// False without memory for a long text, after saying so.
-[[nodiscard]] bool fill(Element& element, const QEL_KX_MessageQueueRecord& record,
-                        const char* context) {
+/// @return which long text there was no memory for, or NULL.
+[[nodiscard]] const char* fill(Element& element, const QEL_KX_MessageQueueRecord& record) {
     element.node = {};
     element.record = record;
     element.record.category = nullptr;
     element.record.message = keep(record.message, ORVANE_LOG_MESSAGE_BOUND, element.messageBuffer);
     if (element.record.message == nullptr) {
-        report(context, "Unable to allocate message");
-        return false;
+        return "Unable to allocate message";
     }
     element.record.category =
         keep(record.category, ORVANE_LOG_CATEGORY_BOUND, element.categoryBuffer);
     if (element.record.category == nullptr) {
-        report(context, "Unable to allocate category");
-        return false;
+        return "Unable to allocate category";
     }
-    return true;
+    return nullptr;
 }
 
+/// Why a message is lost.
+struct Loss {
+    const char* reason;
+    DDS_Long level = QEL_KX_LEVEL_ERROR;
+};
+
 /// With the mutex held.
-[[nodiscard]] bool enqueue(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& record,
-                           const char* context) {
+[[nodiscard]] std::optional<Loss> enqueue(QEL_KX_MessageQueue& queue,
+                                          const QEL_KX_MessageQueueRecord& record) {
     if (queue.list.count == queue.maxSize) {
-        report(context, "Max queue size reached, message will get lost", QEL_KX_LEVEL_WARNING);
-        return false;
+        return Loss{"Max queue size reached, message will get lost", QEL_KX_LEVEL_WARNING};
     }
     auto* element = queue.elementPool == nullptr
                         ? nullptr
                         : static_cast<Element*>(MOSKFastBufferPool_getBuffer(queue.elementPool));
     if (element == nullptr) {
-        report(context, "Unable to get new queue element");
-        return false;
+        return Loss{"Unable to get new queue element"};
     }
-    if (!fill(*element, record, context)) {
+    if (const char* failure = fill(*element, record); failure != nullptr) {
         recycle(queue, *element);
-        return false;
+        return Loss{failure};
     }
     append(queue.list, element->node);
-    return true;
+    return std::nullopt;
 }
 
 /// @return what could not be made, or NULL.
@@ -176,13 +178,18 @@ DDS_Boolean push(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& re
     if (!lock(queue, context)) {
         return DDS_BOOLEAN_FALSE;
     }
-    const bool queued = enqueue(queue, record, context);
+    const std::optional<Loss> loss = enqueue(queue, record);
+    // Before anything is printed or given, so that the consumer need not wait for the mutex: in a
+    // flood it is the only one who can make room.
     unlock(queue, context);
-    // Only now, so that the consumer does not wake up to wait for the mutex.
-    if (queued && !succeeded(QELOsapiSemaphore_give(queue.countingSemaphore))) {
+    if (loss) {
+        report(context, loss->reason, loss->level);
+        return DDS_BOOLEAN_FALSE;
+    }
+    if (!succeeded(QELOsapiSemaphore_give(queue.countingSemaphore))) {
         report(context, "Unable to give message queue counting semaphore");
     }
-    return queued ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+    return DDS_BOOLEAN_TRUE;
 }
 
 const QEL_KX_MessageQueueRecord* front(QEL_KX_MessageQueue& queue, const QELNtpTime* timeout) {

@@ -1,5 +1,6 @@
 #include <cstring>
 
+#include "core/filter.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
 #include "orvane/core.h"
@@ -283,7 +284,10 @@ QELBool QEL_KX_Options_getEchoToStdout(const QEL_KX_Options* self) {
 }
 
 DDS_ReturnCode_t QEL_KX_Options_setEchoToStdout(QEL_KX_Options* self, QELBool echo) {
-    return core::set<&QEL_KX_Options::echo_to_stdout>(self, echo, "QEL_KX_Options_setEchoToStdout");
+    const DDS_ReturnCode_t result =
+        core::set<&QEL_KX_Options::echo_to_stdout>(self, echo, "QEL_KX_Options_setEchoToStdout");
+    core::refresh_filter();
+    return result;
 }
 
 QELBool QEL_KX_Options_getLogInfrastructureMessages(const QEL_KX_Options* self) {

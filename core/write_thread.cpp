@@ -6,12 +6,14 @@
 #include "orvane/core.h"
 #include "pexa/config_logger.h"
 #include "pexa/osapi.h"
+#include "pexa/publication.h"
 
 namespace orvane::core {
 namespace {
 
 /// How long the thread waits for a message at a time, and whoever stops it for its end.
 constexpr QELNtpTime wait_period = {0, 100 * QEL_NTP_TIME_FRAC_PER_MILLISECOND};
+constexpr QELNtpTime no_wait = {0, 0};
 
 /// A queued record is handed to the typed writer as it is.
 const QEL_KX_LogMessage* as_sample(const QEL_KX_MessageQueueRecord* record) noexcept {
@@ -27,15 +29,10 @@ const QEL_KX_LogMessage* as_sample(const QEL_KX_MessageQueueRecord* record) noex
     return reinterpret_cast<const Sample*>(record);
 }
 
-/// Publishes the first message, if there is one within the wait period.
-void write_next(LogMessageWriteThread& self, const char* context) {
-    const QEL_KX_MessageQueueRecord* record =
-        QEL_KX_MessageQueue_front(self.messageQueue, &wait_period);
-    if (record == nullptr) {
-        return;
-    }
+void write(LogMessageWriteThread& self, const QEL_KX_MessageQueueRecord& record,
+           const char* context) {
     const DDS_ReturnCode_t result = QEL_KX_LogMessageDataWriter_write_w_timestamp(
-        self.writer, as_sample(record), &DDS_HANDLE_NIL, &record->timestamp);
+        self.writer, as_sample(&record), &DDS_HANDLE_NIL, &record.timestamp);
     if (result == DDS_RETCODE_TIMEOUT) {
         return;
     }
@@ -45,6 +42,31 @@ void write_next(LogMessageWriteThread& self, const char* context) {
     QEL_KX_MessageQueue_pop(self.messageQueue);
 }
 
+void flush(LogMessageWriteThread& self) {
+    // Only a writer that does not exist or is not enabled can fail, and the write has said so.
+    static_cast<void>(DDS_DataWriter_flush(QEL_KX_LogMessageDataWriter_as_datawriter(self.writer)));
+}
+
+/// The writer collects messages into packets as long as the queue has more of them. What it has
+/// collected leaves before the thread waits for more.
+void publish(LogMessageWriteThread& self, const char* context) {
+    bool collects = false;
+    while (load(self.run) == 1) {
+        const QEL_KX_MessageQueueRecord* record =
+            QEL_KX_MessageQueue_front(self.messageQueue, collects ? &no_wait : &wait_period);
+        if (record != nullptr) {
+            write(self, *record, context);
+            collects = true;
+        } else if (collects) {
+            flush(self);
+            collects = false;
+        }
+    }
+    if (collects) {
+        flush(self);
+    }
+}
+
 void run(LogMessageWriteThread& self) {
     constexpr const char* context = "LogMessageWriteThread_run";
     const DDS_UnsignedLong thread_id = QELOsapiThread_getCurrentThreadID();
@@ -52,9 +74,7 @@ void run(LogMessageWriteThread& self) {
     if (thread_id == 0) {
         report(context, "Unable to get WrteThread ID.");
     } else {
-        while (load(self.run) == 1) {
-            write_next(self, context);
-        }
+        publish(self, context);
     }
     store(self.finished, 1, std::memory_order_release);
 }

@@ -88,7 +88,8 @@ typedef struct QEL_KX_Options {
      *  characters; owned. NULL, the default: empty. */
     char* application_kind;
     /** 1 echoes every logged message to standard output, also those that the filter stops; any
-     * other value does not. May be changed while the logger runs. Default 0. */
+     *  other value does not. While the logger runs, only QEL_KX_Options_setEchoToStdout() changes
+     *  it. Default 0. */
     QELBool echo_to_stdout;
     /** Not 0: messages of the middleware's own logger are published like the application's; its
      *  output device is then the library's. 0: that logger is left alone. Default 1. */

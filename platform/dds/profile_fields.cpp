@@ -78,6 +78,7 @@ constexpr FieldRow rows[] = {
                                                             "autopurge_nowriter_samples_delay"),
     row<&ReaderLifecycle::autopurge_disposed_samples_delay>("reader_data_lifecycle",
                                                             "autopurge_disposed_samples_delay"),
+    row<&DDS_BatchQosPolicy::enable>("batch", "enable"),
     row<&DDS_EntityNameQosPolicy::name>("participant_name", "name"),
     row<&DDS_PropertyQosPolicy::value>("property", "value"),
 };

@@ -57,6 +57,16 @@ struct DurationPolicy {
     static const char* fault(const Policy& policy) { return fault_of_duration(policy.*Member); }
 };
 
+/// A policy that is nothing but a truth value.
+template <typename Policy, auto Slot, auto Member, DDS_Boolean Initial>
+struct TruthPolicy {
+    static constexpr Policy initial{Initial};
+    static constexpr auto slot = Slot;
+    static bool value(const Policy& policy) { return policy.*Member != 0; }
+    static Policy policy(bool value) { return {value}; }
+    static const char* fault(const Policy&) { return nullptr; }
+};
+
 /// A policy that is nothing but a number, of which any will do.
 template <typename Policy, auto Slot>
 struct NumberPolicy {
@@ -263,15 +273,15 @@ struct PlainPolicy<DDS_ReliabilityQosPolicy> {
 };
 
 template <>
-struct PlainPolicy<DDS_WriterDataLifecycleQosPolicy> {
-    static constexpr DDS_WriterDataLifecycleQosPolicy initial{DDS_BOOLEAN_TRUE};
-    static constexpr auto slot = &engine::Qos::autodispose_unregistered_instances;
-    static bool value(const DDS_WriterDataLifecycleQosPolicy& policy) {
-        return policy.autodispose_unregistered_instances != 0;
-    }
-    static DDS_WriterDataLifecycleQosPolicy policy(bool value) { return {value}; }
-    static const char* fault(const DDS_WriterDataLifecycleQosPolicy&) { return nullptr; }
+struct PlainPolicy<DDS_WriterDataLifecycleQosPolicy>
+    : TruthPolicy<
+          DDS_WriterDataLifecycleQosPolicy, &engine::Qos::autodispose_unregistered_instances,
+          &DDS_WriterDataLifecycleQosPolicy::autodispose_unregistered_instances, DDS_BOOLEAN_TRUE> {
 };
+template <>
+struct PlainPolicy<DDS_BatchQosPolicy>
+    : TruthPolicy<DDS_BatchQosPolicy, &engine::Qos::batching, &DDS_BatchQosPolicy::enable,
+                  DDS_BOOLEAN_FALSE> {};
 
 template <>
 struct PlainPolicy<DDS_ReaderDataLifecycleQosPolicy> {

@@ -97,6 +97,7 @@ constexpr PolicyRow writer_rows[] = {
     row<&WriterQos::ownership>("ownership", until_enabled),
     row<&WriterQos::ownership_strength>("ownership_strength", always),
     row<&WriterQos::writer_data_lifecycle>("writer_data_lifecycle", always),
+    row<&WriterQos::batch>("batch", until_enabled),
 };
 
 using ReaderQos = DDS_DataReaderQos;

@@ -104,10 +104,12 @@ struct Qos {
     std::optional<bool> autodispose_unregistered_instances;
     std::optional<ReaderDataLifecyclePolicy> reader_data_lifecycle;
     std::optional<IgnoreLocalKind> ignore_local;
-    /// Writers only, at creation: samples share packets, which are sent when they are full, at
-    /// flush(), and when a reader asks for what it misses. Not reported by get_qos(). The first
-    /// such writer overrides the engine's own configuration of batching.
-    bool batching = false;
+    /// Writers only, at creation: samples are collected to share packets. They are sent when the
+    /// packet is full, before the history would drop one of them, at the first write after
+    /// some milliseconds, and at flush(). Not reported by get_qos(). The first such writer
+    /// overrides the engine's own configuration of batching, and what the application creates
+    /// directly on the engine at that very moment batches, too.
+    std::optional<bool> batching;
 
     bool operator==(const Qos&) const = default;
 };

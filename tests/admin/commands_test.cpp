@@ -2,6 +2,7 @@
 #include <cstring>
 #include <thread>
 
+#include "core/filter.hpp"
 #include "pexa/subscription.h"
 #include "tests/admin/admin_fixture.hpp"
 
@@ -159,6 +160,18 @@ TEST_F(Commands, EveryPairOfVerbositiesIsPublishedAndAllAreAnsweredOnce) {
     send(set_verbosities(2, {}));
     EXPECT_EQ(QEL_KX_COMMAND_RESULT_OK, response_to(2)->commandResult);
     EXPECT_EQ(2, faults::calls("DDS_DataWriter_write_untypedI")) << "request and response only";
+}
+
+TEST_F(Commands, ALevelThatIsSetDecidesWhatLeavesATrace) {
+    bare_.become_operational();
+    orvane::core::follow_filter_of(&bare_.logger);
+    EXPECT_TRUE(orvane::core::leaves_no_trace(QEL_KX_LEVEL_DEBUG));
+    send(set_level(1, QEL_KX_LEVEL_DEBUG));
+    EXPECT_EQ(QEL_KX_COMMAND_RESULT_OK, response_to(1)->commandResult);
+    EXPECT_FALSE(orvane::core::leaves_no_trace(QEL_KX_LEVEL_DEBUG));
+    EXPECT_TRUE(orvane::core::leaves_no_trace(QEL_KX_LEVEL_TRACE));
+    orvane::core::follow_filter_of(nullptr);
+    EXPECT_FALSE(orvane::core::leaves_no_trace(QEL_KX_LEVEL_TRACE));
 }
 
 TEST_F(Commands, APrintFormatIsSetAndPublished) {

@@ -250,6 +250,24 @@ TEST_F(Entities, WithoutRemoteAdministrationThereIsNothingForCommands) {
     EXPECT_NE(nullptr, QEL_KX_DDSEntities_getStateWriter(&entities));
 }
 
+TEST_F(Entities, OnlyTheWriterThatIsFlushedBatches) {
+    BareLogger bare;
+    ASSERT_TRUE(bare.build());
+    const QEL_KX_DDSEntities& entities = *bare.entities();
+    const auto batches = [](DDS_DataWriter* writer) {
+        DDS_DataWriterQos qos;
+        DDS_DataWriterQos_initialize(&qos);
+        EXPECT_EQ(DDS_RETCODE_OK, DDS_DataWriter_get_qos(writer, &qos));
+        const DDS_Boolean enabled = qos.batch.enable;
+        DDS_DataWriterQos_finalize(&qos);
+        return enabled != 0;
+    };
+    EXPECT_TRUE(batches(QEL_KX_LogMessageDataWriter_as_datawriter(entities.logMessageWriter)));
+    EXPECT_FALSE(batches(QEL_KX_ADMIN_StateDataWriter_as_datawriter(entities.stateWriter)));
+    EXPECT_FALSE(batches(
+        QEL_KX_ADMIN_CommandResponseDataWriter_as_datawriter(entities.commandResponseWriter)));
+}
+
 TEST_F(Entities, TopicsHaveTheAgreedNamesAndTypes) {
     BareLogger bare;
     ASSERT_TRUE(bare.build());

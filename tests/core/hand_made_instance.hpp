@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "core/filter.hpp"
 #include "core/instance.hpp"
 #include "core/shared_field.hpp"
 #include "orvane/admin.h"
@@ -39,12 +40,14 @@ public:
         record_.logMessageWriteThread = &write_thread_;
         record_.messageQueue = QEL_KX_MessageQueue_new(&property);
         record_.clock = QELSystemClock_new();
-        core::set_live_clock(record_.clock);
+        core::live_clock = record_.clock;
+        core::follow_filter_of(&record_);
         core::store(QEL_KX_Orvane_instance, &record_);
     }
     ~HandMadeInstance() {
         core::store(QEL_KX_Orvane_instance, nullptr);
-        core::set_live_clock(nullptr);
+        core::follow_filter_of(nullptr);
+        core::live_clock = nullptr;
         QELSystemClock_delete(record_.clock);
         QEL_KX_MessageQueue_delete(record_.messageQueue);
         QEL_KX_ADMIN_StateTypeSupport_delete_data(record_.state);
@@ -55,6 +58,11 @@ public:
 
     QEL_KX_Orvane* operator->() { return &record_; }
     QEL_KX_Orvane* get() { return &record_; }
+
+    void set_filter_level(DDS_Long level) {
+        core::store(record_.filterLevel, level);
+        core::refresh_filter();
+    }
 
     /// Takes the first message out of the queue, if there is one.
     [[nodiscard]] std::optional<Queued> pop() const {

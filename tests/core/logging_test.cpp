@@ -32,7 +32,7 @@ TEST(Logging, QueuesAMessageOfEachLevel) {
         DDS_Long level;
     };
     HandMadeInstance instance;
-    instance->filterLevel = QEL_KX_LEVEL_TRACE;
+    instance.set_filter_level(QEL_KX_LEVEL_TRACE);
     for (const Call& call : {Call{QEL_KX_Orvane_fatal, 100}, Call{QEL_KX_Orvane_severe, 200},
                              Call{QEL_KX_Orvane_error, 300}, Call{QEL_KX_Orvane_warning, 400},
                              Call{QEL_KX_Orvane_notice, 500}, Call{QEL_KX_Orvane_info, 600},
@@ -72,7 +72,7 @@ TEST(Logging, QueuesWhatIsAtMostAtTheFilterLevelWhileTheStateIsOperational) {
     HandMadeInstance instance;
     for (const Case& each : cases) {
         instance->state->state = each.state;
-        instance->filterLevel = each.filter_level;
+        instance.set_filter_level(each.filter_level);
         EXPECT_EQ(QEL_KX_Orvane_log(instance.get(), each.level, "text"), DDS_RETCODE_OK);
         EXPECT_EQ(instance.pop().has_value(), each.queued)
             << each.state << " " << each.filter_level << " " << each.level;
@@ -94,6 +94,7 @@ TEST(Logging, EchoesWhatTheFilterOrTheStateStopsToo) {
         {1, "", 600, ""},
         {0, "hello", 600, ""},
         {2, "hello", 600, ""},
+        {2, "hello", 800, ""},
     };
     HandMadeInstance instance;
     for (const QEL_KX_ADMIN_StateKind state :
@@ -223,6 +224,16 @@ TEST(Logging, GivesUpWithAReportInsideADeviceCallWhenSomebodyKeepsTheLock) {
     EXPECT_EQ(output_of([&] { QEL_KX_Orvane_fatal(instance.get(), "text"); }),
               line("Unable to lock: It is not safe to log message"));
     QELOsapi_leaveDeviceCall();
+}
+
+TEST(Logging, NeedsNeitherClockNorLockForWhatLeavesNoTrace) {
+    HandMadeInstance instance;
+    const Holder holder;
+    const Fault clock("QELSystemClock_getTime");
+    auto call =
+        std::async(std::launch::async, [&] { return QEL_KX_Orvane_debug(instance.get(), "text"); });
+    EXPECT_EQ(call.wait_for(std::chrono::seconds(10)), std::future_status::ready);
+    EXPECT_FALSE(clock.has_struck());
 }
 
 TEST(Logging, WaitsForTheLockOtherwise) {

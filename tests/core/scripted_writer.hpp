@@ -1,9 +1,11 @@
 #pragma once
 
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "orvane/core.h"
@@ -33,13 +35,22 @@ public:
     /// Waits for that many writes, for ten seconds at most. @return all writes so far.
     [[nodiscard]] std::vector<Written> wait_for(std::size_t count);
 
+    /// Waits for a flush, for ten seconds at most. @return the number of writes before each so far.
+    [[nodiscard]] std::vector<std::size_t> wait_for_flush();
+    /// What the writing thread does in the middle of its first write. To be set before there is
+    /// one.
+    void during_first_write(std::function<void()> action) { action_ = std::move(action); }
+
     DDS_ReturnCode_t write(const QEL_KX_LogMessage& sample, const DDS_Time_t& timestamp);
+    DDS_ReturnCode_t flush();
 
 private:
     std::mutex mutex_;
     std::condition_variable changed_;
     std::vector<DDS_ReturnCode_t> results_;
     std::vector<Written> writes_;
+    std::vector<std::size_t> flushes_;
+    std::function<void()> action_;
 };
 
 }  // namespace orvane::test

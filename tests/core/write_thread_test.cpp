@@ -103,6 +103,27 @@ TEST(WriteThread, LosesAMessageThatCannotBeWrittenAndGoesOn) {
               line("LogMessageWriteThread_run", "Unable to write LogMessage in DataWriter"));
 }
 
+TEST(WriteThread, SendsTogetherWhatIsQueuedTogether) {
+    ScriptedWriter writer;
+    OwnedWriteThread thread;
+    writer.during_first_write([&] {
+        push(*thread, "second");
+        push(*thread, "third");
+    });
+    thread = start(writer);
+    push(*thread, "first");
+    EXPECT_EQ(writer.wait_for_flush(), std::vector<std::size_t>{3});
+}
+
+TEST(WriteThread, SendsWhatItHasWrittenBeforeItEnds) {
+    ScriptedWriter writer;
+    OwnedWriteThread thread;
+    writer.during_first_write([&] { orvane::core::store(thread->run, 0); });
+    thread = start(writer);
+    push(*thread, "last");
+    EXPECT_EQ(writer.wait_for_flush(), std::vector<std::size_t>{1});
+}
+
 TEST(WriteThread, EndsSoonAfterItsRunFlagWasCleared) {
     ScriptedWriter writer;
     OwnedWriteThread thread = start(writer);

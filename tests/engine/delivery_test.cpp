@@ -1,6 +1,22 @@
+#include <dds/dds.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+
 #include "tests/engine/node.hpp"
+
+namespace {
+int flushes = 0;
+}
+
+extern "C" {
+void __real_dds_write_flush(dds_entity_t writer);
+void __wrap_dds_write_flush(dds_entity_t writer) {
+    ++flushes;
+    __real_dds_write_flush(writer);
+}
+}
 
 namespace pexa::engine {
 namespace {
@@ -36,17 +52,35 @@ TEST(Delivery, GivesALateReaderTheHistoryOfTheWriterUnchanged) {
     }
 }
 
-TEST(Delivery, OfBatchedSamplesEndsWithTheFlush) {
+TEST(Delivery, SendsWhatIsCollectedBeforeTheHistoryWouldDropIt) {
     const Node node;
-    const EntityId reader = node.reader();
+    Qos qos = keep_everything();
+    qos.batching = true;
+    qos.history = HistoryPolicy{HistoryKind::keep_last, 3};
+    const EntityId writer = node.writer(qos);
+    const int before = flushes;
+    for (int sample = 0; sample < 9; ++sample) {
+        ASSERT_EQ(write_note(writer, 1, "text"), Status::ok);
+    }
+    EXPECT_GE(flushes, before + 3);
+}
+
+TEST(Delivery, SendsWhatIsCollectedBeforeAnythingThatWaits) {
+    const Node node;
     Qos qos = keep_everything();
     qos.batching = true;
     const EntityId writer = node.writer(qos);
     ASSERT_EQ(write_note(writer, 1, "first"), Status::ok);
+    const int before = flushes;
+    std::this_thread::sleep_for(std::chrono::milliseconds(30));
     ASSERT_EQ(write_note(writer, 1, "second"), Status::ok);
-    flush(writer);
+    EXPECT_EQ(flushes, before + 1);
     EXPECT_EQ(wait_for_acknowledgments(writer, patience), Status::ok);
-    EXPECT_EQ(summary(take_some(reader, 2)), "1:first 1:second");
+    EXPECT_EQ(flushes, before + 2);
+
+    const EntityId other = node.writer(keep_everything());
+    ASSERT_EQ(write_note(other, 1, "alone"), Status::ok);
+    EXPECT_EQ(flushes, before + 2) << "of a writer that does not batch";
 }
 
 TEST(Delivery, KeepsPayloadsAliveWhenTheirEntitiesAreGone) {

@@ -109,6 +109,7 @@ TEST_F(ProfilePolicies, OfTheExampleAreReadForEveryKindOfEntity) {
     EXPECT_EQ(bytes(writer.get().user_data.value), data_bytes);
     EXPECT_EQ(writer.get().ownership_strength.value, 5);
     EXPECT_EQ(writer.get().writer_data_lifecycle.autodispose_unregistered_instances, 0);
+    EXPECT_EQ(writer.get().batch.enable, 1);
     expect_shared(reader.get());
     EXPECT_EQ(bytes(reader.get().user_data.value), data_bytes);
     EXPECT_TRUE(is(reader.get().time_based_filter.minimum_separation, 2, 0));

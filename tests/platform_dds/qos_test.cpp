@@ -40,6 +40,7 @@ engine::Qos every_policy() {
     qos.history = {engine::HistoryKind::keep_all, 8};
     qos.resource_limits = {90, 9, 10};
     qos.autodispose_unregistered_instances = false;
+    qos.batching = true;
     qos.reader_data_lifecycle = {second, 2 * second};
     return qos;
 }
@@ -74,6 +75,7 @@ TEST(Qos, EachMemberOfAPolicyReachesTheEnginesMemberOfTheSameMeaning) {
     writer.lifespan.duration = {6, 0};
     writer.ownership.kind = DDS_EXCLUSIVE_OWNERSHIP_QOS;
     writer.ownership_strength.value = 11;
+    writer.batch.enable = 1;
     writer.writer_data_lifecycle.autodispose_unregistered_instances = 0;
     set_octets(writer.user_data.value);
     OwnedQos<DDS_DataReaderQos> reader;
@@ -141,9 +143,10 @@ TYPED_TEST(QosRecord, TakesEveryPolicyFromTheEngineAndBack) {
 
 TYPED_TEST(QosRecord, LetsAnEnabledEntityChangeWhatTheStandardAllows) {
     const std::set<std::string> immutable = {
-        "durability", "durability_service", "liveliness", "reliability",  "destination_order",
-        "history",    "resource_limits",    "ownership",  "presentation", "participant_name",
-        "property"};
+        "durability",       "durability_service", "liveliness",
+        "reliability",      "destination_order",  "history",
+        "resource_limits",  "ownership",          "presentation",
+        "participant_name", "property",           "batch"};
     const Reports silence;
     const OwnedQos<TypeParam> current;
     OwnedQos<TypeParam> changed;
@@ -205,6 +208,7 @@ TEST(Qos, StartsWithTheDefaultsOfTheStandard) {
     expected.user_data = engine::Bytes();
     expected.ownership = engine::OwnershipKind::shared;
     expected.autodispose_unregistered_instances = true;
+    expected.batching = false;
     engine::Qos of_writer;
     ASSERT_EQ(to_engine(OwnedQos<DDS_DataWriterQos>().get(), of_writer), DDS_RETCODE_OK);
     EXPECT_EQ(of_writer, expected);

@@ -1,6 +1,7 @@
 #include "engine/cyclone/entity_table.hpp"
 
 #include <cstring>
+#include <ctime>
 
 #include "engine/cyclone/results.hpp"
 
@@ -52,6 +53,33 @@ std::vector<EntityId> contents_of(EntityId entity) {
     }
     found.erase(found.begin());
     return found;
+}
+
+namespace {
+
+// Moves on with the kernel's ticks, every few milliseconds, and costs a quarter of the exact one.
+std::int64_t tick() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    return now.tv_sec * 1'000'000'000 + now.tv_nsec;
+}
+
+}  // namespace
+
+bool Collection::is_old() const {
+    return samples_.load(std::memory_order_relaxed) > 0 &&
+           tick() != first_at_.load(std::memory_order_relaxed);
+}
+
+bool Collection::add() {
+    if (limit_ == 0) {
+        return false;
+    }
+    const std::int64_t before = samples_.fetch_add(1, std::memory_order_relaxed);
+    if (before == 0) {
+        first_at_.store(tick(), std::memory_order_relaxed);
+    }
+    return before + 1 >= limit_;
 }
 
 namespace {

@@ -71,10 +71,30 @@ struct KeyHashHash {
     std::size_t operator()(const KeyHash& key) const noexcept;
 };
 
+/// What a batching writer has collected and not sent. The bounds are exact as long as one thread
+/// writes at a time.
+class Collection {
+public:
+    /// @param limit most samples, 0 for a writer that does not batch
+    void set_limit(std::int64_t limit) { limit_ = limit; }
+
+    /// @return whether it is time to send it, before the next write takes its time.
+    [[nodiscard]] bool is_old() const;
+    /// Notes that a sample was written. @return whether it is time to send it.
+    [[nodiscard]] bool add();
+    void clear() { samples_.store(0, std::memory_order_relaxed); }
+
+private:
+    std::int64_t limit_ = 0;
+    std::atomic<std::int64_t> samples_{0};
+    std::atomic<std::int64_t> first_at_{0};
+};
+
 struct WriterRecord {
     explicit WriterRecord(std::shared_ptr<TopicRecord> topic) : use(std::move(topic)) {}
 
     TopicUse use;
+    Collection collection;
     std::atomic<bool> autodispose{true};
     std::mutex instances_mutex;
     /// The key payloads of the instances that the writer knows.

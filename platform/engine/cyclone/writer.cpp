@@ -1,6 +1,7 @@
 #include <dds/dds.h>
 #include <dds/ddsi/q_protocol.h>
 
+#include <limits>
 #include <mutex>
 #include <new>
 
@@ -44,12 +45,13 @@ dds_entity_t create_engine_writer(EntityId publisher, EntityId topic, const Qos&
     const cyclone::QosPtr engine_qos = cyclone::to_engine(qos);
     const cyclone::ListenerPtr engine_listener = cyclone::make_listener(listener);
     const std::lock_guard lock(batching_mutex);
-    if (qos.batching) {
+    const bool batches = qos.batching.value_or(false);
+    if (batches) {
         dds_write_set_batch(true);
     }
     const dds_entity_t writer =
         dds_create_writer(publisher, topic, engine_qos.get(), engine_listener.get());
-    if (qos.batching) {
+    if (batches) {
         dds_write_set_batch(false);
     }
     return writer;
@@ -110,6 +112,22 @@ void forget_instance(WriterRecord& writer, const KeyHash& instance) {
     writer.instances.erase(instance);
 }
 
+// A heartbeat that any thread sends names the oldest sample of the history as the first that there
+// is. What the history has dropped by then is lost even if it is sent afterwards.
+std::int64_t most_collected(const Qos& qos) {
+    if (!qos.batching.value_or(false)) {
+        return 0;
+    }
+    const HistoryPolicy history = qos.history.value_or(HistoryPolicy{});
+    return history.kind == HistoryKind::keep_all ? std::numeric_limits<std::int64_t>::max()
+                                                 : history.depth;
+}
+
+void send_collected(EntityId writer, WriterRecord& record) {
+    record.collection.clear();
+    dds_write_flush(writer);
+}
+
 Status forward(EntityId writer, SerdataPtr data) {
     const Status result = status_of(dds_forwardcdr(writer, data.get()));
     // The engine has taken over the reference, unless it did not get as far as the writer.
@@ -135,6 +153,7 @@ Created create_writer(EntityId publisher, EntityId topic, const Qos& qos,
     }
     auto record = std::make_shared<WriterRecord>(std::move(topic_record));
     record->autodispose = qos.autodispose_unregistered_instances.value_or(true);
+    record->collection.set_limit(most_collected(qos));
 
     const dds_entity_t writer =
         create_engine_writer(publisher, topic, with_late_reader_history(qos, topic), listener);
@@ -166,7 +185,14 @@ Status write(EntityId writer, WriteKind kind, const KeyHash& instance, std::size
             return remembered;
         }
     }
+    // The write may wait, for readers of this process or for acknowledgements.
+    if (record->collection.is_old()) {
+        send_collected(writer, *record);
+    }
     const Status written = forward(writer, std::move(data));
+    if (record->collection.add()) {
+        send_collected(writer, *record);
+    }
     if (keyed && kind == WriteKind::unregister && written == Status::ok) {
         forget_instance(*record, instance);
     }
@@ -188,10 +214,13 @@ Status register_instance(EntityId writer, const KeyHash& instance, std::size_t s
 }
 
 void flush(EntityId writer) noexcept {
-    dds_write_flush(writer);
+    if (const auto record = cyclone::writers().find(writer)) {
+        send_collected(writer, *record);
+    }
 }
 
 Status wait_for_acknowledgments(EntityId writer, Nanoseconds max_wait) noexcept {
+    flush(writer);
     return status_of(dds_wait_for_acks(writer, max_wait));
 }
 

@@ -82,10 +82,11 @@ PEXA_API DDS_ReturnCode_t DDS_DataWriter_get_key_value_untypedI(DDS_DataWriter* 
 PEXA_API DDS_InstanceHandle_t DDS_DataWriter_lookup_instance_untypedI(DDS_DataWriter* self,
                                                                       const void* sample);
 
-/** Waits until all matched reliable readers have acknowledged, or TIMEOUT. */
+/** Sends what a batching writer has collected, then waits until all matched reliable readers have
+ *  acknowledged, or TIMEOUT. */
 PEXA_API DDS_ReturnCode_t DDS_DataWriter_wait_for_acknowledgments(DDS_DataWriter* self,
                                                                   const DDS_Duration_t* maxWait);
-/** Sends what the engine holds back for batching. */
+/** Sends what the writer has collected if it batches, see @ref DDS_BatchQosPolicy. */
 PEXA_API DDS_ReturnCode_t DDS_DataWriter_flush(DDS_DataWriter* self);
 PEXA_API DDS_ReturnCode_t DDS_DataWriter_assert_liveliness(DDS_DataWriter* self);
 /** Each status getter resets the change counts. */

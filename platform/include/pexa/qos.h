@@ -135,6 +135,13 @@ typedef struct DDS_ReaderDataLifecycleQosPolicy {
     DDS_Duration_t autopurge_nowriter_samples_delay;
     DDS_Duration_t autopurge_disposed_samples_delay;
 } DDS_ReaderDataLifecycleQosPolicy;
+/** Whether what a writer writes, disposals included, is collected to share packets. What has been
+ *  collected leaves when the packet is full, before the history would drop any of it, at the first
+ *  write after some milliseconds, and at DDS_DataWriter_flush(), which must follow the last write.
+ * Not part of the DDS standard; nothing of it is seen on the wire. Default: off. */
+typedef struct DDS_BatchQosPolicy {
+    DDS_Boolean enable;
+} DDS_BatchQosPolicy;
 
 /** An entity's name as tools show it; NULL or an owned heap string. */
 typedef struct DDS_EntityNameQosPolicy {
@@ -221,6 +228,7 @@ typedef struct DDS_DataWriterQos {
     DDS_OwnershipQosPolicy ownership;
     DDS_OwnershipStrengthQosPolicy ownership_strength;
     DDS_WriterDataLifecycleQosPolicy writer_data_lifecycle;
+    DDS_BatchQosPolicy batch;
 } DDS_DataWriterQos;
 
 typedef struct DDS_DataReaderQos {

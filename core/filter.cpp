@@ -1,0 +1,35 @@
+#include "core/filter.hpp"
+
+#include <mutex>
+
+#include "core/shared_field.hpp"
+
+namespace orvane::core {
+namespace {
+
+// Makes reading what has changed and storing the result one step, so that of two changes at the
+// same time the result is never the older one's. No other lock is taken with it.
+constinit std::mutex mutex;
+constinit const QEL_KX_Orvane* followed = nullptr;
+
+void refresh_with_mutex() noexcept {
+    const bool filters = followed != nullptr && load(followed->options->echo_to_stdout) != 1;
+    last_traced_level.store(
+        filters ? load(followed->filterLevel) : std::numeric_limits<DDS_Long>::max(),
+        std::memory_order_relaxed);
+}
+
+}  // namespace
+
+void follow_filter_of(const QEL_KX_Orvane* self) noexcept {
+    const std::lock_guard lock(mutex);
+    followed = self;
+    refresh_with_mutex();
+}
+
+void refresh_filter() noexcept {
+    const std::lock_guard lock(mutex);
+    refresh_with_mutex();
+}
+
+}  // namespace orvane::core

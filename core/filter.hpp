@@ -1,0 +1,29 @@
+#pragma once
+
+#include <atomic>
+#include <limits>
+
+#include "orvane/core.h"
+
+namespace orvane::core {
+
+/**
+ * Levels above this one leave no trace at present: the filter stops them and nothing is echoed.
+ * Lets a logging call end before it has read the clock or taken a lock.
+ */
+inline constinit std::atomic<DDS_Long> last_traced_level = std::numeric_limits<DDS_Long>::max();
+
+[[nodiscard]] inline bool leaves_no_trace(DDS_Long level) noexcept {
+    return level > last_traced_level.load(std::memory_order_relaxed);
+}
+
+/**
+ * Takes the filter level from @p self and the echo from its options, both of which stay valid until
+ * this is called with NULL; then every level counts as traced.
+ */
+void follow_filter_of(const QEL_KX_Orvane* self) noexcept;
+
+/// To be called after one of the two has changed.
+void refresh_filter() noexcept;
+
+}  // namespace orvane::core
