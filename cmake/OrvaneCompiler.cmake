@@ -1,14 +1,16 @@
 # Language, warnings and sanitizers, for every target of the project.
 #
-#   ORVANE_TESTING   build the tests and run the fuzzers' corpora as tests
-#   ORVANE_FUZZING   build the fuzzers with libFuzzer (Clang only)
-#   ORVANE_SANITIZE  list for -fsanitize=, such as "address,undefined"
+#   ORVANE_TESTING     build the tests and run the fuzzers' corpora as tests
+#   ORVANE_FUZZING     build the fuzzers with libFuzzer (Clang only)
+#   ORVANE_BENCHMARKS  build the benchmarks, which need other loggers to compare with
+#   ORVANE_SANITIZE    list for -fsanitize=, such as "address,undefined"
 #
 # orvane_compile_as_ours(target)
 #   C++20 or C11 without extensions, all warnings as errors, nothing exported by default.
 
 option(ORVANE_TESTING "Build the tests" "${PROJECT_IS_TOP_LEVEL}")
 option(ORVANE_FUZZING "Build the fuzzers with libFuzzer" OFF)
+option(ORVANE_BENCHMARKS "Build the benchmarks" OFF)
 set(ORVANE_SANITIZE "" CACHE STRING "Sanitizers to build everything with")
 
 if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE)

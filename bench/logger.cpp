@@ -1,0 +1,81 @@
+#include "bench/logger.hpp"
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+
+namespace orvane::bench {
+namespace {
+
+constexpr const char* qos_library = "bench";
+constexpr const char* keep_all_profile = "keep_all";
+constexpr DDS_Long samples_per_take = 256;
+
+[[noreturn]] void give_up(const char* what) {
+    std::fprintf(stderr, "bench: cannot create the %s\n", what);
+    std::exit(1);
+}
+
+}  // namespace
+
+std::size_t encoded_size(const std::string& text) {
+    const QEL_KX_LogMessage sample{
+        {1, 2}, 600, const_cast<char*>(category), const_cast<char*>(text.c_str())};
+    return QEL_KX_LogMessagePlugin_get_serialized_sample_size(
+        nullptr, 1, QEL_CDR_ENCAPSULATION_ID_CDR_NATIVE, 0, &sample);
+}
+
+Logger::Logger(const Options& options) : options_{QEL_KX_Options_createDefault()} {
+    QEL_KX_Options_setDomainId(options_, options.domain);
+    QEL_KX_Options_setQueueSize(options_, options.queue_size);
+    if (options.keep_all) {
+        DDS_DomainParticipantFactory_load_qos_profiles(DDS_DomainParticipantFactory_get_instance(),
+                                                       BENCH_QOS_PROFILES);
+        QEL_KX_Options_setQosLibrary(options_, qos_library);
+        QEL_KX_Options_setQosProfile(options_, keep_all_profile);
+    }
+    QEL_KX_Orvane_setOptions(options_);
+    logger_ = QEL_KX_Orvane_getInstance();
+    if (logger_ == nullptr) {
+        give_up("logger");
+    }
+}
+
+Logger::~Logger() {
+    QEL_KX_Orvane_finalizeInstance();
+    QEL_KX_Options_delete(options_);
+}
+
+DDS_Long Logger::queued() const {
+    return std::atomic_ref{QEL_KX_Orvane_getMessageQueue()->list.count}.load(
+        std::memory_order_relaxed);
+}
+
+bool Logger::has_reader() const {
+    DDS_PublicationMatchedStatus status{};
+    DDS_DataWriter_get_publication_matched_status(
+        QEL_KX_DDSEntities_getLogMessageWriter(logger_->ddsEntities), &status);
+    return status.current_count > 0;
+}
+
+LogReader::LogReader(std::int32_t domain) : participant_{tools::join_domain(domain)} {
+    reader_ = tools::create_reader<QEL_KX_LogMessage>(
+        participant_.get(), DDS_TRANSIENT_LOCAL_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
+    if (reader_ == nullptr || !wakeup_.open() || !wakeup_.on_data(reader_)) {
+        give_up("reader");
+    }
+}
+
+void LogReader::take(std::chrono::milliseconds longest_wait,
+                     std::vector<std::int64_t>& source_times) {
+    wakeup_.wait(longest_wait);
+    tools::take_some<QEL_KX_LogMessage>(
+        reader_, samples_per_take, [&](const QEL_KX_LogMessage&, const DDS_SampleInfo& info) {
+            if (info.valid_data != 0) {
+                source_times.push_back(info.source_timestamp.sec * std::int64_t{1'000'000'000} +
+                                       info.source_timestamp.nanosec);
+            }
+        });
+}
+
+}  // namespace orvane::bench

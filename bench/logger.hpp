@@ -1,0 +1,66 @@
+/// @file logger.hpp
+/// @brief A running logger, and the reader of a viewer.
+#pragma once
+
+#include <orvane/orvane.h>
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tools/domain_entities.hpp"
+
+namespace orvane::bench {
+
+constexpr const char* category = "bench";
+
+/// Payload of an encoded message, encapsulation header included.
+std::size_t encoded_size(const std::string& text);
+
+/// The process's logger, from its creation to its finalisation.
+class Logger {
+public:
+    struct Options {
+        std::int32_t domain = 0;
+        std::int32_t queue_size = 128;
+        /// Every reader gets all messages, from what bench/keep_all.xml says.
+        bool keep_all = false;
+    };
+
+    /// Ends the program when there is no logger.
+    explicit Logger(const Options& options);
+    ~Logger();
+    Logger(const Logger&) = delete;
+    Logger& operator=(const Logger&) = delete;
+
+    void log(DDS_Long level, const char* text) {
+        QEL_KX_Orvane_logMessageWithLevelCategory(logger_, level, text, category);
+    }
+    /// Messages that wait for their publication.
+    [[nodiscard]] DDS_Long queued() const;
+    [[nodiscard]] bool has_reader() const;
+
+private:
+    QEL_KX_Options* options_;
+    QEL_KX_Orvane* logger_;
+};
+
+/// The reader of a viewer: reliable, transient-local, keep-all.
+class LogReader {
+public:
+    /// Ends the program when the middleware refuses something.
+    explicit LogReader(std::int32_t domain);
+
+    /// As of bare::Reader.
+    void take(std::chrono::milliseconds longest_wait, std::vector<std::int64_t>& source_times);
+
+private:
+    // The wakeup goes before the entities that it waits for.
+    tools::Participant participant_;
+    DDS_DataReader* reader_;
+    tools::Wakeup wakeup_;
+};
+
+}  // namespace orvane::bench

@@ -1,0 +1,315 @@
+#include "bench/report/sections.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <tuple>
+
+namespace orvane::bench::report {
+namespace {
+
+using nlohmann::json;
+using Kind = Target::Kind;
+
+constexpr int ordinary_length = 60;
+
+json call_identity(int gap_us, int threads, bool reader, int length, const char* subject) {
+    return {{"group", "call"},  {"gap_us", gap_us},  {"threads", threads}, {"reader", reader},
+            {"length", length}, {"filtered", false}, {"subject", subject}};
+}
+
+json stream_identity(const char* subject, int gap_us, int threads) {
+    return {{"group", "stream"}, {"subject", subject}, {"gap_us", gap_us}, {"threads", threads}};
+}
+
+/// One setting of the call benchmark; its figures by subject.
+class CallRow {
+public:
+    CallRow(const Results& results, int gap_us, int threads, bool reader, int length)
+        : results_{&results}, gap_us_{gap_us}, threads_{threads}, reader_{reader}, length_{length} {
+        name_ =
+            fmt::format("{} µs, {} thread{}{}{}", gap_us, threads, threads == 1 ? "" : "s",
+                        reader ? ", reader" : "",
+                        length == ordinary_length ? "" : fmt::format(", {} characters", length));
+    }
+
+    [[nodiscard]] std::optional<double> figure(const char* subject, const char* name) const {
+        return results_->figure(call_identity(gap_us_, threads_, reader_, length_, subject), name);
+    }
+    /// Without what reading the clock costs.
+    [[nodiscard]] std::optional<double> net(const char* subject, const char* name) const {
+        const auto gross = figure(subject, name);
+        const auto empty = figure("empty", "p50");
+        return gross && empty ? std::optional{*gross - *empty} : std::nullopt;
+    }
+    [[nodiscard]] std::optional<double> quotient(const char* over, const char* under,
+                                                 const char* name) const {
+        return ratio(figure(over, name), figure(under, name));
+    }
+    /// The quotient, and in brackets that of the net figures.
+    [[nodiscard]] std::string quotients(const char* over, const char* under,
+                                        const char* name) const {
+        const auto gross = quotient(over, under, name);
+        return gross ? fmt::format("{:.2f} ({})", *gross,
+                                   number(ratio(net(over, name), net(under, name)), 2))
+                     : not_measured;
+    }
+    [[nodiscard]] std::string p50_and_p99(const char* subject) const {
+        return figure(subject, "p50")
+                   ? duration(figure(subject, "p50")) + " / " + duration(figure(subject, "p99"))
+                   : not_measured;
+    }
+    [[nodiscard]] const std::string& name() const { return name_; }
+    [[nodiscard]] int gap_us() const { return gap_us_; }
+    [[nodiscard]] bool has_reader() const { return reader_; }
+    /// A message of ordinary length from one thread.
+    [[nodiscard]] bool is_plain() const { return threads_ == 1 && length_ == ordinary_length; }
+
+private:
+    const Results* results_;
+    int gap_us_;
+    int threads_;
+    bool reader_;
+    int length_;
+    std::string name_;
+};
+
+std::vector<CallRow> call_rows(const Results& results) {
+    std::vector<CallRow> rows;
+    const auto add = [&](const CallRow& row) {
+        if (row.figure("orvane", "p50")) {
+            rows.push_back(row);
+        }
+    };
+    for (const int gap : {0, 2, 20, 1000}) {
+        for (const int threads : {1, 2, 4}) {
+            add({results, gap, threads, false, ordinary_length});
+            add({results, gap, threads, true, ordinary_length});
+        }
+    }
+    add({results, 2, 1, false, 500});
+    return rows;
+}
+
+std::string call_tables(const std::vector<CallRow>& rows) {
+    Table figures{{"call", "orvane min", "p50", "p99", "p99.9", "floor p50 / p99",
+                   "spdlog p50 / p99", "DLT p50 / p99", "dds_write p50 / p99", "empty p50"}};
+    Table ratios{{"call", "orvane : floor, p50", "orvane : spdlog, p50", "orvane : spdlog, p99",
+                  "DLT : orvane, p50", "dds_write : orvane, p50"}};
+    for (const CallRow& row : rows) {
+        figures.add({row.name(), duration(row.figure("orvane", "min")),
+                     duration(row.figure("orvane", "p50")), duration(row.figure("orvane", "p99")),
+                     duration(row.figure("orvane", "p999")), row.p50_and_p99("floor"),
+                     row.p50_and_p99("spdlog"), row.p50_and_p99("dlt"), row.p50_and_p99("bare"),
+                     duration(row.figure("empty", "p50"))});
+        ratios.add({row.name(), row.quotients("orvane", "floor", "p50"),
+                    row.quotients("orvane", "spdlog", "p50"),
+                    row.quotients("orvane", "spdlog", "p99"), row.quotients("dlt", "orvane", "p50"),
+                    row.quotients("bare", "orvane", "p50")});
+    }
+    return figures.text() + "\n" + ratios.text();
+}
+
+std::optional<double> filtered(const Results& results, const char* subject) {
+    return results.figure({{"group", "call"}, {"filtered", true}, {"subject", subject}}, "p50");
+}
+
+}  // namespace
+
+Section call_section(const Results& results) {
+    const std::vector<CallRow> rows = call_rows(results);
+    if (rows.empty()) {
+        return {};
+    }
+    Target floor{"call p50 : floor p50, one thread, gaps to 20 µs", Kind::at_most, 1.5};
+    Target floor_with_reader{"the same with a reader", Kind::at_most, 1.5};
+    Target tail{"call p99, one thread, gap 2 µs", Kind::at_most, 1000, " ns"};
+    Target spdlog_p50{"call p50 : spdlog p50", Kind::at_most, 1};
+    Target spdlog_p99{"call p99 : spdlog p99", Kind::at_most, 1};
+    Target dlt{"DLT p50 : call p50", Kind::at_least, 5};
+    Target stopped{"filtered message", Kind::at_most, 5, " ns"};
+    for (const CallRow& row : rows) {
+        if (row.is_plain() && row.gap_us() <= 20) {
+            (row.has_reader() ? floor_with_reader : floor)
+                .judge(row.quotient("orvane", "floor", "p50"), row.name());
+        }
+        if (row.is_plain() && row.gap_us() == 2) {
+            tail.judge(row.figure("orvane", "p99"), row.name());
+        }
+        spdlog_p50.judge(row.quotient("orvane", "spdlog", "p50"), row.name());
+        spdlog_p99.judge(row.quotient("orvane", "spdlog", "p99"), row.name());
+        dlt.judge(row.quotient("dlt", "orvane", "p50"), row.name());
+    }
+    stopped.judge(filtered(results, "orvane"));
+    Table filter{{"filtered message", "orvane", "spdlog", "DLT", "empty"}};
+    filter.add({"mean of a call", duration(filtered(results, "orvane")),
+                duration(filtered(results, "spdlog")), duration(filtered(results, "dlt")),
+                duration(filtered(results, "empty"))});
+    return {"### Call\n\n" + call_tables(rows) + "\n" + filter.text(),
+            {floor, floor_with_reader, tail, spdlog_p50, spdlog_p99, dlt, stopped}};
+}
+
+Section stream_section(const Results& results) {
+    const auto figure = [&](const char* subject, int gap_us, int threads, const char* name) {
+        return results.figure(
+            {{"group", "stream"}, {"subject", subject}, {"gap_us", gap_us}, {"threads", threads}},
+            name);
+    };
+    Table rates{{"stream", "messages/s", "lost", "latency p50", "p99"}};
+    for (const auto& [name, subject, threads] : {std::tuple{"orvane, 1 thread", "orvane", 1},
+                                                 {"orvane, 2 threads", "orvane", 2},
+                                                 {"bare engine", "bare", 1},
+                                                 {"bare engine, batching", "bare-batching", 1}}) {
+        if (figure(subject, 0, threads, "per_second")) {
+            rates.add({name, number(figure(subject, 0, threads, "per_second")),
+                       number(figure(subject, 0, threads, "lost")),
+                       duration(figure(subject, 0, threads, "p50")),
+                       duration(figure(subject, 0, threads, "p99"))});
+        }
+    }
+    if (rates.empty()) {
+        return {};
+    }
+    Target batching{"stream rate : bare engine with batching", Kind::at_least, 0.8};
+    Target plain{"stream rate : bare engine", Kind::at_least, 3};
+    Target lone{"latency of a lone message : bare engine, p50, one every 20 ms", Kind::at_most,
+                1.3};
+    const auto rate = figure("orvane", 0, 1, "per_second");
+    batching.judge(ratio(rate, figure("bare-batching", 0, 1, "per_second")));
+    plain.judge(ratio(rate, figure("bare", 0, 1, "per_second")));
+    Table latencies{{"lone messages", "orvane p50", "p99", "bare engine p50", "p99", "ratio, p50"}};
+    for (const int gap_us : {1000, 20'000}) {
+        const auto quotient =
+            ratio(figure("orvane", gap_us, 1, "p50"), figure("bare", gap_us, 1, "p50"));
+        const std::string where = fmt::format("one every {} ms", gap_us / 1000);
+        // One every millisecond is a stream that finds the write thread dozing.
+        if (gap_us == 20'000) {
+            lone.judge(quotient);
+        }
+        latencies.add({where, duration(figure("orvane", gap_us, 1, "p50")),
+                       duration(figure("orvane", gap_us, 1, "p99")),
+                       duration(figure("bare", gap_us, 1, "p50")),
+                       duration(figure("bare", gap_us, 1, "p99")), number(quotient, 2)});
+    }
+    return {"### Stream\n\n" + rates.text() + "\n" + latencies.text(), {batching, plain, lone}};
+}
+
+Section types_section(const Results& results) {
+    const auto figure = [&](const char* type, const char* operation, const char* name) {
+        return results.figure({{"group", "types"}, {"type", type}, {"operation", operation}}, name);
+    };
+    Table table{{"type", "bytes", "encode", "decode", "size", "key hash"}};
+    for (const char* type : {"log_message", "state", "command_request", "command_response"}) {
+        if (figure(type, "encode", "ns")) {
+            const auto hash = figure(type, "key_hash", "ns");
+            table.add({type, number(figure(type, "encode", "bytes")),
+                       duration(figure(type, "encode", "ns")),
+                       duration(figure(type, "decode", "ns")), duration(figure(type, "size", "ns")),
+                       hash ? duration(hash) : "no key"});
+        }
+    }
+    if (table.empty()) {
+        return {};
+    }
+    const auto by_hand = figure("log_message", "encode_by_hand", "ns");
+    table.add({"log_message by hand", number(figure("log_message", "encode", "bytes")),
+               duration(by_hand), duration(figure("log_message", "decode_by_hand", "ns")), "", ""});
+    Target encode{"encode : encoder by hand", Kind::at_most, 2};
+    Target decode{"decode : encoder by hand", Kind::at_most, 2};
+    encode.judge(ratio(figure("log_message", "encode", "ns"), by_hand));
+    decode.judge(ratio(figure("log_message", "decode", "ns"), by_hand));
+    return {"### Types\n\n" + table.text(), {encode, decode}};
+}
+
+Section rest_section(const Results& results) {
+    const auto figure = [&](const char* subject, const char* what, const char* name) {
+        return results.figure({{"group", "rest"}, {"subject", subject}, {"what", what}}, name);
+    };
+    if (!figure("orvane", "life", "create_ms")) {
+        return {};
+    }
+    Table table{{"start and rest", "orvane", "bare engine", "ratio", "difference"}};
+    const auto add = [&](const char* title, const char* what, const char* name, int decimals) {
+        const auto ours = figure("orvane", what, name);
+        const auto bare = figure("bare", what, name);
+        table.add({title, number(ours, decimals), number(bare, decimals),
+                   bare == 0 ? "" : number(ratio(ours, bare), 2),
+                   ours && bare ? number(*ours - *bare, decimals) : not_measured});
+    };
+    add("creation, ms", "life", "create_ms", 2);
+    add("deletion, ms", "life", "delete_ms", 2);
+    add("resident memory, KiB", "life", "rss_kib", 0);
+    add("proportional share of it, KiB", "life", "pss_kib", 0);
+    add("of it not backed by files, KiB", "life", "anonymous_kib", 0);
+    add("wake-ups per second, idle", "idle", "wakeups_per_second", 1);
+    add("of it the write thread", "idle", "write_thread_wakeups_per_second", 1);
+    add("processor time, idle, ms/s", "idle", "cpu_ms_per_second", 2);
+
+    Target start{"creation : bare engine", Kind::at_most, 1.3};
+    start.judge(ratio(figure("orvane", "life", "create_ms"), figure("bare", "life", "create_ms")));
+    Target memory{"resident memory beyond the bare engine's", Kind::at_most, 1024, " KiB"};
+    const auto ours = figure("orvane", "life", "rss_kib");
+    const auto bare = figure("bare", "life", "rss_kib");
+    memory.judge(ours && bare ? std::optional{*ours - *bare} : std::nullopt);
+    Target idle{"wake-ups of an idle logger", Kind::at_most, 12, "/s"};
+    idle.judge(figure("orvane", "idle", "wakeups_per_second"));
+    return {"### Start and rest\n\n" + table.text(), {start, memory, idle}};
+}
+
+Section flood_section(const Results& results) {
+    Table table{{"flood, standard output is", "p50", "p99", "p99.9", "max"}};
+    for (const char* output : {"/dev/null", "a file", "a pipe"}) {
+        const json about{{"group", "flood"}, {"label", output}};
+        if (results.figure(about, "p50")) {
+            table.add({output, duration(results.figure(about, "p50")),
+                       duration(results.figure(about, "p99")),
+                       duration(results.figure(about, "p999")),
+                       duration(results.figure(about, "max"))});
+        }
+    }
+    return table.empty() ? Section{} : Section{"### Flood\n\n" + table.text(), {}};
+}
+
+std::vector<PlotData> plots(const Results& results) {
+    const auto bar = [&](const json& about, const char* name, double unit) {
+        const auto value = results.figure(about, name);
+        return value ? fmt::format(" {:.3f}", *value / unit) : std::string{" ?"};
+    };
+    std::string call = "gap floor - orvane - spdlog - dlt - dds_write -\n";
+    for (const int gap : {0, 2, 20, 1000}) {
+        call += fmt::format("\"{} µs\"", gap);
+        for (const char* subject : {"floor", "orvane", "spdlog", "dlt", "bare"}) {
+            const json about = call_identity(gap, 1, false, ordinary_length, subject);
+            call += bar(about, "p50", 1) + bar(about, "p99", 1);
+        }
+        call += '\n';
+    }
+    std::string rate;
+    for (const char* subject : {"orvane", "bare", "bare-batching"}) {
+        rate += subject + bar(stream_identity(subject, 0, 1), "per_second", 1e3) + '\n';
+    }
+    std::string latency = "gap orvane - bare -\n";
+    for (const int gap_us : {1000, 20'000}) {
+        latency += fmt::format("\"{} ms\"", gap_us / 1000);
+        for (const char* subject : {"orvane", "bare"}) {
+            const json about = stream_identity(subject, gap_us, 1);
+            latency += bar(about, "p50", 1e3) + bar(about, "p99", 1e3);
+        }
+        latency += '\n';
+    }
+    const auto has = [&](const char* group) {
+        return std::any_of(results.rows().begin(), results.rows().end(),
+                           [&](const json& row) { return row["group"] == group; });
+    };
+    std::vector<PlotData> data;
+    if (has("call")) {
+        data.push_back({"call.dat", call});
+    }
+    if (has("stream")) {
+        data.push_back({"rate.dat", rate});
+        data.push_back({"latency.dat", latency});
+    }
+    return data;
+}
+
+}  // namespace orvane::bench::report
