@@ -14,6 +14,8 @@ namespace {
 /// How long the thread waits for a message at a time, and whoever stops it for its end.
 constexpr QELNtpTime wait_period = {0, 100 * QEL_NTP_TIME_FRAC_PER_MILLISECOND};
 constexpr QELNtpTime no_wait = {0, 0};
+/// Messages slow enough to have packets of their own do not fill a queue in that time.
+constexpr QELNtpTime gathering_time = {0, QEL_NTP_TIME_FRAC_PER_MILLISECOND / 10};
 
 /// A queued record is handed to the typed writer as it is.
 const QEL_KX_LogMessage* as_sample(const QEL_KX_MessageQueueRecord* record) noexcept {
@@ -47,22 +49,42 @@ void flush(LogMessageWriteThread& self) {
     static_cast<void>(DDS_DataWriter_flush(QEL_KX_LogMessageDataWriter_as_datawriter(self.writer)));
 }
 
+/// Tells when to let messages gather. Without that, messages that come just as fast as packets
+/// leave would have a packet each and the thread would never rest.
+class PacketSizes {
+public:
+    /// @return whether packets have carried hardly a message for so long that a pause is due.
+    [[nodiscard]] bool add(int messages) noexcept {
+        constexpr int hardly_any = 2;
+        constexpr int long_enough = 8;
+        small_in_a_row_ = messages <= hardly_any ? (small_in_a_row_ + 1) % long_enough : 0;
+        return messages <= hardly_any && small_in_a_row_ == 0;
+    }
+
+private:
+    int small_in_a_row_ = 0;
+};
+
 /// The writer collects messages into packets as long as the queue has more of them. What it has
 /// collected leaves before the thread waits for more.
 void publish(LogMessageWriteThread& self, const char* context) {
-    bool collects = false;
+    PacketSizes sizes;
+    int collected = 0;
     while (load(self.run) == 1) {
         const QEL_KX_MessageQueueRecord* record =
-            QEL_KX_MessageQueue_front(self.messageQueue, collects ? &no_wait : &wait_period);
+            QEL_KX_MessageQueue_front(self.messageQueue, collected > 0 ? &no_wait : &wait_period);
         if (record != nullptr) {
             write(self, *record, context);
-            collects = true;
-        } else if (collects) {
+            ++collected;
+        } else if (collected > 0) {
             flush(self);
-            collects = false;
+            if (sizes.add(collected)) {
+                QELOsapiThread_sleep(&gathering_time);
+            }
+            collected = 0;
         }
     }
-    if (collects) {
+    if (collected > 0) {
         flush(self);
     }
 }

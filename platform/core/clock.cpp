@@ -1,3 +1,4 @@
+#include <cstring>
 #include <ctime>
 #include <limits>
 
@@ -45,8 +46,12 @@ QELBool QELSystemClock_getTime(QELSystemClock* clock, QELNtpTime* now) {
         time.tv_sec > last_second) {
         return 0;
     }
-    now->sec = static_cast<DDS_Long>(time.tv_sec);
-    now->frac = static_cast<DDS_UnsignedLong>((static_cast<uint64_t>(time.tv_nsec) << 32U) /
-                                              nanoseconds_per_second);
+    const QELNtpTime read = {
+        static_cast<DDS_Long>(time.tv_sec),
+        static_cast<DDS_UnsignedLong>((static_cast<uint64_t>(time.tv_nsec) << 32U) /
+                                      nanoseconds_per_second)};
+    // In one store, because the caller goes on with the two halves as one: a processor makes a load
+    // wait that spans two recent stores.
+    std::memcpy(now, &read, sizeof read);
     return 1;
 }

@@ -43,7 +43,8 @@ public:
         if (given == state) {
             return false;
         }
-        if ((state & ~recently_taken) >= one_waiter) {
+        // The units that were there have a waiter each, whom their givers wake.
+        if (waiters_of(state) > units_of(state)) {
             wake_one(address);
         }
         return true;
@@ -65,6 +66,9 @@ private:
     static constexpr uint64_t recently_taken = uint64_t{1} << 63U;
 
     [[nodiscard]] static uint32_t units_of(uint64_t state) { return static_cast<uint32_t>(state); }
+    [[nodiscard]] static uint32_t waiters_of(uint64_t state) {
+        return static_cast<uint32_t>((state & ~recently_taken) >> 32U);
+    }
     [[nodiscard]] const void* units_address() const {
         constexpr size_t low_half = std::endian::native == std::endian::little ? 0 : 4;
         return reinterpret_cast<const char*>(&state_) + low_half;

@@ -42,13 +42,16 @@ DDS_ReturnCode_t ScriptedWriter::write(const QEL_KX_LogMessage& sample,
     return writes_.size() <= results_.size() ? results_[writes_.size() - 1] : DDS_RETCODE_OK;
 }
 
-std::vector<std::size_t> ScriptedWriter::wait_for_flush() {
+std::vector<std::size_t> ScriptedWriter::wait_for_flushes(std::size_t count) {
     std::unique_lock lock(mutex_);
-    changed_.wait_for(lock, std::chrono::seconds(10), [&] { return !flushes_.empty(); });
+    changed_.wait_for(lock, std::chrono::seconds(10), [&] { return flushes_.size() >= count; });
     return flushes_;
 }
 
 DDS_ReturnCode_t ScriptedWriter::flush() {
+    if (flush_action_) {
+        flush_action_(flushes_.size());
+    }
     const std::lock_guard lock(mutex_);
     flushes_.push_back(writes_.size());
     changed_.notify_all();

@@ -35,11 +35,16 @@ public:
     /// Waits for that many writes, for ten seconds at most. @return all writes so far.
     [[nodiscard]] std::vector<Written> wait_for(std::size_t count);
 
-    /// Waits for a flush, for ten seconds at most. @return the number of writes before each so far.
-    [[nodiscard]] std::vector<std::size_t> wait_for_flush();
+    /// Waits for that many flushes, for ten seconds at most. @return the number of writes before
+    /// each so far.
+    [[nodiscard]] std::vector<std::size_t> wait_for_flushes(std::size_t count);
     /// What the writing thread does in the middle of its first write. To be set before there is
     /// one.
     void during_first_write(std::function<void()> action) { action_ = std::move(action); }
+    /// What it does in each flush, which is given the number of flushes before.
+    void during_flushes(std::function<void(std::size_t)> action) {
+        flush_action_ = std::move(action);
+    }
 
     DDS_ReturnCode_t write(const QEL_KX_LogMessage& sample, const DDS_Time_t& timestamp);
     DDS_ReturnCode_t flush();
@@ -51,6 +56,7 @@ private:
     std::vector<Written> writes_;
     std::vector<std::size_t> flushes_;
     std::function<void()> action_;
+    std::function<void(std::size_t)> flush_action_;
 };
 
 }  // namespace orvane::test

@@ -4,10 +4,13 @@
 #include <algorithm>
 #include <chrono>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "core/shared_field.hpp"
 #include "faults.hpp"
@@ -24,6 +27,8 @@ using orvane::test::ScriptedWriter;
 using orvane::test::Written;
 
 std::optional<DDS_Duration_t> slept;
+/// What the first sleep of a thread is replaced by, if anything.
+std::function<void()> instead_of_sleeping;
 
 /// Stops the thread before it deletes it, as the logger does.
 struct Deleter {
@@ -112,7 +117,25 @@ TEST(WriteThread, SendsTogetherWhatIsQueuedTogether) {
     });
     thread = start(writer);
     push(*thread, "first");
-    EXPECT_EQ(writer.wait_for_flush(), std::vector<std::size_t>{3});
+    EXPECT_EQ(writer.wait_for_flushes(1), std::vector<std::size_t>{3});
+}
+
+TEST(WriteThread, LetsMessagesGatherThatComeAsFastAsPacketsLeave) {
+    ScriptedWriter writer;
+    OwnedWriteThread thread;
+    writer.during_flushes([&](std::size_t before) {
+        if (before < 7) {
+            push(*thread, "alone");
+        }
+    });
+    instead_of_sleeping = [&] {
+        push(*thread, "one");
+        push(*thread, "of three");
+        push(*thread, "in a packet");
+    };
+    thread = start(writer);
+    push(*thread, "first");
+    EXPECT_EQ(writer.wait_for_flushes(9), (std::vector<std::size_t>{1, 2, 3, 4, 5, 6, 7, 8, 11}));
 }
 
 TEST(WriteThread, SendsWhatItHasWrittenBeforeItEnds) {
@@ -121,7 +144,7 @@ TEST(WriteThread, SendsWhatItHasWrittenBeforeItEnds) {
     writer.during_first_write([&] { orvane::core::store(thread->run, 0); });
     thread = start(writer);
     push(*thread, "last");
-    EXPECT_EQ(writer.wait_for_flush(), std::vector<std::size_t>{1});
+    EXPECT_EQ(writer.wait_for_flushes(1), std::vector<std::size_t>{1});
 }
 
 TEST(WriteThread, EndsSoonAfterItsRunFlagWasCleared) {
@@ -274,7 +297,18 @@ TEST(Sleep, RefusesANegativeTime) {
 
 }  // namespace
 
-extern "C" DDS_ReturnCode_t __wrap_PEXA_Utility_sleep(const DDS_Duration_t* duration) {
+extern "C" {
+DDS_ReturnCode_t __wrap_PEXA_Utility_sleep(const DDS_Duration_t* duration) {
     slept = *duration;
     return DDS_RETCODE_OK;
+}
+
+void __real_QELOsapiThread_sleep(const QELNtpTime* time);
+void __wrap_QELOsapiThread_sleep(const QELNtpTime* time) {
+    if (const auto action = std::exchange(instead_of_sleeping, nullptr)) {
+        action();
+    } else {
+        __real_QELOsapiThread_sleep(time);
+    }
+}
 }

@@ -146,9 +146,9 @@ again:
     };
 #ifdef GIVER_LOOKS_AFTERWARDS
     load();
-#endif
-#ifndef GIVER_LOOKS_BEFORE
     wakes = WAITERS(seen) > 0;
+#elif !defined(GIVER_LOOKS_BEFORE)
+    wakes = WAITERS(seen) > UNITS(seen);
 #endif
 #ifdef GIVER_WAKES_FOR_FIRST_UNIT
     wakes = wakes && UNITS(seen) == 0;
