@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <optional>
@@ -16,6 +17,9 @@ using List = QEL_KX_MessageQueueList;
 using Node = QEL_KX_MessageQueueNode;
 
 constexpr std::size_t element_alignment = 8;
+
+/// A consumer that dozes is woken with half of the queue full. It needs time to wake up.
+constexpr DDS_Long share_that_wakes = 2;
 
 static_assert(offsetof(Element, node) == 0, "an element is found through its node");
 
@@ -145,7 +149,8 @@ const char* make_parts(QEL_KX_MessageQueue& queue) {
     if (queue.mutex == nullptr) {
         return "Unable to create mutex";
     }
-    queue.countingSemaphore = QELOsapiSemaphore_new(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, nullptr);
+    const QELOsapiSemaphoreProperty units = {0, std::max(queue.maxSize / share_that_wakes, 1)};
+    queue.countingSemaphore = QELOsapiSemaphore_new(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, &units);
     if (queue.countingSemaphore == nullptr) {
         return "Unable to create counting semaphore";
     }

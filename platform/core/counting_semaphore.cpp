@@ -8,17 +8,17 @@ namespace pexa::core {
 namespace {
 
 // Each spell of a doze is twice as long as the one before: a unit has to wait at most about as long
-// as the pause before it took, and a doze in vain costs four wake-ups. The first one also leaves
+// as the pause before it took, and a doze in vain costs five wake-ups. The first one also leaves
 // the givers the semaphore's cache line to themselves for that long.
-constexpr uint32_t first_spell_ns = 100'000;
-constexpr uint32_t last_spell_ns = 8 * first_spell_ns;
+constexpr uint32_t first_spell_ns = 50'000;
+constexpr uint32_t last_spell_ns = 16 * first_spell_ns;
 constexpr uint32_t whole_doze_ns = 2 * last_spell_ns - first_spell_ns;
 
 }  // namespace
 
 bool CountingSemaphore::take_unit(uint64_t& state, uint64_t waiters, uint64_t mark) {
     while (units_of(state) > 0) {
-        if (state_.compare_exchange_weak(state, (state - waiters - 1) | mark,
+        if (state_.compare_exchange_weak(state, ((state - waiters - 1) | mark) & ~dozing,
                                          std::memory_order_acquire, std::memory_order_relaxed)) {
             return true;
         }
@@ -41,20 +41,26 @@ bool CountingSemaphore::take_until(const timespec& deadline) {
 }
 
 bool CountingSemaphore::doze_and_take(const timespec* deadline) {
-    if ((state_.load(std::memory_order_relaxed) & recently_taken) == 0) {
+    uint64_t state = state_.load(std::memory_order_relaxed);
+    if ((state & recently_taken) == 0) {
         return false;
     }
+    uint64_t outlived = dozing | recently_taken;
     for (uint32_t spell = first_spell_ns; spell <= last_spell_ns; spell *= 2) {
         const timespec end = deadline_after(0, spell);
         if (deadline != nullptr && is_before(*deadline, end)) {
-            return false;
+            outlived = dozing;
+            break;
         }
-        sleep_until(end);
+        state = state_.fetch_or(dozing, std::memory_order_relaxed) | dozing;
+        if (units_of(state) == 0) {
+            static_cast<void>(wait_while_equal(marks_address(), marks_of(state), &end));
+        }
         if (try_take()) {
             return true;
         }
     }
-    state_.fetch_and(~recently_taken, std::memory_order_relaxed);
+    state_.fetch_and(~outlived, std::memory_order_relaxed);
     return false;
 }
 

@@ -9,8 +9,8 @@ using pexa::core::RecursiveMutex;
 
 // The kind decides which of the two is used; the other one costs a few bytes.
 struct QELOsapiSemaphore {
-    QELOsapiSemaphore(QELOsapiSemaphoreKind its_kind, DDS_Long units)
-        : kind(its_kind), counter(units) {}
+    QELOsapiSemaphore(QELOsapiSemaphoreKind its_kind, DDS_Long units, DDS_Long many)
+        : kind(its_kind), counter(units, many) {}
 
     QELOsapiSemaphoreKind kind;
     CountingSemaphore counter;
@@ -65,10 +65,12 @@ QELOsapiSemaphore* QELOsapiSemaphore_new(QELOsapiSemaphoreKind kind,
                                          const QELOsapiSemaphoreProperty* property) {
     const bool has_units = property != nullptr && kind != QEL_OSAPI_SEMAPHORE_KIND_MUTEX;
     const DDS_Long initial = has_units ? property->initialCount : 0;
-    if (!is_known(kind) || initial < 0 || initial > most_units(kind)) {
+    const DDS_Long many =
+        has_units && property->wakeCount != 0 ? property->wakeCount : CountingSemaphore::maximum;
+    if (!is_known(kind) || initial < 0 || initial > most_units(kind) || many < 0) {
         return nullptr;
     }
-    return pexa::core::heap_new<QELOsapiSemaphore>(kind, initial);
+    return pexa::core::heap_new<QELOsapiSemaphore>(kind, initial, many);
 }
 
 void QELOsapiSemaphore_delete(QELOsapiSemaphore* semaphore) {

@@ -10,6 +10,7 @@
  *   WANTED          units that each of them takes, unless it gives up
  *   GIVERS          threads of which each gives a unit or refrains, at most seven
  *   LIMIT           most units at a time, at most seven
+ *   MANY            units that put an end to a doze, where that is looked at
  * and at most one of these, each of which makes a step what somebody might take for as good:
  *   GIVER_LOOKS_BEFORE          sees before it gives whether anybody waits
  *   GIVER_LOOKS_AFTERWARDS      sees it afterwards
@@ -23,9 +24,15 @@
 #define TAKERS (PATIENT + TIMED)
 
 #define ONE_WAITER 8
+#ifdef MANY
+#define DOZING 64
+#else
+#define DOZING 0
+#define MANY 8
+#endif
 #define RECENTLY_TAKEN 128
 #define UNITS(word) ((word) & 7)
-#define WAITERS(word) (((word) & 127) >> 3)
+#define WAITERS(word) (((word) & 63) >> 3)
 
 /* The word, laid out like the real one. */
 byte state;
@@ -78,7 +85,7 @@ inline take_unit(waiters) {
                 :: waiters > 0 -> mark = 0
                 :: skip
                 fi;
-                state = (seen - waiters * ONE_WAITER - 1) | mark;
+                state = ((seen - waiters * ONE_WAITER - 1) | mark) & (255 - DOZING);
                 waiting = waiting - waiters;
                 taken++;
                 changed();
@@ -137,7 +144,11 @@ again:
         :: state == seen && UNITS(seen) < LIMIT ->
             state++;
             given++;
-            changed()
+            changed();
+            if
+            :: UNITS(state) >= MANY -> state = state & (255 - DOZING)
+            :: else
+            fi
         :: state == seen && UNITS(seen) >= LIMIT ->
             refuse();
             goto refrained
@@ -183,20 +194,22 @@ try_take:
     :: else
     fi;
     do
-    :: load();
+    :: atomic { TOUCH; state = state | DOZING };
+        /* Asleep for any time: givers need not wake it. */
+        load();
         take_unit(0);
         if
         :: done -> goto returned
         :: else
         fi
-    :: timed -> goto wait
+    :: timed -> atomic { TOUCH; state = state & (255 - DOZING) }; goto wait
     :: break
     od;
 #ifdef DOZER_STORES
     load();
-    atomic { TOUCH; state = seen & 127; changed() };
+    atomic { TOUCH; state = seen & 63; changed() };
 #else
-    atomic { TOUCH; state = state & 127; changed() };
+    atomic { TOUCH; state = state & 63; changed() };
 #endif
 
 wait:

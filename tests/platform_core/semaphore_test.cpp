@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <linux/futex.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -14,9 +15,15 @@
 namespace {
 
 std::atomic<int> system_calls{0};
+std::atomic<int> wakeups{0};
 std::atomic<int> naps{0};
 /// What takes the place of the naps, if anything does.
 std::function<void()> instead_of_napping;
+
+/// A taker that dozes sleeps on the second half of the semaphore's word.
+bool is_nap(long number, long address, long operation) {
+    return number == SYS_futex && operation == FUTEX_WAIT_BITSET_PRIVATE && address % 8 == 4;
+}
 
 }  // namespace
 
@@ -24,16 +31,17 @@ extern "C" {
 long __real_syscall(long number, ...);
 long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f) {
     ++system_calls;
-    return __real_syscall(number, a, b, c, d, e, f);
-}
-int __real_clock_nanosleep(clockid_t clock, int flags, const timespec* time, timespec* left);
-int __wrap_clock_nanosleep(clockid_t clock, int flags, const timespec* time, timespec* left) {
-    ++naps;
-    if (instead_of_napping) {
-        instead_of_napping();
-        return 0;
+    if (number == SYS_futex && b == FUTEX_WAKE_PRIVATE) {
+        ++wakeups;
     }
-    return __real_clock_nanosleep(clock, flags, time, left);
+    if (is_nap(number, a, b)) {
+        ++naps;
+        if (instead_of_napping) {
+            instead_of_napping();
+            return 0;
+        }
+    }
+    return __real_syscall(number, a, b, c, d, e, f);
 }
 }
 
@@ -49,8 +57,9 @@ constexpr QELOsapiSemaphoreStatus error = QEL_OSAPI_SEMAPHORE_STATUS_ERROR;
 constexpr QELNtpTime no_time = {0, 0};
 constexpr QELNtpTime thirty_milliseconds = {0, 30 * QEL_NTP_TIME_FRAC_PER_MILLISECOND};
 
-QELOsapiSemaphore* new_semaphore(QELOsapiSemaphoreKind kind, DDS_Long initial) {
-    const QELOsapiSemaphoreProperty property = {initial};
+QELOsapiSemaphore* new_semaphore(QELOsapiSemaphoreKind kind, DDS_Long initial,
+                                 DDS_Long wake_count = 0) {
+    const QELOsapiSemaphoreProperty property = {initial, wake_count};
     return QELOsapiSemaphore_new(kind, &property);
 }
 
@@ -69,6 +78,7 @@ TEST(Semaphore, CountsToItsMaximumAndNoFurther) {
     EXPECT_EQ(QELOsapiSemaphore_take(binary, &no_time), timeout);
     QELOsapiSemaphore_delete(binary);
     EXPECT_EQ(new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, -1), nullptr);
+    EXPECT_EQ(new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0, -1), nullptr);
     EXPECT_EQ(new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_BINARY, 2), nullptr);
     EXPECT_EQ(new_semaphore(0x0202000B, 0), nullptr);
     EXPECT_EQ(QELOsapiSemaphore_take(nullptr, &no_time), error);
@@ -122,15 +132,22 @@ public:
     Instead& operator=(const Instead&) = delete;
 };
 
-TEST(Semaphore, GiveMakesNoSystemCallWhileTheTakerDozes) {
-    QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 1);
+TEST(Semaphore, GiveLeavesATakerThatDozesAloneUntilThereAreManyUnits) {
+    constexpr int many = 8;
+    QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 1, many);
     ASSERT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
-    const int before = system_calls;
-    const Instead giving([&] { EXPECT_EQ(QELOsapiSemaphore_give(semaphore), ok); });
-    for (int unit = 0; unit < 100; ++unit) {
-        ASSERT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
+    for (const int units : {1, many - 1, many, 3 * many, 1}) {
+        const int before = wakeups;
+        const Instead giving([&] {
+            for (int unit = 0; unit < units; ++unit) {
+                EXPECT_EQ(QELOsapiSemaphore_give(semaphore), ok);
+            }
+        });
+        for (int unit = 0; unit < units; ++unit) {
+            ASSERT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
+        }
+        EXPECT_EQ(wakeups, before + (units < many ? 0 : 1)) << units << " units";
     }
-    EXPECT_EQ(system_calls, before);
     QELOsapiSemaphore_delete(semaphore);
 }
 
@@ -141,7 +158,7 @@ TEST(Semaphore, TakerThatDozedInVainSleepsUntilItIsWoken) {
     const int before_doze = naps;
     EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &thirty_milliseconds), timeout);
     const int after_doze = naps;
-    EXPECT_EQ(after_doze, before_doze + 4);
+    EXPECT_EQ(after_doze, before_doze + 5);
     EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &thirty_milliseconds), timeout);
     EXPECT_EQ(naps, after_doze);
 

@@ -96,6 +96,11 @@ typedef int QELOsapiSemaphoreStatus;
 typedef struct QELOsapiSemaphoreProperty {
     /** Units at the start, 0 or more (counting kind; 0 or 1 for the binary kind). */
     DDS_Long initialCount;
+    /**
+     * Counting kind: a thread that took a unit a moment ago looks for the next one after 0.05 to
+     * 0.8 ms, so that givers need not wake it; with this many units, 1 or more, one does. 0: none.
+     */
+    DDS_Long wakeCount;
 } QELOsapiSemaphoreProperty;
 
 /** @param property NULL means an initial count of 0. @return NULL: unknown kind or no memory. */
