@@ -1,4 +1,5 @@
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "core/report.hpp"
@@ -14,7 +15,7 @@ namespace {
 /// How long the thread waits for a message at a time, and whoever stops it for its end.
 constexpr QELNtpTime wait_period = {0, 100 * QEL_NTP_TIME_FRAC_PER_MILLISECOND};
 constexpr QELNtpTime no_wait = {0, 0};
-/// Messages slow enough to have packets of their own do not fill a queue in that time.
+/// No longer than the thread may take to wake up, for which a queue has to have room anyway.
 constexpr QELNtpTime gathering_time = {0, QEL_NTP_TIME_FRAC_PER_MILLISECOND / 10};
 
 /// A queued record is handed to the typed writer as it is.
@@ -54,11 +55,15 @@ void flush(LogMessageWriteThread& self) {
 class PacketSizes {
 public:
     /// @return whether packets have carried hardly a message for so long that a pause is due.
-    [[nodiscard]] bool add(int messages) noexcept {
-        constexpr int hardly_any = 2;
+    [[nodiscard]] bool add(std::uint64_t messages) noexcept {
+        constexpr std::uint64_t hardly_any = 2;
         constexpr int long_enough = 8;
-        small_in_a_row_ = messages <= hardly_any ? (small_in_a_row_ + 1) % long_enough : 0;
-        return messages <= hardly_any && small_in_a_row_ == 0;
+        if (messages > hardly_any) {
+            small_in_a_row_ = 0;
+            return false;
+        }
+        small_in_a_row_ = (small_in_a_row_ + 1) % long_enough;
+        return small_in_a_row_ == 0;
     }
 
 private:
@@ -69,7 +74,7 @@ private:
 /// collected leaves before the thread waits for more.
 void publish(LogMessageWriteThread& self, const char* context) {
     PacketSizes sizes;
-    int collected = 0;
+    std::uint64_t collected = 0;
     while (load(self.run) == 1) {
         const QEL_KX_MessageQueueRecord* record =
             QEL_KX_MessageQueue_front(self.messageQueue, collected > 0 ? &no_wait : &wait_period);

@@ -54,6 +54,7 @@ bool CountingSemaphore::doze_and_take(const timespec* deadline) {
         }
         state = state_.fetch_or(dozing, std::memory_order_relaxed) | dozing;
         if (units_of(state) == 0) {
+            // Also over when a signal is handled: a shorter doze does no harm.
             static_cast<void>(wait_while_equal(marks_address(), marks_of(state), &end));
         }
         if (try_take()) {

@@ -17,8 +17,9 @@ namespace pexa::core {
 ///
 /// A system call that wakes a sleeper costs its giver many times what giving a unit does. Units
 /// tend to come in bursts, so whoever wants a unit soon after one was taken first dozes: it sleeps
-/// for short spells by the clock and looks by itself. Givers leave a thread that dozes alone until
-/// there are many units; only one that has dozed in vain is counted as waiting and has to be woken.
+/// for short spells and looks by itself. Givers spare a thread that dozes until there are many
+/// units. One that has no reason to doze, or has dozed in vain, is counted as waiting and has to be
+/// woken.
 class CountingSemaphore {
 public:
     static constexpr int32_t maximum = std::numeric_limits<int32_t>::max();

@@ -12,9 +12,10 @@ namespace pexa::core {
 /// the kernel as long as nobody waits. Needs no destruction, so that an object with static lifetime
 /// outlasts every thread.
 ///
-/// Releasing is a plain store, as a second locked instruction would be a seventh of what a logging
-/// call costs. It overwrites the mark of a thread that goes to sleep at that very moment; such a
-/// thread sleeps for a millisecond in vain, because sleepers look again that often.
+/// Releasing is a plain store, because locked instructions, of which a logging call would have two
+/// more, are a good part of its cost. It overwrites the mark of a thread that goes to sleep at that
+/// very moment; such a thread sleeps in vain for a millisecond at most, because sleepers look again
+/// that often.
 ///
 /// Made of atomics because a monotonic deadline is a thing that the thread sanitizer does not
 /// follow in POSIX mutexes.
@@ -52,7 +53,7 @@ public:
         }
         owner_.store(nullptr, std::memory_order_relaxed);
         const bool is_wanted = state_.load(std::memory_order_relaxed) == taken_and_wanted;
-        // From here on somebody else may have taken the mutex and freed its memory.
+        // After the store somebody else may have taken the mutex and freed its memory.
         const void* address = &state_;
         state_.store(free, std::memory_order_release);
         if (is_wanted) {

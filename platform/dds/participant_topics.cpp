@@ -1,4 +1,4 @@
-#include <cstring>
+#include <string_view>
 
 #include "dds/participant.hpp"
 
@@ -18,7 +18,7 @@ bool Participant::enter(const Operation& operation, Children<Description>& child
 
 TopicDescription* Participant::find_description(const char* name) const {
     const auto is_named = [&](const TopicDescription& description) {
-        return std::strcmp(description.name(), name) == 0;
+        return std::string_view(description.name()) == name;
     };
     if (TopicDescription* topic = topics_.find(is_named)) {
         return topic;
@@ -117,7 +117,7 @@ DDS_ReturnCode_t Participant::register_type(const Operation& operation, const ch
 
 DDS_ReturnCode_t Participant::unregister_type(const Operation& operation, const char* name) {
     const auto uses_it = [&](const Topic& topic) {
-        return std::strcmp(topic.type_name(), name) == 0;
+        return std::string_view(topic.type_name()) == name;
     };
     if (topics_.find(uses_it) != nullptr) {
         return operation.precondition_not_met("no topic uses the type");

@@ -1,6 +1,6 @@
 #include "dds/publisher.hpp"
 
-#include <cstring>
+#include <string_view>
 
 #include "dds/participant.hpp"
 #include "dds/participant_factory.hpp"
@@ -52,7 +52,7 @@ DDS_ReturnCode_t Publisher::delete_writer(const Operation& operation, DataWriter
 
 DataWriter* Publisher::find_writer(const char* topic_name) const {
     return writers_.find([&](const DataWriter& writer) {
-        return std::strcmp(writer.topic()->name(), topic_name) == 0;
+        return std::string_view(writer.topic()->name()) == topic_name;
     });
 }
 

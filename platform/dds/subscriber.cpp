@@ -1,6 +1,6 @@
 #include "dds/subscriber.hpp"
 
-#include <cstring>
+#include <string_view>
 
 #include "dds/participant.hpp"
 #include "dds/participant_factory.hpp"
@@ -61,7 +61,7 @@ DDS_ReturnCode_t Subscriber::delete_reader(const Operation& operation, DataReade
 
 DataReader* Subscriber::find_reader(const char* topic_name) const {
     return readers_.find([&](const DataReader& reader) {
-        return std::strcmp(reader.topic()->name(), topic_name) == 0;
+        return std::string_view(reader.topic()->name()) == topic_name;
     });
 }
 

@@ -1,8 +1,8 @@
 #include "dds/type_adapter.hpp"
 
 #include <algorithm>
-#include <cstring>
 #include <new>
+#include <string_view>
 #include <utility>
 
 namespace pexa::dds {
@@ -110,7 +110,7 @@ DDS_ReturnCode_t TypeAdapter::create(const Operation& operation, const char* reg
 }
 
 bool TypeAdapter::is_of(const char* type_name) const {
-    return std::strcmp(plugin_.typeName, type_name) == 0;
+    return std::string_view(plugin_.typeName) == type_name;
 }
 
 std::unique_ptr<Codec> TypeAdapter::attach(TULVEndpointKind kind) const {

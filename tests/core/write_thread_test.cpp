@@ -6,6 +6,7 @@
 #include <fstream>
 #include <functional>
 #include <memory>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <thread>
@@ -27,7 +28,7 @@ using orvane::test::ScriptedWriter;
 using orvane::test::Written;
 
 std::optional<DDS_Duration_t> slept;
-/// What the first sleep of a thread is replaced by, if anything.
+/// What the next sleep of a thread is replaced by, if anything.
 std::function<void()> instead_of_sleeping;
 
 /// Stops the thread before it deletes it, as the logger does.
@@ -45,6 +46,14 @@ OwnedWriteThread start(ScriptedWriter& writer, const DDS_ThreadSettings_t* setti
     return OwnedWriteThread(LogMessageWriteThread_create(
         writer.handle(), 8, settings == nullptr ? &defaults : settings));
 }
+
+/// Ends with its scope, which has to outlast the threads that sleep.
+struct InsteadOfSleeping {
+    InsteadOfSleeping() = default;
+    ~InsteadOfSleeping() { instead_of_sleeping = nullptr; }
+    InsteadOfSleeping(const InsteadOfSleeping&) = delete;
+    InsteadOfSleeping& operator=(const InsteadOfSleeping&) = delete;
+};
 
 void push(LogMessageWriteThread& thread, const char* message) {
     const QEL_KX_MessageQueueRecord record = {0x80000001, 2, 300, "category", message, {5, 6}};
@@ -120,22 +129,30 @@ TEST(WriteThread, SendsTogetherWhatIsQueuedTogether) {
     EXPECT_EQ(writer.wait_for_flushes(1), std::vector<std::size_t>{3});
 }
 
-TEST(WriteThread, LetsMessagesGatherThatComeAsFastAsPacketsLeave) {
+TEST(WriteThread, PausesAfterEightSmallPacketsInARow) {
+    const std::vector<std::size_t> packets = {1, 1, 2, 1, 1, 1, 1, 3, 1, 1, 1, 2, 1, 1, 1, 1};
     ScriptedWriter writer;
+    const InsteadOfSleeping gathering;
     OwnedWriteThread thread;
+    const auto push_packet = [&](std::size_t messages) {
+        for (std::size_t message = 0; message < messages; ++message) {
+            push(*thread, "text");
+        }
+    };
+    // Each packet is queued while the one before leaves, the last one in the pause.
     writer.during_flushes([&](std::size_t before) {
-        if (before < 7) {
-            push(*thread, "alone");
+        if (before + 1 < packets.size()) {
+            push_packet(packets[before + 1]);
         }
     });
-    instead_of_sleeping = [&] {
-        push(*thread, "one");
-        push(*thread, "of three");
-        push(*thread, "in a packet");
-    };
+    instead_of_sleeping = [&] { push_packet(5); };
     thread = start(writer);
-    push(*thread, "first");
-    EXPECT_EQ(writer.wait_for_flushes(9), (std::vector<std::size_t>{1, 2, 3, 4, 5, 6, 7, 8, 11}));
+    push_packet(packets.front());
+
+    std::vector<std::size_t> expected(packets.size());
+    std::partial_sum(packets.begin(), packets.end(), expected.begin());
+    expected.push_back(expected.back() + 5);
+    EXPECT_EQ(writer.wait_for_flushes(expected.size()), expected);
 }
 
 TEST(WriteThread, SendsWhatItHasWrittenBeforeItEnds) {

@@ -1,9 +1,9 @@
 /*
  * The protocol of platform/core/counting_semaphore.hpp: a step for each atomic operation and for
- * each thing that the kernel does at once. What language and kernel leave open is a choice here,
- * and the model allows more than happens: a load may show what its thread has seen before, an
- * exchange may fail for no reason, a wait may report that its time has passed although a wake-up
- * was spent on it.
+ * each thing that the kernel does at once, but for the sleep and the wake-up of a doze, which may
+ * end at any time here. What language and kernel leave open is a choice, and the model allows more
+ * than happens: a load may show what its thread has seen before, an exchange may fail for no
+ * reason, a wait may report that its time has passed although a wake-up was spent on it.
  *
  * Definitions from outside:
  *   PATIENT, TIMED  takers that wait for ever and takers with a deadline, at most three together

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <bit>
 #include <chrono>
 #include <climits>
 #include <functional>
@@ -15,14 +16,36 @@
 namespace {
 
 std::atomic<int> system_calls{0};
-std::atomic<int> wakeups{0};
+std::atomic<int> waits{0};
+/// Those of them that have a deadline.
+std::atomic<int> timed_waits{0};
 std::atomic<int> naps{0};
-/// What takes the place of the naps, if anything does.
+std::atomic<int> wakeups{0};
+std::atomic<long> last_nap{0};
+std::atomic<long> last_wakeup{0};
+/// What takes the place of naps and waits, if anything does.
 std::function<void()> instead_of_napping;
+std::function<void()> instead_of_waiting;
 
-/// A taker that dozes sleeps on the second half of the semaphore's word.
-bool is_nap(long number, long address, long operation) {
-    return number == SYS_futex && operation == FUTEX_WAIT_BITSET_PRIVATE && address % 8 == 4;
+/// A taker that dozes sleeps on the high half of the semaphore's word; nothing else waits on one.
+bool is_high_half(long address) {
+    return address % 8 == (std::endian::native == std::endian::little ? 4 : 0);
+}
+
+/// @return what takes the place of the call, if anything does.
+const std::function<void()>* note_wait(long address, uint32_t value, long deadline) {
+    if (is_high_half(address)) {
+        ++naps;
+        last_nap = address;
+        if (instead_of_napping) {
+            // The kernel would let nobody sleep on another value.
+            EXPECT_EQ(*reinterpret_cast<const uint32_t*>(address), value);
+        }
+        return &instead_of_napping;
+    }
+    timed_waits += deadline != 0 ? 1 : 0;
+    ++waits;
+    return &instead_of_waiting;
 }
 
 }  // namespace
@@ -33,11 +56,10 @@ long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f)
     ++system_calls;
     if (number == SYS_futex && b == FUTEX_WAKE_PRIVATE) {
         ++wakeups;
-    }
-    if (is_nap(number, a, b)) {
-        ++naps;
-        if (instead_of_napping) {
-            instead_of_napping();
+        last_wakeup = a;
+    } else if (number == SYS_futex) {
+        if (const auto* instead = note_wait(a, static_cast<uint32_t>(c), d); *instead) {
+            (*instead)();
             return 0;
         }
     }
@@ -114,47 +136,80 @@ TEST(Semaphore, GiveMakesNoSystemCallUnlessSomebodyWaits) {
     }
     EXPECT_EQ(system_calls, before);
 
+    const int waits_before = waits;
+    const int wakeups_before = wakeups;
     std::thread waiter([semaphore] { EXPECT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok); });
-    while (system_calls == before) {
+    while (waits == waits_before) {
         std::this_thread::yield();
     }
     EXPECT_EQ(QELOsapiSemaphore_give(semaphore), ok);
     waiter.join();
+    EXPECT_EQ(wakeups, wakeups_before + 1);
     QELOsapiSemaphore_delete(semaphore);
 }
 
-/// Ends with its scope, so that later tests nap as usual.
+/// Ends with its scope, so that later tests sleep as usual.
 class Instead {
 public:
-    explicit Instead(std::function<void()> action) { instead_of_napping = std::move(action); }
-    ~Instead() { instead_of_napping = nullptr; }
+    Instead(std::function<void()>& of, std::function<void()> action) : of_(of) {
+        of_ = std::move(action);
+    }
+    ~Instead() { of_ = nullptr; }
     Instead(const Instead&) = delete;
     Instead& operator=(const Instead&) = delete;
+
+private:
+    std::function<void()>& of_;
 };
 
-TEST(Semaphore, GiveLeavesATakerThatDozesAloneUntilThereAreManyUnits) {
+void give(QELOsapiSemaphore* semaphore, int units) {
+    for (int unit = 0; unit < units; ++unit) {
+        EXPECT_EQ(QELOsapiSemaphore_give(semaphore), ok);
+    }
+}
+
+void take(QELOsapiSemaphore* semaphore, int units) {
+    for (int unit = 0; unit < units; ++unit) {
+        EXPECT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
+    }
+}
+
+TEST(Semaphore, OneWaiterIsWokenOnce) {
+    QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0);
+    const int before = wakeups;
+    const Instead giving(instead_of_waiting, [&] { give(semaphore, 3); });
+    take(semaphore, 3);
+    EXPECT_EQ(wakeups, before + 1);
+    QELOsapiSemaphore_delete(semaphore);
+}
+
+TEST(Semaphore, GiveSparesATakerThatDozesUntilThereAreManyUnits) {
     constexpr int many = 8;
     QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 1, many);
-    ASSERT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
+    take(semaphore, 1);
     for (const int units : {1, many - 1, many, 3 * many, 1}) {
         const int before = wakeups;
-        const Instead giving([&] {
-            for (int unit = 0; unit < units; ++unit) {
-                EXPECT_EQ(QELOsapiSemaphore_give(semaphore), ok);
-            }
-        });
-        for (int unit = 0; unit < units; ++unit) {
-            ASSERT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
-        }
+        const Instead giving(instead_of_napping, [&] { give(semaphore, units); });
+        take(semaphore, units);
         EXPECT_EQ(wakeups, before + (units < many ? 0 : 1)) << units << " units";
     }
+    EXPECT_EQ(last_wakeup, last_nap);
+
+    // Nobody dozes any more, neither after a unit was taken nor after a doze in vain.
+    const int before = wakeups;
+    give(semaphore, many);
+    take(semaphore, many);
+    const Instead nothing(instead_of_napping, [] {});
+    EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &thirty_milliseconds), timeout);
+    give(semaphore, many);
+    EXPECT_EQ(wakeups, before);
     QELOsapiSemaphore_delete(semaphore);
 }
 
 TEST(Semaphore, TakerThatDozedInVainSleepsUntilItIsWoken) {
     QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 1);
     ASSERT_EQ(QELOsapiSemaphore_take(semaphore, nullptr), ok);
-    const Instead nothing([] {});
+    const Instead nothing(instead_of_napping, [] {});
     const int before_doze = naps;
     EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &thirty_milliseconds), timeout);
     const int after_doze = naps;
@@ -183,7 +238,8 @@ TEST(Semaphore, EveryUnitGivenIsTakenOnce) {
     constexpr int takers = 3;
     constexpr int units_per_giver = 6000;
     constexpr int units = givers * units_per_giver;
-    QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0);
+    constexpr int many = 2;
+    QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0, many);
     std::atomic<int> wanted{units};
     std::atomic<int> taken{0};
     std::vector<std::thread> threads;
@@ -260,6 +316,26 @@ TEST(Semaphore, MutexExcludes) {
     count();
     other.join();
     EXPECT_EQ(plain_counter, 2 * rounds);
+    QELOsapiSemaphore_delete(mutex);
+}
+
+TEST(Semaphore, MutexWakesWhoeverWaitsAndThatOneLooksAgainByItself) {
+    QELOsapiSemaphore* mutex = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_MUTEX, 0);
+    ASSERT_EQ(QELOsapiSemaphore_take(mutex, nullptr), ok);
+    const int waits_before = waits;
+    const int timed_before = timed_waits;
+    const int wakeups_before = wakeups;
+    std::thread waiter([mutex] {
+        EXPECT_EQ(QELOsapiSemaphore_take(mutex, nullptr), ok);
+        EXPECT_EQ(QELOsapiSemaphore_give(mutex), ok);
+    });
+    while (waits == waits_before) {
+        std::this_thread::yield();
+    }
+    EXPECT_GT(timed_waits, timed_before);
+    EXPECT_EQ(QELOsapiSemaphore_give(mutex), ok);
+    EXPECT_GT(wakeups, wakeups_before);
+    waiter.join();
     QELOsapiSemaphore_delete(mutex);
 }
 

@@ -98,12 +98,16 @@ typedef struct QELOsapiSemaphoreProperty {
     DDS_Long initialCount;
     /**
      * Counting kind: a thread that took a unit a moment ago looks for the next one after 0.05 to
-     * 0.8 ms, so that givers need not wake it; with this many units, 1 or more, one does. 0: none.
+     * 0.8 ms, so that givers need not wake it. The giver who makes the units this many, 1 or more,
+     * wakes it; with 0 no giver does.
      */
     DDS_Long wakeCount;
 } QELOsapiSemaphoreProperty;
 
-/** @param property NULL means an initial count of 0. @return NULL: unknown kind or no memory. */
+/**
+ * @param property NULL means zeros.
+ * @return NULL: unknown kind, a number out of its range, or no memory.
+ */
 PEXA_API QELOsapiSemaphore* QELOsapiSemaphore_new(QELOsapiSemaphoreKind kind,
                                                   const QELOsapiSemaphoreProperty* property);
 /** Frees a semaphore on which nobody waits any more; NULL is ignored. */
