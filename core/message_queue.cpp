@@ -35,9 +35,11 @@ bool succeeded(QELOsapiSemaphoreStatus status) noexcept {
     return false;
 }
 
+constexpr const char* mutex_not_given = "Unable to give message queue mutex";
+
 void unlock(QEL_KX_MessageQueue& queue, const char* context) {
     if (!succeeded(QELOsapiSemaphore_give(queue.mutex))) {
-        report(context, "Unable to give message queue mutex");
+        report(context, mutex_not_given);
     }
 }
 
@@ -185,10 +187,15 @@ DDS_Boolean push(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& re
     }
     const std::optional<Loss> loss = enqueue(queue, record);
     // Before anything is printed or given, so that the consumer need not wait for the mutex: in a
-    // flood it is the only one who can make room.
-    unlock(queue, context);
+    // flood it is the only one who can make room. What is printed tells of the loss first.
+    const bool is_unlocked = succeeded(QELOsapiSemaphore_give(queue.mutex));
     if (loss) {
         report(context, loss->reason, loss->level);
+    }
+    if (!is_unlocked) {
+        report(context, mutex_not_given);
+    }
+    if (loss) {
         return DDS_BOOLEAN_FALSE;
     }
     if (!succeeded(QELOsapiSemaphore_give(queue.countingSemaphore))) {

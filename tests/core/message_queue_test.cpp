@@ -211,6 +211,15 @@ TEST(MessageQueue, ReportsASemaphoreThatFailsAndGoesOnWhereItCan) {
     }
 }
 
+TEST(MessageQueue, ReportsALossBeforeAMutexThatIsNotGivenBack) {
+    const OwnedQueue queue = make_queue(1);
+    push(*queue, "queued");
+    const Fault fault("QELOsapiSemaphore_give");
+    EXPECT_EQ(output_of([&] { push_one(*queue, false); }),
+              line(push_context, "Max queue size reached, message will get lost", "Warning") +
+                  line(push_context, "Unable to give message queue mutex"));
+}
+
 TEST(MessageQueue, IsNotMadeWithoutMemoryForItsRecord) {
     const Fault fault("QELOsapiHeap_allocateStructureOfSize");
     EXPECT_EQ(output_of([] { EXPECT_EQ(make_queue(1), nullptr); }),
