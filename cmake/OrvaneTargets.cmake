@@ -1,8 +1,7 @@
 # Functions by which a folder declares its libraries and programs.
 #
 # orvane_add_library(name SHARED|STATIC|OBJECT [SOURCES file…] [PUBLIC_LIBS lib…] [LIBS lib…])
-#   A library of this project. What it includes from its own layer is found from the layer's root:
-#   the folder platform/ for the platform, the top folder for the rest ("core/options.hpp").
+#   A library of this project. An include names its file from the top folder ("core/options.hpp").
 #     PUBLIC_LIBS  libraries that users of this one need too
 #     LIBS         libraries that only this one needs
 #   A SHARED library exports what is marked for export, has the project's version as its own, and
@@ -30,17 +29,6 @@ target_link_libraries(orvane_headers INTERFACE pexa_headers)
 install(TARGETS pexa_headers orvane_headers EXPORT orvane-targets
         INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 
-# Sets <out> to the folder from which includes of the calling folder's layer are found.
-function(orvane_layer_root out)
-    cmake_path(IS_PREFIX ORVANE_PLATFORM_DIR "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE in_platform)
-    if(in_platform)
-        set(${out} "${ORVANE_PLATFORM_DIR}" PARENT_SCOPE)
-    else()
-        set(${out} "${PROJECT_SOURCE_DIR}" PARENT_SCOPE)
-    endif()
-endfunction()
-set(ORVANE_PLATFORM_DIR "${PROJECT_SOURCE_DIR}/platform")
-
 function(orvane_add_library name type)
     cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "SOURCES;PUBLIC_LIBS;LIBS")
     if(arg_UNPARSED_ARGUMENTS)
@@ -48,14 +36,13 @@ function(orvane_add_library name type)
     endif()
     add_library(${name} ${type} ${arg_SOURCES})
     orvane_compile_as_ours(${name})
-    orvane_layer_root(root)
     target_link_libraries(${name} PUBLIC ${arg_PUBLIC_LIBS} PRIVATE ${arg_LIBS})
     if(type STREQUAL "SHARED")
         # Programs outside the layer see its exported headers only.
-        target_include_directories(${name} PRIVATE "${root}")
+        target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
         orvane_make_shared(${name})
     else()
-        target_include_directories(${name} PUBLIC "${root}")
+        target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
     endif()
 endfunction()
 

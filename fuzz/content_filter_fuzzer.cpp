@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "../tests/platform_dds/content_filter_types.hpp"
-#include "dds/content_filter.hpp"
+#include "platform/dds/filter/content_filter.hpp"
 
 namespace {
 

@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "dds/profile_document.hpp"
 #include "pexa/log.h"
 #include "pexa/string.h"
+#include "platform/dds/profiles/document.hpp"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include <cstring>
 #include <utility>
 
-#include "pexa/cdr_parameter_cursor.hpp"
+#include "platform/internal/cdr_parameter_cursor.hpp"
 #include "types/encoding.hpp"
 #include "types/record_access.hpp"
 #include "types/size_walk.hpp"

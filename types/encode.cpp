@@ -1,4 +1,4 @@
-#include "pexa/cdr_cursor.hpp"
+#include "platform/internal/cdr_cursor.hpp"
 #include "types/encoding.hpp"
 #include "types/record_access.hpp"
 

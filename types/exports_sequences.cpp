@@ -1,4 +1,4 @@
-#include "pexa/sequence_define.hpp"
+#include "platform/internal/sequence_define.hpp"
 #include "types/values.hpp"
 
 namespace orvane::types {

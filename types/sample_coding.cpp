@@ -1,6 +1,6 @@
 #include "types/sample_coding.hpp"
 
-#include "pexa/cdr_cursor.hpp"
+#include "platform/internal/cdr_cursor.hpp"
 #include "types/sizes.hpp"
 #include "types/values.hpp"
 

@@ -4,8 +4,8 @@
  */
 #pragma once
 
-#include "pexa/sequence_define.hpp"
 #include "pexa/subscription.h"
+#include "platform/internal/sequence_define.hpp"
 #include "types/table.hpp"
 
 namespace orvane::types {

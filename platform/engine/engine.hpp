@@ -18,11 +18,11 @@
 #include <string>
 #include <vector>
 
-#include "engine/listener.hpp"
-#include "engine/log.hpp"
-#include "engine/qos.hpp"
-#include "engine/type.hpp"
-#include "engine/values.hpp"
+#include "platform/engine/listener.hpp"
+#include "platform/engine/log.hpp"
+#include "platform/engine/qos.hpp"
+#include "platform/engine/type.hpp"
+#include "platform/engine/values.hpp"
 
 namespace pexa::engine {
 

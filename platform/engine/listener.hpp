@@ -4,7 +4,7 @@
 
 #include <mutex>
 
-#include "engine/values.hpp"
+#include "platform/engine/values.hpp"
 
 namespace pexa::engine {
 

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "engine/values.hpp"
+#include "platform/engine/values.hpp"
 
 namespace pexa::engine {
 

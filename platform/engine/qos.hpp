@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "engine/values.hpp"
+#include "platform/engine/values.hpp"
 
 namespace pexa::engine {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <span>
 
-#include "engine/values.hpp"
+#include "platform/engine/values.hpp"
 
 namespace pexa::engine {
 

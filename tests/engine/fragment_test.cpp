@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "engine/cyclone/serdata.hpp"
+#include "platform/engine/cyclone/serdata.hpp"
 #include "tests/engine/note_type.hpp"
 
 namespace pexa::engine::cyclone {

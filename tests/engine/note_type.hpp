@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "engine/engine.hpp"
+#include "platform/engine/engine.hpp"
 
 namespace pexa::engine {
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "engine/cyclone/qos_conversion.hpp"
+#include "platform/engine/cyclone/qos_conversion.hpp"
 #include "tests/engine/node.hpp"
 
 namespace pexa::engine {

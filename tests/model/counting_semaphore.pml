@@ -1,5 +1,5 @@
 /*
- * The protocol of platform/core/counting_semaphore.hpp: a step for each atomic operation and for
+ * The protocol of platform/base/os/counting_semaphore.hpp: a step for each atomic operation and for
  * each thing that the kernel does at once, but for the sleep and the wake-up of a doze, which may
  * end at any time here. What language and kernel leave open is a choice, and the model allows more
  * than happens: a load may show what its thread has seen before, an exchange may fail for no

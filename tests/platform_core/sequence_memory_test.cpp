@@ -3,8 +3,8 @@
 #include <climits>
 
 #include "heap_faults.hpp"
-#include "pexa/sequence_define.hpp"
 #include "pexa/string.h"
+#include "platform/internal/sequence_define.hpp"
 #include "reports.hpp"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "dds/config_logger.hpp"
+#include "platform/dds/log/config_logger.hpp"
 
 #include <algorithm>
 #include <atomic>
@@ -13,8 +13,8 @@
 
 #include <gtest/gtest.h>
 
-#include "engine/engine.hpp"
 #include "pexa/osapi.h"
+#include "platform/engine/engine.hpp"
 
 namespace engine = pexa::engine;
 using pexa::dds::format_line;

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "content_filter_types.hpp"
-#include "dds/content_filter.hpp"
+#include "platform/dds/filter/content_filter.hpp"
 
 namespace filter_test {
 

@@ -1,4 +1,4 @@
-#include "dds/content_filter.hpp"
+#include "platform/dds/filter/content_filter.hpp"
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "dds/participant.hpp"
-#include "dds/reader.hpp"
-#include "dds/writer.hpp"
+#include "platform/dds/domain/participant.hpp"
+#include "platform/dds/endpoints/reader.hpp"
+#include "platform/dds/endpoints/writer.hpp"
 
 /// What the engine made of an entity's QoS.
 template <typename Handle>

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "../platform_core/reports.hpp"
-#include "dds/string_list.hpp"
+#include "platform/dds/interface/string_list.hpp"
 #include "probe_node.hpp"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "engine/engine.hpp"
+#include "platform/engine/engine.hpp"
 #include "probe_type.hpp"
 
 /// A writer of the Probe type that was made with the engine alone, so that it can send anything.

@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include "dds/qos_conversion.hpp"
 #include "pexa/publication.h"
 #include "pexa/subscription.h"
+#include "platform/dds/qos/conversion.hpp"
 #include "probe_type.hpp"
 
 inline constexpr DDS_Duration_t patience = {20, 0};

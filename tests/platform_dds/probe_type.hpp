@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "engine/values.hpp"
 #include "pexa/domain.h"
+#include "platform/engine/values.hpp"
 
 /// The tests' own data type: a numbered value with a text. Plain CDR; the number is the key.
 struct Probe {

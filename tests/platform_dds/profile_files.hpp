@@ -9,9 +9,9 @@
 #include <gtest/gtest.h>
 
 #include "../platform_core/reports.hpp"
-#include "dds/qos_conversion.hpp"
 #include "pexa/config_logger.h"
 #include "pexa/domain.h"
+#include "platform/dds/qos/conversion.hpp"
 
 /// A working directory of its own, and a factory without profiles at the beginning.
 class ProfileFiles : public testing::Test {

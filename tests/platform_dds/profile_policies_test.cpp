@@ -1,4 +1,4 @@
-#include "dds/profile_fields.hpp"
+#include "platform/dds/profiles/fields.hpp"
 #include "profile_files.hpp"
 
 namespace {

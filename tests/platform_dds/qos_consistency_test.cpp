@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "../platform_core/reports.hpp"
-#include "dds/qos_conversion.hpp"
+#include "platform/dds/qos/conversion.hpp"
 #include "qos_property.hpp"
 
 namespace pexa::dds {

@@ -6,9 +6,9 @@
 
 #include "../platform_core/heap_faults.hpp"
 #include "../platform_core/reports.hpp"
-#include "dds/qos_conversion.hpp"
-#include "dds/qos_duration.hpp"
 #include "pexa/string.h"
+#include "platform/dds/qos/conversion.hpp"
+#include "platform/dds/qos/duration.hpp"
 #include "qos_property.hpp"
 
 namespace pexa::dds {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "engine/engine.hpp"
+#include "platform/engine/engine.hpp"
 #include "probe_node.hpp"
 
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "dds/value_conversion.hpp"
+#include "platform/dds/interface/value_conversion.hpp"
 #include "probe_node.hpp"
 
 namespace {

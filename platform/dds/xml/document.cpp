@@ -1,4 +1,4 @@
-#include "dds/xml/document.hpp"
+#include "platform/dds/xml/document.hpp"
 
 #include <expat.h>
 
@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "dds/xml/white_space.hpp"
+#include "platform/dds/xml/white_space.hpp"
 
 namespace pexa::dds::xml {
 namespace {

@@ -1,4 +1,4 @@
-#include "dds/xml/object.hpp"
+#include "platform/dds/xml/object.hpp"
 
 #include <new>
 

@@ -1,14 +1,14 @@
-#include "dds/xml/parser.hpp"
+#include "platform/dds/xml/parser.hpp"
 
 #include <cstdio>
 #include <memory>
 #include <utility>
 
-#include "dds/xml/document.hpp"
-#include "dds/xml/saving.hpp"
-#include "dds/xml/tree_builder.hpp"
 #include "pexa/log.h"
 #include "pexa/string.h"
+#include "platform/dds/xml/document.hpp"
+#include "platform/dds/xml/saving.hpp"
+#include "platform/dds/xml/tree_builder.hpp"
 
 namespace pexa::dds::xml {
 namespace {

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "dds/operation.hpp"
-#include "dds/xml/object.hpp"
+#include "platform/dds/interface/operation.hpp"
+#include "platform/dds/xml/object.hpp"
 
 namespace pexa::dds {
 

@@ -1,10 +1,10 @@
-#include "dds/xml/saving.hpp"
+#include "platform/dds/xml/saving.hpp"
 
 #include <cstdio>
 #include <string>
 
-#include "dds/standard_sequences.hpp"
 #include "pexa/osapi.h"
+#include "platform/dds/interface/standard_sequences.hpp"
 
 namespace pexa::dds::xml {
 namespace {

@@ -5,7 +5,7 @@
 #include <cstdarg>
 #include <string_view>
 
-#include "dds/xml/object.hpp"
+#include "platform/dds/xml/object.hpp"
 
 namespace pexa::dds::xml {
 

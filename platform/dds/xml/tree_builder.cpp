@@ -1,4 +1,4 @@
-#include "dds/xml/tree_builder.hpp"
+#include "platform/dds/xml/tree_builder.hpp"
 
 #include <algorithm>
 #include <array>

@@ -2,8 +2,8 @@
 /// @brief Makes objects of the elements of a document and calls their classes.
 #pragma once
 
-#include "dds/xml/document.hpp"
-#include "dds/xml/parser.hpp"
+#include "platform/dds/xml/document.hpp"
+#include "platform/dds/xml/parser.hpp"
 
 namespace pexa::dds::xml {
 

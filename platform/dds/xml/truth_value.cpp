@@ -1,9 +1,9 @@
-#include "dds/xml/truth_value.hpp"
+#include "platform/dds/xml/truth_value.hpp"
 
 #include <algorithm>
 #include <array>
 
-#include "dds/xml/white_space.hpp"
+#include "platform/dds/xml/white_space.hpp"
 
 namespace pexa::dds::xml {
 namespace {

@@ -2,10 +2,10 @@
 #include <cstring>
 #include <new>
 
-#include "dds/xml/parser.hpp"
-#include "dds/xml/saving.hpp"
-#include "dds/xml/truth_value.hpp"
-#include "dds/xml/white_space.hpp"
+#include "platform/dds/xml/parser.hpp"
+#include "platform/dds/xml/saving.hpp"
+#include "platform/dds/xml/truth_value.hpp"
+#include "platform/dds/xml/white_space.hpp"
 
 namespace dds = pexa::dds;
 namespace xml = pexa::dds::xml;

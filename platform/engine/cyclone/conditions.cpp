@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "engine/cyclone/entity_table.hpp"
-#include "engine/cyclone/results.hpp"
-#include "engine/cyclone/state_masks.hpp"
-#include "engine/cyclone/statuses.hpp"
-#include "engine/engine.hpp"
+#include "platform/engine/cyclone/entity_table.hpp"
+#include "platform/engine/cyclone/results.hpp"
+#include "platform/engine/cyclone/state_masks.hpp"
+#include "platform/engine/cyclone/statuses.hpp"
+#include "platform/engine/engine.hpp"
 
 namespace pexa::engine {
 

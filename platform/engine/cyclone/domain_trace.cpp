@@ -1,4 +1,4 @@
-#include "engine/cyclone/domain_trace.hpp"
+#include "platform/engine/cyclone/domain_trace.hpp"
 
 #include <mutex>
 #include <optional>

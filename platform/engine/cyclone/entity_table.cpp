@@ -1,9 +1,9 @@
-#include "engine/cyclone/entity_table.hpp"
+#include "platform/engine/cyclone/entity_table.hpp"
 
 #include <cstring>
 #include <ctime>
 
-#include "engine/cyclone/results.hpp"
+#include "platform/engine/cyclone/results.hpp"
 
 namespace pexa::engine::cyclone {
 

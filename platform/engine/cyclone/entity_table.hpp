@@ -11,8 +11,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "engine/cyclone/sertype.hpp"
-#include "engine/engine.hpp"
+#include "platform/engine/cyclone/sertype.hpp"
+#include "platform/engine/engine.hpp"
 
 namespace pexa::engine::cyclone {
 

@@ -1,4 +1,4 @@
-#include "engine/cyclone/instance_index.hpp"
+#include "platform/engine/cyclone/instance_index.hpp"
 
 namespace pexa::engine::cyclone {
 

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <optional>
 
-#include "engine/values.hpp"
+#include "platform/engine/values.hpp"
 
 namespace pexa::engine::cyclone {
 

@@ -1,11 +1,11 @@
-#include "engine/cyclone/instances.hpp"
+#include "platform/engine/cyclone/instances.hpp"
 
 #include <dds/dds.h>
 
-#include "engine/cyclone/entity_table.hpp"
-#include "engine/cyclone/payload_access.hpp"
-#include "engine/cyclone/results.hpp"
-#include "engine/engine.hpp"
+#include "platform/engine/cyclone/entity_table.hpp"
+#include "platform/engine/cyclone/payload_access.hpp"
+#include "platform/engine/cyclone/results.hpp"
+#include "platform/engine/engine.hpp"
 
 namespace pexa::engine {
 

@@ -2,7 +2,7 @@
 /// @brief Instances by key hash and by the engine's own handles.
 #pragma once
 
-#include "engine/values.hpp"
+#include "platform/engine/values.hpp"
 
 namespace pexa::engine::cyclone {
 

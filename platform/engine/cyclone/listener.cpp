@@ -1,9 +1,9 @@
-#include "engine/listener.hpp"
+#include "platform/engine/listener.hpp"
 
-#include "engine/cyclone/entity_table.hpp"
-#include "engine/cyclone/listener_bridge.hpp"
-#include "engine/cyclone/results.hpp"
-#include "engine/cyclone/statuses.hpp"
+#include "platform/engine/cyclone/entity_table.hpp"
+#include "platform/engine/cyclone/listener_bridge.hpp"
+#include "platform/engine/cyclone/results.hpp"
+#include "platform/engine/cyclone/statuses.hpp"
 
 namespace pexa::engine {
 

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "engine/engine.hpp"
+#include "platform/engine/engine.hpp"
 
 namespace pexa::engine::cyclone {
 

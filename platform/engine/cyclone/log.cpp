@@ -1,4 +1,4 @@
-#include "engine/log.hpp"
+#include "platform/engine/log.hpp"
 
 #include <dds/dds.h>
 
@@ -6,7 +6,7 @@
 #include <atomic>
 #include <mutex>
 
-#include "engine/cyclone/domain_trace.hpp"
+#include "platform/engine/cyclone/domain_trace.hpp"
 
 namespace pexa::engine {
 

@@ -3,9 +3,9 @@
 #include <cstring>
 #include <memory>
 
-#include "engine/cyclone/qos_conversion.hpp"
-#include "engine/cyclone/results.hpp"
-#include "engine/engine.hpp"
+#include "platform/engine/cyclone/qos_conversion.hpp"
+#include "platform/engine/cyclone/results.hpp"
+#include "platform/engine/engine.hpp"
 
 namespace pexa::engine {
 

@@ -1,5 +1,5 @@
-#include "engine/cyclone/serdata.hpp"
-#include "engine/type.hpp"
+#include "platform/engine/cyclone/serdata.hpp"
+#include "platform/engine/type.hpp"
 
 namespace pexa::engine {
 

@@ -2,8 +2,8 @@
 /// @brief Makes payload handles of engine samples.
 #pragma once
 
-#include "engine/cyclone/serdata.hpp"
-#include "engine/type.hpp"
+#include "platform/engine/cyclone/serdata.hpp"
+#include "platform/engine/type.hpp"
 
 namespace pexa::engine {
 

@@ -1,4 +1,4 @@
-#include "engine/cyclone/qos_conversion.hpp"
+#include "platform/engine/cyclone/qos_conversion.hpp"
 
 #include <array>
 

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "engine/qos.hpp"
+#include "platform/engine/qos.hpp"
 
 namespace pexa::engine::cyclone {
 

@@ -4,7 +4,7 @@
 
 #include <dds/dds.h>
 
-#include "engine/values.hpp"
+#include "platform/engine/values.hpp"
 
 namespace pexa::engine::cyclone {
 

@@ -1,4 +1,4 @@
-#include "engine/cyclone/serdata.hpp"
+#include "platform/engine/cyclone/serdata.hpp"
 
 #include <dds/ddsi/q_radmin.h>
 #include <dds/ddsrt/md5.h>

@@ -7,8 +7,8 @@
 #include <memory>
 #include <span>
 
-#include "engine/cyclone/sertype.hpp"
-#include "engine/type.hpp"
+#include "platform/engine/cyclone/sertype.hpp"
+#include "platform/engine/type.hpp"
 
 namespace pexa::engine::cyclone {
 

@@ -1,4 +1,4 @@
-#include "engine/cyclone/sertype.hpp"
+#include "platform/engine/cyclone/sertype.hpp"
 
 #include <dds/ddsrt/heap.h>
 
@@ -8,8 +8,8 @@
 #include <new>
 #include <unordered_map>
 
-#include "engine/cyclone/domain_trace.hpp"
-#include "engine/cyclone/serdata.hpp"
+#include "platform/engine/cyclone/domain_trace.hpp"
+#include "platform/engine/cyclone/serdata.hpp"
 
 namespace pexa::engine::cyclone {
 

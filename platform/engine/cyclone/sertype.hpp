@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "engine/cyclone/instance_index.hpp"
-#include "engine/type.hpp"
+#include "platform/engine/cyclone/instance_index.hpp"
+#include "platform/engine/type.hpp"
 
 namespace pexa::engine::cyclone {
 

@@ -4,7 +4,7 @@
 
 #include <dds/dds.h>
 
-#include "engine/type.hpp"
+#include "platform/engine/type.hpp"
 
 namespace pexa::engine::cyclone {
 

@@ -4,7 +4,7 @@
 
 #include <dds/dds.h>
 
-#include "engine/listener.hpp"
+#include "platform/engine/listener.hpp"
 
 namespace pexa::engine::cyclone {
 

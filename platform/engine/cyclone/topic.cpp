@@ -1,12 +1,12 @@
 #include <dds/dds.h>
 
-#include "engine/cyclone/domain_trace.hpp"
-#include "engine/cyclone/entity_table.hpp"
-#include "engine/cyclone/listener_bridge.hpp"
-#include "engine/cyclone/qos_conversion.hpp"
-#include "engine/cyclone/results.hpp"
-#include "engine/cyclone/serdata.hpp"
-#include "engine/engine.hpp"
+#include "platform/engine/cyclone/domain_trace.hpp"
+#include "platform/engine/cyclone/entity_table.hpp"
+#include "platform/engine/cyclone/listener_bridge.hpp"
+#include "platform/engine/cyclone/qos_conversion.hpp"
+#include "platform/engine/cyclone/results.hpp"
+#include "platform/engine/cyclone/serdata.hpp"
+#include "platform/engine/engine.hpp"
 
 namespace pexa::engine {
 

@@ -5,12 +5,12 @@
 #include <mutex>
 #include <new>
 
-#include "engine/cyclone/entity_table.hpp"
-#include "engine/cyclone/listener_bridge.hpp"
-#include "engine/cyclone/payload_access.hpp"
-#include "engine/cyclone/qos_conversion.hpp"
-#include "engine/cyclone/results.hpp"
-#include "engine/engine.hpp"
+#include "platform/engine/cyclone/entity_table.hpp"
+#include "platform/engine/cyclone/listener_bridge.hpp"
+#include "platform/engine/cyclone/payload_access.hpp"
+#include "platform/engine/cyclone/qos_conversion.hpp"
+#include "platform/engine/cyclone/results.hpp"
+#include "platform/engine/engine.hpp"
 
 namespace pexa::engine {
 

@@ -1,0 +1,34 @@
+#include "platform/base/os/deadline.hpp"
+
+#include <cerrno>
+
+namespace pexa::core {
+
+namespace {
+constexpr int64_t nanoseconds_per_second = 1'000'000'000;
+}
+
+timespec deadline_after(int64_t seconds, uint32_t nanoseconds) {
+    timespec deadline{};
+    clock_gettime(CLOCK_MONOTONIC, &deadline);
+    const int64_t sum = deadline.tv_nsec + static_cast<int64_t>(nanoseconds);
+    deadline.tv_sec += seconds + sum / nanoseconds_per_second;
+    deadline.tv_nsec = sum % nanoseconds_per_second;
+    return deadline;
+}
+
+timespec deadline_after(QELNtpTime span) {
+    const DDS_Time_t time = QELNtpTime_toTime(span);
+    return deadline_after(time.sec, time.nanosec);
+}
+
+bool is_before(const timespec& left, const timespec& right) {
+    return left.tv_sec != right.tv_sec ? left.tv_sec < right.tv_sec : left.tv_nsec < right.tv_nsec;
+}
+
+void sleep_until(const timespec& deadline) {
+    while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &deadline, nullptr) == EINTR) {
+    }
+}
+
+}  // namespace pexa::core

@@ -1,0 +1,59 @@
+#include "platform/base/os/recursive_mutex.hpp"
+
+#include "platform/base/os/deadline.hpp"
+
+namespace pexa::core {
+
+namespace {
+
+// On common processors a microsecond or two: less than it takes to be put to sleep and woken, more
+// than mutexes are held for, as a rule.
+constexpr int patience = 60;
+
+// What a sleeper loses when the release did not see it coming.
+constexpr uint32_t longest_sleep_ns = 1'000'000;
+
+void pause_briefly() {
+#if defined(__x86_64__) || defined(__i386__)
+    __builtin_ia32_pause();
+#elif defined(__aarch64__)
+    asm volatile("isb");
+#endif
+}
+
+}  // namespace
+
+bool RecursiveMutex::take_soon() {
+    for (int attempt = 0; attempt < patience; ++attempt) {
+        pause_briefly();
+        if (state_.load(std::memory_order_relaxed) == free && take_when_free()) {
+            ++depth_;
+            return true;
+        }
+    }
+    return false;
+}
+
+bool RecursiveMutex::wait(const timespec* deadline) {
+    if (take_soon()) {
+        return true;
+    }
+    bool is_last_look = false;
+    // Whoever has waited takes it as wanted, since others may be waiting still.
+    while (state_.exchange(taken_and_wanted, std::memory_order_acquire) != free) {
+        if (is_last_look) {
+            return false;
+        }
+        timespec end = deadline_after(0, longest_sleep_ns);
+        const bool is_last_sleep = deadline != nullptr && !is_before(end, *deadline);
+        if (is_last_sleep) {
+            end = *deadline;
+        }
+        is_last_look = !wait_while_equal(&state_, taken_and_wanted, &end) && is_last_sleep;
+    }
+    owner_.store(&this_thread, std::memory_order_relaxed);
+    ++depth_;
+    return true;
+}
+
+}  // namespace pexa::core

@@ -1,0 +1,213 @@
+#include "platform/dds/domain/participant.hpp"
+
+#include "platform/dds/domain/participant_factory.hpp"
+#include "platform/dds/endpoints/reader.hpp"
+#include "platform/dds/endpoints/writer.hpp"
+
+namespace pexa::dds {
+
+namespace {
+
+/// @return four bytes of a GUID prefix as a number, the most significant first.
+DDS_UnsignedLong word_of(const engine::Guid& guid, std::size_t position) {
+    DDS_UnsignedLong word = 0;
+    for (std::size_t i = position; i < position + 4; ++i) {
+        word = (word << 8U) | std::to_integer<DDS_UnsignedLong>(guid[i]);
+    }
+    return word;
+}
+
+DDS_ReturnCode_t first_failure(DDS_ReturnCode_t earlier, DDS_ReturnCode_t later) {
+    return earlier != DDS_RETCODE_OK ? earlier : later;
+}
+
+}  // namespace
+
+Participant::Participant(Factory& factory, DDS_DomainId_t domain)
+    : QosEntity(nullptr, factory.default_participant_qos()),
+      factory_(factory),
+      domain_(domain),
+      default_publisher_qos_(factory.profiles()),
+      default_subscriber_qos_(factory.profiles()),
+      default_topic_qos_(factory.profiles()),
+      default_writer_qos_(factory.profiles()),
+      default_reader_qos_(factory.profiles()) {}
+
+Participant::~Participant() = default;
+
+DDS_ReturnCode_t Participant::wrap(const Operation& operation, engine::EntityId participant) {
+    engine::Qos qos;
+    OwnedQos<DDS_DomainParticipantQos> record;
+    const engine::Status status = engine::get_qos(participant, qos);
+    if (status != engine::Status::ok) {
+        return operation.failed("reading the participant's QoS", to_return_code(status));
+    }
+    if (from_engine(qos, record.get()) != DDS_RETCODE_OK ||
+        kept_qos().assign(record.get()) != DDS_RETCODE_OK) {
+        return operation.out_of_memory();
+    }
+    wrapped_ = true;
+    adopt(participant);
+    return DDS_RETCODE_OK;
+}
+
+engine::Created Participant::create_in_engine(const Operation& /*operation*/) {
+    engine::Qos qos;
+    if (to_engine_qos(qos) != DDS_RETCODE_OK) {
+        return {engine::Status::out_of_resources};
+    }
+    return engine::create_participant(static_cast<std::uint32_t>(domain_), qos);
+}
+
+engine::Status Participant::delete_in_engine(engine::EntityId id) {
+    return wrapped_ ? engine::Status::ok : Entity::delete_in_engine(id);
+}
+
+DDS_ReturnCode_t Participant::enable_contained(const Operation& operation) {
+    if (!enables_contained()) {
+        return DDS_RETCODE_OK;
+    }
+    const DDS_ReturnCode_t topics = topics_.enable_all(operation);
+    const DDS_ReturnCode_t publishers = publishers_.enable_all(operation);
+    const DDS_ReturnCode_t subscribers = subscribers_.enable_all(operation);
+    return first_failure(first_failure(topics, publishers), subscribers);
+}
+
+void Participant::refresh_contained_listeners() {
+    topics_.refresh_listeners();
+    publishers_.refresh_listeners();
+    subscribers_.refresh_listeners();
+}
+
+DDS_ReturnCode_t Participant::get_qos(DDS_DomainParticipantQos& qos) const {
+    const DDS_ReturnCode_t copied = QosEntity::get_qos(qos);
+    engine::Guid guid{};
+    const engine::EntityId id = engine_id();
+    if (copied != DDS_RETCODE_OK || id == engine::no_entity) {
+        return copied;
+    }
+    const engine::Status status = engine::get_guid(id, guid);
+    if (status == engine::Status::ok) {
+        qos.wire_protocol = {word_of(guid, 0), word_of(guid, 4), word_of(guid, 8)};
+    }
+    return to_return_code(status);
+}
+
+DDS_ReturnCode_t Participant::get_default_publisher_qos(const Operation& operation,
+                                                        DDS_PublisherQos& qos) const {
+    return default_publisher_qos_.copy_to(operation, nullptr, qos);
+}
+
+DDS_ReturnCode_t Participant::set_default_publisher_qos(const Operation& operation,
+                                                        const DDS_PublisherQos* qos) {
+    return default_publisher_qos_.assign_checked(operation, qos);
+}
+
+DDS_ReturnCode_t Participant::get_default_subscriber_qos(const Operation& operation,
+                                                         DDS_SubscriberQos& qos) const {
+    return default_subscriber_qos_.copy_to(operation, nullptr, qos);
+}
+
+DDS_ReturnCode_t Participant::set_default_subscriber_qos(const Operation& operation,
+                                                         const DDS_SubscriberQos* qos) {
+    return default_subscriber_qos_.assign_checked(operation, qos);
+}
+
+DDS_ReturnCode_t Participant::get_default_topic_qos(const Operation& operation, DDS_TopicQos& qos,
+                                                    const char* topic_name) const {
+    return default_topic_qos_.copy_to(operation, topic_name, qos);
+}
+
+DDS_ReturnCode_t Participant::set_default_topic_qos(const Operation& operation,
+                                                    const DDS_TopicQos* qos) {
+    return default_topic_qos_.assign_checked(operation, qos);
+}
+
+DDS_ReturnCode_t Participant::get_default_writer_qos(const Operation& operation,
+                                                     DDS_DataWriterQos& qos,
+                                                     const char* topic_name) const {
+    return default_writer_qos_.copy_to(operation, topic_name, qos);
+}
+
+DDS_ReturnCode_t Participant::get_default_reader_qos(const Operation& operation,
+                                                     DDS_DataReaderQos& qos,
+                                                     const char* topic_name) const {
+    return default_reader_qos_.copy_to(operation, topic_name, qos);
+}
+
+DDS_ReturnCode_t Participant::assert_liveliness() const {
+    const engine::EntityId id = engine_id();
+    return id == engine::no_entity ? DDS_RETCODE_NOT_ENABLED
+                                   : to_return_code(engine::assert_liveliness(id));
+}
+
+Publisher* Participant::create_publisher(const Operation& operation, const DDS_PublisherQos* qos,
+                                         const DDS_PublisherListener* listener,
+                                         DDS_StatusMask mask) {
+    auto publisher = std::make_shared<Publisher>(*this);
+    if (publisher->prepare(operation, qos, {listener, mask}) != DDS_RETCODE_OK) {
+        return nullptr;
+    }
+    return publishers_.admit(operation, std::move(publisher), enables_contained());
+}
+
+DDS_ReturnCode_t Participant::delete_publisher(const Operation& operation, Publisher& publisher) {
+    if (!publishers_.contains(publisher)) {
+        return operation.precondition_not_met("the publisher is of this participant");
+    }
+    if (!publisher.is_empty()) {
+        return operation.precondition_not_met("the publisher contains no writers");
+    }
+    return publishers_.remove(operation, publisher);
+}
+
+Subscriber* Participant::create_subscriber(const Operation& operation, const DDS_SubscriberQos* qos,
+                                           const DDS_SubscriberListener* listener,
+                                           DDS_StatusMask mask) {
+    auto subscriber = std::make_shared<Subscriber>(*this);
+    if (subscriber->prepare(operation, qos, {listener, mask}) != DDS_RETCODE_OK) {
+        return nullptr;
+    }
+    return subscribers_.admit(operation, std::move(subscriber), enables_contained());
+}
+
+DDS_ReturnCode_t Participant::delete_subscriber(const Operation& operation,
+                                                Subscriber& subscriber) {
+    if (!subscribers_.contains(subscriber)) {
+        return operation.precondition_not_met("the subscriber is of this participant");
+    }
+    if (!subscriber.is_empty()) {
+        return operation.precondition_not_met("the subscriber contains no readers");
+    }
+    return subscribers_.remove(operation, subscriber);
+}
+
+DDS_ReturnCode_t Participant::delete_contained(const Operation& operation) {
+    const auto subscribers = subscribers_.all();
+    for (const auto& subscriber : subscribers) {
+        if (subscriber->has_loans()) {
+            return operation.precondition_not_met("no loan is outstanding");
+        }
+    }
+    DDS_ReturnCode_t result = DDS_RETCODE_OK;
+    for (const auto& subscriber : subscribers) {
+        result = first_failure(result, subscriber->delete_contained(operation));
+    }
+    for (const auto& publisher : publishers_.all()) {
+        result = first_failure(result, publisher->delete_contained(operation));
+    }
+    // What could not be emptied must stay, and so must the topics that it uses.
+    if (result != DDS_RETCODE_OK) {
+        return result;
+    }
+    result = first_failure(subscribers_.remove_all(operation), publishers_.remove_all(operation));
+    result = first_failure(result, filtered_topics_.remove_all(operation));
+    return first_failure(result, topics_.remove_all(operation));
+}
+
+bool Participant::is_empty() const {
+    return topics_.empty() && filtered_topics_.empty() && publishers_.empty() &&
+           subscribers_.empty();
+}
+
+}  // namespace pexa::dds

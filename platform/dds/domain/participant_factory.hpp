@@ -1,0 +1,82 @@
+/// @file participant_factory.hpp
+/// @brief The participant factory.
+#pragma once
+
+#include "platform/dds/domain/participant.hpp"
+#include "platform/dds/entity/children.hpp"
+#include "platform/dds/profiles/profiles.hpp"
+
+namespace pexa::dds {
+
+/// There is one in the process at most.
+class Factory {
+public:
+    using Handle = DDS_DomainParticipantFactory;
+
+    /// @return the factory, made now if need be.
+    [[nodiscard]] static Factory* instance();
+    /// Frees the factory, if there is one. @return PRECONDITION_NOT_MET while it has participants
+    [[nodiscard]] static DDS_ReturnCode_t finalize(const Operation& operation);
+
+    [[nodiscard]] DDS_ReturnCode_t get_qos(DDS_DomainParticipantFactoryQos& qos) const {
+        return qos_.copy_to(qos);
+    }
+    /// @param qos NULL for the DDS standard's
+    [[nodiscard]] DDS_ReturnCode_t set_qos(const Operation& operation,
+                                           const DDS_DomainParticipantFactoryQos* qos) {
+        return qos_.assign_checked(operation, qos);
+    }
+    [[nodiscard]] const DefaultQos<DDS_DomainParticipantQos>& default_participant_qos() const {
+        return default_participant_qos_;
+    }
+    [[nodiscard]] DDS_ReturnCode_t get_default_participant_qos(
+        const Operation& operation, DDS_DomainParticipantQos& qos) const {
+        return default_participant_qos_.copy_to(operation, nullptr, qos);
+    }
+    /// @param qos NULL to take back what was set
+    [[nodiscard]] DDS_ReturnCode_t set_default_participant_qos(
+        const Operation& operation, const DDS_DomainParticipantQos* qos) {
+        return default_participant_qos_.assign_checked(operation, qos);
+    }
+
+    /// @return NULL after a report
+    [[nodiscard]] Participant* create_participant(const Operation& operation, DDS_DomainId_t domain,
+                                                  const DDS_DomainParticipantQos* qos,
+                                                  const DDS_DomainParticipantListener* listener,
+                                                  DDS_StatusMask mask);
+    [[nodiscard]] Participant* wrap_participant(const Operation& operation,
+                                                engine::EntityId participant);
+    [[nodiscard]] DDS_ReturnCode_t delete_participant(const Operation& operation,
+                                                      Participant& participant);
+    [[nodiscard]] Participant* find_participant(DDS_DomainId_t domain) const;
+
+    /// @name QoS profiles
+    /// @{
+    [[nodiscard]] Profiles& profiles() { return profiles_; }
+    [[nodiscard]] DDS_ReturnCode_t load_profiles(const Operation& operation,
+                                                 const char* file_name) {
+        return profiles_.load(operation, file_name);
+    }
+    [[nodiscard]] DDS_ReturnCode_t reload_profiles(const Operation& operation) {
+        return profiles_.reload(operation);
+    }
+    [[nodiscard]] DDS_ReturnCode_t get_profiles(const Operation& operation, DDS_StringSeq& names,
+                                                const char* library);
+    [[nodiscard]] DDS_ReturnCode_t get_libraries(const Operation& operation, DDS_StringSeq& names);
+    /// Copies the QoS of one kind out of a profile.
+    /// @param topic_name NULL matches no filter
+    /// @return NO_DATA after a report when there is no such profile
+    template <typename Record>
+    [[nodiscard]] DDS_ReturnCode_t get_profile_qos(const Operation& operation, Record& qos,
+                                                   const char* library, const char* profile,
+                                                   const char* topic_name);
+    /// @}
+
+private:
+    KeptQos<DDS_DomainParticipantFactoryQos> qos_;
+    Profiles profiles_;
+    DefaultQos<DDS_DomainParticipantQos> default_participant_qos_{profiles_};
+    Children<Participant> participants_;
+};
+
+}  // namespace pexa::dds

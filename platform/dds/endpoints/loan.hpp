@@ -1,0 +1,48 @@
+/// @file loan.hpp
+/// @brief Samples that a reader has lent to the application.
+#pragma once
+
+#include <list>
+#include <mutex>
+#include <vector>
+
+#include "pexa/subscription.h"
+#include "platform/dds/payload/codec.hpp"
+#include "platform/engine/type.hpp"
+
+namespace pexa::dds {
+
+/// The two arrays behind a pair of lent sequences, the same number of elements in each.
+struct Loan {
+    std::vector<void*> samples;
+    std::vector<DDS_SampleInfo> infos;
+    /// What the engine gave, until it is decoded.
+    std::vector<engine::Sample> received;
+};
+
+/// The loans of one reader. An ended loan's memory serves the next one.
+class LoanBook {
+public:
+    /// A loan on its own in a list, so that entering it into the book cannot fail.
+    using Entry = std::list<Loan>;
+
+    /// @return an empty loan that is not in the book yet.
+    [[nodiscard]] Entry take_blank();
+    /// Keeps the memory of a loan without samples.
+    void put_back(Entry& entry);
+    /// Enters a loan that is handed out.
+    void enter(Entry& entry);
+
+    /// Ends a loan.
+    /// @param samples, count, infos what was handed out
+    /// @return an empty list when there is no such loan
+    [[nodiscard]] Entry end(void* const* samples, DDS_Long count, const DDS_SampleInfo* infos);
+    [[nodiscard]] bool empty() const;
+
+private:
+    mutable std::mutex mutex_;
+    Entry outstanding_;
+    Entry blank_;
+};
+
+}  // namespace pexa::dds

@@ -1,0 +1,60 @@
+#include "platform/dds/endpoints/peer_directory.hpp"
+
+#include <algorithm>
+#include <new>
+
+#include "platform/dds/interface/value_conversion.hpp"
+
+namespace pexa::dds {
+
+namespace {
+
+/// Where endpoints come and go for ever, forgetting all of them costs a question for each that is
+/// still there.
+constexpr std::size_t most_known = 1024;
+
+}  // namespace
+
+DDS_InstanceHandle_t PeerDirectory::handle_of(engine::EntityId endpoint,
+                                              engine::LocalHandle peer) noexcept {
+    DDS_InstanceHandle_t handle = DDS_HANDLE_NIL;
+    if (peer == 0 || find(peer, handle)) {
+        return handle;
+    }
+    engine::EndpointData data;
+    const engine::Status status = kind_ == PeerKind::subscriptions
+                                      ? engine::get_matched_subscription(endpoint, peer, data)
+                                      : engine::get_matched_publication(endpoint, peer, data);
+    if (status == engine::Status::ok) {
+        handle = to_handle(data.guid);
+    }
+    remember({peer, handle});
+    return handle;
+}
+
+bool PeerDirectory::find(engine::LocalHandle peer, DDS_InstanceHandle_t& handle) noexcept {
+    const std::lock_guard guard(mutex_);
+    const auto found = std::find_if(known_.begin(), known_.end(),
+                                    [&](const Known& known) { return known.local == peer; });
+    if (found == known_.end()) {
+        return false;
+    }
+    handle = found->handle;
+    // Samples of one writer come in runs.
+    std::swap(*found, known_.front());
+    return true;
+}
+
+void PeerDirectory::remember(const Known& known) noexcept {
+    const std::lock_guard guard(mutex_);
+    if (known_.size() >= most_known) {
+        known_.clear();
+    }
+    try {
+        known_.push_back(known);
+    } catch (const std::bad_alloc&) {
+        // It is asked for again.
+    }
+}
+
+}  // namespace pexa::dds

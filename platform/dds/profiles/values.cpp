@@ -1,0 +1,297 @@
+#include "platform/dds/profiles/values.hpp"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <new>
+
+#include "pexa/domain.h"
+#include "pexa/string.h"
+#include "platform/dds/interface/standard_sequences.hpp"
+#include "platform/dds/interface/string_list.hpp"
+#include "platform/dds/qos/duration.hpp"
+#include "platform/dds/xml/truth_value.hpp"
+#include "platform/dds/xml/white_space.hpp"
+
+namespace pexa::dds {
+namespace {
+
+constexpr std::string_view prefix = "DDS_";
+
+std::string_view without_prefix(std::string_view text) {
+    return text.starts_with(prefix) ? text.substr(prefix.size()) : text;
+}
+
+template <typename Number>
+std::optional<Number> to_number(std::string_view text) {
+    Number number{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(number)
+                                                                    : std::nullopt;
+}
+
+/// @return whether the list is short enough, else after a fault.
+bool is_within_limit(xml::Parser& faults, const Element& list) {
+    std::size_t count = 0;
+    for (const Element* child = first_child(list); child != nullptr; child = next_sibling(*child)) {
+        ++count;
+    }
+    if (count <= DDS_QOS_PROFILE_MAX_LIST_LENGTH) {
+        return true;
+    }
+    add_fault(faults, list,
+              "expected at most " + std::to_string(DDS_QOS_PROFILE_MAX_LIST_LENGTH) + " elements");
+    return false;
+}
+
+void require(bool success) {
+    if (!success) {
+        throw std::bad_alloc();
+    }
+}
+
+DDS_Long read_seconds(xml::Parser& faults, const Element& element) {
+    const std::string_view text = without_prefix(text_of(faults, element));
+    if (text == "DURATION_INFINITE_SEC" || text == "DURATION_INFINITY") {
+        return DDS_DURATION_INFINITE_SEC;
+    }
+    const auto number = to_number<DDS_Long>(text);
+    if (number && *number >= 0) {
+        return *number;
+    }
+    add_fault(faults, element,
+              "expected a number from 0 to 2147483647, DURATION_INFINITE_SEC or DURATION_INFINITY");
+    return 0;
+}
+
+DDS_UnsignedLong read_nanoseconds(xml::Parser& faults, const Element& element) {
+    const std::string_view text = without_prefix(text_of(faults, element));
+    if (text == "DURATION_INFINITE_NSEC" || text == "DURATION_INFINITY") {
+        return DDS_DURATION_INFINITE_NSEC;
+    }
+    const auto number = to_number<DDS_UnsignedLong>(text);
+    if (number && (*number < nanoseconds_per_second || *number == DDS_DURATION_INFINITE_NSEC)) {
+        return *number;
+    }
+    add_fault(faults, element,
+              "expected a number from 0 to 999999999, DURATION_INFINITE_NSEC or DURATION_INFINITY");
+    return 0;
+}
+
+constexpr int base64_value(char letter) {
+    constexpr std::string_view alphabet =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    const std::size_t place = alphabet.find(letter);
+    return place != std::string_view::npos ? static_cast<int>(place) : -1;
+}
+
+/// @return nothing when the text is not base64. White space does not count.
+std::optional<std::vector<DDS_Octet>> decode_base64(std::string_view text) {
+    std::vector<DDS_Octet> octets;
+    unsigned bits = 0;
+    std::size_t digits = 0;
+    std::size_t padding = 0;
+    for (const char letter : text) {
+        if (xml::white_space.find(letter) != std::string_view::npos) {
+            continue;
+        }
+        ++digits;
+        padding += letter == '=' ? 1 : 0;
+        const int value = letter == '=' ? 0 : base64_value(letter);
+        if (value < 0 || (padding > 0 && letter != '=')) {
+            return std::nullopt;
+        }
+        bits = (bits << 6U) | static_cast<unsigned>(value);
+        if (digits % 4 == 0) {
+            octets.push_back(static_cast<DDS_Octet>(bits >> 16U));
+            octets.push_back(static_cast<DDS_Octet>(bits >> 8U));
+            octets.push_back(static_cast<DDS_Octet>(bits));
+        }
+    }
+    if (digits % 4 != 0 || padding > 2) {
+        return std::nullopt;
+    }
+    octets.resize(octets.size() - padding);
+    return octets;
+}
+
+std::string_view text_of(const char* text) {
+    return text != nullptr ? text : std::string_view();
+}
+
+/// @return the property of that name, a new one if there is none, NULL without memory.
+DDS_Property_t* find_or_add(DDS_PropertySeq& properties, const char* name) {
+    const DDS_Long length = DDS_PropertySeq_get_length(&properties);
+    for (DDS_Long i = 0; i < length; ++i) {
+        DDS_Property_t* known = DDS_PropertySeq_get_reference(&properties, i);
+        if (text_of(known->name) == text_of(name)) {
+            return known;
+        }
+    }
+    if (DDS_PropertySeq_ensure_length(&properties, length + 1, length + 1) == 0) {
+        return nullptr;
+    }
+    DDS_Property_t* added = DDS_PropertySeq_get_reference(&properties, length);
+    return DDS_String_replace(&added->name, name) != nullptr ? added : nullptr;
+}
+
+bool set_property(DDS_PropertySeq& properties, const char* name, const char* value) {
+    DDS_Property_t* property = find_or_add(properties, name);
+    return property != nullptr && DDS_String_replace(&property->value, value) != nullptr;
+}
+
+}  // namespace
+
+std::optional<int> read_enumerator(xml::Parser& faults, const Element& element,
+                                   std::span<const std::string_view> names,
+                                   std::string_view suffix) {
+    std::string_view text = without_prefix(text_of(faults, element));
+    if (text.ends_with(suffix)) {
+        text.remove_suffix(suffix.size());
+    }
+    for (std::size_t number = 0; number < names.size(); ++number) {
+        if (names[number] == text) {
+            return static_cast<int>(number);
+        }
+    }
+    std::string message = "expected";
+    for (const std::string_view name : names) {
+        message.append(" ").append(name).append(suffix);
+    }
+    add_fault(faults, element, message);
+    return std::nullopt;
+}
+
+void ProfileValue<DDS_Boolean>::read(xml::Parser& faults, const Element& element,
+                                     DDS_Boolean& value) {
+    if (const auto read = xml::to_truth_value(text_of(faults, element))) {
+        value = *read ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+    } else {
+        add_fault(faults, element, xml::truth_value_expected);
+    }
+}
+
+void ProfileValue<DDS_Long>::read(xml::Parser& faults, const Element& element, DDS_Long& value) {
+    if (const auto number = to_number<DDS_Long>(text_of(faults, element))) {
+        value = *number;
+    } else {
+        add_fault(faults, element, "expected a number from -2147483648 to 2147483647");
+    }
+}
+
+void LimitProfileValue::read(xml::Parser& faults, const Element& element, DDS_Long& value) {
+    const std::string_view text = text_of(faults, element);
+    const auto number = to_number<DDS_Long>(text);
+    if (without_prefix(text) == "LENGTH_UNLIMITED") {
+        value = DDS_LENGTH_UNLIMITED;
+    } else if (number && (*number > 0 || *number == DDS_LENGTH_UNLIMITED)) {
+        value = *number;
+    } else {
+        add_fault(faults, element, "expected a number from 1 to 2147483647 or LENGTH_UNLIMITED");
+    }
+}
+
+void ProfileValue<DDS_Duration_t>::read(xml::Parser& faults, const Element& element,
+                                        DDS_Duration_t& value) {
+    static constexpr std::array<std::string_view, 2> names{"sec", "nanosec"};
+    check_attributes(faults, element);
+    if (first_child(element) == nullptr) {
+        if (without_prefix(element.text) == "DURATION_INFINITY") {
+            value = DDS_DURATION_INFINITE;
+        } else {
+            add_fault(faults, element, "expected sec, nanosec or DURATION_INFINITY");
+        }
+        return;
+    }
+    value = {0, 0};
+    for_each_child(faults, element, names, Repetition::refused,
+                   [&](const Element& child, std::size_t place) {
+                       if (place == 0) {
+                           value.sec = read_seconds(faults, child);
+                       } else {
+                           value.nanosec = read_nanoseconds(faults, child);
+                       }
+                   });
+    if (value.sec == DDS_DURATION_INFINITE_SEC) {
+        value = DDS_DURATION_INFINITE;
+    } else if (value.nanosec == DDS_DURATION_INFINITE_NSEC) {
+        add_fault(faults, element, "expected sec to be infinite too");
+    }
+}
+
+void ProfileValue<char*>::read(xml::Parser& faults, const Element& element, char*& value) {
+    require(DDS_String_replace(&value, text_of(faults, element).c_str()) != nullptr);
+}
+
+bool ProfileValue<char*>::copy(char*& to, char* const& from) {
+    return DDS_String_replace(&to, from) != nullptr;
+}
+
+void ProfileValue<DDS_OctetSeq>::read(xml::Parser& faults, const Element& element,
+                                      DDS_OctetSeq& value) {
+    const auto octets = decode_base64(text_of(faults, element));
+    if (!octets) {
+        add_fault(faults, element, "expected bytes in base64");
+        return;
+    }
+    const auto count = static_cast<DDS_Long>(octets->size());
+    require(DDS_OctetSeq_ensure_length(&value, count, count) != 0);
+    std::copy(octets->begin(), octets->end(), DDS_OctetSeq_get_contiguous_buffer(&value));
+}
+
+bool ProfileValue<DDS_OctetSeq>::copy(DDS_OctetSeq& to, const DDS_OctetSeq& from) {
+    return DDS_OctetSeq_copy(&to, &from) != nullptr;
+}
+
+void ProfileValue<DDS_StringSeq>::read(xml::Parser& faults, const Element& element,
+                                       DDS_StringSeq& value) {
+    static constexpr std::array<std::string_view, 1> names{"element"};
+    check_attributes(faults, element);
+    if (!is_within_limit(faults, element)) {
+        return;
+    }
+    std::vector<std::string> texts;
+    for_each_child(
+        faults, element, names, Repetition::allowed,
+        [&](const Element& child, std::size_t) { texts.push_back(text_of(faults, child)); });
+    require(store_strings(texts, value) == DDS_RETCODE_OK);
+}
+
+bool ProfileValue<DDS_StringSeq>::copy(DDS_StringSeq& to, const DDS_StringSeq& from) {
+    return DDS_StringSeq_copy(&to, &from) != nullptr;
+}
+
+void ProfileValue<DDS_PropertySeq>::read(xml::Parser& faults, const Element& element,
+                                         DDS_PropertySeq& value) {
+    static constexpr std::array<std::string_view, 1> names{"element"};
+    static constexpr std::array<std::string_view, 2> parts{"name", "value"};
+    check_attributes(faults, element);
+    if (!is_within_limit(faults, element)) {
+        return;
+    }
+    for_each_child(faults, element, names, Repetition::allowed,
+                   [&](const Element& child, std::size_t) {
+                       std::array<std::string, 2> texts;
+                       check_attributes(faults, child);
+                       for_each_child(faults, child, parts, Repetition::refused,
+                                      [&](const Element& part, std::size_t place) {
+                                          texts[place] = text_of(faults, part);
+                                      });
+                       if (texts[0].empty()) {
+                           add_fault(faults, child, "expected a property with a name");
+                       }
+                       require(set_property(value, texts[0].c_str(), texts[1].c_str()));
+                   });
+}
+
+bool ProfileValue<DDS_PropertySeq>::copy(DDS_PropertySeq& to, const DDS_PropertySeq& from) {
+    for (DDS_Long i = 0; i < length_of(from); ++i) {
+        const DDS_Property_t& property = element_of(from, i);
+        if (!set_property(to, property.name, property.value)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace pexa::dds

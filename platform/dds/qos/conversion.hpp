@@ -1,0 +1,101 @@
+/// @file qos_conversion.hpp
+/// @brief What the entities do with QoS records: keep, check, change, hand to the engine.
+///
+/// All templates are defined for the seven records of pexa/qos.h. None throws, none keeps a
+/// reference to an argument.
+#pragma once
+
+#include "platform/dds/qos/policies.hpp"
+
+namespace pexa::dds {
+
+/// The operations behind the templates below, over any table.
+namespace qos_record {
+void initialize(const PolicyTable& table, void* record) noexcept;
+[[nodiscard]] DDS_ReturnCode_t copy(const PolicyTable& table, void* record,
+                                    const void* from) noexcept;
+void finalize(const PolicyTable& table, void* record) noexcept;
+[[nodiscard]] bool equal(const PolicyTable& table, const void* left, const void* right) noexcept;
+[[nodiscard]] DDS_ReturnCode_t check(const PolicyTable& table, const char* context,
+                                     const void* record) noexcept;
+[[nodiscard]] DDS_ReturnCode_t check_change(const PolicyTable& table, const char* context,
+                                            const void* current, const void* wanted) noexcept;
+[[nodiscard]] DDS_ReturnCode_t to_engine(const PolicyTable& table, const void* record,
+                                         engine::Qos& qos) noexcept;
+[[nodiscard]] DDS_ReturnCode_t from_engine(const PolicyTable& table, const engine::Qos& qos,
+                                           void* record) noexcept;
+}  // namespace qos_record
+
+/// A QoS record that an object owns: the defaults of the DDS standard until something is assigned.
+template <typename Record>
+class OwnedQos {
+public:
+    OwnedQos() noexcept { qos_record::initialize(policies_of<Record>(), &record_); }
+    OwnedQos(const OwnedQos&) = delete;
+    OwnedQos& operator=(const OwnedQos&) = delete;
+    ~OwnedQos() { qos_record::finalize(policies_of<Record>(), &record_); }
+
+    /// Deep copy. @return OK, or OUT_OF_RESOURCES with the record unchanged.
+    [[nodiscard]] DDS_ReturnCode_t assign(const Record& from) noexcept {
+        OwnedQos copy;
+        const DDS_ReturnCode_t result =
+            qos_record::copy(policies_of<Record>(), &copy.record_, &from);
+        if (result == DDS_RETCODE_OK) {
+            const Record old = record_;
+            record_ = copy.record_;
+            copy.record_ = old;
+        }
+        return result;
+    }
+
+    [[nodiscard]] const Record& get() const noexcept { return record_; }
+    [[nodiscard]] Record& get() noexcept { return record_; }
+
+private:
+    Record record_;
+};
+
+/// Says whether an entity can have this QoS.
+///
+/// @param context the operation's name for the middleware's log, which says what is wrong
+/// @return OK or INCONSISTENT_POLICY
+template <typename Record>
+[[nodiscard]] DDS_ReturnCode_t check_qos(const char* context, const Record& wanted) noexcept {
+    return qos_record::check(policies_of<Record>(), context, &wanted);
+}
+
+/// Says whether an enabled entity of QoS @p current can take over @p wanted; policies that the port
+/// fills in are not looked at.
+///
+/// @return OK, INCONSISTENT_POLICY or IMMUTABLE_POLICY, the failures after a report
+template <typename Record>
+[[nodiscard]] DDS_ReturnCode_t check_qos_change(const char* context, const Record& current,
+                                                const Record& wanted) noexcept {
+    return qos_record::check_change(policies_of<Record>(), context, &current, &wanted);
+}
+
+/// @return whether all policies are equal but those that the port fills in.
+template <typename Record>
+[[nodiscard]] bool equal_qos(const Record& left, const Record& right) noexcept {
+    return qos_record::equal(policies_of<Record>(), &left, &right);
+}
+
+/// Sets the policies of @p record in @p qos and leaves its other policies as they are. Policies
+/// that are the port's own business (entity factory, wire protocol) have no counterpart.
+///
+/// @return OK or OUT_OF_RESOURCES
+template <typename Record>
+[[nodiscard]] DDS_ReturnCode_t to_engine(const Record& record, engine::Qos& qos) noexcept {
+    return qos_record::to_engine(policies_of<Record>(), &record, qos);
+}
+
+/// Stores what @p qos contains in the initialised @p record; policies that it does not contain stay
+/// as they are.
+///
+/// @return OK or OUT_OF_RESOURCES, the record then holding the policies converted so far
+template <typename Record>
+[[nodiscard]] DDS_ReturnCode_t from_engine(const engine::Qos& qos, Record& record) noexcept {
+    return qos_record::from_engine(policies_of<Record>(), qos, &record);
+}
+
+}  // namespace pexa::dds
