@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "../tests/platform_dds/content_filter_types.hpp"
 #include "platform/dds/filter/content_filter.hpp"
+#include "tests/platform/dds/filter/content_filter_types.hpp"
 
 namespace {
 

@@ -6,11 +6,11 @@
 #include <thread>
 #include <vector>
 
-#include "faults.hpp"
-#include "log_subscriber.hpp"
 #include "orvane/admin.h"
 #include "orvane/core.h"
-#include "running_logger.hpp"
+#include "tests/core/faults.hpp"
+#include "tests/core/log_subscriber.hpp"
+#include "tests/core/running_logger.hpp"
 
 namespace {
 

@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "faults.hpp"
 #include "orvane/admin.h"
 #include "orvane/core.h"
-#include "output.hpp"
-#include "running_logger.hpp"
+#include "tests/core/faults.hpp"
+#include "tests/core/output.hpp"
+#include "tests/core/running_logger.hpp"
 
 namespace {
 

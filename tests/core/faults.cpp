@@ -1,4 +1,4 @@
-#include "faults.hpp"
+#include "tests/core/faults.hpp"
 
 #include <atomic>
 #include <bit>

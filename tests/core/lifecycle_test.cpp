@@ -3,11 +3,11 @@
 #include <string>
 
 #include "core/lifecycle.hpp"
-#include "faults.hpp"
 #include "orvane/admin.h"
 #include "orvane/core.h"
-#include "output.hpp"
-#include "running_logger.hpp"
+#include "tests/core/faults.hpp"
+#include "tests/core/output.hpp"
+#include "tests/core/running_logger.hpp"
 
 namespace {
 

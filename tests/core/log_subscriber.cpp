@@ -1,4 +1,4 @@
-#include "log_subscriber.hpp"
+#include "tests/core/log_subscriber.hpp"
 
 #include <chrono>
 #include <utility>

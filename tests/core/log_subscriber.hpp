@@ -8,7 +8,7 @@
 
 #include "orvane/core.h"
 #include "pexa/subscription.h"
-#include "scripted_writer.hpp"
+#include "tests/core/scripted_writer.hpp"
 
 namespace orvane::test {
 

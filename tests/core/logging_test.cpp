@@ -5,11 +5,11 @@
 #include <thread>
 
 #include "core/lifecycle.hpp"
-#include "faults.hpp"
-#include "hand_made_instance.hpp"
 #include "orvane/core.h"
-#include "output.hpp"
 #include "pexa/osapi.h"
+#include "tests/core/faults.hpp"
+#include "tests/core/hand_made_instance.hpp"
+#include "tests/core/output.hpp"
 
 namespace {
 

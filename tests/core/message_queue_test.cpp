@@ -5,9 +5,9 @@
 #include <thread>
 #include <vector>
 
-#include "faults.hpp"
 #include "orvane/core.h"
-#include "output.hpp"
+#include "tests/core/faults.hpp"
+#include "tests/core/output.hpp"
 
 namespace {
 

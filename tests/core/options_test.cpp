@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
-#include "faults.hpp"
 #include "orvane/core.h"
-#include "output.hpp"
+#include "tests/core/faults.hpp"
+#include "tests/core/output.hpp"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "scripted_writer.hpp"
+#include "tests/core/scripted_writer.hpp"
 
 #include <atomic>
 #include <chrono>

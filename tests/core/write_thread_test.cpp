@@ -14,10 +14,10 @@
 #include <vector>
 
 #include "core/shared_field.hpp"
-#include "faults.hpp"
 #include "orvane/core.h"
-#include "output.hpp"
-#include "scripted_writer.hpp"
+#include "tests/core/faults.hpp"
+#include "tests/core/output.hpp"
+#include "tests/core/scripted_writer.hpp"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/platform_core/heap_faults.hpp"
-#include "tests/platform_core/reports.hpp"
+#include "tests/support/heap_faults.hpp"
+#include "tests/support/reports.hpp"
 #include "tests/types/sample.hpp"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/platform_core/heap_faults.hpp"
+#include "tests/support/heap_faults.hpp"
 #include "tests/types/sample.hpp"
 
 namespace {

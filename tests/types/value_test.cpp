@@ -1,7 +1,7 @@
 // Initial values, copies and finalisation, and what they do without memory.
 #include <gtest/gtest.h>
 
-#include "tests/platform_core/heap_faults.hpp"
+#include "tests/support/heap_faults.hpp"
 #include "tests/types/sample.hpp"
 
 namespace {

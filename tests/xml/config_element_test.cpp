@@ -3,10 +3,10 @@
 #include <cerrno>
 #include <string>
 
-#include "parsed_config.hpp"
 #include "pexa/log.h"
 #include "tests/core/output.hpp"
-#include "tests/platform_core/heap_faults.hpp"
+#include "tests/support/heap_faults.hpp"
+#include "tests/xml/parsed_config.hpp"
 
 namespace {
 

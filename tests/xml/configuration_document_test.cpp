@@ -5,7 +5,7 @@
 #include <set>
 #include <string>
 
-#include "parsed_config.hpp"
+#include "tests/xml/parsed_config.hpp"
 #include "xml/config_element.hpp"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "parsed_config.hpp"
+#include "tests/xml/parsed_config.hpp"
 
 #include <utility>
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "host.hpp"
-#include "parsed_config.hpp"
 #include "tests/integration/application.hpp"
 #include "tests/integration/viewer.hpp"
+#include "tests/xml/host.hpp"
+#include "tests/xml/parsed_config.hpp"
 
 namespace {
 

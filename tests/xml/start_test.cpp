@@ -2,12 +2,12 @@
 
 #include <string>
 
-#include "host.hpp"
-#include "parsed_config.hpp"
 #include "tests/core/output.hpp"
 #include "tests/core/running_logger.hpp"
-#include "tests/platform_core/heap_faults.hpp"
-#include "tests/platform_dds/failing_new.hpp"
+#include "tests/support/failing_new.hpp"
+#include "tests/support/heap_faults.hpp"
+#include "tests/xml/host.hpp"
+#include "tests/xml/parsed_config.hpp"
 
 namespace {
 

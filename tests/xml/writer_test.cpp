@@ -3,8 +3,8 @@
 #include <cstring>
 #include <string>
 
-#include "parsed_config.hpp"
 #include "tests/core/output.hpp"
+#include "tests/xml/parsed_config.hpp"
 
 namespace {
 

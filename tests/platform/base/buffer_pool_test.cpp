@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <set>
+#include <thread>
+#include <vector>
+
+#include "pexa/buffer_pool.h"
+#include "tests/support/heap_faults.hpp"
+
+namespace {
+
+constexpr DDS_Long unlimited = DDS_LENGTH_UNLIMITED;
+
+TEST(BufferPool, LendsUpToItsMaximum) {
+    struct Case {
+        MOSKFastBufferPoolProperty property;
+        size_t lendable;
+    };
+    const Case cases[] = {
+        {{4, 4, unlimited, 0}, 4}, {{0, 3, 1, 0}, 3}, {{0, 5, unlimited, 0}, 5},
+        {{2, 7, 100, 1}, 7},       {{0, 0, 1, 0}, 0},
+    };
+    for (const Case& item : cases) {
+        MOSKFastBufferPool* pool = MOSKFastBufferPool_new(12, 64, &item.property);
+        ASSERT_NE(pool, nullptr);
+        std::set<void*> lent;
+        while (void* buffer = MOSKFastBufferPool_getBuffer(pool)) {
+            std::memset(buffer, 0x5a, 12);
+            EXPECT_EQ(reinterpret_cast<uintptr_t>(buffer) % 64, 0U);
+            ASSERT_TRUE(lent.insert(buffer).second);
+        }
+        EXPECT_EQ(lent.size(), item.lendable);
+        if (!lent.empty()) {
+            MOSKFastBufferPool_returnBuffer(pool, *lent.begin());
+            EXPECT_EQ(MOSKFastBufferPool_getBuffer(pool), *lent.begin());
+            EXPECT_EQ(MOSKFastBufferPool_getBuffer(pool), nullptr);
+        }
+        MOSKFastBufferPool_delete(pool);
+    }
+}
+
+TEST(BufferPool, RefusesWhatItCannotBeMadeOf) {
+    const MOSKFastBufferPoolProperty wrong[] = {
+        {-1, 4, 1, 0}, {5, 4, 1, 0}, {1, -2, 1, 0}, {1, 4, 0, 0}, {1, 4, -2, 0}};
+    for (const MOSKFastBufferPoolProperty& property : wrong) {
+        EXPECT_EQ(MOSKFastBufferPool_new(8, 8, &property), nullptr);
+    }
+    EXPECT_EQ(MOSKFastBufferPool_new(0, 8, nullptr), nullptr);
+    EXPECT_EQ(MOSKFastBufferPool_new(8, 12, nullptr), nullptr);
+    EXPECT_EQ(MOSKFastBufferPool_new(SIZE_MAX, 8, nullptr), nullptr);
+    EXPECT_EQ(MOSKFastBufferPool_new(SIZE_MAX / 8, 8, nullptr), nullptr);
+    EXPECT_EQ(MOSKFastBufferPool_getBuffer(nullptr), nullptr);
+}
+
+struct Calls {
+    int initialized = 0;
+    int finalized = 0;
+    int failing = -1;
+};
+
+DDS_Boolean initialize(void* buffer, void* user_data) {
+    auto* calls = static_cast<Calls*>(user_data);
+    std::memcpy(buffer, "made", 5);
+    if (calls->initialized == calls->failing) {
+        return DDS_BOOLEAN_FALSE;
+    }
+    ++calls->initialized;
+    return DDS_BOOLEAN_TRUE;
+}
+
+void finalize(void* buffer, void* user_data) {
+    EXPECT_STREQ(static_cast<char*>(buffer), "made");
+    ++static_cast<Calls*>(user_data)->finalized;
+}
+
+TEST(BufferPool, MakesAndEndsTheContentOfEachBufferOnce) {
+    Calls calls;
+    const MOSKFastBufferPoolProperty property = {2, unlimited, 3, 0};
+    MOSKFastBufferPool* pool =
+        MOSKFastBufferPool_newWithCallbacks(5, 1, &property, initialize, finalize, &calls);
+    void* buffer = MOSKFastBufferPool_getBuffer(pool);
+    MOSKFastBufferPool_returnBuffer(pool, buffer);
+    for (int count = 0; count < 3; ++count) {
+        EXPECT_STREQ(static_cast<char*>(MOSKFastBufferPool_getBuffer(pool)), "made");
+    }
+    EXPECT_EQ(calls.initialized, 5);
+    calls.failing = 7;
+    for (int count = 0; count < 2; ++count) {
+        EXPECT_NE(MOSKFastBufferPool_getBuffer(pool), nullptr);
+    }
+    EXPECT_EQ(MOSKFastBufferPool_getBuffer(pool), nullptr);
+    EXPECT_EQ(calls.finalized, 2);
+    MOSKFastBufferPool_delete(pool);
+    EXPECT_EQ(calls.finalized, calls.initialized);
+}
+
+TEST(BufferPool, SurvivesEveryFailingAllocation) {
+    heap_faults::sweep([] {
+        const MOSKFastBufferPoolProperty property = {1, unlimited, unlimited, 0};
+        MOSKFastBufferPool* pool = MOSKFastBufferPool_new(8, 8, &property);
+        bool complete = true;
+        for (int count = 0; count < 9; ++count) {
+            complete = MOSKFastBufferPool_getBuffer(pool) != nullptr && complete;
+        }
+        MOSKFastBufferPool_delete(pool);
+        return complete;
+    });
+}
+
+TEST(BufferPool, SerialisesItselfWhenAsked) {
+    const MOSKFastBufferPoolProperty property = {1, unlimited, 1, 1};
+    MOSKFastBufferPool* pool = MOSKFastBufferPool_new(sizeof(int), 4, &property);
+    const auto use = [pool] {
+        for (int round = 0; round < 3000; ++round) {
+            auto* number = static_cast<int*>(MOSKFastBufferPool_getBuffer(pool));
+            ASSERT_NE(number, nullptr);
+            *number = round;
+            MOSKFastBufferPool_returnBuffer(pool, number);
+        }
+    };
+    std::thread other(use);
+    use();
+    other.join();
+    MOSKFastBufferPool_delete(pool);
+}
+
+}  // namespace

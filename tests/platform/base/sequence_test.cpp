@@ -1,0 +1,282 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "pexa/sequence.h"
+#include "pexa/string.h"
+#include "tests/support/reports.hpp"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+// Sequences in the states that the rules tell apart.
+class SequenceTest : public testing::Test {
+public:
+    SequenceTest() {
+        DDS_LongSeq_initialize(&four_);
+        DDS_LongSeq_set_maximum(&four_, 4);
+        DDS_LongSeq_from_array(&four_, numbers_, 3);
+        DDS_LongSeq_loan_contiguous(&loan_, numbers_, 1, 2);
+        DDS_LongSeq_loan_discontiguous(&pointers_, number_pointers_, 2, 3);
+    }
+    ~SequenceTest() override { DDS_LongSeq_finalize(&four_); }
+
+protected:
+    DDS_LongSeq empty_{};
+    DDS_LongSeq four_{};
+    DDS_LongSeq loan_{};
+    DDS_LongSeq pointers_{};
+    DDS_Long numbers_[3] = {10, 20, 30};
+    DDS_Long* number_pointers_[3] = {&numbers_[2], &numbers_[0], nullptr};
+    Reports reports_;
+};
+
+// Checks that an operation has failed with these reports.
+class Refusals {
+public:
+    explicit Refusals(Reports& reports) : reports_(reports) {}
+
+    template <class Result>
+    void expect(Result result, const Texts& texts) {
+        EXPECT_FALSE(result) << texts.back();
+        EXPECT_EQ(reports_.take(), texts);
+    }
+
+private:
+    Reports& reports_;
+};
+
+TEST_F(SequenceTest, AnyRecordWithoutTheMarkerIsAnEmptyOwnedSequence) {
+    DDS_LongSeq garbage;
+    std::memset(&garbage, 0x5a, sizeof garbage);
+    EXPECT_EQ(DDS_LongSeq_get_length(&garbage), 0);
+    EXPECT_EQ(garbage.sequenceInit, 29508);
+    EXPECT_EQ(garbage.owned, 1);
+    EXPECT_EQ(DDS_LongSeq_get_maximum(&garbage), 0);
+    EXPECT_EQ(garbage.contiguousBuffer, nullptr);
+    EXPECT_EQ(garbage.discontiguousBuffer, nullptr);
+    EXPECT_EQ(garbage.readToken1, nullptr);
+    EXPECT_EQ(garbage.elementAllocationParams.allocate_pointers, 1);
+    EXPECT_EQ(garbage.elementAllocationParams.allocate_optional_members, 0);
+    EXPECT_EQ(garbage.elementAllocationParams.allocate_memory, 1);
+    EXPECT_EQ(garbage.elementDeallocationParams.delete_pointers, 1);
+    EXPECT_EQ(garbage.elementDeallocationParams.delete_optional_members, 1);
+
+    std::memset(&garbage, 0x5a, sizeof garbage);
+    EXPECT_EQ(DDS_LongSeq_copy(&four_, &garbage), &four_);
+    EXPECT_EQ(DDS_LongSeq_get_length(&four_), 0);
+    EXPECT_EQ(DDS_LongSeq_finalize(&garbage), 1);
+    EXPECT_EQ(reports_.take(), Texts{});
+}
+
+TEST_F(SequenceTest, NothingIsDoneToASequenceThatIsNotThere) {
+    Refusals refused(reports_);
+    DDS_TypeAllocationParams_t allocation{};
+    DDS_TypeDeallocationParams_t deallocation{};
+    void* token = nullptr;
+#define WITHOUT_SEQUENCE(operation, ...)                                        \
+    refused.expect(DDS_LongSeq_##operation(nullptr __VA_OPT__(, ) __VA_ARGS__), \
+                   {"DDS_LongSeq_" #operation ":bad parameter: self"})
+    WITHOUT_SEQUENCE(initialize);
+    WITHOUT_SEQUENCE(get_maximum);
+    WITHOUT_SEQUENCE(set_maximum, 1);
+    WITHOUT_SEQUENCE(get_length);
+    WITHOUT_SEQUENCE(set_length, 1);
+    WITHOUT_SEQUENCE(ensure_length, 1, 1);
+    WITHOUT_SEQUENCE(get, 0);
+    WITHOUT_SEQUENCE(get_reference, 0);
+    WITHOUT_SEQUENCE(copy, &four_);
+    WITHOUT_SEQUENCE(copy_no_alloc, &four_);
+    WITHOUT_SEQUENCE(copy_no_allocI, &four_);
+    WITHOUT_SEQUENCE(loan_contiguous, numbers_, 1, 1);
+    WITHOUT_SEQUENCE(loan_discontiguous, number_pointers_, 1, 1);
+    WITHOUT_SEQUENCE(unloan);
+    WITHOUT_SEQUENCE(has_ownership);
+    WITHOUT_SEQUENCE(get_contiguous_buffer);
+    WITHOUT_SEQUENCE(get_discontiguous_buffer);
+    WITHOUT_SEQUENCE(to_array, numbers_, 3);
+    WITHOUT_SEQUENCE(from_array, numbers_, 3);
+    WITHOUT_SEQUENCE(get_element_allocation_params, &allocation);
+    WITHOUT_SEQUENCE(set_element_allocation_params, &allocation);
+    WITHOUT_SEQUENCE(get_element_deallocation_params, &deallocation);
+    WITHOUT_SEQUENCE(set_element_deallocation_params, &deallocation);
+    WITHOUT_SEQUENCE(get_read_tokenI, &token, &token);
+    WITHOUT_SEQUENCE(set_read_tokenI, token, token);
+#undef WITHOUT_SEQUENCE
+}
+
+TEST_F(SequenceTest, EveryRefusalIsReportedUnderItsOperation) {
+    Refusals refused(reports_);
+    refused.expect(DDS_LongSeq_set_maximum(&four_, -1),
+                   {"DDS_LongSeq_set_maximum:assertion failed: max size must be positive"});
+    refused.expect(DDS_LongSeq_set_maximum(&loan_, 5),
+                   {"DDS_LongSeq_set_maximum:assertion failed: buffer must not be loaned"});
+    refused.expect(DDS_LongSeq_set_length(&four_, 5),
+                   {"DDS_LongSeq_set_length:insufficient space: 4 available, 5 needed"});
+    refused.expect(DDS_LongSeq_ensure_length(&four_, 5, 4),
+                   {"DDS_LongSeq_ensure_length:insufficient space: 5 available, 4 needed"});
+    refused.expect(DDS_LongSeq_ensure_length(&loan_, 3, 3),
+                   {"DDS_LongSeq_ensure_length:sequence does not own its buffer"});
+    refused.expect(DDS_LongSeq_ensure_length(&four_, -1, 4),
+                   {"DDS_LongSeq_set_length:insufficient space: 4 available, -1 needed",
+                    "DDS_LongSeq_ensure_length:could not set length"});
+    refused.expect(DDS_LongSeq_get_reference(&four_, 3),
+                   {"DDS_LongSeq_get_reference:assertion failed: index out of bounds"});
+    refused.expect(DDS_LongSeq_copy(&four_, nullptr), {"DDS_LongSeq_copy:bad parameter: src"});
+    refused.expect(DDS_LongSeq_copy_no_alloc(&loan_, &four_),
+                   {"DDS_LongSeq_copy_no_alloc:sequence does not own its buffer"});
+    refused.expect(DDS_LongSeq_copy_no_alloc(&empty_, &four_),
+                   {"DDS_LongSeq_set_length:insufficient space: 0 available, 3 needed",
+                    "DDS_LongSeq_copy_no_allocI:insufficient space: 0 available, 3 needed"});
+    refused.expect(DDS_LongSeq_loan_contiguous(&four_, numbers_, 1, 1),
+                   {"DDS_LongSeq_loan_contiguous:assertion failed: max size must be 0"});
+    refused.expect(DDS_LongSeq_loan_contiguous(&empty_, numbers_, -1, 1),
+                   {"DDS_LongSeq_loan_contiguous:assertion failed: negative argument"});
+    refused.expect(DDS_LongSeq_loan_contiguous(&empty_, numbers_, 2, 1),
+                   {"DDS_LongSeq_loan_contiguous:insufficient space: 1 available, 2 needed"});
+    refused.expect(
+        DDS_LongSeq_loan_discontiguous(&empty_, nullptr, 0, 1),
+        {"DDS_LongSeq_loan_discontiguous:assertion failed: NULL buffer can't have non-zero "
+         "maximum"});
+    refused.expect(DDS_LongSeq_unloan(&four_),
+                   {"DDS_LongSeq_unloan:assertion failed: buffer must be loaned"});
+    refused.expect(DDS_LongSeq_to_array(&four_, numbers_, 2),
+                   {"DDS_LongSeq_set_length:insufficient space: 2 available, 3 needed",
+                    "DDS_LongSeq_copy_no_allocI:insufficient space: 2 available, 3 needed",
+                    "DDS_LongSeq_to_array:assertion failed: copying array sequence"});
+    refused.expect(DDS_LongSeq_from_array(&four_, nullptr, 2),
+                   {"DDS_LongSeq_loan_contiguous:assertion failed: NULL buffer can't have non-zero "
+                    "maximum",
+                    "DDS_LongSeq_from_array:assertion failed: loan contiguous array"});
+    refused.expect(DDS_LongSeq_from_array(&loan_, numbers_, 3),
+                   {"DDS_LongSeq_set_maximum:assertion failed: buffer must not be loaned",
+                    "DDS_LongSeq_from_array:assertion failed: copying array sequence"});
+    refused.expect(
+        DDS_LongSeq_set_element_pointers_allocation(&four_, 0),
+        {"DDS_LongSeq_set_element_pointers_allocation:assertion failed: Pointers allocation "
+         "policy can be configured only when the maximum size of the sequence is 0"});
+    refused.expect(
+        DDS_LongSeq_set_element_allocation_params(&four_, &DDS_TYPE_ALLOCATION_PARAMS_DEFAULT),
+        {"DDS_LongSeq_set_element_allocation_params:assertion failed: Member allocation "
+         "parameters can be configured only when the maximum size of the sequence is 0"});
+    refused.expect(DDS_LongSeq_get_element_deallocation_params(&four_, nullptr),
+                   {"DDS_LongSeq_get_element_deallocation_params:bad parameter: params"});
+    void* token = nullptr;
+    refused.expect(DDS_LongSeq_get_read_tokenI(&four_, &token, nullptr),
+                   {"DDS_LongSeq_get_read_tokenI:could not get token (NULL)"});
+
+    EXPECT_EQ(DDS_LongSeq_get_maximum(&four_), 4);
+    EXPECT_EQ(DDS_LongSeq_get_length(&four_), 3);
+    EXPECT_EQ(DDS_LongSeq_get(&four_, 2), 30);
+    EXPECT_EQ(DDS_LongSeq_get_length(&loan_), 1);
+    EXPECT_EQ(DDS_LongSeq_get_maximum(&empty_), 0);
+    EXPECT_EQ(DDS_LongSeq_has_ownership(&empty_), 1);
+}
+
+TEST_F(SequenceTest, GrowsAndShrinksToExactlyTheMaximumThatIsAsked) {
+    EXPECT_EQ(DDS_LongSeq_ensure_length(&empty_, 3, 8), 1);
+    EXPECT_EQ(reports_.take(),
+              Texts{"DDS_LongSeq_ensure_length:memory allocated: maximum 0 becomes 8"});
+    EXPECT_EQ(DDS_LongSeq_get_maximum(&empty_), 8);
+    EXPECT_EQ(DDS_LongSeq_get_length(&empty_), 3);
+    EXPECT_EQ(DDS_LongSeq_get(&empty_, 2), 0);
+
+    EXPECT_EQ(DDS_LongSeq_set_maximum(&four_, 2), 1);
+    EXPECT_EQ(DDS_LongSeq_get_length(&four_), 2);
+    EXPECT_EQ(DDS_LongSeq_get(&four_, 1), 20);
+    EXPECT_EQ(DDS_LongSeq_set_maximum(&four_, 3), 1);
+    EXPECT_EQ(DDS_LongSeq_set_length(&four_, 3), 1);
+    EXPECT_EQ(DDS_LongSeq_get(&four_, 2), 0);
+    EXPECT_EQ(DDS_LongSeq_finalize(&four_), 1);
+    EXPECT_EQ(DDS_LongSeq_get_contiguous_buffer(&four_), nullptr);
+    EXPECT_EQ(DDS_LongSeq_finalize(&empty_), 1);
+}
+
+TEST_F(SequenceTest, GetFallsBackToTheFirstElementIfThereIsOne) {
+    EXPECT_EQ(DDS_LongSeq_get(&four_, 3), 10);
+    EXPECT_EQ(DDS_LongSeq_get(&pointers_, -1), 30);
+    EXPECT_EQ(DDS_LongSeq_get(&empty_, 0), 0);
+    EXPECT_EQ(DDS_LongSeq_set_length(&pointers_, 0), 1);
+    EXPECT_EQ(DDS_LongSeq_get(&pointers_, 0), 0);
+    EXPECT_EQ(reports_.take(), Texts(4, "DDS_LongSeq_get:assertion failed: index out of bounds"));
+}
+
+TEST_F(SequenceTest, CopiesBetweenContiguousAndPointerBuffers) {
+    EXPECT_EQ(DDS_LongSeq_copy(&empty_, &four_), &empty_);
+    EXPECT_EQ(DDS_LongSeq_get_maximum(&empty_), 4);
+    EXPECT_EQ(DDS_LongSeq_get_length(&empty_), 3);
+
+    DDS_Long copied[3] = {};
+    EXPECT_EQ(DDS_LongSeq_to_array(&pointers_, copied, 3), 1);
+    EXPECT_EQ(copied[0], 30);
+    EXPECT_EQ(copied[1], 10);
+
+    DDS_Long targets[2] = {};
+    DDS_Long* target_pointers[2] = {&targets[1], &targets[0]};
+    DDS_LongSeq scattered{};
+    ASSERT_EQ(DDS_LongSeq_loan_discontiguous(&scattered, target_pointers, 0, 2), 1);
+    EXPECT_EQ(DDS_LongSeq_copy_no_alloc(&scattered, &pointers_), 1);
+    EXPECT_EQ(targets[1], 30);
+    EXPECT_EQ(targets[0], 10);
+    EXPECT_EQ(DDS_LongSeq_get_length(&scattered), 2);
+    EXPECT_EQ(DDS_LongSeq_get_reference(&scattered, 1), &targets[0]);
+    EXPECT_EQ(DDS_LongSeq_copy(&scattered, &scattered), &scattered);
+    EXPECT_EQ(DDS_LongSeq_get_discontiguous_buffer(&scattered), target_pointers);
+    EXPECT_EQ(DDS_LongSeq_unloan(&scattered), 1);
+    EXPECT_EQ(DDS_LongSeq_has_ownership(&scattered), 1);
+    EXPECT_EQ(scattered.maximum + scattered.length, 0);
+    EXPECT_EQ(DDS_LongSeq_get_discontiguous_buffer(&scattered), nullptr);
+    EXPECT_EQ(reports_.take(), Texts{});
+    DDS_LongSeq_finalize(&empty_);
+}
+
+TEST_F(SequenceTest, KeepsTokensAndParametersAsTheyWereSet) {
+    void* token1 = nullptr;
+    void* token2 = nullptr;
+    EXPECT_EQ(DDS_LongSeq_set_read_tokenI(&four_, &token1, &token2), 1);
+    EXPECT_EQ(DDS_LongSeq_get_read_tokenI(&four_, &token1, &token2), 1);
+    EXPECT_EQ(token1, &token1);
+    EXPECT_EQ(token2, &token2);
+
+    DDS_LongSeq_initialize(&empty_);
+    EXPECT_EQ(DDS_LongSeq_set_element_pointers_allocation(&empty_, 0), 1);
+    EXPECT_EQ(DDS_LongSeq_get_element_pointers_allocation(&empty_), 0);
+    DDS_TypeDeallocationParams_t freeing{};
+    EXPECT_EQ(DDS_LongSeq_get_element_deallocation_params(&empty_, &freeing), 1);
+    EXPECT_EQ(freeing.delete_pointers, 0);
+    freeing = {1, 0};
+    EXPECT_EQ(DDS_LongSeq_set_element_deallocation_params(&four_, &freeing), 1);
+    const DDS_TypeAllocationParams_t wanted = {0, 1, 0};
+    DDS_TypeAllocationParams_t allocating{};
+    EXPECT_EQ(DDS_LongSeq_set_element_allocation_params(&empty_, &wanted), 1);
+    EXPECT_EQ(DDS_LongSeq_get_element_allocation_params(&empty_, &allocating), 1);
+    EXPECT_EQ(std::memcmp(&allocating, &wanted, sizeof wanted), 0);
+}
+
+TEST(StringSequence, OwnsCopiesOfItsStrings) {
+    const char* const words[] = {"one", nullptr, "three"};
+    DDS_StringSeq sequence{};
+    DDS_StringSeq copy{};
+    ASSERT_EQ(DDS_StringSeq_from_array(&sequence, const_cast<char* const*>(words), 3), 1);
+    ASSERT_EQ(DDS_StringSeq_copy(&copy, &sequence), &copy);
+    EXPECT_STREQ(DDS_StringSeq_get(&copy, 0), "one");
+    EXPECT_EQ(DDS_StringSeq_get(&copy, 1), nullptr);
+    DDS_String_replace(DDS_StringSeq_get_reference(&sequence, 2), "3");
+    EXPECT_STREQ(DDS_StringSeq_get(&copy, 2), "three");
+    ASSERT_EQ(DDS_StringSeq_ensure_length(&copy, 5, 5), 1);
+    EXPECT_STREQ(DDS_StringSeq_get(&copy, 4), "");
+    EXPECT_STREQ(DDS_StringSeq_get(&copy, 2), "three");
+    DDS_StringSeq_finalize(&sequence);
+    DDS_StringSeq_finalize(&copy);
+
+    const DDS_TypeAllocationParams_t without_memory = {1, 0, 0};
+    ASSERT_EQ(DDS_StringSeq_set_element_allocation_params(&copy, &without_memory), 1);
+    ASSERT_EQ(DDS_StringSeq_ensure_length(&copy, 1, 1), 1);
+    EXPECT_EQ(DDS_StringSeq_get(&copy, 0), nullptr);
+    DDS_StringSeq_finalize(&copy);
+}
+
+}  // namespace

@@ -1,0 +1,176 @@
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <sched.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <climits>
+#include <fstream>
+#include <string>
+
+#include "pexa/osapi.h"
+#include "tests/support/heap_faults.hpp"
+#include "tests/support/reports.hpp"
+
+namespace {
+
+// What a thread sees of itself.
+struct Seen {
+    DDS_UnsignedLong id = 0;
+    std::string name;
+    int policy = -1;
+    int priority = -1;
+    size_t stack_size = 0;
+    cpu_set_t cpus{};
+};
+
+void* look(void* parameter) {
+    auto* seen = static_cast<Seen*>(parameter);
+    seen->id = QELOsapiThread_getCurrentThreadID();
+    std::ifstream comm("/proc/self/task/" + std::to_string(seen->id) + "/comm");
+    std::getline(comm, seen->name);
+    sched_param scheduling{};
+    pthread_getschedparam(pthread_self(), &seen->policy, &scheduling);
+    seen->priority = scheduling.sched_priority;
+    pthread_attr_t attributes;
+    pthread_getattr_np(pthread_self(), &attributes);
+    pthread_attr_getstacksize(&attributes, &seen->stack_size);
+    pthread_attr_destroy(&attributes);
+    sched_getaffinity(0, sizeof seen->cpus, &seen->cpus);
+    return nullptr;
+}
+
+struct Settings {
+    DDS_Long priority = QEL_OSAPI_THREAD_PRIORITY_DEFAULT;
+    DDS_UnsignedLong options = QEL_OSAPI_THREAD_OPTION_DEFAULT;
+    DDS_Long stack_size = QEL_OSAPI_THREAD_STACK_SIZE_DEFAULT;
+    const uint64_t* cpus = nullptr;
+};
+
+bool run(const Settings& settings, Seen& seen, const char* name = "thread") {
+    QELOsapiThread* thread = QELOsapiThread_new(name, settings.priority, settings.options,
+                                                settings.stack_size, settings.cpus, look, &seen);
+    QELOsapiThread_delete(thread);
+    return thread != nullptr;
+}
+
+TEST(Thread, ShowsTheFirstFifteenCharactersOfItsName) {
+    Seen seen;
+    ASSERT_TRUE(run({}, seen, "LogMessageWriteThread"));
+    EXPECT_EQ(seen.name, "LogMessageWrite");
+    EXPECT_NE(seen.id, 0U);
+    EXPECT_NE(seen.id, QELOsapiThread_getCurrentThreadID());
+}
+
+TEST(Thread, HasAtLeastTheStackThatIsAsked) {
+    for (const DDS_Long size : {0, 1, 300000, 32 * 1024 * 1024}) {
+        Seen seen;
+        ASSERT_TRUE(run({.stack_size = size}, seen)) << size;
+        EXPECT_GE(seen.stack_size, static_cast<size_t>(size));
+    }
+}
+
+TEST(Thread, RunsOnTheCpusOfTheBitmapOnly) {
+    cpu_set_t allowed;
+    ASSERT_EQ(sched_getaffinity(0, sizeof allowed, &allowed), 0);
+    size_t last = CPU_SETSIZE - 1;
+    while (!CPU_ISSET(last, &allowed)) {
+        --last;
+    }
+    uint64_t bitmap[16] = {};
+    bitmap[last / 64] = uint64_t{1} << (last % 64);
+    Seen seen;
+    ASSERT_TRUE(run({.cpus = bitmap}, seen));
+    EXPECT_EQ(CPU_COUNT(&seen.cpus), 1);
+    EXPECT_TRUE(CPU_ISSET(last, &seen.cpus));
+
+    const uint64_t none[16] = {};
+    EXPECT_FALSE(run({.cpus = none}, seen));
+}
+
+TEST(Thread, FallsBackToTheDefaultPriorityUnlessItIsEnforced) {
+    const DDS_UnsignedLong fifo = QEL_OSAPI_THREAD_OPTION_REALTIME_PRIORITY;
+    const DDS_UnsignedLong enforced = QEL_OSAPI_THREAD_OPTION_PRIORITY_ENFORCE;
+    // Whatever the privileges: no such priority exists.
+    const Settings refused[] = {{.priority = 100, .options = fifo},
+                                {.priority = -1, .options = fifo},
+                                {.priority = 5, .options = 0}};
+    Reports reports;
+    for (Settings settings : refused) {
+        Seen seen;
+        EXPECT_TRUE(run(settings, seen));
+        EXPECT_EQ(seen.policy, SCHED_OTHER);
+        EXPECT_EQ(reports.take(),
+                  std::vector<std::string>{"QELOsapiThread_new:could not set thread priority"});
+        settings.options |= enforced;
+        EXPECT_FALSE(run(settings, seen));
+        EXPECT_TRUE(reports.take().empty());
+    }
+}
+
+TEST(Thread, RealtimePriorityIsFifoWhereTheSystemGrantsIt) {
+    Settings settings = {.priority = 7, .options = QEL_OSAPI_THREAD_OPTION_REALTIME_PRIORITY};
+    Reports reports;
+    Seen seen;
+    ASSERT_TRUE(run(settings, seen));
+    const bool granted = reports.take().empty();
+    EXPECT_EQ(seen.policy, granted ? SCHED_FIFO : SCHED_OTHER);
+    EXPECT_EQ(seen.priority, granted ? 7 : 0);
+    settings.options |= QEL_OSAPI_THREAD_OPTION_PRIORITY_ENFORCE;
+    EXPECT_EQ(run(settings, seen), granted);
+}
+
+TEST(Thread, IsNotMadeOfBadArgumentsOrWithoutMemory) {
+    Seen seen;
+    EXPECT_FALSE(run({}, seen, nullptr));
+    EXPECT_FALSE(run({.stack_size = -2}, seen));
+    EXPECT_EQ(QELOsapiThread_new("name", QEL_OSAPI_THREAD_PRIORITY_DEFAULT, 0, -1, nullptr, nullptr,
+                                 nullptr),
+              nullptr);
+    heap_faults::sweep([&seen] { return run({}, seen); });
+    EXPECT_EQ(seen.name, "thread");
+}
+
+TEST(Thread, IdOfAForkedProcessIsItsOwn) {
+    const auto is_own = [] {
+        return QELOsapiThread_getCurrentThreadID() == static_cast<DDS_UnsignedLong>(gettid());
+    };
+    ASSERT_TRUE(is_own());
+    const pid_t child = fork();
+    ASSERT_NE(child, -1);
+    if (child == 0) {
+        _exit(is_own() ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+}
+
+TEST(Sleep, LastsAtLeastAsLongAsAsked) {
+    using Clock = std::chrono::steady_clock;
+    using std::chrono::milliseconds;
+    const QELNtpTime ntp = {0, 20 * QEL_NTP_TIME_FRAC_PER_MILLISECOND};
+    Clock::time_point start = Clock::now();
+    QELOsapiThread_sleep(&ntp);
+    EXPECT_GE(Clock::now() - start, milliseconds(19));
+    // More than a second of nanoseconds, but no more than it says.
+    const DDS_Duration_t duration = {0, 1'020'000'000};
+    start = Clock::now();
+    EXPECT_EQ(PEXA_Utility_sleep(&duration), DDS_RETCODE_OK);
+    EXPECT_GE(Clock::now() - start, milliseconds(1020));
+    EXPECT_LT(Clock::now() - start, milliseconds(6000));
+}
+
+TEST(Sleep, RefusesOrReturnsAtOnceForWhatIsNoSpan) {
+    const DDS_Duration_t negative = {-1, 0};
+    const QELNtpTime negative_ntp = {-1, 0};
+    QELOsapiThread_sleep(nullptr);
+    QELOsapiThread_sleep(&negative_ntp);
+    EXPECT_EQ(PEXA_Utility_sleep(nullptr), DDS_RETCODE_BAD_PARAMETER);
+    EXPECT_EQ(PEXA_Utility_sleep(&negative), DDS_RETCODE_BAD_PARAMETER);
+    EXPECT_EQ(PEXA_Utility_sleep(&DDS_DURATION_INFINITE), DDS_RETCODE_BAD_PARAMETER);
+    EXPECT_EQ(PEXA_Utility_sleep(&DDS_DURATION_ZERO), DDS_RETCODE_OK);
+}
+
+}  // namespace

@@ -1,0 +1,134 @@
+#include "tests/platform/dds/entities/probe_node.hpp"
+#include "tests/platform/dds/profiles/engine_qos.hpp"
+#include "tests/platform/dds/profiles/profile_files.hpp"
+
+namespace {
+
+using pexa::dds::object_of;
+using pexa::dds::OwnedQos;
+namespace engine = pexa::engine;
+
+const std::string participant_part = R"(<participant_qos>
+    <participant_name><name>from the profile</name></participant_name>
+    <property><value><element><name>colour</name><value>red</value></element></value></property>
+    <user_data><value>AAEC</value></user_data></participant_qos>)";
+const std::string group_part =
+    "<partition><name><element>p1</element><element>p2</element></name></partition>";
+/// All that a writer and a reader of the same profile need to match.
+const std::string endpoint_part = R"(
+    <durability><kind>TRANSIENT_LOCAL</kind></durability>
+    <deadline><period><sec>50</sec></period></deadline>
+    <reliability><kind>RELIABLE</kind></reliability>
+    <history><kind>KEEP_LAST</kind><depth>3</depth></history>)";
+
+std::string profile(const std::string& attributes) {
+    return "<qos_profile name=\"P\" " + attributes + ">" + participant_part + "<publisher_qos>" +
+           group_part + "</publisher_qos><subscriber_qos>" + group_part +
+           "</subscriber_qos><topic_qos topic_filter='profiled'>" + endpoint_part +
+           "</topic_qos><datawriter_qos topic_filter='profiled'>" + endpoint_part +
+           "<ownership_strength><value>6</value></ownership_strength><user_data><value>AAEC"
+           "</value></user_data></datawriter_qos><datareader_qos topic_filter='profiled'>" +
+           endpoint_part + "</datareader_qos></qos_profile>";
+}
+
+class ProfiledEntities : public ProfileFiles {
+protected:
+    static DDS_DataWriter* default_writer(const ProbeNode& node) {
+        return DDS_Publisher_create_datawriter(node.publisher, node.topic, DDS_QOS_DEFAULT, nullptr,
+                                               DDS_STATUS_MASK_NONE);
+    }
+    static DDS_DataReader* default_reader(const ProbeNode& node, DDS_TopicDescription* topic) {
+        return DDS_Subscriber_create_datareader(node.subscriber, topic, DDS_QOS_DEFAULT, nullptr,
+                                                DDS_STATUS_MASK_NONE);
+    }
+};
+
+TEST_F(ProfiledEntities, TheDefaultProfileReachesTheEngineAndItsPeers) {
+    write("USER_QOS_PROFILES.xml", library(profile("is_default_qos='true'")));
+    const ProbeNode sender("profiled");
+    const engine::Qos of_participant = engine_qos(sender.participant);
+    EXPECT_EQ(of_participant.entity_name, "from the profile");
+    const decltype(of_participant.properties) properties{{"colour", "red"}};
+    EXPECT_EQ(of_participant.properties, properties);
+
+    const engine::Qos of_writer = engine_qos(default_writer(sender));
+    EXPECT_EQ(of_writer.durability, engine::DurabilityKind::transient_local);
+    EXPECT_EQ(of_writer.history, (engine::HistoryPolicy{engine::HistoryKind::keep_last, 3}));
+    EXPECT_EQ(of_writer.ownership_strength, 6);
+
+    const ProbeNode receiver("profiled");
+    DDS_DataReader* reader =
+        default_reader(receiver, DDS_Topic_as_topicdescription(receiver.topic));
+    ASSERT_TRUE(await_writer(reader)) << "partitions, durability and deadline fit";
+    const engine::EntityId id = object_of(reader)->engine_id();
+    std::vector<engine::LocalHandle> handles;
+    ASSERT_EQ(engine::get_matched_publications(id, handles), engine::Status::ok);
+    engine::EndpointData seen;
+    ASSERT_EQ(engine::get_matched_publication(id, handles.at(0), seen), engine::Status::ok);
+    EXPECT_EQ(seen.qos.deadline, 50'000'000'000);
+    EXPECT_EQ(seen.qos.reliability->kind, engine::ReliabilityKind::reliable);
+    EXPECT_EQ(seen.qos.partition, (std::vector<std::string>{"p1", "p2"}));
+    EXPECT_EQ(seen.qos.user_data, (engine::Bytes{std::byte{0}, std::byte{1}, std::byte{2}}));
+}
+
+TEST_F(ProfiledEntities, TheDefaultProfilesFiltersGoByTheTopicsName) {
+    ASSERT_EQ(load(library(profile("is_default_qos='true'"))), DDS_RETCODE_OK);
+    const ProbeNode profiled("profiled");
+    const ProbeNode other("other");
+    EXPECT_EQ(engine_qos(profiled.topic).durability, engine::DurabilityKind::transient_local);
+    EXPECT_EQ(engine_qos(other.topic).durability, engine::DurabilityKind::volatile_data);
+    EXPECT_EQ(engine_qos(default_writer(other)).history->depth, 1);
+    DDS_ContentFilteredTopic* view = DDS_DomainParticipant_create_contentfilteredtopic(
+        profiled.participant, "view", profiled.topic, "id = 1", nullptr);
+    DDS_DataReader* reader =
+        default_reader(profiled, DDS_ContentFilteredTopic_as_topicdescription(view));
+    EXPECT_EQ(engine_qos(reader).history->depth, 3) << "by the name of the topic it filters";
+    for (const auto& [name, depth] : {std::pair("profiled", 3), std::pair("other", 1)}) {
+        OwnedQos<DDS_DataReaderQos> qos;
+        ASSERT_EQ(DDS_DomainParticipant_get_default_datareader_qos_w_topic_name(other.participant,
+                                                                                &qos.get(), name),
+                  DDS_RETCODE_OK);
+        EXPECT_EQ(qos.get().history.depth, depth);
+    }
+}
+
+TEST_F(ProfiledEntities, ADefaultThatIsSetOutweighsTheDefaultProfileUntilItIsTakenBack) {
+    ASSERT_EQ(load(library(profile("is_default_qos='true'"))), DDS_RETCODE_OK);
+    const ProbeNode node;
+    OwnedQos<DDS_TopicQos> wanted;
+    wanted.get().history.depth = 9;
+    const auto depth = [&] {
+        OwnedQos<DDS_TopicQos> qos;
+        EXPECT_EQ(DDS_DomainParticipant_get_default_topic_qos_w_topic_name(node.participant,
+                                                                           &qos.get(), "profiled"),
+                  DDS_RETCODE_OK);
+        return qos.get().history.depth;
+    };
+    EXPECT_EQ(depth(), 3);
+    ASSERT_EQ(DDS_DomainParticipant_set_default_topic_qos(node.participant, &wanted.get()),
+              DDS_RETCODE_OK);
+    EXPECT_EQ(depth(), 9);
+    ASSERT_EQ(DDS_DomainParticipant_set_default_topic_qos(node.participant, DDS_QOS_DEFAULT),
+              DDS_RETCODE_OK);
+    EXPECT_EQ(depth(), 3);
+    ASSERT_EQ(load(library("<qos_profile name='P'/>")), DDS_RETCODE_OK);
+    EXPECT_EQ(depth(), 1) << "the profile is no default any more";
+}
+
+TEST_F(ProfiledEntities, SecurityIsConfiguredByProperties) {
+    ASSERT_EQ(load(library("<qos_profile name='S'><participant_qos><property><value><element>"
+                           "<name>dds.sec.auth.identity_ca</name><value>file:missing.pem</value>"
+                           "</element></value></property></participant_qos></qos_profile>")),
+              DDS_RETCODE_OK);
+    OwnedQos<DDS_DomainParticipantQos> qos;
+    ASSERT_EQ(DDS_DomainParticipantFactory_get_participant_qos_from_profile(factory(), &qos.get(),
+                                                                            "L", "S"),
+              DDS_RETCODE_OK);
+    EXPECT_EQ(DDS_DomainParticipantFactory_create_participant(
+                  factory(), ORVANE_TEST_DOMAIN, &qos.get(), nullptr, DDS_STATUS_MASK_NONE),
+              nullptr)
+        << "the engine misses the other properties";
+    const ProbeNode without_security;
+}
+
+}  // namespace
