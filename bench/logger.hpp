@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/domain_entities.hpp"
+#include "tools/domain/entities.hpp"
 
 namespace orvane::bench {
 

@@ -2,11 +2,11 @@
 #include <cstdio>
 #include <exception>
 
-#include "tools/check_config.hpp"
-#include "tools/exit_status.hpp"
-#include "tools/list.hpp"
-#include "tools/set.hpp"
-#include "tools/tail.hpp"
+#include "tools/subcommands/check_config.hpp"
+#include "tools/subcommands/exit_status.hpp"
+#include "tools/subcommands/list.hpp"
+#include "tools/subcommands/set.hpp"
+#include "tools/subcommands/tail.hpp"
 
 namespace orvane::tools {
 namespace {

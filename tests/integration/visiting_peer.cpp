@@ -17,8 +17,8 @@
 
 #include "orvane/core.h"
 #include "tests/integration/peer_protocol.hpp"
-#include "tools/administration.hpp"
-#include "tools/log_subscription.hpp"
+#include "tools/domain/administration.hpp"
+#include "tools/domain/log_subscription.hpp"
 
 namespace orvane::tests {
 namespace {

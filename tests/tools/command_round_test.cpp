@@ -1,4 +1,4 @@
-#include "tools/command_round.hpp"
+#include "tools/domain/command_round.hpp"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "tests/tools/fake_domain.hpp"
-#include "tools/logger_text.hpp"
+#include "tools/text/logger_text.hpp"
 
 namespace orvane::tools {
 namespace {

@@ -1,4 +1,4 @@
-#include "tools/display_text.hpp"
+#include "tools/text/display_text.hpp"
 
 #include <gtest/gtest.h>
 

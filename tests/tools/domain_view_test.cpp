@@ -1,4 +1,4 @@
-#include "tools/domain_view.hpp"
+#include "tools/domain/view.hpp"
 
 #include <gtest/gtest.h>
 

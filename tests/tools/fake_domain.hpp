@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "tools/administration.hpp"
+#include "tools/domain/administration.hpp"
 
 namespace orvane::tools {
 

@@ -1,4 +1,4 @@
-#include "tools/log_line.hpp"
+#include "tools/text/log_line.hpp"
 
 #include <gtest/gtest.h>
 

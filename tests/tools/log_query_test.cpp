@@ -1,4 +1,4 @@
-#include "tools/log_query.hpp"
+#include "tools/records/log_query.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tools/logger_text.hpp"
+#include "tools/text/logger_text.hpp"
 
 #include <gtest/gtest.h>
 

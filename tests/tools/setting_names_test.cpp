@@ -1,4 +1,4 @@
-#include "tools/setting_names.hpp"
+#include "tools/text/setting_names.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tools/stop_signal.hpp"
+#include "tools/subcommands/stop_signal.hpp"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

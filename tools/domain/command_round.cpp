@@ -1,0 +1,149 @@
+#include "tools/domain/command_round.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <set>
+
+namespace orvane::tools {
+namespace {
+
+using Clock = Administration::Clock;
+using Milliseconds = std::chrono::milliseconds;
+
+constexpr Milliseconds resend_period{1000};
+
+struct Request {
+    CommandOutcome outcome;
+    std::int32_t invocation = 0;
+    std::optional<Clock::time_point> sent;
+};
+
+class CommandRound {
+public:
+    CommandRound(DomainView& view, const std::vector<LoggerState>& targets, const Command& command)
+        : view_(view), command_(command) {
+        for (const LoggerState& target : targets) {
+            requests_.push_back(
+                {.outcome = {.before = target, .now = target, .result = {}, .message = {}},
+                 .invocation = static_cast<std::int32_t>(requests_.size()) + 1,
+                 .sent = {}});
+        }
+    }
+
+    [[nodiscard]] bool is_complete() const {
+        return std::all_of(requests_.begin(), requests_.end(), [&](const Request& request) {
+            const CommandOutcome& outcome = request.outcome;
+            const bool refused = outcome.result && *outcome.result != QEL_KX_COMMAND_RESULT_OK;
+            const bool done = outcome.result && is_in_force(command_, outcome.now);
+            return !outcome.alive || refused || done;
+        });
+    }
+
+    /// Sends what is due. @return false when the writer failed
+    [[nodiscard]] bool send() {
+        const std::set<Application> receivers = administration().receivers();
+        return std::all_of(requests_.begin(), requests_.end(), [&](Request& request) {
+            request.outcome.receives_commands |=
+                receivers.contains(request.outcome.before.application);
+            const auto due = due_time(request);
+            return !due || *due > administration().now() || send(request);
+        });
+    }
+
+    /// Waits for news, but not beyond the next sending. @return false when a reader failed
+    [[nodiscard]] bool receive(Milliseconds longest) {
+        for (const Request& request : requests_) {
+            if (const auto due = due_time(request)) {
+                longest = std::min(longest,
+                                   std::chrono::ceil<Milliseconds>(*due - administration().now()));
+            }
+        }
+        const std::optional<News> news = view_.next(longest);
+        if (!news) {
+            return false;
+        }
+        for (const CommandAnswer& answer : news->answers) {
+            accept(answer);
+        }
+        for (Request& request : requests_) {
+            update(request.outcome);
+        }
+        return true;
+    }
+
+    [[nodiscard]] std::vector<CommandOutcome> outcomes() const {
+        std::vector<CommandOutcome> outcomes;
+        outcomes.reserve(requests_.size());
+        for (const Request& request : requests_) {
+            outcomes.push_back(request.outcome);
+        }
+        return outcomes;
+    }
+
+private:
+    Administration& administration() { return view_.administration(); }
+
+    /// @return nothing when there is no need to send it, or no more
+    std::optional<Clock::time_point> due_time(const Request& request) {
+        const bool waits =
+            request.outcome.receives_commands && request.outcome.alive && !request.outcome.result;
+        if (!waits) {
+            return std::nullopt;
+        }
+        return request.sent ? *request.sent + resend_period : administration().now();
+    }
+
+    bool send(Request& request) {
+        request.sent = administration().now();
+        return administration().send(request.outcome.before.application, request.invocation,
+                                     command_);
+    }
+
+    void accept(const CommandAnswer& answer) {
+        if (answer.originator != administration().identity()) {
+            return;
+        }
+        for (Request& request : requests_) {
+            if (request.invocation == answer.invocation &&
+                request.outcome.before.application == answer.application) {
+                request.outcome.result = answer.result;
+                request.outcome.message = answer.message;
+            }
+        }
+    }
+
+    void update(CommandOutcome& outcome) {
+        const LoggerState* now = view_.find(outcome.before.application);
+        outcome.alive = now != nullptr;
+        if (now != nullptr) {
+            outcome.now = *now;
+        }
+    }
+
+    DomainView& view_;
+    const Command& command_;
+    std::vector<Request> requests_;
+};
+
+}  // namespace
+
+std::optional<std::vector<CommandOutcome>> run_command(DomainView& view,
+                                                       const std::vector<LoggerState>& targets,
+                                                       const Command& command,
+                                                       Milliseconds longest) {
+    CommandRound round{view, targets, command};
+    const Clock::time_point deadline = view.administration().now() + longest;
+    while (!round.is_complete() && !view.administration().interrupted()) {
+        const auto left = std::chrono::ceil<Milliseconds>(deadline - view.administration().now());
+        if (left.count() <= 0) {
+            break;
+        }
+        if (!round.send() || !round.receive(left)) {
+            return std::nullopt;
+        }
+    }
+    return round.outcomes();
+}
+
+}  // namespace orvane::tools

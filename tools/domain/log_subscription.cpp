@@ -1,0 +1,77 @@
+#include "tools/domain/log_subscription.hpp"
+
+#include <algorithm>
+
+#include "tools/domain/entities.hpp"
+
+namespace orvane::tools {
+namespace {
+
+/// Samples decoded at a time: a decoded message has buffers for the longest texts, so a long
+/// history must not be decoded at once.
+constexpr DDS_Long samples_per_take = 256;
+
+LogRecord to_record(const QEL_KX_LogMessage& sample, const DDS_Time_t& timestamp) {
+    return {.nanoseconds = timestamp.sec * std::int64_t{1'000'000'000} + timestamp.nanosec,
+            .application = application_of(sample.hostAndAppId),
+            .level = sample.level,
+            .category = sample.category,
+            .message = sample.message};
+}
+
+class TypedSubscription final : public LogSubscription {
+public:
+    bool start(std::int32_t domain_id) {
+        participant_ = join_domain(domain_id);
+        if (!participant_) {
+            return false;
+        }
+        reader_ = create_reader<QEL_KX_LogMessage>(
+            participant_.get(), DDS_TRANSIENT_LOCAL_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
+        return reader_ != nullptr && wakeup_.open() && wakeup_.on_data(reader_);
+    }
+
+    void wait(std::chrono::milliseconds longest) override { wakeup_.wait(longest); }
+
+    void interrupt() override { wakeup_.interrupt(); }
+
+    bool take(std::vector<LogRecord>& records) override {
+        const auto first = static_cast<std::ptrdiff_t>(records.size());
+        const bool succeeded = take_all<QEL_KX_LogMessage>(
+            reader_, samples_per_take,
+            [&](const QEL_KX_LogMessage& sample, const DDS_SampleInfo& info) {
+                if (info.valid_data != 0) {
+                    records.push_back(to_record(sample, info.source_timestamp));
+                }
+            });
+        // A take groups the messages by instance, which here means by application and level.
+        std::stable_sort(records.begin() + first, records.end(), [](const auto& a, const auto& b) {
+            return a.nanoseconds < b.nanoseconds;
+        });
+        return succeeded;
+    }
+
+    std::int32_t lost() override {
+        DDS_SampleLostStatus status{};
+        DDS_DataReader_get_sample_lost_status(reader_, &status);
+        return status.total_count;
+    }
+
+private:
+    // The wakeup goes before the entities that it waits for.
+    Participant participant_;
+    DDS_DataReader* reader_ = nullptr;
+    Wakeup wakeup_;
+};
+
+}  // namespace
+
+std::unique_ptr<LogSubscription> LogSubscription::open(std::int32_t domain_id) {
+    auto subscription = std::make_unique<TypedSubscription>();
+    if (!subscription->start(domain_id)) {
+        return nullptr;
+    }
+    return subscription;
+}
+
+}  // namespace orvane::tools

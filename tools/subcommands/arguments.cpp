@@ -1,0 +1,46 @@
+#include "tools/subcommands/arguments.hpp"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+#include <string>
+#include <system_error>
+
+namespace orvane::tools {
+
+void add_domain_option(CLI::App& command, std::int32_t& domain_id) {
+    command.add_option("--domain", domain_id, "DDS domain, 0 to 232")
+        ->type_name("N")
+        ->check(CLI::Range(0, 232).description(""))
+        ->capture_default_str();
+}
+
+void add_timeout_option(CLI::App& command, double& seconds, const std::string& description) {
+    command.add_option("--timeout", seconds, description)
+        ->type_name("SECONDS")
+        ->check(seconds_validator())
+        ->capture_default_str();
+}
+
+CLI::Validator seconds_validator() {
+    return {[](std::string& text) -> std::string {
+                double seconds = 0;
+                const char* end = text.data() + text.size();
+                const auto [stop, error] = std::from_chars(text.data(), end, seconds);
+                // Written so that "nan" is refused too.
+                const bool valid = error == std::errc{} && stop == end && seconds >= 0;
+                return valid ? ""
+                             : fmt::format("'{}' is no time: seconds, 0 or more, expected", text);
+            },
+            ""};
+}
+
+std::chrono::milliseconds wait_of(double seconds) {
+    constexpr std::chrono::duration<double> longest = std::chrono::hours{24 * 365};
+    return std::chrono::ceil<std::chrono::milliseconds>(
+        std::min(std::chrono::duration<double>{seconds}, longest));
+}
+
+}  // namespace orvane::tools

@@ -1,0 +1,41 @@
+#include "tools/subcommands/session.hpp"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "tools/subcommands/exit_status.hpp"
+#include "tools/subcommands/stop_signal.hpp"
+
+namespace orvane::tools {
+
+int with_domain(std::int32_t domain_id, const std::function<int(DomainView& view)>& action) {
+    StopSignal stop;
+    const std::unique_ptr<Administration> administration = Administration::open(domain_id);
+    if (!administration) {
+        fmt::print(stderr, "orvane: could not join domain {}\n", domain_id);
+        return exit_failure;
+    }
+    const std::jthread watcher = stop.watch([&] { administration->interrupt(); });
+    DomainView view{*administration};
+    return action(view);
+}
+
+int report_lost_domain() {
+    fmt::print(stderr, "orvane: a reader or the writer failed\n");
+    return exit_failure;
+}
+
+bool write_out(const std::string& text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() &&
+        std::fflush(stdout) == 0) {
+        return true;
+    }
+    fmt::print(stderr, "orvane: could not write: {}\n", std::strerror(errno));
+    return false;
+}
+
+}  // namespace orvane::tools

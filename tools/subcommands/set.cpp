@@ -1,0 +1,179 @@
+#include "tools/subcommands/set.hpp"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdio>
+#include <iterator>
+#include <optional>
+
+#include "tools/domain/command_round.hpp"
+#include "tools/subcommands/arguments.hpp"
+#include "tools/subcommands/exit_status.hpp"
+#include "tools/subcommands/session.hpp"
+#include "tools/text/logger_text.hpp"
+#include "tools/text/setting_names.hpp"
+
+namespace orvane::tools {
+namespace {
+
+/// Throws what the parser reports as wrong usage.
+template <typename Value>
+Value require(std::optional<Value> value, const std::string& text, std::string_view what,
+              const std::string& valid) {
+    if (!value) {
+        throw CLI::ValidationError(
+            fmt::format("'{}' is no {}: one of {} expected", text, what, valid));
+    }
+    return *std::move(value);
+}
+
+Command parse_level_command(const std::vector<std::string>& words) {
+    return SetFilterLevel{require(parse_filter_level(words.front()), words.front(), "level",
+                                  filter_level_names() + " or a number from 0 on")};
+}
+
+Command parse_format_command(const std::vector<std::string>& words) {
+    return SetPrintFormat{require(parse_print_format(words.front()), words.front(), "print format",
+                                  print_format_names() + " or its number, 0 to 6,")};
+}
+
+Command parse_verbosity_command(const std::vector<std::string>& words) {
+    SetVerbosities command;
+    for (std::size_t i = 0; i < words.size(); i += 2) {
+        const Category category = require(parse_category(words[i]), words[i], "category",
+                                          category_names() + " or its number, 0 to 4,");
+        if (i + 1 == words.size()) {
+            throw CLI::ValidationError(fmt::format("a verbosity for {} is missing: one of {}",
+                                                   words[i], verbosity_names()));
+        }
+        const Verbosity verbosity =
+            require(parse_verbosity(words[i + 1]), words[i + 1], "verbosity",
+                    verbosity_names() + " or its number, 0 to 5,");
+        const bool known = std::any_of(command.pairs.begin(), command.pairs.end(),
+                                       [&](const auto& pair) { return pair.first == category; });
+        if (known) {
+            throw CLI::ValidationError(
+                fmt::format("the category {} is given twice", category_name(category)));
+        }
+        command.pairs.emplace_back(category, verbosity);
+    }
+    return command;
+}
+
+using Parse = Command (*)(const std::vector<std::string>& words);
+
+/// What the three commands share. The words are taken as they come and parsed at the end.
+CLI::Option* add_arguments(CLI::App& command, SetOptions& options, const std::string& words,
+                           Parse parse) {
+    command
+        .add_option("TARGET", options.target_text,
+                    "HOST:APP as orvane list shows it, or a pattern for application kinds")
+        ->type_name("")
+        ->required();
+    add_domain_option(command, options.domain_id);
+    add_timeout_option(
+        command, options.timeout_seconds,
+        "Look for loggers, then wait for their answers, no longer than so many seconds");
+    command.callback([&options, parse] {
+        options.target = require(LoggerTarget::parse(options.target_text), options.target_text,
+                                 "target", "HOST:APP, an application kind, or a pattern for kinds");
+        options.command = parse(options.words);
+    });
+    return command.add_option(words, options.words)->type_name("")->required();
+}
+
+void report_nobody(const DomainView& view, const SetOptions& options) {
+    std::string text = fmt::format("orvane: no logger of domain {} is '{}'", options.domain_id,
+                                   options.target_text);
+    const std::vector<LoggerState> loggers = view.loggers();
+    text += loggers.empty() ? "; there is none at all\n" : "; there are:\n";
+    if (!loggers.empty()) {
+        text += logger_table(loggers, {});
+    }
+    std::fputs(text.c_str(), stderr);
+}
+
+int set_in(DomainView& view, const SetOptions& options) {
+    const std::chrono::milliseconds longest = wait_of(options.timeout_seconds);
+    if (!view.discover(&options.target, longest)) {
+        return report_lost_domain();
+    }
+    std::vector<LoggerState> targets = view.loggers();
+    std::erase_if(targets,
+                  [&](const LoggerState& logger) { return !options.target.matches(logger); });
+    if (view.administration().interrupted()) {
+        fmt::print(stderr, "orvane: interrupted before anything was sent\n");
+        return exit_failure;
+    }
+    if (targets.empty()) {
+        report_nobody(view, options);
+        return exit_failure;
+    }
+    const auto start = view.administration().now();
+    const auto outcomes = run_command(view, targets, options.command, longest);
+    if (!outcomes) {
+        return report_lost_domain();
+    }
+    // A signal may have cut it short.
+    const auto waited = std::min(longest, std::chrono::round<std::chrono::milliseconds>(
+                                              view.administration().now() - start));
+    std::string lines;
+    for (const CommandOutcome& outcome : *outcomes) {
+        lines += outcome_line(outcome, options.command, waited);
+    }
+    const bool all_ok = std::all_of(
+        outcomes->begin(), outcomes->end(),
+        [](const CommandOutcome& outcome) { return outcome.result == QEL_KX_COMMAND_RESULT_OK; });
+    return write_out(lines) && all_ok ? exit_success : exit_failure;
+}
+
+}  // namespace
+
+CLI::App* add_set_level_command(CLI::App& app, SetOptions& options) {
+    CLI::App* command =
+        app.add_subcommand("set-level", "Changes the filter level of loggers: what they publish");
+    add_arguments(*command, options, "LEVEL", parse_level_command)
+        ->description(filter_level_names() + ", or a number from 0 on")
+        ->expected(1);
+    command->footer(
+        "Examples:\n"
+        "  orvane set-level 0a141e28:0000c350 DEBUG   one logger\n"
+        "  orvane set-level pump WARNING              all of this application kind\n"
+        "  orvane set-level 'nav*' 650                all kinds that begin with nav");
+    return command;
+}
+
+CLI::App* add_set_verbosity_command(CLI::App& app, SetOptions& options) {
+    CLI::App* command = app.add_subcommand(
+        "set-verbosity", "Changes what the middleware below loggers reports, by category");
+    add_arguments(*command, options, "CATEGORY VERBOSITY", parse_verbosity_command)
+        ->description("Categories " + category_names() + "; verbosities " + verbosity_names());
+    command->footer(
+        "Examples:\n"
+        "  orvane set-verbosity pump COMMUNICATION STATUS_REMOTE\n"
+        "  orvane set-verbosity '*' API WARNING ENTITIES WARNING");
+    return command;
+}
+
+CLI::App* add_set_format_command(CLI::App& app, SetOptions& options) {
+    CLI::App* command = app.add_subcommand(
+        "set-format", "Changes how the middleware below loggers prints its reports");
+    add_arguments(*command, options, "FORMAT", parse_format_command)
+        ->description(print_format_names())
+        ->expected(1);
+    command->footer(
+        "Examples:\n"
+        "  orvane set-format pump VERBOSE_TIMESTAMPED\n"
+        "  orvane set-format --domain 3 '*' DEFAULT");
+    return command;
+}
+
+int set(const SetOptions& options) {
+    return with_domain(options.domain_id, [&](DomainView& view) { return set_in(view, options); });
+}
+
+}  // namespace orvane::tools

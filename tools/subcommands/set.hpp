@@ -1,0 +1,33 @@
+/// @file set.hpp
+/// @brief `orvane set-level`, `set-verbosity` and `set-format`: change settings of running loggers.
+#pragma once
+
+#include <CLI/App.hpp>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tools/domain/logger_target.hpp"
+#include "tools/records/command.hpp"
+
+namespace orvane::tools {
+
+struct SetOptions {
+    std::int32_t domain_id = 0;
+    double timeout_seconds = 5;
+    std::string target_text;
+    LoggerTarget target;
+    std::vector<std::string> words;  ///< behind the target, as they were written
+    Command command;
+};
+
+/// Declares the command and its arguments; parsing fills @p options.
+CLI::App* add_set_level_command(CLI::App& app, SetOptions& options);
+CLI::App* add_set_verbosity_command(CLI::App& app, SetOptions& options);
+CLI::App* add_set_format_command(CLI::App& app, SetOptions& options);
+
+/// Sends the command to the loggers that are meant and reports what became of it.
+/// @return the process's exit status
+int set(const SetOptions& options);
+
+}  // namespace orvane::tools

@@ -1,0 +1,199 @@
+#include "tools/subcommands/tail.hpp"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tools/domain/log_subscription.hpp"
+#include "tools/subcommands/arguments.hpp"
+#include "tools/subcommands/exit_status.hpp"
+#include "tools/subcommands/stop_signal.hpp"
+#include "tools/text/log_line.hpp"
+
+namespace orvane::tools {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+enum class Progress { goes_on, complete, write_failed };
+
+/// What has been shown, and when to stop.
+class Display {
+public:
+    explicit Display(const TailOptions& options)
+        : options_(options),
+          style_{.color = !options.json && !options.no_color && isatty(STDOUT_FILENO) != 0,
+                 .utc = options.utc} {}
+
+    /// Prints what was asked for, up to the count.
+    Progress show(const std::vector<LogRecord>& records) {
+        std::string lines;
+        for (const LogRecord& record : records) {
+            if (is_complete()) {
+                break;
+            }
+            if (!options_.query.matches(record)) {
+                ++hidden_;
+                continue;
+            }
+            lines += options_.json ? json_line(record) : text_line(record, style_);
+            applications_.insert(record.application);
+            ++shown_;
+        }
+        if (std::fwrite(lines.data(), 1, lines.size(), stdout) != lines.size() ||
+            std::fflush(stdout) != 0) {
+            return Progress::write_failed;
+        }
+        return is_complete() ? Progress::complete : Progress::goes_on;
+    }
+
+    [[nodiscard]] std::string summary(std::int32_t lost, double seconds) const {
+        std::string text = fmt::format("{} message{} of {} application{} in {:.1f} s", shown_,
+                                       shown_ == 1 ? "" : "s", applications_.size(),
+                                       applications_.size() == 1 ? "" : "s", seconds);
+        if (hidden_ > 0) {
+            text += fmt::format(", {} not asked for", hidden_);
+        }
+        if (lost > 0) {
+            text += fmt::format(", {} lost", lost);
+        }
+        return text;
+    }
+
+private:
+    [[nodiscard]] bool is_complete() const { return options_.count && shown_ >= *options_.count; }
+
+    const TailOptions& options_;
+    LineStyle style_;
+    std::set<Application> applications_;
+    std::uint64_t shown_ = 0;
+    std::uint64_t hidden_ = 0;
+};
+
+std::chrono::milliseconds time_left(const TailOptions& options, Clock::time_point start) {
+    constexpr std::chrono::milliseconds longest_wait{60'000};
+    if (!options.seconds) {
+        return longest_wait;
+    }
+    const std::chrono::duration<double> left =
+        std::chrono::duration<double>{*options.seconds} - (Clock::now() - start);
+    if (left > longest_wait) {
+        return longest_wait;
+    }
+    return std::max(std::chrono::ceil<std::chrono::milliseconds>(left),
+                    std::chrono::milliseconds{0});
+}
+
+/// @return what went wrong, empty when all went well
+std::string follow(LogSubscription& subscription, const StopSignal& stop,
+                   const TailOptions& options, Display& display, Clock::time_point start) {
+    std::vector<LogRecord> records;
+    while (true) {
+        const std::chrono::milliseconds left = time_left(options, start);
+        subscription.wait(left);
+        const bool is_last = stop.requested() || left.count() == 0;
+        records.clear();
+        if (!subscription.take(records)) {
+            return "the reader failed";
+        }
+        const Progress progress = display.show(records);
+        if (progress == Progress::write_failed) {
+            return fmt::format("could not write: {}", std::strerror(errno));
+        }
+        if (progress == Progress::complete || is_last) {
+            return {};
+        }
+    }
+}
+
+CLI::Validator level_validator(std::optional<std::int32_t>& level) {
+    return {[&level](std::string& text) -> std::string {
+                level = parse_level(text);
+                return level ? ""
+                             : fmt::format("'{}' is no level: one of {} or a number expected", text,
+                                           level_names());
+            },
+            ""};
+}
+
+CLI::Validator application_validator(std::optional<Application>& application) {
+    return {[&application](std::string& text) -> std::string {
+                application = parse_application(text);
+                return application ? ""
+                                   : fmt::format(
+                                         "'{}' is no application: HOST:APP in hexadecimal "
+                                         "expected, as the lines show it",
+                                         text);
+            },
+            ""};
+}
+
+}  // namespace
+
+CLI::App* add_tail_command(CLI::App& app, TailOptions& options) {
+    CLI::App* command = app.add_subcommand("tail", "Prints log messages while they are published");
+    command->footer(
+        "Examples:\n"
+        "  orvane tail --level WARNING          warnings and what is more severe\n"
+        "  orvane tail --category 'nav.*'       categories that begin with nav.\n"
+        "  orvane tail --json --for 10 > logs   ten seconds of logs for a program");
+    add_domain_option(*command, options.domain_id);
+    command
+        ->add_option_function<std::string>(
+            "--level", [](const std::string&) {}, "This level and more severe ones")
+        ->type_name("NAME|NUMBER")
+        ->check(level_validator(options.query.level));
+    command->add_option("--category", options.query.category, "Categories that match the pattern")
+        ->type_name("GLOB");
+    command
+        ->add_option_function<std::string>(
+            "--app", [](const std::string&) {}, "This application only")
+        ->type_name("HOST:APP")
+        ->check(application_validator(options.query.application));
+    command->add_option("--contains", options.query.contains, "Messages with this text in them")
+        ->type_name("TEXT");
+    command->add_flag("--json", options.json, "One JSON object a line");
+    command->add_flag("--no-color", options.no_color, "No colors on a terminal");
+    command->add_flag("--utc", options.utc, "Universal instead of local time");
+    command->add_option("--count", options.count, "End after so many messages")
+        ->type_name("N")
+        ->check(
+            CLI::Range(std::int64_t{1}, std::numeric_limits<std::int64_t>::max()).description(""));
+    command->add_option("--for", options.seconds, "End after so many seconds")
+        ->type_name("SECONDS")
+        ->check(seconds_validator());
+    return command;
+}
+
+int tail(const TailOptions& options) {
+    const Clock::time_point start = Clock::now();
+    StopSignal stop;
+    const std::unique_ptr<LogSubscription> subscription = LogSubscription::open(options.domain_id);
+    if (!subscription) {
+        fmt::print(stderr, "orvane: could not join domain {}\n", options.domain_id);
+        return exit_failure;
+    }
+    const std::jthread watcher = stop.watch([&] { subscription->interrupt(); });
+
+    Display display{options};
+    const std::string failure = follow(*subscription, stop, options, display, start);
+    const std::chrono::duration<double> elapsed = Clock::now() - start;
+    fmt::print(stderr, "orvane: {}\n", display.summary(subscription->lost(), elapsed.count()));
+    if (!failure.empty()) {
+        fmt::print(stderr, "orvane: {}\n", failure);
+        return exit_failure;
+    }
+    return exit_success;
+}
+
+}  // namespace orvane::tools

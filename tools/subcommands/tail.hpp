@@ -1,0 +1,29 @@
+/// @file tail.hpp
+/// @brief `orvane tail`: prints the log messages of a domain while they are published.
+#pragma once
+
+#include <CLI/App.hpp>
+#include <cstdint>
+#include <optional>
+
+#include "tools/records/log_query.hpp"
+
+namespace orvane::tools {
+
+struct TailOptions {
+    std::int32_t domain_id = 0;
+    LogQuery query;
+    bool json = false;
+    bool no_color = false;
+    bool utc = false;
+    std::optional<std::uint64_t> count;  ///< end after so many messages
+    std::optional<double> seconds;       ///< end after so long
+};
+
+/// Declares the command and its options; parsing fills @p options.
+CLI::App* add_tail_command(CLI::App& app, TailOptions& options);
+
+/// Runs the command until its limits, SIGINT or SIGTERM end it. @return the process's exit status.
+int tail(const TailOptions& options);
+
+}  // namespace orvane::tools
