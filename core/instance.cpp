@@ -1,6 +1,6 @@
 #include "core/instance.hpp"
 
-#include "core/lifecycle.hpp"
+#include "core/logging_lock.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
 #include "orvane/admin.h"

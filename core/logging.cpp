@@ -1,7 +1,7 @@
 #include "admin/state.hpp"
 #include "core/filter.hpp"
 #include "core/instance.hpp"
-#include "core/lifecycle.hpp"
+#include "core/logging_lock.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
 #include "orvane/admin.h"

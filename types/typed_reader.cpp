@@ -1,6 +1,6 @@
 #include "types/typed_reader.hpp"
 
-#include "types/endpoint_report.hpp"
+#include "types/endpoint_log.hpp"
 
 namespace orvane::types {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "core/lifecycle.hpp"
+#include "core/logging_lock.hpp"
 #include "orvane/admin.h"
 #include "orvane/core.h"
 #include "tests/core/faults.hpp"

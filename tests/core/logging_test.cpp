@@ -4,7 +4,7 @@
 #include <string>
 #include <thread>
 
-#include "core/lifecycle.hpp"
+#include "core/logging_lock.hpp"
 #include "orvane/core.h"
 #include "pexa/osapi.h"
 #include "tests/core/faults.hpp"

@@ -1,4 +1,4 @@
-#include "core/lifecycle.hpp"
+#include "core/logging_lock.hpp"
 
 #include <atomic>
 
