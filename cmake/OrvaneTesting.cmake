@@ -4,10 +4,12 @@
 #                 [ARGS argument…])
 #   A GoogleTest executable (its main() included) and one CTest entry of the same name, run with
 #   DDS on loopback and, in sanitizer builds, with the sanitizer's options and suppressions.
+#   CTest shows the entry as skipped when one of its tests was skipped and none failed.
 #     WRAP     functions whose calls go to __wrap_<function>; only calls from code linked
 #              statically are caught, so link orvane_static or an object library
-#     DOMAIN   the DDS domain of the test, handed to its sources as ORVANE_TEST_DOMAIN; tests of
-#              the same domain never run at the same time
+#     DOMAIN   the DDS domain of the test, handed to its sources as ORVANE_TEST_DOMAIN and to the
+#              running test by the environment variable of that name; tests of the same domain
+#              never run at the same time
 #     TIMEOUT  default 120; three times as long in sanitizer builds
 #   ORVANE_SOURCE_DIR is defined for the test's sources as the repository's folder.
 #
@@ -29,6 +31,10 @@ set(ORVANE_HEAP_FUNCTIONS
     QELOsapiHeap_freeBytes
     QELOsapiHeap_freeStructureBytes)
 set(ORVANE_NEW_FUNCTIONS _Znwm _ZnwmRKSt9nothrow_t)
+
+# The exit status of a test program that skipped a test.
+set(ORVANE_SKIPPED 77)
+set(ORVANE_TEST_MAIN "${CMAKE_CURRENT_LIST_DIR}/test_main.cpp")
 
 set(ORVANE_CORPUS_RUNNER "${CMAKE_CURRENT_LIST_DIR}/corpus_runner.cpp")
 
@@ -52,14 +58,38 @@ function(orvane_set_test_environment)
                  "TSAN_OPTIONS=suppressions=${config}/tsan.supp:second_deadlock_stack=1${symbolizer}")
 endfunction()
 
+# Optimising the tests' own code would double the time to build them and test nothing more. Parsing
+# GoogleTest takes longer than most tests take to compile, so that is done once.
+function(orvane_compile_as_test name)
+    target_compile_options(${name} PRIVATE -O0)
+    if(NOT TARGET orvane_test_precompiled)
+        set(empty "${PROJECT_BINARY_DIR}/precompiled.cpp")
+        file(CONFIGURE OUTPUT "${empty}" CONTENT "")
+        orvane_add_library(orvane_test_precompiled OBJECT SOURCES "${empty}" LIBS GTest::gtest)
+        # As the programs that use it.
+        set_target_properties(orvane_test_precompiled PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+        target_compile_options(orvane_test_precompiled PRIVATE -O0 -fPIE)
+        target_precompile_headers(
+            orvane_test_precompiled PRIVATE <gtest/gtest.h> <functional> <memory> <string> <thread>
+            <vector>)
+    endif()
+    target_precompile_headers(${name} REUSE_FROM orvane_test_precompiled)
+endfunction()
+
 function(orvane_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "DOMAIN;TIMEOUT" "SOURCES;LIBS;WRAP;ARGS")
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "orvane_add_test(${name}): unknown ${arg_UNPARSED_ARGUMENTS}")
     endif()
-    orvane_add_program(${name} SOURCES ${arg_SOURCES} LIBS ${arg_LIBS} GTest::gtest_main)
-    # Optimising the tests' own code would double the time to build them and test nothing more.
-    target_compile_options(${name} PRIVATE -O0)
+    if(NOT TARGET orvane_test_main)
+        orvane_add_library(
+            orvane_test_main STATIC
+            SOURCES "${ORVANE_TEST_MAIN}"
+            PUBLIC_LIBS GTest::gtest)
+        target_compile_definitions(orvane_test_main PRIVATE "ORVANE_SKIPPED=${ORVANE_SKIPPED}")
+    endif()
+    orvane_add_program(${name} SOURCES ${arg_SOURCES} LIBS ${arg_LIBS} orvane_test_main)
+    orvane_compile_as_test(${name})
     target_compile_definitions(${name} PRIVATE "ORVANE_SOURCE_DIR=\"${PROJECT_SOURCE_DIR}\"")
     foreach(function IN LISTS arg_WRAP)
         target_link_options(${name} PRIVATE "LINKER:--wrap=${function}")
@@ -70,6 +100,7 @@ function(orvane_add_test name)
     if(DEFINED arg_DOMAIN)
         target_compile_definitions(${name} PRIVATE "ORVANE_TEST_DOMAIN=${arg_DOMAIN}")
         set_tests_properties(${name} PROPERTIES RESOURCE_LOCK "dds-domain-${arg_DOMAIN}")
+        set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "ORVANE_TEST_DOMAIN=${arg_DOMAIN}")
     endif()
     if(NOT DEFINED arg_TIMEOUT)
         set(arg_TIMEOUT 120)
@@ -77,7 +108,8 @@ function(orvane_add_test name)
     if(ORVANE_SANITIZE)
         math(EXPR arg_TIMEOUT "3 * ${arg_TIMEOUT}")
     endif()
-    set_tests_properties(${name} PROPERTIES TIMEOUT "${arg_TIMEOUT}")
+    set_tests_properties(
+        ${name} PROPERTIES TIMEOUT "${arg_TIMEOUT}" SKIP_RETURN_CODE "${ORVANE_SKIPPED}")
 endfunction()
 
 function(orvane_add_fuzzer name)
