@@ -1,0 +1,79 @@
+/// @file logger.hpp
+/// @brief Options and loggers for the length of a scope.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+#include "orvane/admin.h"
+#include "orvane/core.h"
+#include "tests/support/node.hpp"
+
+namespace orvane::test {
+
+struct DeleteOptions {
+    void operator()(QEL_KX_Options* options) const { QEL_KX_Options_delete(options); }
+};
+using Options = std::unique_ptr<QEL_KX_Options, DeleteOptions>;
+
+/// @return options of a logger in the domain of the test.
+inline Options make_options() {
+    Options options(QEL_KX_Options_createDefault());
+    QEL_KX_Options_setDomainId(options.get(), domain());
+    return options;
+}
+
+/// The instance of the process, from its creation to its finalisation.
+class RunningLogger {
+public:
+    explicit RunningLogger(Options options = make_options()) : options_(std::move(options)) {
+        EXPECT_EQ(QEL_KX_Orvane_setOptions(options_.get()), 1);
+        logger_ = QEL_KX_Orvane_getInstance();
+        EXPECT_NE(logger_, nullptr);
+    }
+    ~RunningLogger() { QEL_KX_Orvane_finalizeInstance(); }
+    RunningLogger(const RunningLogger&) = delete;
+    RunningLogger& operator=(const RunningLogger&) = delete;
+
+    QEL_KX_Orvane* operator->() const { return logger_; }
+    QEL_KX_Orvane* get() const { return logger_; }
+    QEL_KX_Options* options() const { return options_.get(); }
+
+private:
+    Options options_;
+    QEL_KX_Orvane* logger_;
+};
+
+/// A record of a logger with options and a State, and entities when they are asked for. It is not
+/// the instance and has no write thread.
+class BareLogger {
+public:
+    explicit BareLogger(Options options = make_options()) : options_(std::move(options)) {
+        record_.options = options_.get();
+        record_.state = state_.get();
+        record_.filterLevel = options_->filter_level;
+    }
+    ~BareLogger() { QEL_KX_DDSEntities_destroy(record_.ddsEntities); }
+    BareLogger(const BareLogger&) = delete;
+    BareLogger& operator=(const BareLogger&) = delete;
+
+    bool make_entities() {
+        record_.ddsEntities = QEL_KX_DDSEntities_create(&record_);
+        return record_.ddsEntities != nullptr;
+    }
+
+    QEL_KX_Orvane* operator->() { return &record_; }
+    QEL_KX_Orvane* get() { return &record_; }
+    QEL_KX_Options* options() const { return options_.get(); }
+    QEL_KX_DDSEntities* entities() const { return record_.ddsEntities; }
+
+private:
+    Options options_;
+    Sample<QEL_KX_ADMIN_State> state_ = make_sample<QEL_KX_ADMIN_State>();
+    QEL_KX_Orvane record_ = {};
+};
+
+}  // namespace orvane::test
