@@ -10,7 +10,7 @@
 const MOSKFastBufferPoolProperty MOSK_FAST_BUFFER_POOL_PROPERTY_DEFAULT = {32, DDS_LENGTH_UNLIMITED,
                                                                            DDS_LENGTH_UNLIMITED, 0};
 
-namespace pexa::core {
+namespace pexa::base {
 namespace {
 
 // Stands before each buffer, whose content is not the pool's to touch.
@@ -83,12 +83,12 @@ private:
 };
 
 }  // namespace
-}  // namespace pexa::core
+}  // namespace pexa::base
 
-using pexa::core::BufferContent;
-using pexa::core::Chunk;
-using pexa::core::ChunkLayout;
-using pexa::core::Link;
+using pexa::base::BufferContent;
+using pexa::base::Chunk;
+using pexa::base::ChunkLayout;
+using pexa::base::Link;
 
 struct MOSKFastBufferPool {
     MOSKFastBufferPool(const ChunkLayout& layout, const MOSKFastBufferPoolProperty& property,
@@ -218,10 +218,10 @@ MOSKFastBufferPool* MOSKFastBufferPool_newWithCallbacks(size_t elementSize, size
     // Leaves room for rounding and the links.
     constexpr size_t most_bytes = SIZE_MAX / 4;
     if (elementSize == 0 || elementSize > most_bytes || alignment > most_bytes ||
-        !pexa::core::is_power_of_two(alignment) || !is_valid(chosen)) {
+        !pexa::base::is_power_of_two(alignment) || !is_valid(chosen)) {
         return nullptr;
     }
-    auto* pool = pexa::core::heap_new<MOSKFastBufferPool>(
+    auto* pool = pexa::base::heap_new<MOSKFastBufferPool>(
         ChunkLayout(elementSize, alignment), chosen, BufferContent{initialize, finalize, userData});
     if (pool != nullptr && !pool->add(static_cast<size_t>(chosen.initial))) {
         MOSKFastBufferPool_delete(pool);
@@ -231,7 +231,7 @@ MOSKFastBufferPool* MOSKFastBufferPool_newWithCallbacks(size_t elementSize, size
 }
 
 void MOSKFastBufferPool_delete(MOSKFastBufferPool* pool) {
-    pexa::core::heap_delete(pool);
+    pexa::base::heap_delete(pool);
 }
 
 void* MOSKFastBufferPool_getBuffer(MOSKFastBufferPool* pool) {

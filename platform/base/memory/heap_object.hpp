@@ -6,7 +6,7 @@
 
 #include "pexa/osapi.h"
 
-namespace pexa::core {
+namespace pexa::base {
 
 /// @return a new object in memory of the middleware's heap, or NULL; end it with heap_delete.
 template <class Type, class... Arguments>
@@ -25,4 +25,4 @@ void heap_delete(Type* object) {
     }
 }
 
-}  // namespace pexa::core
+}  // namespace pexa::base

@@ -3,7 +3,7 @@
 #include "platform/base/os/deadline.hpp"
 #include "platform/base/os/futex.hpp"
 
-namespace pexa::core {
+namespace pexa::base {
 
 namespace {
 
@@ -90,4 +90,4 @@ bool CountingSemaphore::wait_and_take(const timespec* deadline) {
     }
 }
 
-}  // namespace pexa::core
+}  // namespace pexa::base

@@ -9,7 +9,7 @@
 
 #include "platform/base/os/futex.hpp"
 
-namespace pexa::core {
+namespace pexa::base {
 
 /// Units that threads give and take. Both operations stay out of the kernel as long as there is
 /// a unit to take and nobody waits. Any thread may call anything at any time; a thread that has
@@ -110,4 +110,4 @@ private:
     static_assert(sizeof state_ == sizeof(uint64_t));
 };
 
-}  // namespace pexa::core
+}  // namespace pexa::base

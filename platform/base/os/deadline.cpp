@@ -2,7 +2,7 @@
 
 #include <cerrno>
 
-namespace pexa::core {
+namespace pexa::base {
 
 namespace {
 constexpr int64_t nanoseconds_per_second = 1'000'000'000;
@@ -31,4 +31,4 @@ void sleep_until(const timespec& deadline) {
     }
 }
 
-}  // namespace pexa::core
+}  // namespace pexa::base

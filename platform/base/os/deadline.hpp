@@ -5,7 +5,7 @@
 
 #include "pexa/osapi.h"
 
-namespace pexa::core {
+namespace pexa::base {
 
 /// @return the point of the monotonic clock that lies that far ahead; the past for negative spans.
 [[nodiscard]] timespec deadline_after(int64_t seconds, uint32_t nanoseconds);
@@ -15,4 +15,4 @@ namespace pexa::core {
 /// Sleeps until the monotonic clock has reached @p deadline, whatever signals arrive.
 void sleep_until(const timespec& deadline);
 
-}  // namespace pexa::core
+}  // namespace pexa::base

@@ -6,7 +6,7 @@
 
 #include <cerrno>
 
-namespace pexa::core {
+namespace pexa::base {
 
 bool wait_while_equal(const void* address, uint32_t value, const timespec* deadline) {
     // The bitset form is the one that takes an absolute monotonic time.
@@ -19,4 +19,4 @@ void wake_one(const void* address) {
     syscall(SYS_futex, address, FUTEX_WAKE_PRIVATE, 1, nullptr, nullptr, 0);
 }
 
-}  // namespace pexa::core
+}  // namespace pexa::base

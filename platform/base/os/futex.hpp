@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <ctime>
 
-namespace pexa::core {
+namespace pexa::base {
 
 /// Sleeps in the kernel while the word at @p address has that value, or for no reason.
 /// @param deadline monotonic; NULL waits for ever. @return false when it has passed.
@@ -11,4 +11,4 @@ namespace pexa::core {
 /// Wakes one thread that sleeps on that word, which may have ceased to exist meanwhile.
 void wake_one(const void* address);
 
-}  // namespace pexa::core
+}  // namespace pexa::base

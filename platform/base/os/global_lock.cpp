@@ -6,11 +6,11 @@ namespace {
 
 constexpr DDS_UnsignedLong patience_ns = 10'000'000;
 
-constinit pexa::core::RecursiveMutex global_mutex;
+constinit pexa::base::RecursiveMutex global_mutex;
 [[gnu::tls_model("initial-exec")]] constinit thread_local unsigned device_call_depth = 0;
 
 bool lock_soon() {
-    return global_mutex.lock_until(pexa::core::deadline_after(0, patience_ns));
+    return global_mutex.lock_until(pexa::base::deadline_after(0, patience_ns));
 }
 
 bool lock() {

@@ -2,7 +2,7 @@
 
 #include "platform/base/os/deadline.hpp"
 
-namespace pexa::core {
+namespace pexa::base {
 
 namespace {
 
@@ -56,4 +56,4 @@ bool RecursiveMutex::wait(const timespec* deadline) {
     return true;
 }
 
-}  // namespace pexa::core
+}  // namespace pexa::base

@@ -6,7 +6,7 @@
 
 #include "platform/base/os/futex.hpp"
 
-namespace pexa::core {
+namespace pexa::base {
 
 /// Mutual exclusion that its owner may take again; it must be given back as often. Stays out of
 /// the kernel as long as nobody waits. Needs no destruction, so that an object with static lifetime
@@ -91,4 +91,4 @@ private:
     uint32_t depth_ = 0;
 };
 
-}  // namespace pexa::core
+}  // namespace pexa::base

@@ -4,8 +4,8 @@
 #include "platform/base/os/deadline.hpp"
 #include "platform/base/os/recursive_mutex.hpp"
 
-using pexa::core::CountingSemaphore;
-using pexa::core::RecursiveMutex;
+using pexa::base::CountingSemaphore;
+using pexa::base::RecursiveMutex;
 
 // The kind decides which of the two is used; the other one costs a few bytes.
 struct QELOsapiSemaphore {
@@ -45,7 +45,7 @@ bool look(QELOsapiSemaphore* semaphore) {
 }
 
 bool wait(QELOsapiSemaphore* semaphore, const QELNtpTime& timeout) {
-    const timespec deadline = pexa::core::deadline_after(timeout);
+    const timespec deadline = pexa::base::deadline_after(timeout);
     return semaphore->kind == QEL_OSAPI_SEMAPHORE_KIND_MUTEX
                ? semaphore->mutex.lock_until(deadline)
                : semaphore->counter.take_until(deadline);
@@ -70,11 +70,11 @@ QELOsapiSemaphore* QELOsapiSemaphore_new(QELOsapiSemaphoreKind kind,
     if (!is_known(kind) || initial < 0 || initial > most_units(kind) || many < 0) {
         return nullptr;
     }
-    return pexa::core::heap_new<QELOsapiSemaphore>(kind, initial, many);
+    return pexa::base::heap_new<QELOsapiSemaphore>(kind, initial, many);
 }
 
 void QELOsapiSemaphore_delete(QELOsapiSemaphore* semaphore) {
-    pexa::core::heap_delete(semaphore);
+    pexa::base::heap_delete(semaphore);
 }
 
 QELOsapiSemaphoreStatus QELOsapiSemaphore_take(QELOsapiSemaphore* semaphore,

@@ -136,7 +136,7 @@ QELOsapiThread* QELOsapiThread_new(const char* name, DDS_Long priority, DDS_Unsi
     if (name == nullptr || function == nullptr || stackSize < QEL_OSAPI_THREAD_STACK_SIZE_DEFAULT) {
         return nullptr;
     }
-    auto* thread = pexa::core::heap_new<QELOsapiThread>();
+    auto* thread = pexa::base::heap_new<QELOsapiThread>();
     if (thread == nullptr) {
         return nullptr;
     }
@@ -144,7 +144,7 @@ QELOsapiThread* QELOsapiThread_new(const char* name, DDS_Long priority, DDS_Unsi
     thread->parameter = parameter;
     std::memcpy(thread->name, name, strnlen(name, sizeof thread->name - 1));
     if (!start_as_allowed(thread, {priority, options, stackSize, cpuBitmap})) {
-        pexa::core::heap_delete(thread);
+        pexa::base::heap_delete(thread);
         return nullptr;
     }
     return thread;
@@ -153,13 +153,13 @@ QELOsapiThread* QELOsapiThread_new(const char* name, DDS_Long priority, DDS_Unsi
 void QELOsapiThread_delete(QELOsapiThread* thread) {
     if (thread != nullptr) {
         pthread_join(thread->id, nullptr);
-        pexa::core::heap_delete(thread);
+        pexa::base::heap_delete(thread);
     }
 }
 
 void QELOsapiThread_sleep(const QELNtpTime* time) {
     if (time != nullptr && time->sec >= 0) {
-        pexa::core::sleep_until(pexa::core::deadline_after(*time));
+        pexa::base::sleep_until(pexa::base::deadline_after(*time));
     }
 }
 
@@ -169,6 +169,6 @@ DDS_ReturnCode_t PEXA_Utility_sleep(const DDS_Duration_t* duration) {
     if (duration == nullptr || duration->sec < 0 || infinite) {
         return DDS_RETCODE_BAD_PARAMETER;
     }
-    pexa::core::sleep_until(pexa::core::deadline_after(duration->sec, duration->nanosec));
+    pexa::base::sleep_until(pexa::base::deadline_after(duration->sec, duration->nanosec));
     return DDS_RETCODE_OK;
 }

@@ -2,9 +2,9 @@
 #include "platform/base/sequence/operation.hpp"
 #include "platform/base/sequence/record.hpp"
 
-using pexa::core::element_at;
-using pexa::core::is_usable;
-using pexa::core::SequenceOperation;
+using pexa::base::element_at;
+using pexa::base::is_usable;
+using pexa::base::SequenceOperation;
 
 namespace {
 
@@ -37,7 +37,7 @@ public:
 private:
     const PEXASequenceElement* type_;
     const SequenceOperation& operation_;
-    PEXASequence sequence_ = pexa::core::empty_sequence();
+    PEXASequence sequence_ = pexa::base::empty_sequence();
 };
 
 }  // namespace

@@ -5,9 +5,9 @@
 #include "platform/base/sequence/operation.hpp"
 #include "platform/base/sequence/record.hpp"
 
-using pexa::core::element_at;
-using pexa::core::is_usable;
-using pexa::core::SequenceOperation;
+using pexa::base::element_at;
+using pexa::base::is_usable;
+using pexa::base::SequenceOperation;
 
 namespace {
 

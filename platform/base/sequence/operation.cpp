@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <limits>
 
-namespace pexa::core {
+namespace pexa::base {
 
 template <class... Arguments>
 void SequenceOperation::report(QELLogLevel level, const QELLogMessageTemplate& message,
@@ -65,4 +65,4 @@ void SequenceOperation::allocates(DDS_Long old_maximum, DDS_Long new_maximum) co
     report(QEL_LOG_LEVEL_STATUS_LOCAL, DDS_LOG_MEMORY_ALLOCATED_dd, old_maximum, new_maximum);
 }
 
-}  // namespace pexa::core
+}  // namespace pexa::base

@@ -3,7 +3,7 @@
 #include "pexa/log.h"
 #include "pexa/sequence.h"
 
-namespace pexa::core {
+namespace pexa::base {
 
 /// One operation of one sequence type, as it names itself in its reports.
 class SequenceOperation {
@@ -32,4 +32,4 @@ private:
     const char* name_;
 };
 
-}  // namespace pexa::core
+}  // namespace pexa::base

@@ -1,7 +1,7 @@
 #include "pexa/sequence.h"
 #include "platform/base/sequence/operation.hpp"
 
-using pexa::core::SequenceOperation;
+using pexa::base::SequenceOperation;
 
 // These look at the flags only and so work on a record of which nothing else is set yet.
 

@@ -5,7 +5,7 @@ const DDS_TypeAllocationParams_t DDS_TYPE_ALLOCATION_PARAMS_DEFAULT = {
 const DDS_TypeDeallocationParams_t DDS_TYPE_DEALLOCATION_PARAMS_DEFAULT = {DDS_BOOLEAN_TRUE,
                                                                            DDS_BOOLEAN_TRUE};
 
-namespace pexa::core {
+namespace pexa::base {
 
 PEXASequence empty_sequence() {
     PEXASequence empty{};
@@ -34,4 +34,4 @@ void* element_at(const PEXASequence& self, const PEXASequenceElement& type, DDS_
     return static_cast<char*>(self.contiguousBuffer) + offset * type.size;
 }
 
-}  // namespace pexa::core
+}  // namespace pexa::base

@@ -3,7 +3,7 @@
 #include "pexa/sequence.h"
 #include "platform/base/sequence/operation.hpp"
 
-namespace pexa::core {
+namespace pexa::base {
 
 /// @return the record of an empty, owned sequence with default parameters.
 [[nodiscard]] PEXASequence empty_sequence();
@@ -14,4 +14,4 @@ namespace pexa::core {
 [[nodiscard]] void* element_at(const PEXASequence& self, const PEXASequenceElement& type,
                                DDS_Long index);
 
-}  // namespace pexa::core
+}  // namespace pexa::base

@@ -3,9 +3,9 @@
 #include "platform/base/sequence/operation.hpp"
 #include "platform/base/sequence/record.hpp"
 
-using pexa::core::element_at;
-using pexa::core::is_usable;
-using pexa::core::SequenceOperation;
+using pexa::base::element_at;
+using pexa::base::is_usable;
+using pexa::base::SequenceOperation;
 
 namespace {
 
@@ -44,7 +44,7 @@ DDS_Boolean PEXASequence_initialize(PEXASequence* self, const PEXASequenceElemen
     if (self == nullptr) {
         return SequenceOperation(type, "initialize").bad_parameter("self");
     }
-    *self = pexa::core::empty_sequence();
+    *self = pexa::base::empty_sequence();
     return DDS_BOOLEAN_TRUE;
 }
 

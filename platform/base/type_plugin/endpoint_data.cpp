@@ -4,9 +4,9 @@
 #include "platform/base/memory/heap_object.hpp"
 #include "platform/base/type_plugin/object_pool.hpp"
 
-using pexa::core::heap_delete;
-using pexa::core::heap_new;
-using pexa::core::ObjectPool;
+using pexa::base::heap_delete;
+using pexa::base::heap_new;
+using pexa::base::ObjectPool;
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include "pexa/osapi.h"
 
-namespace pexa::core {
+namespace pexa::base {
 
 namespace {
 
@@ -82,4 +82,4 @@ bool ObjectPool::reserve(size_t capacity) {
     return true;
 }
 
-}  // namespace pexa::core
+}  // namespace pexa::base

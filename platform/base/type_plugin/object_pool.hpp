@@ -4,7 +4,7 @@
 
 #include "pexa/type_plugin.h"
 
-namespace pexa::core {
+namespace pexa::base {
 
 /// Objects of one kind that are lent and come back. Everything is freed with the pool, also what
 /// is still lent. Not thread-safe.
@@ -41,4 +41,4 @@ private:
     size_t free_count_ = 0;
 };
 
-}  // namespace pexa::core
+}  // namespace pexa::base
