@@ -20,9 +20,9 @@
  * The options belong to the parser's tree, and the logger goes on reading them: the tree must live
  * until the logger has been finalised.
  *
- * What is wrong in a file is handed to the host's function with the line, and the context's error
- * indicator is set; reading goes on, and the host decides what a failed file is good for. Failures
- * that have nothing to do with a file are lines on standard output.
+ * An error in a file goes to the host's function with its line, and the context's error indicator
+ * is set. Reading goes on, and the host decides whether it uses a file with errors. Failures that
+ * have nothing to do with a file are lines on standard output.
  */
 #ifndef ORVANE_XML_H
 #define ORVANE_XML_H
@@ -41,7 +41,7 @@ PEXA_BEGIN_C
 
 /** User data of the extension class. */
 typedef struct XMLConfigListener {
-    /** Receives what is wrong in a file; not NULL. */
+    /** Receives the errors of a file; not NULL. */
     DDS_XMLParseErrorFunction parseErrorFunction;
 } XMLConfigListener;
 
@@ -64,11 +64,11 @@ typedef enum QEL_KX_XMLConfigElement {
 
 /** One `orvane` element. */
 typedef struct QEL_KX_XMLConfig {
-    /** The platform's part, so that a pointer to the record is one to its object. */
+    /** The platform's part. It is the first, so a pointer to it is a pointer to the record. */
     DDS_XMLObject object;
-    /** What the element says; owned. */
+    /** The options that the element sets; owned. */
     QEL_KX_Options* options;
-    /** Which child is being read, a @ref QEL_KX_XMLConfigElement. */
+    /** The child that is open, a @ref QEL_KX_XMLConfigElement. */
     DDS_UnsignedLong currentElement;
     /** The extension class's; borrowed. */
     XMLConfigListener* listener;
@@ -80,7 +80,7 @@ ORVANE_API QEL_KX_XMLConfig* QEL_KX_XMLConfig_create(void);
 /**
  * Makes the object of an element: default options, but not enabled, because a file that says
  * nothing about it shall start nothing.
- * @param extensionClass one whose user data is an XMLConfigListener.
+ * @param extensionClass a class whose user data is an XMLConfigListener.
  * @param attributes ignored.
  * @return the object, or NULL after a report.
  */
@@ -92,23 +92,23 @@ ORVANE_API DDS_XMLObject* QEL_KX_XMLConfig_new(DDS_XMLExtensionClass* extensionC
 ORVANE_API void QEL_KX_XMLConfig_delete(DDS_XMLObject* object);
 /** Frees an object with its options, which the logger must no longer use; NULL is ignored. */
 ORVANE_API void QEL_KX_XMLConfig_finalize(DDS_XMLObject* object);
-/** Notes which child starts. One that the element does not have is ignored, and so is one of
- *  `thread` outside of it; the element's own children count wherever they stand inside it. */
+/** Notes the child that starts. An unknown child is ignored, and so is a child of `thread` outside
+ *  of `thread`. The children of `orvane` count wherever they stand inside it. */
 ORVANE_API void QEL_KX_XMLConfig_onStartElement(DDS_XMLObject* object, const char* tagName,
                                                 const char* const* attributes,
                                                 DDS_XMLContext* context);
-/** Stores what a child says. A refused text is reported. It leaves the option as it was where the
+/** Stores the value of a child. A refused text is reported. It leaves the option as it was, if the
  *  conversions below do not say otherwise; a truth value becomes false. */
 ORVANE_API void QEL_KX_XMLConfig_onEndElement(DDS_XMLObject* object, const char* tagName,
                                               const char* elementText, DDS_XMLContext* context);
 /** @return the object's own options, which die with the tree; NULL, after a line that says so, for
  *  NULL. */
 ORVANE_API QEL_KX_Options* QEL_KX_XMLConfig_getKXOptions(QEL_KX_XMLConfig* object);
-/** The same as QEL_KX_XMLConfig_getKXXMLObjectFromRoot(), as the object of this library that it is
- *  when the tree's parser had the extension class registered. */
+/** The same as QEL_KX_XMLConfig_getKXXMLObjectFromRoot() for a tree whose parser had the extension
+ *  class registered, so that its `orvane` objects are this library's. */
 ORVANE_API QEL_KX_XMLConfig* QEL_KX_XMLConfig_getXMLConfigFromXMLRoot(DDS_XMLObject* root);
-/** @return the first object called `orvane` among @p node, what is inside it and what follows it,
- *  in the order of the file; NULL when there is none. */
+/** @return the first object called `orvane`, in the order of the file: @p node, an object inside
+ * it, or an object that follows it; NULL when there is none. */
 ORVANE_API DDS_XMLObject* QEL_KX_XMLConfig_getKXXMLObjectFromRoot(DDS_XMLObject* node);
 /** @} */
 
@@ -134,7 +134,7 @@ ORVANE_API DDS_UnsignedLong QEL_KX_XMLConfig_getFilterLevelFromString(
 ORVANE_API void QEL_KX_XMLConfig_getQueueSize(DDS_Long* out, const char* text,
                                               DDS_XMLContext* context,
                                               DDS_XMLParseErrorFunction parseErrorFunction);
-/** Ends @p text at its first bar. @return what follows the bar, or NULL: no bar, or NULL text. */
+/** Ends @p text at its first bar. @return the text after the bar; NULL without a bar or a text. */
 ORVANE_API char* QEL_KX_XMLConfig_separateFirstElementFromMask(char* text);
 /**
  * @param mask becomes the bits of all names up to the first that is unknown.
@@ -157,7 +157,7 @@ ORVANE_API void QEL_KX_XMLConfig_getThreadStackSize(DDS_Long* stackSize, const c
 ORVANE_API void QEL_KX_XMLConfig_getThreadCpuRotation(DDS_ThreadSettingsCpuRotationKind* rotation,
                                                       const char* text, DDS_XMLContext* context,
                                                       DDS_XMLParseErrorFunction parseErrorFunction);
-/** Appends a CPU's number. @param text 0 or more, written as a queue size; a refused one leaves an
+/** Appends a CPU's number. @param text 0 or more, written as a queue size; a refused text leaves an
  *  element of value 0 behind. */
 ORVANE_API void QEL_KX_XMLConfig_addElementToThreadCpuList(
     DDS_LongSeq* cpuList, const char* text, DDS_XMLContext* context,
@@ -169,9 +169,9 @@ ORVANE_API void QEL_KX_XMLConfig_addElementToThreadCpuList(
  * @{
  */
 /**
- * Writes the element as it would have to be read to get the same settings. While the logger runs
- * the filter level is the one in force. The element is left unfinished with the error indicator set
- * when there are no options or a setting cannot be written.
+ * Writes an element that means the same settings when it is read. While the logger runs, its filter
+ * level is written. The element is left unfinished with the error indicator set when there are no
+ * options or a setting cannot be written.
  * @param object a QEL_KX_XMLConfig. @param extra ignored.
  */
 ORVANE_API void QEL_KX_XMLConfig_save(DDS_XMLObject* object, QELXMLSaveContext* saveContext,
@@ -201,9 +201,9 @@ ORVANE_API void QEL_KX_XMLConfig_destroyXMLExtensionClass(DDS_XMLExtensionClass*
  * Creates the logger as the options say, if they enable it and it does not run yet.
  * @param participant the logger's; must outlive it.
  * @param options as QEL_KX_XMLConfig_getKXOptions() gave them. The participant and the application
- *   kind are stored in them, and the logger reads them until it is finalised. After a creation that
- *   failed they remain the options of the next attempt: who deletes them first calls
- *   QEL_KX_Orvane_setOptions(NULL).
+ *   kind are stored in them, and the logger reads them until it is finalised. After a failed
+ *   creation they remain the options of the next attempt: call QEL_KX_Orvane_setOptions(NULL)
+ *   before you delete them.
  * @param applicationKind is copied; NULL leaves the options' own.
  * @return 1 when the logger runs or is not wanted, 0 after a line that says why it does not run.
  */

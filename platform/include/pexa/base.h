@@ -2,9 +2,9 @@
  * @file base.h
  * @brief Elementary types, return codes and time of the middleware's C interface.
  *
- * Every header of this folder compiles as C11 and as C++20. Unless a comment says otherwise an
- * operation may be called from any thread, a string argument is a NUL-terminated byte string that
- * the callee does not keep, and a returned pointer to a record stays the callee's property.
+ * Every header of this folder compiles as C11 and as C++20. The following holds unless a comment
+ * says otherwise. Any thread may call an operation. A string argument is NUL-terminated and may be
+ * freed after the call. The middleware owns a record that an operation returns a pointer to.
  */
 #ifndef PEXA_BASE_H
 #define PEXA_BASE_H
@@ -31,7 +31,7 @@ typedef unsigned char DDS_Boolean;
 #define DDS_BOOLEAN_FALSE ((DDS_Boolean)0)
 #define DDS_BOOLEAN_TRUE ((DDS_Boolean)1)
 
-/** Truth value of four bytes, used for members of public records. */
+/** Truth value of four bytes, for members of public records. */
 typedef int32_t QELBool;
 
 typedef char DDS_Char;
@@ -82,13 +82,13 @@ PEXA_API extern const DDS_Duration_t DDS_DURATION_ZERO;
 /** Both members are -1 and 0xffffffff: "no time given, take the present". */
 PEXA_API extern const DDS_Time_t DDS_TIME_INVALID;
 
-/** As a number of samples, instances or bytes: no limit. */
+/** Stands for "no limit" as a number of samples, instances or bytes. */
 #define DDS_LENGTH_UNLIMITED ((DDS_Long)-1)
 
 /** Number of a DDS domain, 0 … 232 on the default port mapping. */
 typedef DDS_Long DDS_DomainId_t;
 
-/** A 16-byte key hash as RTPS defines it; @ref length is 16 once it has been computed. */
+/** A key hash of 16 bytes as RTPS defines it. @ref length is 16 when the hash has been computed. */
 typedef struct QELKeyHash {
     DDS_Octet value[16];
     DDS_UnsignedLong length;
@@ -100,7 +100,7 @@ typedef struct DDS_InstanceHandle_t {
     DDS_Boolean isValid;
 } DDS_InstanceHandle_t;
 
-/** The handle of nothing: all bytes zero. */
+/** The handle that identifies nothing. All its bytes are zero. */
 PEXA_API extern const DDS_InstanceHandle_t DDS_HANDLE_NIL;
 
 /** @return nonzero when @p handle identifies something; NULL counts as nothing. */

@@ -2,9 +2,9 @@
  * @file cdr_stream.h
  * @brief A cursor over a buffer of CDR (OMG Common Data Representation, XCDR version 1).
  *
- * A stream never owns its buffer and never reads or writes outside it. An operation that would
- * returns 0 and leaves the stream where it was. Alignment counts from the origin, which the
- * encapsulation header moves behind itself. Not thread-safe.
+ * A stream does not own its buffer. It never reads or writes outside of it: an operation that would
+ * have to returns 0, and the cursor stays where it was. Alignment counts from the origin, which is
+ * the end of the encapsulation header. Not thread-safe.
  */
 #ifndef PEXA_CDR_STREAM_H
 #define PEXA_CDR_STREAM_H
@@ -27,7 +27,7 @@ PEXA_BEGIN_C
 #define QEL_CDR_PARAMETER_ID_EXTENDED 0x3F01u
 #define QEL_CDR_PARAMETER_ID_LIST_END 0x3F02u
 #define QEL_CDR_PARAMETER_ID_IGNORE 0x3F03u
-/** From this size on of the largest sample, member headers use the extended form. */
+/** A type whose largest sample has this size or more is written with extended member headers. */
 #define QEL_CDR_EXTENDED_HEADER_THRESHOLD 65536u
 
 typedef struct QELCdrStream {
@@ -41,35 +41,37 @@ typedef struct QELCdrStream {
     QELBool littleEndian;
     /** The identifier last written or read. */
     DDS_UnsignedShort encapsulationId;
-    /** Options field that is written, or was read, behind the identifier. */
+    /** Options field of the encapsulation header: the one to write, or the one last read. */
     DDS_UnsignedShort encapsulationOptions;
     /** Set while member headers of a mutable type are written in the extended form. */
     QELBool extendedHeaders;
-    /** Set once a mutable level has decided on the header form. */
+    /** Set when the outermost mutable type has chosen the form of the member headers. */
     QELBool headerFormDecided;
-    /** Rejection mark: a value arrived that the sample's type cannot hold. */
+    /** Rejection mark: the sample's type cannot hold a value that was read. */
     QELBool rejected;
 } QELCdrStream;
 
-/** Starts at the front of @p buffer, little-endian, everything else 0. */
+/** Puts the cursor at the front of @p buffer. Numbers are little-endian; all other members are 0.
+ */
 PEXA_API void QELCdrStream_init(QELCdrStream* self, char* buffer, size_t size);
-/** Moves cursor and origin back to the front and clears the decisions and the mark. */
+/** Moves cursor and origin to the front. Forgets the form of member headers and the rejection mark.
+ */
 PEXA_API void QELCdrStream_reset(QELCdrStream* self);
 /** @return bytes between cursor and end. */
 PEXA_API size_t QELCdrStream_remaining(const QELCdrStream* self);
-/** Moves to the next multiple of @p alignment (1, 2 or 4) from the origin; writes zeros. */
+/** Writes zeros up to the next multiple of @p alignment (1, 2 or 4), counted from the origin. */
 PEXA_API QELBool QELCdrStream_alignForWrite(QELCdrStream* self, size_t alignment);
-/** As above, passing over the padding. */
+/** Skips the bytes up to the next multiple of @p alignment (1, 2 or 4), counted from the origin. */
 PEXA_API QELBool QELCdrStream_alignForRead(QELCdrStream* self, size_t alignment);
 
 /**
  * @name Encapsulation header
  * @{
  */
-/** Writes the identifier (most significant byte first) and the options, sets the byte order by the
- *  identifier (odd is little-endian) and moves the origin behind the header. Ids above 3: 0. */
+/** Writes the identifier and the options, most significant byte first. Sets the byte order: an odd
+ *  identifier means little-endian. Moves the origin behind the header. Refuses ids above 3. */
 PEXA_API QELBool QELCdrStream_serializeEncapsulation(QELCdrStream* self, DDS_UnsignedShort id);
-/** Reads what the operation above writes. Ids above 3: 0. */
+/** Reads the header and sets byte order and origin by it. Refuses ids above 3. */
 PEXA_API QELBool QELCdrStream_deserializeEncapsulation(QELCdrStream* self);
 /** @} */
 
@@ -83,20 +85,21 @@ PEXA_API QELBool QELCdrStream_deserializeUnsignedShort(QELCdrStream* self,
 PEXA_API QELBool QELCdrStream_serializeLong(QELCdrStream* self, DDS_Long value);
 PEXA_API QELBool QELCdrStream_deserializeLong(QELCdrStream* self, DDS_Long* value);
 /**
- * A length of 32 bits that counts the NUL, the characters and the NUL.
+ * Writes a length of 32 bits, the characters and a NUL. The length counts the NUL.
  * @param maximumLength most characters without the NUL; a longer text is refused.
  */
 PEXA_API QELBool QELCdrStream_serializeString(QELCdrStream* self, const char* text,
                                               DDS_UnsignedLong maximumLength);
 /**
- * @param text buffer of maximumLength + 1 bytes. Refused: a length of 0 or above maximumLength + 1,
- *   a last character other than NUL, a NUL before it.
+ * Reads a string. Refuses a length of 0 or above maximumLength + 1, and a NUL that is missing at
+ * the end or stands before it.
+ * @param text buffer of maximumLength + 1 bytes.
  */
 PEXA_API QELBool QELCdrStream_deserializeString(QELCdrStream* self, char* text,
                                                 DDS_UnsignedLong maximumLength);
-/** Passes over a string under the same rules. */
+/** Skips a string under the same rules. */
 PEXA_API QELBool QELCdrStream_skipString(QELCdrStream* self, DDS_UnsignedLong maximumLength);
-/** Passes over @p count bytes. */
+/** Skips @p count bytes. */
 PEXA_API QELBool QELCdrStream_skipBytes(QELCdrStream* self, size_t count);
 /** @} */
 
@@ -107,21 +110,21 @@ PEXA_API QELBool QELCdrStream_skipBytes(QELCdrStream* self, size_t count);
  * 32-bit member id with the flag 0x40000000 and 32-bit length.
  * @{
  */
-/** A member whose header has been written and whose length is still open. */
+/** A member whose header is written and whose length is not known yet. */
 typedef struct QELCdrOpenParameter {
     size_t lengthPosition;
     size_t valuePosition;
     QELBool extended;
 } QELCdrOpenParameter;
 
-/** A member header as read. */
+/** A member header that was read. */
 typedef struct QELCdrParameterHeader {
     DDS_UnsignedLong id;
     DDS_UnsignedLong length;
     QELBool mustUnderstand;
-    /** Nonzero for the short form's 0x3F02, which ends the list. */
+    /** Nonzero for the short id 0x3F02, which ends the list. */
     QELBool isListEnd;
-    /** Nonzero for the short form's 0x3F03, which is passed over. */
+    /** Nonzero for the short id 0x3F03: the member is to be skipped. */
     QELBool isIgnored;
     size_t valuePosition;
 } QELCdrParameterHeader;
@@ -131,16 +134,17 @@ PEXA_API QELBool QELCdrStream_serializeParameterHeader(QELCdrStream* self,
                                                        QELCdrOpenParameter* parameter,
                                                        QELBool extended, DDS_UnsignedLong id,
                                                        QELBool mustUnderstand);
-/** Fills in the length: the bytes from behind the header to the cursor. 0: they exceed the form. */
+/** Writes the length into the header: the bytes between header and cursor. @return 0 when the form
+ *  of the header has no room for it. */
 PEXA_API QELBool QELCdrStream_serializeParameterLength(QELCdrStream* self,
                                                        const QELCdrOpenParameter* parameter);
 /** Writes the list-end header: id 0x3F02, must-understand set, length 0. */
 PEXA_API QELBool QELCdrStream_serializeListEnd(QELCdrStream* self);
-/** Reads either form. 0: incomplete, a length beyond the buffer, an extended header shorter than 8
- *  bytes. */
+/** Reads a header of either form. @return 0 when it is incomplete, its length exceeds the buffer,
+ * or an extended header has less than 8 bytes. */
 PEXA_API QELBool QELCdrStream_deserializeParameterHeader(QELCdrStream* self,
                                                          QELCdrParameterHeader* header);
-/** Moves behind the member by its header's length, whatever has been read of it. */
+/** Moves to the end of the member by the length in its header, however much of it was read. */
 PEXA_API QELBool QELCdrStream_moveToNextParameterHeader(QELCdrStream* self,
                                                         const QELCdrParameterHeader* header);
 /** @} */

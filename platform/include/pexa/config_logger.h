@@ -2,9 +2,9 @@
  * @file config_logger.h
  * @brief The middleware's own logger: verbosity by category, print format, output device.
  *
- * It receives what the port's modules and the engine report, sorted into five categories and five
- * levels. A message of level n passes when bit n-1 of its category's verbosity is set. Without a
- * device it is printed on standard output in the print format; with one, the device gets it.
+ * It receives the reports of the port's modules and of the engine, sorted into five categories and
+ * five levels. A message of level n passes when bit n-1 of its category's verbosity is set. A
+ * device gets it; without a device it is printed on standard output in the print format.
  * Thread-safe throughout; no lock is held while a device runs.
  */
 #ifndef PEXA_CONFIG_LOGGER_H
@@ -68,7 +68,7 @@ typedef struct PEXA_Config_LoggerDevice {
     void (*close)(const struct PEXA_Config_LoggerDevice* device);
 } PEXA_Config_LoggerDevice;
 
-/** @return the one logger of the process, or NULL when it cannot be made. */
+/** @return the logger of the process, or NULL when it cannot be made. */
 PEXA_API PEXA_Config_Logger* PEXA_Config_Logger_get_instance(void);
 /** @return the mask; for a NULL logger or unknown category 0. ERROR at the start. */
 PEXA_API PEXA_Config_LogVerbosity PEXA_Config_Logger_get_verbosity_by_category(

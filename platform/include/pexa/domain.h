@@ -12,7 +12,7 @@ PEXA_BEGIN_C
 
 /**
  * @name Factory
- * One per process.
+ * A process has one factory.
  * @{
  */
 /** @return the factory, made on the first call. */
@@ -38,7 +38,7 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_delete_participant(
 PEXA_API DDS_DomainParticipant* DDS_DomainParticipantFactory_lookup_participant(
     DDS_DomainParticipantFactory* self, DDS_DomainId_t domainId);
 /**
- * Makes a participant out of one that the application created with the engine itself.
+ * Makes a participant of an engine's participant that the application created itself.
  * @param engineParticipant the engine's own handle; for Cyclone DDS a `dds_entity_t`.
  * @return a participant whose deletion leaves the engine's alone, or NULL.
  */
@@ -56,8 +56,8 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_set_default_participant_q
  * which must be initialised, as it is. "_w_topic_name" applies the profile's filters by topic name;
  * a NULL topic name matches only entries without a filter.
  *
- * Profiles come from files in OMG DDS-XML (see docs/qos-profiles.md). What a file defines replaces
- * profiles of the same name from files before it: first USER_QOS_PROFILES.xml in the working
+ * Profiles come from files in OMG DDS-XML (see docs/qos-profiles.md). A file replaces profiles of
+ * the same name from files before it. The order is: first USER_QOS_PROFILES.xml in the working
  * directory, if there is one, then the files that the environment variable PEXA_QOS_PROFILES lists,
  * separated by ';', then those that the application loads. The first two are read once, when the
  * factory first needs a profile or a default. A file with any error adds nothing; the errors are
@@ -69,7 +69,7 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_set_default_participant_q
  */
 /** Most profiles altogether. */
 #define DDS_QOS_PROFILE_MAX_COUNT 1024
-/** Most profiles that one inherits from. */
+/** The largest number of profiles that a profile inherits from. */
 #define DDS_QOS_PROFILE_MAX_BASES 16
 /** Most elements of a list in a profile. */
 #define DDS_QOS_PROFILE_MAX_LIST_LENGTH 1024
@@ -179,7 +179,7 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_register_type(DDS_DomainParticip
 /** PRECONDITION_NOT_MET while a topic uses the name; BAD_PARAMETER when it is not registered. */
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_unregister_type(DDS_DomainParticipant* self,
                                                                 const char* typeName);
-/** @name Default QoS of what the participant creates; @p qos must be initialised. @{ */
+/** @name Default QoS of entities in the participant; @p qos must be initialised. @{ */
 PEXA_API DDS_ReturnCode_t
 DDS_DomainParticipant_get_default_publisher_qos(DDS_DomainParticipant* self, DDS_PublisherQos* qos);
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_set_default_publisher_qos(
@@ -221,7 +221,7 @@ DDS_Topic_get_inconsistent_topic_status(DDS_Topic* self, DDS_InconsistentTopicSt
 PEXA_API const char* DDS_ContentFilteredTopic_get_filter_expression(DDS_ContentFilteredTopic* self);
 PEXA_API DDS_ReturnCode_t DDS_ContentFilteredTopic_get_expression_parameters(
     DDS_ContentFilteredTopic* self, DDS_StringSeq* parameters);
-/** Takes effect for samples that arrive from now on; the old ones stay when it is refused. */
+/** Takes effect for samples that arrive from now on. After a refusal the old parameters stay. */
 PEXA_API DDS_ReturnCode_t DDS_ContentFilteredTopic_set_expression_parameters(
     DDS_ContentFilteredTopic* self, const DDS_StringSeq* parameters);
 PEXA_API DDS_Topic* DDS_ContentFilteredTopic_get_related_topic(DDS_ContentFilteredTopic* self);

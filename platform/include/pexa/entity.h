@@ -1,6 +1,6 @@
 /**
  * @file entity.h
- * @brief The entity types, statuses, listeners and what all entities share.
+ * @brief The entity types, statuses, listeners and the operations that all entities share.
  *
  * Every operation on a NULL entity returns BAD_PARAMETER (or NULL, 0) after one report in the
  * middleware's log. Operations on different entities may run concurrently, and so may any
@@ -157,7 +157,7 @@ typedef struct DDS_DataReaderListener {
                            const DDS_SampleLostStatus* status);
 } DDS_DataReaderListener;
 
-/** A publisher's listener hears of its writers what they do not handle themselves. */
+/** A publisher's listener gets the statuses of its writers that they do not take themselves. */
 typedef struct DDS_PublisherListener {
     DDS_DataWriterListener as_datawriterlistener;
 } DDS_PublisherListener;
@@ -167,7 +167,7 @@ typedef struct DDS_SubscriberListener {
     void (*on_data_on_readers)(void* listener_data, DDS_Subscriber* subscriber);
 } DDS_SubscriberListener;
 
-/** A participant's listener hears what nobody below handles. */
+/** A participant's listener gets the statuses that no listener below it takes. */
 typedef struct DDS_DomainParticipantListener {
     DDS_TopicListener as_topiclistener;
     DDS_PublisherListener as_publisherlistener;
@@ -176,10 +176,10 @@ typedef struct DDS_DomainParticipantListener {
 /** @} */
 
 /**
- * @name What all entities share
+ * @name Operations of all entities
  * @{
  */
-/** Brings a disabled entity into operation; an enabled one is left as it is. PRECONDITION_NOT_MET
+/** Brings a disabled entity into operation; an enabled entity stays as it is. PRECONDITION_NOT_MET
  *  while its factory is disabled. */
 PEXA_API DDS_ReturnCode_t DDS_Entity_enable(DDS_Entity* self);
 PEXA_API DDS_Boolean DDS_Entity_is_enabled(DDS_Entity* self);

@@ -2,11 +2,11 @@
  * @file log.h
  * @brief The middleware's diagnostic log: levels, masks, message templates.
  *
- * Every module of the middleware reports here. A report has a level, a submodule bit of the module
- * that makes it, a context (the operation's name) and a template with its arguments. It is written
- * only when the module's instrumentation mask has the level's bit and its submodule mask has the
- * submodule's bit. The written line is "<context>:<message>" and goes to the sink: standard output
- * until somebody (the middleware logger of libpexac) sets another.
+ * Every module of the middleware reports here. A report has a level, a submodule bit of its module,
+ * a context (the operation's name) and a template with its arguments. It is written when the
+ * module's instrumentation mask has the level's bit and the module's submodule mask has the
+ * submodule's bit. The line is "<context>:<message>". It goes to the sink, which is standard output
+ * until the middleware logger of libpexac sets its own.
  */
 #ifndef PEXA_LOG_H
 #define PEXA_LOG_H
@@ -15,7 +15,7 @@
 
 PEXA_BEGIN_C
 
-/** Levels, 1 is the most severe; level n is bit n-1 of an instrumentation mask. */
+/** Levels. 1 is the most severe. Level n is bit n-1 of an instrumentation mask. */
 typedef enum QELLogLevel {
     QEL_LOG_LEVEL_ERROR = 1,
     QEL_LOG_LEVEL_WARNING = 2,
@@ -27,7 +27,7 @@ typedef enum QELLogLevel {
 /** Bit of a level in an instrumentation mask. */
 #define QEL_LOG_BIT(level) (1u << ((unsigned)(level)-1u))
 
-/** The modules that report; each belongs to one category of the middleware logger. */
+/** The modules. Each belongs to one category of the middleware logger. */
 typedef enum QELLogModule {
     QEL_LOG_MODULE_OSAPI = 0,
     QEL_LOG_MODULE_CDR = 1,
@@ -43,7 +43,7 @@ typedef enum QELLogModule {
 #define DDS_SUBMODULE_MASK_DATA 0x10u
 #define DDS_SUBMODULE_MASK_ALL 0xffffffffu
 
-/** A message template: a printf format. The names end in the letters of the arguments. */
+/** A printf format. The name of a template ends in the conversions of its arguments. */
 typedef struct QELLogMessageTemplate {
     const char* format;
 } QELLogMessageTemplate;
@@ -79,23 +79,24 @@ PEXA_API void QELLog_setInstrumentationMask(QELLogModule module, DDS_UnsignedLon
 /** @return the module's submodule mask; all bits are set at the start. Lock-free. */
 PEXA_API DDS_UnsignedLong QELLog_getSubmoduleMask(QELLogModule module);
 PEXA_API void QELLog_setSubmoduleMask(QELLogModule module, DDS_UnsignedLong mask);
-/** @return nonzero when a report of that kind would be written. Lock-free. */
+/** @return nonzero when the masks let such a report pass. Lock-free. */
 PEXA_API QELBool QELLog_isEnabled(QELLogModule module, DDS_UnsignedLong submodule,
                                   QELLogLevel level);
 
 /**
- * Writes one report if the masks let it pass. Text longer than 1023 bytes is cut. Allocates
- * nothing, keeps no lock while the sink runs.
+ * Writes one report if the masks let it pass. A line is cut to 1023 bytes. Allocates nothing and
+ * holds no lock while the sink runs.
  */
 PEXA_API void QELLog_printContextAndMsg(QELLogModule module, DDS_UnsignedLong submodule,
                                         QELLogLevel level, const char* context,
                                         const QELLogMessageTemplate* message, ...);
 
-/** Receives every written report; runs on the reporting thread. @p text has no newline. */
+/** Receives every report that the masks let pass, on the thread that reports. @p text has no
+ *  newline. */
 typedef void (*QELLogSink)(void* sinkData, QELLogModule module, QELLogLevel level,
                            const char* text);
-/** Replaces the sink; NULL means standard output again. The change does not wait for a running
- *  call, so what @p sinkData points at must live as long as the process. */
+/** Replaces the sink; NULL means standard output. Does not wait for a running call of the old sink,
+ *  so the record behind @p sinkData must live as long as the process. */
 PEXA_API void QELLog_setSink(QELLogSink sink, void* sinkData);
 
 PEXA_END_C

@@ -17,7 +17,7 @@ PEXA_BEGIN_C
  */
 /** @return @p size bytes aligned for any record, not initialised, or NULL. Size 0 gives NULL. */
 PEXA_API void* QELOsapiHeap_allocateBytes(size_t size);
-/** Frees what any allocation of this group returned; NULL is ignored. */
+/** Frees memory that any operation of this group allocated; NULL is ignored. */
 PEXA_API void QELOsapiHeap_freeBytes(void* bytes);
 /** @return @p count elements of @p size bytes, zero-filled, or NULL (also on overflow). */
 PEXA_API void* QELOsapiHeap_allocateArrayOfSize(size_t count, size_t size);
@@ -27,9 +27,9 @@ PEXA_API void QELOsapiHeap_freeArray(void* array);
 PEXA_API void* QELOsapiHeap_allocateBufferAligned(size_t size, size_t alignment);
 /** Frees a buffer of @ref QELOsapiHeap_allocateBufferAligned; NULL is ignored. */
 PEXA_API void QELOsapiHeap_freeBufferAligned(void* buffer);
-/** The function behind @ref QELOsapiHeap_allocateStructure: one record, not initialised. */
+/** Allocates one record for @ref QELOsapiHeap_allocateStructure, not initialised. */
 PEXA_API void* QELOsapiHeap_allocateStructureOfSize(size_t size);
-/** The function behind @ref QELOsapiHeap_freeStructure. */
+/** Frees a record for @ref QELOsapiHeap_freeStructure; NULL is ignored. */
 PEXA_API void QELOsapiHeap_freeStructureBytes(void* structure);
 /** Stores a new record of type @p Type (not initialised) or NULL into `*result`. */
 #define QELOsapiHeap_allocateStructure(result, Type) \
@@ -51,18 +51,19 @@ typedef struct QELNtpTime {
 /** Fraction units of one millisecond. */
 #define QEL_NTP_TIME_FRAC_PER_MILLISECOND ((DDS_UnsignedLong)4294912)
 
-/** @return the nearest point not before @p time in seconds and nanoseconds: fraction x 2^29 /
- *  2305843009 rounded up; a second that becomes full is carried unless the seconds are at
- *  their maximum. */
+/**
+ * Converts to seconds and nanoseconds and rounds up. The nanoseconds are fraction x 2^29 /
+ * 2305843009. A full second is carried over, unless the seconds are at their maximum.
+ */
 PEXA_API DDS_Time_t QELNtpTime_toTime(QELNtpTime time);
 
 /**
- * The wall clock of the host. A clock has no state of its own: reading it while another thread
- * deletes it, or afterwards, is harmless and gives the time.
+ * The wall clock of the host. A clock has no state: a thread may read it while another thread
+ * deletes it, and afterwards.
  */
 typedef struct QELSystemClock QELSystemClock;
 
-/** @return a clock, or NULL when the host has none that can be read. */
+/** @return a clock, or NULL when the host's clock cannot be read. */
 PEXA_API QELSystemClock* QELSystemClock_new(void);
 /** Ends the use of a clock; NULL is ignored. */
 PEXA_API void QELSystemClock_delete(QELSystemClock* clock);
@@ -77,9 +78,9 @@ PEXA_API QELBool QELSystemClock_getTime(QELSystemClock* clock, QELNtpTime* now);
  * @name Semaphores
  * @{
  */
-/** Kind: recursive mutual exclusion, given by the thread that took it. */
+/** Kind: a recursive mutex; only the thread that took it may give it. */
 #define QEL_OSAPI_SEMAPHORE_KIND_MUTEX 0x0202000A
-/** Kind: counting; give adds a unit, take waits for one and removes it. */
+/** Kind: counting; give adds a unit, take waits for a unit and removes it. */
 #define QEL_OSAPI_SEMAPHORE_KIND_COUNTING 0x02020009
 /** Kind: binary; give sets it, take waits until it is set and clears it. */
 #define QEL_OSAPI_SEMAPHORE_KIND_BINARY 0x02020008
@@ -97,9 +98,9 @@ typedef struct QELOsapiSemaphoreProperty {
     /** Units at the start, 0 or more (counting kind; 0 or 1 for the binary kind). */
     DDS_Long initialCount;
     /**
-     * Counting kind: a thread that took a unit a moment ago looks for the next one after 0.05 to
-     * 0.8 ms, so that givers need not wake it. The giver who makes the units this many, 1 or more,
-     * wakes it; with 0 no giver does.
+     * Counting kind. A thread that took a unit a moment ago does not wait to be woken: it looks for
+     * the next unit by itself, every 0.05 to 0.8 ms. A give wakes it earlier only when the count
+     * reaches this number (1 or more). 0: no give wakes it earlier.
      */
     DDS_Long wakeCount;
 } QELOsapiSemaphoreProperty;
@@ -110,15 +111,19 @@ typedef struct QELOsapiSemaphoreProperty {
  */
 PEXA_API QELOsapiSemaphore* QELOsapiSemaphore_new(QELOsapiSemaphoreKind kind,
                                                   const QELOsapiSemaphoreProperty* property);
-/** Frees a semaphore on which nobody waits any more; NULL is ignored. */
+/** Frees a semaphore on which no thread waits; NULL is ignored. */
 PEXA_API void QELOsapiSemaphore_delete(QELOsapiSemaphore* semaphore);
 /**
- * Waits for the semaphore. @param timeout how long at most (monotonic); NULL waits for ever,
- * zero looks once. @return OK, TIMEOUT, or ERROR (NULL semaphore or system failure).
+ * Waits for the semaphore.
+ * @param timeout the longest wait, by the monotonic clock; NULL waits for ever, zero does not wait.
+ * @return OK, TIMEOUT, or ERROR (NULL semaphore or system failure).
  */
 PEXA_API QELOsapiSemaphoreStatus QELOsapiSemaphore_take(QELOsapiSemaphore* semaphore,
                                                         const QELNtpTime* timeout);
-/** @return OK, or ERROR: NULL, a mutex that this thread does not hold, a count at its maximum. */
+/**
+ * Gives the semaphore.
+ * @return OK, or ERROR: NULL, a mutex that this thread does not hold, a count at its maximum.
+ */
 PEXA_API QELOsapiSemaphoreStatus QELOsapiSemaphore_give(QELOsapiSemaphore* semaphore);
 /** @} */
 
@@ -144,10 +149,10 @@ typedef void* (*QELOsapiThreadFunction)(void* parameter);
 /**
  * Starts a thread.
  * @param name shows in `ps -L`, cut to 15 characters by Linux.
- * @param priority @ref QEL_OSAPI_THREAD_PRIORITY_DEFAULT, or a SCHED_FIFO priority with
- *   REALTIME_PRIORITY; without that option a priority other than the default is refused
- *   by Linux's default policy and handled like any refused priority.
- * @param options bits above; a refused priority without PRIORITY_ENFORCE is a warning in the log.
+ * @param priority @ref QEL_OSAPI_THREAD_PRIORITY_DEFAULT, or a SCHED_FIFO priority together with
+ *   the option REALTIME_PRIORITY. Without that option Linux refuses any other priority.
+ * @param options bits above. When the system refuses the priority, the thread starts with the
+ *   default one and the log gets a warning; with PRIORITY_ENFORCE the creation fails.
  * @param stackSize bytes, raised to the system's minimum, or the default.
  * @param cpuBitmap NULL, or 1024 bits (16 x uint64_t, CPU 0 is bit 0 of word 0) of allowed CPUs.
  * @return the running thread, or NULL: bad argument, no memory, refused by the system.
@@ -168,23 +173,24 @@ PEXA_API DDS_ReturnCode_t PEXA_Utility_sleep(const DDS_Duration_t* duration);
 
 /**
  * @name Global lock
- * One process-wide recursive mutex, shared by everything that builds or tears down in the process.
- * A thread that is inside a call of a logger device (see @ref QELOsapi_enterDeviceCall) waits at
- * most 10 ms for it and then fails: the thread may hold locks of the engine that the owner of the
- * global lock is waiting for.
+ * One recursive mutex of the process. Creation and finalisation of everything shared hold it.
+ * A thread that is inside a call of a logger device (see @ref QELOsapi_enterDeviceCall) waits for
+ * it 10 ms at most and then fails. Such a thread may hold locks of the engine, and the owner of the
+ * global lock may be waiting for these.
  * @{
  */
 /** @return 0 with the lock held, or nonzero without it. */
 PEXA_API int QELOsapi_global_lock(void);
 /**
- * As @ref QELOsapi_global_lock, but gives up (nonzero) once `*abandon` is nonzero, which it looks
- * at every 10 ms while it waits. For threads on which the owner of the lock may have to wait.
- * @param abandon read atomically; must stay valid during the call.
+ * As @ref QELOsapi_global_lock, for a thread that the owner of the lock may be waiting for.
+ * @param abandon read atomically every 10 ms while the call waits; the call fails when the flag is
+ *   nonzero. Must stay valid during the call. With NULL this is @ref QELOsapi_global_lock.
+ * @return 0 with the lock held, or nonzero without it.
  */
 PEXA_API int QELOsapi_global_lockUnless(const DDS_Long* abandon);
 /** @return 0, or nonzero when the calling thread does not hold the lock. */
 PEXA_API int QELOsapi_global_unlock(void);
-/** Marks the calling thread as being inside a logger device's call; nests. */
+/** Marks the calling thread as being inside a call of a logger device. Marks nest. */
 PEXA_API void QELOsapi_enterDeviceCall(void);
 /** Ends the innermost mark of @ref QELOsapi_enterDeviceCall. */
 PEXA_API void QELOsapi_leaveDeviceCall(void);

@@ -36,7 +36,7 @@ PEXA_API DDS_ReturnCode_t DDS_Publisher_set_default_datawriter_qos(DDS_Publisher
 PEXA_API DDS_DomainParticipant* DDS_Publisher_get_participant(DDS_Publisher* self);
 /** @} */
 
-/** What a general write is given besides the sample. */
+/** The parameters of a write besides the sample. */
 typedef struct DDS_WriteParams_t {
     /** The instance, NIL to derive it from the sample's key. */
     DDS_InstanceHandle_t handle;
@@ -82,11 +82,11 @@ PEXA_API DDS_ReturnCode_t DDS_DataWriter_get_key_value_untypedI(DDS_DataWriter* 
 PEXA_API DDS_InstanceHandle_t DDS_DataWriter_lookup_instance_untypedI(DDS_DataWriter* self,
                                                                       const void* sample);
 
-/** Sends what a batching writer has collected, then waits until all matched reliable readers have
- *  acknowledged, or TIMEOUT. */
+/** Sends the samples that a batching writer has collected. Then waits until all matched reliable
+ *  readers have acknowledged, or TIMEOUT. */
 PEXA_API DDS_ReturnCode_t DDS_DataWriter_wait_for_acknowledgments(DDS_DataWriter* self,
                                                                   const DDS_Duration_t* maxWait);
-/** Sends what the writer has collected if it batches, see @ref DDS_BatchQosPolicy. */
+/** Sends the samples that a batching writer has collected, see @ref DDS_BatchQosPolicy. */
 PEXA_API DDS_ReturnCode_t DDS_DataWriter_flush(DDS_DataWriter* self);
 PEXA_API DDS_ReturnCode_t DDS_DataWriter_assert_liveliness(DDS_DataWriter* self);
 /** Each status getter resets the change counts. */

@@ -3,8 +3,8 @@
  * @brief Quality-of-service policies and the QoS records of the six entity kinds.
  *
  * Policies and their meaning are those of the DDS standard (DCPS 1.4, 2.2.3). A QoS record owns
- * what it points at: `_initialize` gives it the standard's defaults, `_copy` makes a deep copy into
- * an initialised record, `_finalize` frees what it owns and is harmless on a finalised record.
+ * its memory: `_initialize` gives it the standard's defaults, `_copy` makes a deep copy into an
+ * initialised record, `_finalize` frees its memory and is harmless on a finalised record.
  */
 #ifndef PEXA_QOS_H
 #define PEXA_QOS_H
@@ -135,10 +135,10 @@ typedef struct DDS_ReaderDataLifecycleQosPolicy {
     DDS_Duration_t autopurge_nowriter_samples_delay;
     DDS_Duration_t autopurge_disposed_samples_delay;
 } DDS_ReaderDataLifecycleQosPolicy;
-/** Whether what a writer writes, disposals included, is collected to share packets. What has been
- *  collected leaves when the packet is full, before the history would drop any of it, at the first
- *  write after some milliseconds, and at DDS_DataWriter_flush(), which must follow the last write.
- * Not part of the DDS standard; nothing of it is seen on the wire. Default: off. */
+/** Whether samples and disposals of a writer are collected, so that they share packets. A packet
+ *  leaves when it is full, before the history would drop one of its samples, at the first write
+ *  after some milliseconds, and at DDS_DataWriter_flush(). The last write must be followed by
+ *  DDS_DataWriter_flush(). Not part of the DDS standard, and not seen on the wire. Default: off. */
 typedef struct DDS_BatchQosPolicy {
     DDS_Boolean enable;
 } DDS_BatchQosPolicy;
@@ -159,7 +159,7 @@ typedef struct DDS_PropertyQosPolicy {
     DDS_PropertySeq value;
 } DDS_PropertyQosPolicy;
 
-/** Where the participant stands on the wire. Filled by the port, not changeable. */
+/** The participant's address on the wire. The port fills it in; it cannot be changed. */
 typedef struct DDS_WireProtocolQosPolicy {
     /** Bytes 0-3 of the GUID prefix, most significant first. */
     DDS_UnsignedLong rtps_host_id;

@@ -2,11 +2,11 @@
  * @file sequence.h
  * @brief Sequences: one record layout, thirty operations, one implementation for all elements.
  *
- * A sequence owns its buffer or has one on loan. Every operation that reads or changes the buffers,
- * the maximum, the length or the read tokens first initialises a record whose marker is not
- * @ref DDS_SEQUENCE_MAGIC, so a zero-filled record is an empty owned sequence. A sequence is not
- * thread-safe. Failures are reported to the middleware's log (module DDS, submodule DATA) under the
- * operation's full name, such as "DDS_LongSeq_set_maximum".
+ * A sequence owns its buffer or has one on loan. A record is initialised when its marker is
+ * @ref DDS_SEQUENCE_MAGIC. Every operation on buffers, maximum, length or read tokens initialises a
+ * record that is not, so a record of zeros is an empty sequence that owns its buffer. A sequence is
+ * not thread-safe. Failures go to the middleware's log (module DDS, submodule DATA) under the full
+ * name of the operation, such as "DDS_LongSeq_set_maximum".
  */
 #ifndef PEXA_SEQUENCE_H
 #define PEXA_SEQUENCE_H
@@ -24,7 +24,7 @@ typedef struct DDS_TypeAllocationParams_t {
     DDS_Boolean allocate_pointers;
     /** Allocate optional members. */
     DDS_Boolean allocate_optional_members;
-    /** Allocate strings and sequence buffers; otherwise existing ones are emptied in place. */
+    /** Allocate strings and sequence buffers. If 0, the existing ones are emptied instead. */
     DDS_Boolean allocate_memory;
 } DDS_TypeAllocationParams_t;
 
@@ -39,31 +39,31 @@ PEXA_API extern const DDS_TypeAllocationParams_t DDS_TYPE_ALLOCATION_PARAMS_DEFA
 /** true, true. */
 PEXA_API extern const DDS_TypeDeallocationParams_t DDS_TYPE_DEALLOCATION_PARAMS_DEFAULT;
 
-/** The layout that all sequence records share; element pointers are untyped here. A pointer to any
- *  sequence record may be cast to this type, hence the attribute. */
+/** The layout that all sequence records share, with untyped element pointers. The attribute allows
+ *  to cast a pointer to any sequence record to this type. */
 typedef struct __attribute__((may_alias)) PEXASequence {
     /** Nonzero while the sequence owns its buffer, 0 while one is on loan. */
     DDS_Boolean owned;
     void* contiguousBuffer;
-    /** When not NULL, this buffer of element pointers is the one in use. */
+    /** If not NULL, this buffer of element pointers is in use instead of the contiguous one. */
     void** discontiguousBuffer;
     DDS_Long maximum;
     DDS_Long length;
     DDS_Long sequenceInit;
-    /** Kept for a reader's loan; never interpreted here. */
+    /** The reader's marks of a loan. Sequences only keep them. */
     void* readToken1;
     void* readToken2;
     DDS_TypeAllocationParams_t elementAllocationParams;
     DDS_TypeDeallocationParams_t elementDeallocationParams;
 } PEXASequence;
 
-/** What the implementation knows of an element type. */
+/** Describes an element type to the operations. */
 typedef struct PEXASequenceElement {
-    /** Name of the sequence type, the first part of every report's context. */
+    /** Name of the sequence type. It begins the context of every report. */
     const char* sequenceName;
     size_t size;
-    /** Called on zero-filled memory. @return 0 when an allocation failed; what has been allocated
-     *  until then is left to @ref finalize, which is called for such an element, too. */
+    /** Called on memory of zeros. @return 0 when an allocation failed. Then @ref finalize is called
+     *  for the element and frees what was allocated before the failure. */
     DDS_Boolean (*initialize)(void* element, const DDS_TypeAllocationParams_t* params);
     void (*finalize)(void* element, const DDS_TypeDeallocationParams_t* params);
     /** @return 0 when the value does not fit. */
@@ -75,40 +75,42 @@ typedef struct PEXASequenceElement {
  * The typed operations below forward to these; their contracts are stated here.
  * @{
  */
-/** Makes a record empty and owned with default parameters. NULL: reported, 0. */
+/** Makes an empty sequence that owns its buffer and has the default parameters. @return 0 for NULL,
+ *  which is reported. */
 PEXA_API DDS_Boolean PEXASequence_initialize(PEXASequence* self, const PEXASequenceElement* type);
 /** Same as `set_maximum(self, 0)`. */
 PEXA_API DDS_Boolean PEXASequence_finalize(PEXASequence* self, const PEXASequenceElement* type);
 PEXA_API DDS_Long PEXASequence_get_maximum(PEXASequence* self, const PEXASequenceElement* type);
 /**
- * Makes an owned buffer of exactly @p maximum elements and keeps the first elements. Every new
- * element is initialised, every old one finalised. 0 with nothing changed: NULL, negative, on loan,
- * no memory.
+ * Replaces the owned buffer by one of exactly @p maximum elements and copies as many elements as
+ * fit. Initialises every element of the new buffer and finalises every element of the old one.
+ * @return 0 with nothing changed: NULL, negative maximum, buffer on loan, no memory.
  */
 PEXA_API DDS_Boolean PEXASequence_set_maximum(PEXASequence* self, const PEXASequenceElement* type,
                                               DDS_Long maximum);
 PEXA_API DDS_Long PEXASequence_get_length(PEXASequence* self, const PEXASequenceElement* type);
-/** 0 <= @p length <= maximum, else reported and 0. Initialises and finalises no element. */
+/** Sets the length, from 0 to the maximum. Any other length is reported. Initialises and finalises
+ * no element. */
 PEXA_API DDS_Boolean PEXASequence_set_length(PEXASequence* self, const PEXASequenceElement* type,
                                              DDS_Long length);
-/** Sets the length, first growing an owned buffer to @p maximum when it is too small. */
+/** Sets the length. An owned buffer that is too small grows to @p maximum before. */
 PEXA_API DDS_Boolean PEXASequence_ensure_length(PEXASequence* self, const PEXASequenceElement* type,
                                                 DDS_Long length, DDS_Long maximum);
-/** @return where element @p index lives; out of range (reported): element 0, or NULL if there is
- *  no element at all. */
+/** @return the address of element @p index. An index out of range is reported and gives element 0,
+ *  or NULL when there is no element. */
 PEXA_API void* PEXASequence_get(PEXASequence* self, const PEXASequenceElement* type,
                                 DDS_Long index);
-/** @return where element @p index lives; out of range (reported): NULL. */
+/** @return the address of element @p index. An index out of range is reported and gives NULL. */
 PEXA_API void* PEXASequence_get_reference(PEXASequence* self, const PEXASequenceElement* type,
                                           DDS_Long index);
-/** Copies the elements, growing the destination to the source's maximum when its own is below the
- *  source's length. @return @p self, or NULL. */
+/** Copies the elements. A destination whose maximum is below the source's length grows to the
+ *  source's maximum before. @return @p self, or NULL. */
 PEXA_API PEXASequence* PEXASequence_copy(PEXASequence* self, const PEXASequenceElement* type,
                                          const PEXASequence* source);
-/** As copy, but never allocates; a loan too small is reported as "not owner". */
+/** As copy, but never grows. A loan that is too small is reported as "not owner". */
 PEXA_API DDS_Boolean PEXASequence_copy_no_alloc(PEXASequence* self, const PEXASequenceElement* type,
                                                 const PEXASequence* source);
-/** The element-wise copy itself. */
+/** As copy_no_alloc, but a loan that is too small is reported as insufficient space. */
 PEXA_API DDS_Boolean PEXASequence_copy_no_allocI(PEXASequence* self,
                                                  const PEXASequenceElement* type,
                                                  const PEXASequence* source);
@@ -129,10 +131,10 @@ PEXA_API void* PEXASequence_get_contiguous_buffer(PEXASequence* self,
                                                   const PEXASequenceElement* type);
 PEXA_API void** PEXASequence_get_discontiguous_buffer(PEXASequence* self,
                                                       const PEXASequenceElement* type);
-/** Copies all elements into @p array of @p count initialised elements. */
+/** Copies all elements into @p array, which has @p count initialised elements. */
 PEXA_API DDS_Boolean PEXASequence_to_array(PEXASequence* self, const PEXASequenceElement* type,
                                            void* array, DDS_Long count);
-/** Copies @p count elements of @p array into the sequence, which may grow. */
+/** Copies @p count elements of @p array into the sequence, which grows when it is too small. */
 PEXA_API DDS_Boolean PEXASequence_from_array(PEXASequence* self, const PEXASequenceElement* type,
                                              const void* array, DDS_Long count);
 PEXA_API DDS_Boolean PEXASequence_get_element_pointers_allocation(const PEXASequence* self);
@@ -216,9 +218,10 @@ PEXA_API DDS_Boolean PEXASequence_set_read_tokenI(PEXASequence* self,
 
 /**
  * @name The standard sequences
- * Strings of a DDS_StringSeq are owned by the sequence: heap strings, freed with it. A new element
- * is an empty string (NULL when the allocation parameters exclude memory), so one is replaced by
- * @ref DDS_String_replace rather than by assignment. Copying duplicates; NULL is copied as NULL.
+ * A DDS_StringSeq owns its strings. They come from the heap and are freed with the sequence. A new
+ * element is an empty string, or NULL when the allocation parameters exclude memory. Replace a
+ * string with @ref DDS_String_replace: an assignment would leak the old one. A copy duplicates the
+ * strings; NULL is copied as NULL.
  * @{
  */
 PEXA_SEQUENCE_RECORD(DDS_OctetSeq, DDS_Octet);

@@ -9,8 +9,8 @@
 
 PEXA_BEGIN_C
 
-/** @return an empty string with room for @p length characters and the NUL, zero-filled; NULL
- *  without memory. Free it with @ref DDS_String_free. */
+/** @return an empty string with room for @p length characters and the NUL, or NULL without memory.
+ *  All its bytes are 0. Free it with @ref DDS_String_free. */
 PEXA_API char* DDS_String_alloc(size_t length);
 /** @return a copy of @p text, or NULL (NULL text or no memory). Free with @ref DDS_String_free. */
 PEXA_API char* DDS_String_dup(const char* text);
@@ -22,9 +22,9 @@ PEXA_API void DDS_String_free(char* text);
  */
 PEXA_API char* DDS_String_replace(char** text, const char* replacement);
 /**
- * Bounded copy into an existing buffer, terminator included.
- * @param maximumSize size of the destination in bytes.
- * @return 1, or 0 with the destination unchanged: NULL argument or @p source does not fit.
+ * Copies a text with its NUL into a buffer.
+ * @param maximumSize size of the buffer in bytes.
+ * @return 1, or 0 with the buffer unchanged: NULL argument, or @p source does not fit.
  */
 PEXA_API DDS_Boolean DDS_String_copyBounded(char* destination, const char* source,
                                             size_t maximumSize);

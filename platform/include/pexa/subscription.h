@@ -24,7 +24,7 @@ typedef DDS_UnsignedLong DDS_InstanceStateMask;
 #define DDS_NOT_ALIVE_INSTANCE_STATE ((DDS_InstanceStateMask)6)
 #define DDS_ANY_INSTANCE_STATE ((DDS_InstanceStateMask)0xffff)
 
-/** What is known of a sample besides its value. */
+/** The properties of a sample besides its value. */
 typedef struct DDS_SampleInfo {
     DDS_SampleStateMask sample_state;
     DDS_ViewStateMask view_state;
@@ -92,7 +92,7 @@ typedef struct DDS_ReadSelectorI {
     DDS_Boolean take;
 } DDS_ReadSelectorI;
 
-/** A typed data sequence as the untyped operations see it, and what they hand back. */
+/** A typed data sequence as the untyped operations see it, and their results. */
 typedef struct DDS_UntypedSampleSeqI {
     /** In: the sequence's length, maximum, ownership flag, buffer, and the size of a record. */
     DDS_Long length;
@@ -128,8 +128,8 @@ PEXA_API DDS_Boolean DDS_DataReader_compare_typeI(DDS_DataReader* self, const ch
  *
  * The sequences decide who owns the result, as the DDS standard has it: a data sequence of maximum
  * 0 that owns its (absent) buffer gets a loan, which @ref DDS_DataReader_return_loan_untypedI ends;
- * one with an owned buffer gets copies, at most its maximum. @p infos must agree with it in length,
- * maximum and ownership, is loaned or filled alike.
+ * a sequence with an owned buffer gets copies, at most its maximum. @p infos must agree with it in
+ * length, maximum and ownership, and is loaned or filled alike.
  * @return OK with at least one sample; NO_DATA (lengths become 0); BAD_PARAMETER; ERROR;
  *   PRECONDITION_NOT_MET: the sequences disagree, are still on loan, max_samples exceeds an owned
  *   maximum, or the condition is another reader's; NOT_ENABLED; OUT_OF_RESOURCES.

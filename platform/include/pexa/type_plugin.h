@@ -3,9 +3,9 @@
  * @brief The type plugin: everything the middleware knows of a data type.
  *
  * A plugin is a table of operations over samples (records of the type) and CDR streams. The
- * middleware copies it at registration and calls it while it writes and reads. Endpoint data is
- * what a plugin keeps per writer or reader; operations that use one endpoint's data are serialised
- * by the middleware, those of different endpoints run concurrently.
+ * middleware copies it at registration and calls it while it writes and reads. A plugin keeps
+ * endpoint data for each writer or reader. The middleware serialises the operations that use the
+ * data of the same endpoint; those of different endpoints run concurrently.
  */
 #ifndef PEXA_TYPE_PLUGIN_H
 #define PEXA_TYPE_PLUGIN_H
@@ -28,7 +28,7 @@ typedef enum TULVEndpointKind {
     TULV_ENDPOINT_WRITER = 2
 } TULVEndpointKind;
 
-/** What the middleware tells a plugin of an endpoint that attaches. */
+/** An endpoint that attaches, as the middleware describes it to a plugin. */
 typedef struct TULVEndpointInfo {
     TULVEndpointKind kind;
     /** Samples made at attachment, and most that may be lent at a time (or unlimited). */
@@ -132,7 +132,8 @@ typedef struct TULVTypePlugin {
 
 /**
  * @name Default participant and endpoint data
- * What most plugins keep: pools of samples and key holders, an MD5 stream, encoding buffers.
+ * Endpoint data for most plugins: pools of samples and key holders, an MD5 stream, encoding
+ * buffers.
  * @{
  */
 typedef void* (*TULVCreateData)(void);

@@ -1,8 +1,8 @@
 /**
  * @file typecode.h
- * @brief Type codes: the description of a data type that travels with its plugin.
+ * @brief Type codes: the description of a data type that its plugin carries.
  *
- * Type codes are static records that live as long as the process; nothing here is ever freed.
+ * Type codes are static records. They live as long as the process.
  */
 #ifndef PEXA_TYPECODE_H
 #define PEXA_TYPECODE_H
@@ -22,7 +22,7 @@ typedef enum DDS_TCKind {
     DDS_TK_ARRAY = 15
 } DDS_TCKind;
 
-/** Final types are encoded without, mutable ones with a header per member. */
+/** How a type may change. Members of a mutable type have a header each when they are encoded. */
 typedef enum DDS_ExtensibilityKind {
     DDS_FINAL_EXTENSIBILITY = 0,
     DDS_EXTENSIBLE_EXTENSIBILITY = 1,
@@ -43,7 +43,7 @@ typedef struct DDS_TypeCodeMember {
     const char* name;
     /** Member id on the wire (structure, union) or the enumerator's number. */
     DDS_Long id;
-    /** NULL for an enumerator, and until the type code is completed. */
+    /** NULL for an enumerator. Also NULL as long as the type code is incomplete. */
     const struct DDS_TypeCode* type;
     DDS_TypeCodeMemberFlags flags;
     DDS_Visibility visibility;
@@ -73,7 +73,8 @@ PEXA_API const DDS_TypeCodeMember* DDS_TypeCode_findMember(const DDS_TypeCode* s
 /** @return the member with that id (or enumerator with that number), or NULL. */
 PEXA_API const DDS_TypeCodeMember* DDS_TypeCode_findMemberById(const DDS_TypeCode* self,
                                                                DDS_Long id);
-/** Prints @p self in IDL notation on standard output at an indentation level. */
+/** Prints the definition of the type in IDL on standard output. @param indent level of indentation.
+ */
 PEXA_API void DDS_TypeCode_printIDL(const DDS_TypeCode* self, DDS_UnsignedLong indent);
 
 PEXA_END_C

@@ -29,9 +29,9 @@ PEXA_BEGIN_C
 #define DDS_XML_MAX_DEPTH 64
 /** Elements of a document. */
 #define DDS_XML_MAX_ELEMENTS 65536
-/** Bytes of one element's own text, of an attribute and of a name. */
+/** Bytes of an element's own text, of an attribute and of a name. */
 #define DDS_XML_MAX_TEXT_LENGTH 65536
-/** Attributes of one element. */
+/** Attributes of an element. */
 #define DDS_XML_MAX_ATTRIBUTES 32
 /** Errors that a parser keeps; later ones only count. */
 #define DDS_XML_MAX_ERRORS 100
@@ -43,7 +43,7 @@ typedef struct DDS_XMLObject DDS_XMLObject;
 
 /**
  * @name Parse context
- * What a callback can know of the parse that it is called from.
+ * The state of the parse that a callback is called from.
  * @{
  */
 typedef struct DDS_XMLContext {
@@ -233,9 +233,9 @@ PEXA_API void* DDS_XMLExtensionClass_get_user_data(const DDS_XMLExtensionClass* 
  * `domain_participant_library`, `application_library`, `data`, and elements with a registered
  * class; any other element there is an error. Further inside any element may stand.
  *
- * What is wrong with the contents (an element in the wrong place, a text that a class refuses) is
- * an error after which parsing goes on, and the tree is there. A document that is not well-formed
- * or exceeds a limit has no tree.
+ * After an error of the contents (an element in the wrong place, a text that a class refuses)
+ * parsing goes on, and there is a tree. A document that is not well-formed or exceeds a limit has
+ * no tree.
  * @{
  */
 /** One error of a parse. */
@@ -246,7 +246,7 @@ typedef struct DDS_XMLError {
     DDS_Long line;
     /** The innermost element that was open, or empty. */
     const char* tagName;
-    /** What is wrong and what was expected. */
+    /** The error, and what was expected. */
     const char* message;
 } DDS_XMLError;
 
