@@ -1,9 +1,10 @@
-#include "pexa/log.h"
+#include "platform/base/log/log.hpp"
 
 #include <atomic>
-#include <cstdarg>
 #include <cstdio>
 #include <mutex>
+
+namespace pexa::base {
 
 namespace {
 
@@ -27,8 +28,8 @@ constexpr size_t most_text = 1023;
 
 constinit ModuleMasks masks[module_count];
 
-// Held while the pair is copied, so that a function never meets another one's data; a report that
-// gets this far is going to format text and to be written somewhere.
+// Held while the pair is copied, so that a function never gets another function's data. Its cost
+// does not matter: a report that comes here will be formatted and written.
 constinit std::mutex sink_mutex;
 constinit Sink current_sink = {print_to_standard_output, nullptr};
 
@@ -51,54 +52,84 @@ void format(char (&text)[most_text + 1], const char* context, const char* messag
     }
 }
 
+DDS_UnsignedLong load(std::atomic<DDS_UnsignedLong> ModuleMasks::*mask, QELLogModule module) {
+    const ModuleMasks* found = masks_of(module);
+    return found == nullptr ? 0 : (found->*mask).load(std::memory_order_relaxed);
+}
+
+void store(std::atomic<DDS_UnsignedLong> ModuleMasks::*mask, QELLogModule module,
+           DDS_UnsignedLong value) {
+    if (ModuleMasks* found = masks_of(module)) {
+        (found->*mask).store(value, std::memory_order_relaxed);
+    }
+}
+
+void set_sink(QELLogSink sink, void* data) {
+    const std::lock_guard guard(sink_mutex);
+    current_sink = sink == nullptr ? Sink{print_to_standard_output, nullptr} : Sink{sink, data};
+}
+
 }  // namespace
 
-DDS_UnsignedLong QELLog_getInstrumentationMask(QELLogModule module) {
-    const ModuleMasks* found = masks_of(module);
-    return found == nullptr ? 0 : found->instrumentation.load(std::memory_order_relaxed);
+bool is_enabled(QELLogModule module, DDS_UnsignedLong submodule, QELLogLevel level) {
+    return level >= QEL_LOG_LEVEL_ERROR && level <= QEL_LOG_LEVEL_STATUS_ALL &&
+           (load(&ModuleMasks::instrumentation, module) & QEL_LOG_BIT(level)) != 0 &&
+           (load(&ModuleMasks::submodules, module) & submodule) != 0;
 }
 
-void QELLog_setInstrumentationMask(QELLogModule module, DDS_UnsignedLong mask) {
-    if (ModuleMasks* found = masks_of(module)) {
-        found->instrumentation.store(mask, std::memory_order_relaxed);
-    }
-}
-
-DDS_UnsignedLong QELLog_getSubmoduleMask(QELLogModule module) {
-    const ModuleMasks* found = masks_of(module);
-    return found == nullptr ? 0 : found->submodules.load(std::memory_order_relaxed);
-}
-
-void QELLog_setSubmoduleMask(QELLogModule module, DDS_UnsignedLong mask) {
-    if (ModuleMasks* found = masks_of(module)) {
-        found->submodules.store(mask, std::memory_order_relaxed);
-    }
-}
-
-QELBool QELLog_isEnabled(QELLogModule module, DDS_UnsignedLong submodule, QELLogLevel level) {
-    if (level < QEL_LOG_LEVEL_ERROR || level > QEL_LOG_LEVEL_STATUS_ALL) {
-        return 0;
-    }
-    const bool enabled = (QELLog_getInstrumentationMask(module) & QEL_LOG_BIT(level)) != 0 &&
-                         (QELLog_getSubmoduleMask(module) & submodule) != 0;
-    return enabled ? 1 : 0;
-}
-
-void QELLog_printContextAndMsg(QELLogModule module, DDS_UnsignedLong submodule, QELLogLevel level,
-                               const char* context, const QELLogMessageTemplate* message, ...) {
-    if (message == nullptr || QELLog_isEnabled(module, submodule, level) == 0) {
+void print(QELLogModule module, DDS_UnsignedLong submodule, QELLogLevel level, const char* context,
+           const QELLogMessageTemplate* message, va_list arguments) {
+    if (message == nullptr || !is_enabled(module, submodule, level)) {
         return;
     }
     char text[most_text + 1];
-    va_list arguments;
-    va_start(arguments, message);
     format(text, context, message->format, arguments);
-    va_end(arguments);
     const Sink sink = get_sink();
     sink.function(sink.data, module, level, text);
 }
 
+// NOLINTNEXTLINE(cert-dcl50-cpp): takes what the exported function takes
+void report(QELLogModule module, DDS_UnsignedLong submodule, QELLogLevel level, const char* context,
+            const QELLogMessageTemplate* message, ...) {
+    va_list arguments;
+    va_start(arguments, message);
+    print(module, submodule, level, context, message, arguments);
+    va_end(arguments);
+}
+
+}  // namespace pexa::base
+
+using pexa::base::ModuleMasks;
+
+DDS_UnsignedLong QELLog_getInstrumentationMask(QELLogModule module) {
+    return pexa::base::load(&ModuleMasks::instrumentation, module);
+}
+
+void QELLog_setInstrumentationMask(QELLogModule module, DDS_UnsignedLong mask) {
+    pexa::base::store(&ModuleMasks::instrumentation, module, mask);
+}
+
+DDS_UnsignedLong QELLog_getSubmoduleMask(QELLogModule module) {
+    return pexa::base::load(&ModuleMasks::submodules, module);
+}
+
+void QELLog_setSubmoduleMask(QELLogModule module, DDS_UnsignedLong mask) {
+    pexa::base::store(&ModuleMasks::submodules, module, mask);
+}
+
+QELBool QELLog_isEnabled(QELLogModule module, DDS_UnsignedLong submodule, QELLogLevel level) {
+    return pexa::base::is_enabled(module, submodule, level) ? 1 : 0;
+}
+
+// A call with variable arguments cannot be forwarded in one line.
+void QELLog_printContextAndMsg(QELLogModule module, DDS_UnsignedLong submodule, QELLogLevel level,
+                               const char* context, const QELLogMessageTemplate* message, ...) {
+    va_list arguments;
+    va_start(arguments, message);
+    pexa::base::print(module, submodule, level, context, message, arguments);
+    va_end(arguments);
+}
+
 void QELLog_setSink(QELLogSink sink, void* sinkData) {
-    const std::lock_guard guard(sink_mutex);
-    current_sink = sink == nullptr ? Sink{print_to_standard_output, nullptr} : Sink{sink, sinkData};
+    pexa::base::set_sink(sink, sinkData);
 }

@@ -1,3 +1,5 @@
+/// @file heap_object.hpp
+/// @brief Objects in memory of the middleware's heap.
 #pragma once
 
 #include <cstddef>
@@ -8,9 +10,11 @@
 
 namespace pexa::base {
 
-/// @return a new object in memory of the middleware's heap, or NULL; end it with heap_delete.
+// The heap has C names only, also within this library: a test can then make any allocation fail.
+
+/// @return a new object, or NULL without memory. Free it with heap_delete.
 template <class Type, class... Arguments>
-[[nodiscard]] Type* heap_new(Arguments&&... arguments) {
+Type* heap_new(Arguments&&... arguments) {
     static_assert(alignof(Type) <= alignof(std::max_align_t));
     void* memory = QELOsapiHeap_allocateStructureOfSize(sizeof(Type));
     return memory == nullptr ? nullptr : new (memory) Type{std::forward<Arguments>(arguments)...};

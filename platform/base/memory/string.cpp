@@ -1,9 +1,13 @@
-#include "pexa/string.h"
+#include "platform/base/memory/string.hpp"
 
 #include <cstdint>
 #include <cstring>
 
 #include "pexa/osapi.h"
+#include "pexa/string.h"
+#include "platform/base/result.hpp"
+
+namespace pexa::base {
 
 namespace {
 
@@ -14,7 +18,7 @@ int lower(char character) {
 
 }  // namespace
 
-char* DDS_String_alloc(size_t length) {
+char* allocate_string(size_t length) {
     if (length == SIZE_MAX) {
         return nullptr;
     }
@@ -25,7 +29,7 @@ char* DDS_String_alloc(size_t length) {
     return text;
 }
 
-char* DDS_String_dup(const char* text) {
+char* duplicate_string(const char* text) {
     if (text == nullptr) {
         return nullptr;
     }
@@ -34,34 +38,34 @@ char* DDS_String_dup(const char* text) {
     return copy == nullptr ? nullptr : static_cast<char*>(std::memcpy(copy, text, size));
 }
 
-void DDS_String_free(char* text) {
+void free_string(char* text) {
     QELOsapiHeap_freeBytes(text);
 }
 
-char* DDS_String_replace(char** text, const char* replacement) {
-    char* copy = text == nullptr ? nullptr : DDS_String_dup(replacement);
+char* replace_string(char** text, const char* replacement) {
+    char* copy = text == nullptr ? nullptr : duplicate_string(replacement);
     if (copy == nullptr) {
         return nullptr;
     }
-    DDS_String_free(*text);
+    free_string(*text);
     *text = copy;
     return copy;
 }
 
-DDS_Boolean DDS_String_copyBounded(char* destination, const char* source, size_t maximumSize) {
+Status copy_bounded(char* destination, const char* source, size_t maximum_size) {
     if (destination == nullptr || source == nullptr) {
-        return DDS_BOOLEAN_FALSE;
+        return Status::bad_parameter;
     }
-    const size_t length = strnlen(source, maximumSize);
-    if (length == maximumSize) {
-        return DDS_BOOLEAN_FALSE;
+    const size_t length = strnlen(source, maximum_size);
+    if (length == maximum_size) {
+        return Status::bad_parameter;
     }
     // The source may be the destination itself or a tail of it.
     std::memmove(destination, source, length + 1);
-    return DDS_BOOLEAN_TRUE;
+    return Status::ok;
 }
 
-int MOSKString_iCompare(const char* left, const char* right) {
+int compare_without_case(const char* left, const char* right) {
     if (left == nullptr || right == nullptr) {
         return static_cast<int>(left != nullptr) - static_cast<int>(right != nullptr);
     }
@@ -70,4 +74,30 @@ int MOSKString_iCompare(const char* left, const char* right) {
         ++right;
     }
     return lower(*left) - lower(*right);
+}
+
+}  // namespace pexa::base
+
+char* DDS_String_alloc(size_t length) {
+    return pexa::base::allocate_string(length);
+}
+
+char* DDS_String_dup(const char* text) {
+    return pexa::base::duplicate_string(text);
+}
+
+void DDS_String_free(char* text) {
+    pexa::base::free_string(text);
+}
+
+char* DDS_String_replace(char** text, const char* replacement) {
+    return pexa::base::replace_string(text, replacement);
+}
+
+DDS_Boolean DDS_String_copyBounded(char* destination, const char* source, size_t maximumSize) {
+    return pexa::base::to_boolean(pexa::base::copy_bounded(destination, source, maximumSize));
+}
+
+int MOSKString_iCompare(const char* left, const char* right) {
+    return pexa::base::compare_without_case(left, right);
 }

@@ -7,16 +7,16 @@ namespace pexa::base {
 
 namespace {
 
-// Each spell of a doze is twice as long as the one before: a unit has to wait at most about as long
-// as the pause before it took, and a doze in vain costs five wake-ups. The first one also leaves
-// the givers the semaphore's cache line to themselves for that long.
+// Each spell of a doze is twice as long as the one before. So a unit waits about as long as the
+// pause before it at most, and a doze in vain wakes up five times. During the first spell the
+// givers have the semaphore's cache line to themselves.
 constexpr uint32_t first_spell_ns = 50'000;
 constexpr uint32_t last_spell_ns = 16 * first_spell_ns;
 constexpr uint32_t whole_doze_ns = 2 * last_spell_ns - first_spell_ns;
 
 }  // namespace
 
-bool CountingSemaphore::take_unit(uint64_t& state, uint64_t waiters, uint64_t mark) {
+Success CountingSemaphore::take_unit(uint64_t& state, uint64_t waiters, uint64_t mark) {
     while (units_of(state) > 0) {
         if (state_.compare_exchange_weak(state, ((state - waiters - 1) | mark) & ~dozing,
                                          std::memory_order_acquire, std::memory_order_relaxed)) {
@@ -26,21 +26,23 @@ bool CountingSemaphore::take_unit(uint64_t& state, uint64_t waiters, uint64_t ma
     return false;
 }
 
-bool CountingSemaphore::try_take() {
+Success CountingSemaphore::try_take() {
     uint64_t state = state_.load(std::memory_order_relaxed);
     return take_unit(state, 0, recently_taken);
 }
 
 void CountingSemaphore::take() {
-    // Without a deadline there is no other outcome.
-    static_cast<void>(try_take() || doze_and_take(nullptr) || wait_and_take(nullptr));
+    if (!try_take() && !doze_and_take(nullptr)) {
+        // Without a deadline it ends with a unit.
+        static_cast<void>(wait_and_take(nullptr));
+    }
 }
 
-bool CountingSemaphore::take_until(const timespec& deadline) {
-    return try_take() || doze_and_take(&deadline) || wait_and_take(&deadline);
+Status CountingSemaphore::take_until(const timespec& deadline) {
+    return try_take() || doze_and_take(&deadline) ? Status::ok : wait_and_take(&deadline);
 }
 
-bool CountingSemaphore::doze_and_take(const timespec* deadline) {
+Success CountingSemaphore::doze_and_take(const timespec* deadline) {
     uint64_t state = state_.load(std::memory_order_relaxed);
     if ((state & recently_taken) == 0) {
         return false;
@@ -54,7 +56,7 @@ bool CountingSemaphore::doze_and_take(const timespec* deadline) {
         }
         state = state_.fetch_or(dozing, std::memory_order_relaxed) | dozing;
         if (units_of(state) == 0) {
-            // Also over when a signal is handled: a shorter doze does no harm.
+            // A signal may end it early: a shorter doze does no harm.
             static_cast<void>(wait_while_equal(marks_address(), marks_of(state), &end));
         }
         if (try_take()) {
@@ -65,23 +67,24 @@ bool CountingSemaphore::doze_and_take(const timespec* deadline) {
     return false;
 }
 
-bool CountingSemaphore::wait_and_take(const timespec* deadline) {
+Status CountingSemaphore::wait_and_take(const timespec* deadline) {
     uint64_t state = state_.fetch_add(one_waiter, std::memory_order_relaxed) + one_waiter;
-    // Units that come further apart than a doze would make each of them begin one in vain.
+    // With units that come further apart than a doze lasts, each of them would begin a doze in
+    // vain.
     const timespec end_of_recent = deadline_after(0, whole_doze_ns);
     bool in_time = true;
     while (true) {
         const bool is_recent = is_before(deadline_after(0, 0), end_of_recent);
-        // Taking the unit and leaving the waiters is one step, for the sake of whoever frees the
-        // semaphore as soon as the last unit is taken.
+        // One step takes the unit and ends the waiting: another thread may free the semaphore as
+        // soon as the last unit is taken.
         if (take_unit(state, one_waiter, is_recent ? recently_taken : 0)) {
-            return true;
+            return Status::ok;
         }
         if (!in_time) {
-            // Only while there still is no unit: the giver of one may have woken this thread.
+            // Only if there is still no unit: the giver of a unit may have woken this thread.
             if (state_.compare_exchange_weak(state, state - one_waiter,
                                              std::memory_order_relaxed)) {
-                return false;
+                return Status::timeout;
             }
             continue;
         }

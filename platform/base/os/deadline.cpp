@@ -2,6 +2,8 @@
 
 #include <cerrno>
 
+#include "platform/base/os/time.hpp"
+
 namespace pexa::base {
 
 namespace {
@@ -18,7 +20,7 @@ timespec deadline_after(int64_t seconds, uint32_t nanoseconds) {
 }
 
 timespec deadline_after(QELNtpTime span) {
-    const DDS_Time_t time = QELNtpTime_toTime(span);
+    const DDS_Time_t time = to_time(span);
     return deadline_after(time.sec, time.nanosec);
 }
 

@@ -1,67 +1,78 @@
 #include "pexa/osapi.h"
 #include "platform/base/os/deadline.hpp"
 #include "platform/base/os/recursive_mutex.hpp"
+#include "platform/internal/status.hpp"
 
+namespace pexa::base {
 namespace {
 
 constexpr DDS_UnsignedLong patience_ns = 10'000'000;
 
-constinit pexa::base::RecursiveMutex global_mutex;
+constinit RecursiveMutex global_mutex;
 [[gnu::tls_model("initial-exec")]] constinit thread_local unsigned device_call_depth = 0;
 
-bool lock_soon() {
-    return global_mutex.lock_until(pexa::base::deadline_after(0, patience_ns));
+Status lock_soon() {
+    return global_mutex.lock_until(deadline_after(0, patience_ns));
 }
 
-bool lock() {
+Status lock() {
     if (device_call_depth > 0) {
         return lock_soon();
     }
     global_mutex.lock();
-    return true;
+    return Status::ok;
 }
 
-// The lock is tried before the flag is looked at: whoever can have it at once waits for nobody.
-bool lock_unless(const DDS_Long* abandon) {
+Status lock_unless(const DDS_Long* abandon) {
+    if (abandon == nullptr) {
+        return lock();
+    }
+    // Before the flag is read: a thread that gets the lock at once waits for nobody.
     if (global_mutex.try_lock()) {
-        return true;
+        return Status::ok;
     }
     while (__atomic_load_n(abandon, __ATOMIC_ACQUIRE) == 0) {
-        if (lock_soon()) {
-            return true;
-        }
-        if (device_call_depth > 0) {
-            return false;
+        const Status result = lock_soon();
+        if (result == Status::ok || device_call_depth > 0) {
+            return result;
         }
     }
-    return false;
+    return Status::timeout;
 }
 
-}  // namespace
-
-int QELOsapi_global_lock(void) {
-    return lock() ? 0 : -1;
-}
-
-int QELOsapi_global_lockUnless(const DDS_Long* abandon) {
-    const bool locked = abandon == nullptr ? lock() : lock_unless(abandon);
-    return locked ? 0 : -1;
-}
-
-int QELOsapi_global_unlock(void) {
-    return global_mutex.unlock() ? 0 : -1;
-}
-
-void QELOsapi_enterDeviceCall(void) {
-    ++device_call_depth;
-}
-
-void QELOsapi_leaveDeviceCall(void) {
+void leave_device_call() {
     if (device_call_depth > 0) {
         --device_call_depth;
     }
 }
 
+int to_code(Status result) {
+    return result == Status::ok ? 0 : -1;
+}
+
+}  // namespace
+}  // namespace pexa::base
+
+int QELOsapi_global_lock(void) {
+    return pexa::base::to_code(pexa::base::lock());
+}
+
+int QELOsapi_global_lockUnless(const DDS_Long* abandon) {
+    return pexa::base::to_code(pexa::base::lock_unless(abandon));
+}
+
+int QELOsapi_global_unlock(void) {
+    return pexa::base::to_code(pexa::base::global_mutex.unlock());
+}
+
+void QELOsapi_enterDeviceCall(void) {
+    ++pexa::base::device_call_depth;
+}
+
+void QELOsapi_leaveDeviceCall(void) {
+    pexa::base::leave_device_call();
+}
+
 QELBool QELOsapi_isInDeviceCall(void) {
-    return device_call_depth > 0 ? 1 : 0;
+    return pexa::base::device_call_depth > 0 ? 1 : 0;
 }

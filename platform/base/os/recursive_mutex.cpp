@@ -6,11 +6,11 @@ namespace pexa::base {
 
 namespace {
 
-// On common processors a microsecond or two: less than it takes to be put to sleep and woken, more
-// than mutexes are held for, as a rule.
+// One or two microseconds on common processors. That is less than it takes to sleep and be woken,
+// and more than a mutex is usually held.
 constexpr int patience = 60;
 
-// What a sleeper loses when the release did not see it coming.
+// The longest time that a thread sleeps too long.
 constexpr uint32_t longest_sleep_ns = 1'000'000;
 
 void pause_briefly() {
@@ -23,7 +23,7 @@ void pause_briefly() {
 
 }  // namespace
 
-bool RecursiveMutex::take_soon() {
+Success RecursiveMutex::take_soon() {
     for (int attempt = 0; attempt < patience; ++attempt) {
         pause_briefly();
         if (state_.load(std::memory_order_relaxed) == free && take_when_free()) {
@@ -34,15 +34,15 @@ bool RecursiveMutex::take_soon() {
     return false;
 }
 
-bool RecursiveMutex::wait(const timespec* deadline) {
+Status RecursiveMutex::wait(const timespec* deadline) {
     if (take_soon()) {
-        return true;
+        return Status::ok;
     }
     bool is_last_look = false;
-    // Whoever has waited takes it as wanted, since others may be waiting still.
+    // A thread that has waited marks it as wanted, because other threads may be waiting still.
     while (state_.exchange(taken_and_wanted, std::memory_order_acquire) != free) {
         if (is_last_look) {
-            return false;
+            return Status::timeout;
         }
         timespec end = deadline_after(0, longest_sleep_ns);
         const bool is_last_sleep = deadline != nullptr && !is_before(end, *deadline);
@@ -53,7 +53,7 @@ bool RecursiveMutex::wait(const timespec* deadline) {
     }
     owner_.store(&this_thread, std::memory_order_relaxed);
     ++depth_;
-    return true;
+    return Status::ok;
 }
 
 }  // namespace pexa::base

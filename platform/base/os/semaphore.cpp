@@ -4,22 +4,22 @@
 #include "platform/base/os/deadline.hpp"
 #include "platform/base/os/recursive_mutex.hpp"
 
-using pexa::base::CountingSemaphore;
-using pexa::base::RecursiveMutex;
-
-// The kind decides which of the two is used; the other one costs a few bytes.
+// The kind decides which of the two is used. The other one costs a few bytes.
 struct QELOsapiSemaphore {
     QELOsapiSemaphore(QELOsapiSemaphoreKind its_kind, DDS_Long units, DDS_Long many)
         : kind(its_kind), counter(units, many) {}
 
+    bool is_mutex() const { return kind == QEL_OSAPI_SEMAPHORE_KIND_MUTEX; }
+
     QELOsapiSemaphoreKind kind;
-    CountingSemaphore counter;
-    RecursiveMutex mutex;
+    pexa::base::CountingSemaphore counter;
+    pexa::base::RecursiveMutex mutex;
 };
 
+namespace pexa::base {
 namespace {
 
-// Most units of a kind; a mutex counts none.
+// The most units of a kind. A mutex has none.
 DDS_Long most_units(QELOsapiSemaphoreKind kind) {
     switch (kind) {
         case QEL_OSAPI_SEMAPHORE_KIND_COUNTING:
@@ -35,34 +35,8 @@ bool is_known(QELOsapiSemaphoreKind kind) {
     return kind == QEL_OSAPI_SEMAPHORE_KIND_MUTEX || most_units(kind) > 0;
 }
 
-bool only_looks(const QELNtpTime& timeout) {
-    return timeout.sec < 0 || (timeout.sec == 0 && timeout.frac == 0);
-}
-
-bool look(QELOsapiSemaphore* semaphore) {
-    return semaphore->kind == QEL_OSAPI_SEMAPHORE_KIND_MUTEX ? semaphore->mutex.try_lock()
-                                                             : semaphore->counter.try_take();
-}
-
-bool wait(QELOsapiSemaphore* semaphore, const QELNtpTime& timeout) {
-    const timespec deadline = pexa::base::deadline_after(timeout);
-    return semaphore->kind == QEL_OSAPI_SEMAPHORE_KIND_MUTEX
-               ? semaphore->mutex.lock_until(deadline)
-               : semaphore->counter.take_until(deadline);
-}
-
-void wait_for_ever(QELOsapiSemaphore* semaphore) {
-    if (semaphore->kind == QEL_OSAPI_SEMAPHORE_KIND_MUTEX) {
-        semaphore->mutex.lock();
-    } else {
-        semaphore->counter.take();
-    }
-}
-
-}  // namespace
-
-QELOsapiSemaphore* QELOsapiSemaphore_new(QELOsapiSemaphoreKind kind,
-                                         const QELOsapiSemaphoreProperty* property) {
+QELOsapiSemaphore* new_semaphore(QELOsapiSemaphoreKind kind,
+                                 const QELOsapiSemaphoreProperty* property) {
     const bool has_units = property != nullptr && kind != QEL_OSAPI_SEMAPHORE_KIND_MUTEX;
     const DDS_Long initial = has_units ? property->initialCount : 0;
     const DDS_Long many =
@@ -70,7 +44,70 @@ QELOsapiSemaphore* QELOsapiSemaphore_new(QELOsapiSemaphoreKind kind,
     if (!is_known(kind) || initial < 0 || initial > most_units(kind) || many < 0) {
         return nullptr;
     }
-    return pexa::base::heap_new<QELOsapiSemaphore>(kind, initial, many);
+    return heap_new<QELOsapiSemaphore>(kind, initial, many);
+}
+
+Status take_at_once(QELOsapiSemaphore& semaphore) {
+    const bool taken =
+        semaphore.is_mutex() ? semaphore.mutex.try_lock() : semaphore.counter.try_take();
+    return taken ? Status::ok : Status::timeout;
+}
+
+Status take_until(QELOsapiSemaphore& semaphore, const timespec& deadline) {
+    return semaphore.is_mutex() ? semaphore.mutex.lock_until(deadline)
+                                : semaphore.counter.take_until(deadline);
+}
+
+Status wait_for_ever(QELOsapiSemaphore& semaphore) {
+    if (semaphore.is_mutex()) {
+        semaphore.mutex.lock();
+    } else {
+        semaphore.counter.take();
+    }
+    return Status::ok;
+}
+
+Status take(QELOsapiSemaphore* semaphore, const QELNtpTime* timeout) {
+    if (semaphore == nullptr) {
+        return Status::bad_parameter;
+    }
+    if (timeout == nullptr) {
+        return wait_for_ever(*semaphore);
+    }
+    // The clock is read only if the thread has to wait.
+    const Status result = take_at_once(*semaphore);
+    const bool waits = timeout->sec > 0 || (timeout->sec == 0 && timeout->frac != 0);
+    return result == Status::timeout && waits ? take_until(*semaphore, deadline_after(*timeout))
+                                              : result;
+}
+
+Status give(QELOsapiSemaphore* semaphore) {
+    if (semaphore == nullptr) {
+        return Status::bad_parameter;
+    }
+    if (semaphore->is_mutex()) {
+        return semaphore->mutex.unlock();
+    }
+    // Read before the unit is given: its taker may free the semaphore.
+    const QELOsapiSemaphoreKind kind = semaphore->kind;
+    const Status result = semaphore->counter.give(most_units(kind));
+    // A binary semaphore that is set already stays set.
+    return kind == QEL_OSAPI_SEMAPHORE_KIND_BINARY ? Status::ok : result;
+}
+
+QELOsapiSemaphoreStatus to_code(Status result) {
+    if (result == Status::timeout) {
+        return QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT;
+    }
+    return result == Status::ok ? QEL_OSAPI_SEMAPHORE_STATUS_OK : QEL_OSAPI_SEMAPHORE_STATUS_ERROR;
+}
+
+}  // namespace
+}  // namespace pexa::base
+
+QELOsapiSemaphore* QELOsapiSemaphore_new(QELOsapiSemaphoreKind kind,
+                                         const QELOsapiSemaphoreProperty* property) {
+    return pexa::base::new_semaphore(kind, property);
 }
 
 void QELOsapiSemaphore_delete(QELOsapiSemaphore* semaphore) {
@@ -79,26 +116,9 @@ void QELOsapiSemaphore_delete(QELOsapiSemaphore* semaphore) {
 
 QELOsapiSemaphoreStatus QELOsapiSemaphore_take(QELOsapiSemaphore* semaphore,
                                                const QELNtpTime* timeout) {
-    if (semaphore == nullptr) {
-        return QEL_OSAPI_SEMAPHORE_STATUS_ERROR;
-    }
-    if (timeout == nullptr) {
-        wait_for_ever(semaphore);
-        return QEL_OSAPI_SEMAPHORE_STATUS_OK;
-    }
-    // No time need be read, and none is wanted, when there is something to take at once.
-    const bool taken = look(semaphore) || (!only_looks(*timeout) && wait(semaphore, *timeout));
-    return taken ? QEL_OSAPI_SEMAPHORE_STATUS_OK : QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT;
+    return pexa::base::to_code(pexa::base::take(semaphore, timeout));
 }
 
 QELOsapiSemaphoreStatus QELOsapiSemaphore_give(QELOsapiSemaphore* semaphore) {
-    if (semaphore == nullptr) {
-        return QEL_OSAPI_SEMAPHORE_STATUS_ERROR;
-    }
-    // Setting a binary semaphore that is set already leaves it set.
-    const bool given = semaphore->kind == QEL_OSAPI_SEMAPHORE_KIND_MUTEX
-                           ? semaphore->mutex.unlock()
-                           : semaphore->counter.give(most_units(semaphore->kind)) ||
-                                 semaphore->kind == QEL_OSAPI_SEMAPHORE_KIND_BINARY;
-    return given ? QEL_OSAPI_SEMAPHORE_STATUS_OK : QEL_OSAPI_SEMAPHORE_STATUS_ERROR;
+    return pexa::base::to_code(pexa::base::give(semaphore));
 }

@@ -1,21 +1,67 @@
-#include "pexa/sequence.h"
+#include "platform/base/result.hpp"
 #include "platform/base/sequence/operation.hpp"
 #include "platform/base/sequence/record.hpp"
+#include "platform/base/sequence/sequence.hpp"
 
-using pexa::base::element_at;
-using pexa::base::is_usable;
-using pexa::base::SequenceOperation;
+namespace pexa::base {
 
 namespace {
 
-// A source is not changed, so one that has never been initialised is only taken for empty.
+// A source is not changed, so one that has never been initialised counts as empty.
 DDS_Long length_of(const PEXASequence& source) {
     return source.sequenceInit == DDS_SEQUENCE_MAGIC ? source.length : 0;
 }
 
-bool are_usable(PEXASequence* self, const PEXASequence* source,
-                const SequenceOperation& operation) {
-    return is_usable(self, operation) && (source != nullptr || operation.bad_parameter("src") != 0);
+Status prepare_both(PEXASequence* self, const PEXASequence* source,
+                    const SequenceOperation& operation) {
+    const Status prepared = prepare(self, operation);
+    return prepared == Status::ok && source == nullptr ? operation.bad_parameter("src") : prepared;
+}
+
+Status copy_no_alloc_internal(PEXASequence* self, const PEXASequenceElement* type,
+                              const PEXASequence* source) {
+    const SequenceOperation operation(type, "copy_no_allocI");
+    const Status prepared = prepare_both(self, source, operation);
+    if (prepared != Status::ok || self == source) {
+        return prepared;
+    }
+    const DDS_Long length = length_of(*source);
+    if (set_length(self, type, length) != Status::ok) {
+        return operation.insufficient_space(self->maximum, length);
+    }
+    for (DDS_Long index = 0; index < length; ++index) {
+        if (type->copy(element_at(*self, *type, index), element_at(*source, *type, index)) == 0) {
+            return operation.failure("copy of an element");
+        }
+    }
+    return Status::ok;
+}
+
+Status copy_no_alloc(PEXASequence* self, const PEXASequenceElement* type,
+                     const PEXASequence* source) {
+    const SequenceOperation operation(type, "copy_no_alloc");
+    const Status prepared = prepare_both(self, source, operation);
+    if (prepared != Status::ok) {
+        return prepared;
+    }
+    if (self->owned == 0 && length_of(*source) > self->maximum) {
+        return operation.not_owner();
+    }
+    return copy_no_alloc_internal(self, type, source);
+}
+
+Status copy(PEXASequence* self, const PEXASequenceElement* type, const PEXASequence* source) {
+    const Status prepared = prepare_both(self, source, {type, "copy"});
+    if (prepared != Status::ok) {
+        return prepared;
+    }
+    if (self->maximum < length_of(*source)) {
+        const Status grown = set_maximum(self, type, source->maximum);
+        if (grown != Status::ok) {
+            return grown;
+        }
+    }
+    return copy_no_alloc(self, type, source);
 }
 
 // Makes an array look like a full sequence for the time of one copy.
@@ -24,92 +70,81 @@ public:
     ArrayAsSequence(const PEXASequenceElement* type, const SequenceOperation& operation)
         : type_(type), operation_(operation) {}
 
-    [[nodiscard]] bool loan(void* array, DDS_Long count) {
-        return PEXASequence_loan_contiguous(&sequence_, type_, array, count, count) != 0 ||
-               operation_.violated("loan contiguous array") != 0;
+    Status loan(void* array, DDS_Long count) {
+        return loan_contiguous(&sequence_, type_, array, count, count) == Status::ok
+                   ? Status::ok
+                   : operation_.violated("loan contiguous array");
     }
-    [[nodiscard]] bool unloan() {
-        return PEXASequence_unloan(&sequence_, type_) != 0 ||
-               operation_.violated("unloan contiguous array") != 0;
+    Status unloan() {
+        return base::unloan(&sequence_, type_) == Status::ok
+                   ? Status::ok
+                   : operation_.violated("unloan contiguous array");
     }
-    [[nodiscard]] PEXASequence* get() { return &sequence_; }
+    PEXASequence* get() { return &sequence_; }
 
 private:
     const PEXASequenceElement* type_;
     const SequenceOperation& operation_;
-    PEXASequence sequence_ = pexa::base::empty_sequence();
+    PEXASequence sequence_ = empty_sequence();
 };
+
+Status to_array(PEXASequence* self, const PEXASequenceElement* type, void* array, DDS_Long count) {
+    const SequenceOperation operation(type, "to_array");
+    ArrayAsSequence target(type, operation);
+    Status result = prepare(self, operation);
+    if (result == Status::ok) {
+        result = target.loan(array, count);
+    }
+    if (result != Status::ok) {
+        return result;
+    }
+    return copy_no_alloc_internal(target.get(), type, self) == Status::ok
+               ? target.unloan()
+               : operation.violated("copying array sequence");
+}
+
+Status from_array(PEXASequence* self, const PEXASequenceElement* type, const void* array,
+                  DDS_Long count) {
+    const SequenceOperation operation(type, "from_array");
+    ArrayAsSequence source(type, operation);
+    Status result = prepare(self, operation);
+    if (result == Status::ok) {
+        // The loan is only read.
+        result = source.loan(const_cast<void*>(array), count);
+    }
+    if (result != Status::ok) {
+        return result;
+    }
+    return copy(self, type, source.get()) == Status::ok
+               ? source.unloan()
+               : operation.violated("copying array sequence");
+}
 
 }  // namespace
 
+}  // namespace pexa::base
+
 PEXASequence* PEXASequence_copy(PEXASequence* self, const PEXASequenceElement* type,
                                 const PEXASequence* source) {
-    if (!are_usable(self, source, {type, "copy"})) {
-        return nullptr;
-    }
-    if (self->maximum < length_of(*source) &&
-        PEXASequence_set_maximum(self, type, source->maximum) == 0) {
-        return nullptr;
-    }
-    return PEXASequence_copy_no_alloc(self, type, source) != 0 ? self : nullptr;
+    return pexa::base::copy(self, type, source) == pexa::Status::ok ? self : nullptr;
 }
 
 DDS_Boolean PEXASequence_copy_no_alloc(PEXASequence* self, const PEXASequenceElement* type,
                                        const PEXASequence* source) {
-    const SequenceOperation operation(type, "copy_no_alloc");
-    if (!are_usable(self, source, operation)) {
-        return DDS_BOOLEAN_FALSE;
-    }
-    if (self->owned == 0 && length_of(*source) > self->maximum) {
-        return operation.not_owner();
-    }
-    return PEXASequence_copy_no_allocI(self, type, source);
+    return pexa::base::to_boolean(pexa::base::copy_no_alloc(self, type, source));
 }
 
 DDS_Boolean PEXASequence_copy_no_allocI(PEXASequence* self, const PEXASequenceElement* type,
                                         const PEXASequence* source) {
-    const SequenceOperation operation(type, "copy_no_allocI");
-    if (!are_usable(self, source, operation)) {
-        return DDS_BOOLEAN_FALSE;
-    }
-    if (self == source) {
-        return DDS_BOOLEAN_TRUE;
-    }
-    const DDS_Long length = length_of(*source);
-    if (PEXASequence_set_length(self, type, length) == 0) {
-        return operation.insufficient_space(self->maximum, length);
-    }
-    for (DDS_Long index = 0; index < length; ++index) {
-        if (type->copy(element_at(*self, *type, index), element_at(*source, *type, index)) == 0) {
-            return operation.failure("copy of an element");
-        }
-    }
-    return DDS_BOOLEAN_TRUE;
+    return pexa::base::to_boolean(pexa::base::copy_no_alloc_internal(self, type, source));
 }
 
 DDS_Boolean PEXASequence_to_array(PEXASequence* self, const PEXASequenceElement* type, void* array,
                                   DDS_Long count) {
-    const SequenceOperation operation(type, "to_array");
-    ArrayAsSequence target(type, operation);
-    if (!is_usable(self, operation) || !target.loan(array, count)) {
-        return DDS_BOOLEAN_FALSE;
-    }
-    if (PEXASequence_copy_no_allocI(target.get(), type, self) == 0) {
-        return operation.violated("copying array sequence");
-    }
-    return target.unloan() ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+    return pexa::base::to_boolean(pexa::base::to_array(self, type, array, count));
 }
 
 DDS_Boolean PEXASequence_from_array(PEXASequence* self, const PEXASequenceElement* type,
                                     const void* array, DDS_Long count) {
-    const SequenceOperation operation(type, "from_array");
-    ArrayAsSequence source(type, operation);
-    // The loan is only read.
-    if (!is_usable(self, operation) || !source.loan(const_cast<void*>(array), count)) {
-        return DDS_BOOLEAN_FALSE;
-    }
-    if (PEXASequence_copy(self, type, source.get()) == nullptr) {
-        return operation.violated("copying array sequence");
-    }
-    return source.unloan() ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+    return pexa::base::to_boolean(pexa::base::from_array(self, type, array, count));
 }

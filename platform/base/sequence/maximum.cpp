@@ -1,13 +1,12 @@
 #include <algorithm>
 
 #include "pexa/osapi.h"
-#include "pexa/sequence.h"
+#include "platform/base/result.hpp"
 #include "platform/base/sequence/operation.hpp"
 #include "platform/base/sequence/record.hpp"
+#include "platform/base/sequence/sequence.hpp"
 
-using pexa::base::element_at;
-using pexa::base::is_usable;
-using pexa::base::SequenceOperation;
+namespace pexa::base {
 
 namespace {
 
@@ -18,7 +17,7 @@ void finalize_elements(const PEXASequence& sequence, const PEXASequenceElement& 
     }
 }
 
-// Frees an owned buffer, of which the first elements have been given to the initialisation.
+// Frees an owned buffer. The first elements are finalised before.
 void free_buffer(PEXASequence& sequence, const PEXASequenceElement& type, DDS_Long initialized) {
     if (sequence.contiguousBuffer != nullptr) {
         finalize_elements(sequence, type, initialized);
@@ -26,6 +25,7 @@ void free_buffer(PEXASequence& sequence, const PEXASequenceElement& type, DDS_Lo
     }
 }
 
+// Returns the number of elements that could be initialised.
 DDS_Long initialize_elements(const PEXASequence& sequence, const PEXASequenceElement& type) {
     DDS_Long done = 0;
     while (done < sequence.maximum && type.initialize(element_at(sequence, type, done),
@@ -35,40 +35,61 @@ DDS_Long initialize_elements(const PEXASequence& sequence, const PEXASequenceEle
     return done;
 }
 
-bool copy_elements(const PEXASequence& destination, const PEXASequence& source,
-                   const PEXASequenceElement& type) {
+Status copy_elements(const PEXASequence& destination, const PEXASequence& source,
+                     const PEXASequenceElement& type) {
     for (DDS_Long index = 0; index < destination.length; ++index) {
         if (type.copy(element_at(destination, type, index), element_at(source, type, index)) == 0) {
-            return false;
+            return Status::error;
         }
     }
-    return true;
+    return Status::ok;
 }
 
-// Gives an empty sequence a buffer of its maximum, initialised throughout.
-bool make_buffer(PEXASequence& sequence, const PEXASequenceElement& type,
-                 const SequenceOperation& operation) {
+// Gives an empty sequence a buffer of its maximum, with all elements initialised.
+Status make_buffer(PEXASequence& sequence, const PEXASequenceElement& type,
+                   const SequenceOperation& operation) {
     sequence.contiguousBuffer =
         QELOsapiHeap_allocateArrayOfSize(static_cast<size_t>(sequence.maximum), type.size);
     if (sequence.contiguousBuffer == nullptr) {
-        return operation.no_memory(sequence.maximum) != 0;
+        return operation.no_memory(sequence.maximum);
     }
     const DDS_Long initialized = initialize_elements(sequence, type);
     if (initialized < sequence.maximum) {
-        // The element that failed may hold part of what it needs.
+        // The element that failed may own memory, too.
         free_buffer(sequence, type, initialized + 1);
-        return operation.failure("initialization of an element") != 0;
+        return operation.failure("initialization of an element");
     }
-    return true;
+    return Status::ok;
+}
+
+Status resize(PEXASequence& sequence, const PEXASequenceElement& type,
+              const SequenceOperation& operation, DDS_Long maximum) {
+    PEXASequence resized = sequence;
+    resized.contiguousBuffer = nullptr;
+    resized.maximum = maximum;
+    resized.length = std::min(maximum, sequence.length);
+    if (maximum > 0) {
+        const Status made = make_buffer(resized, type, operation);
+        if (made != Status::ok) {
+            return made;
+        }
+    }
+    if (copy_elements(resized, sequence, type) != Status::ok) {
+        free_buffer(resized, type, resized.maximum);
+        return operation.failure("copy of an element");
+    }
+    free_buffer(sequence, type, sequence.maximum);
+    sequence = resized;
+    return Status::ok;
 }
 
 }  // namespace
 
-DDS_Boolean PEXASequence_set_maximum(PEXASequence* self, const PEXASequenceElement* type,
-                                     DDS_Long maximum) {
+Status set_maximum(PEXASequence* self, const PEXASequenceElement* type, DDS_Long maximum) {
     const SequenceOperation operation(type, "set_maximum");
-    if (!is_usable(self, operation)) {
-        return DDS_BOOLEAN_FALSE;
+    const Status prepared = prepare(self, operation);
+    if (prepared != Status::ok) {
+        return prepared;
     }
     if (maximum < 0) {
         return operation.violated("max size must be positive");
@@ -76,21 +97,16 @@ DDS_Boolean PEXASequence_set_maximum(PEXASequence* self, const PEXASequenceEleme
     if (self->owned == 0) {
         return operation.violated("buffer must not be loaned");
     }
-    if (maximum == self->maximum) {
-        return DDS_BOOLEAN_TRUE;
-    }
-    PEXASequence resized = *self;
-    resized.contiguousBuffer = nullptr;
-    resized.maximum = maximum;
-    resized.length = std::min(maximum, self->length);
-    if (maximum > 0 && !make_buffer(resized, *type, operation)) {
-        return DDS_BOOLEAN_FALSE;
-    }
-    if (!copy_elements(resized, *self, *type)) {
-        free_buffer(resized, *type, resized.maximum);
-        return operation.failure("copy of an element");
-    }
-    free_buffer(*self, *type, self->maximum);
-    *self = resized;
-    return DDS_BOOLEAN_TRUE;
+    return maximum == self->maximum ? Status::ok : resize(*self, *type, operation, maximum);
+}
+
+}  // namespace pexa::base
+
+DDS_Boolean PEXASequence_set_maximum(PEXASequence* self, const PEXASequenceElement* type,
+                                     DDS_Long maximum) {
+    return pexa::base::to_boolean(pexa::base::set_maximum(self, type, maximum));
+}
+
+DDS_Boolean PEXASequence_finalize(PEXASequence* self, const PEXASequenceElement* type) {
+    return pexa::base::to_boolean(pexa::base::set_maximum(self, type, 0));
 }

@@ -4,61 +4,63 @@
 #include <cstdio>
 #include <limits>
 
+#include "platform/base/log/log.hpp"
+
 namespace pexa::base {
 
 template <class... Arguments>
 void SequenceOperation::report(QELLogLevel level, const QELLogMessageTemplate& message,
                                Arguments... arguments) const {
-    if (QELLog_isEnabled(QEL_LOG_MODULE_DDS, DDS_SUBMODULE_MASK_DATA, level) == 0) {
+    if (!is_enabled(QEL_LOG_MODULE_DDS, DDS_SUBMODULE_MASK_DATA, level)) {
         return;
     }
     char context[160];
     std::snprintf(context, sizeof context, "%s_%s", type_->sequenceName, name_);
-    QELLog_printContextAndMsg(QEL_LOG_MODULE_DDS, DDS_SUBMODULE_MASK_DATA, level, context, &message,
-                              arguments...);
+    base::report(QEL_LOG_MODULE_DDS, DDS_SUBMODULE_MASK_DATA, level, context, &message,
+                 arguments...);
 }
 
-DDS_Boolean SequenceOperation::bad_parameter(const char* parameter) const {
+Status SequenceOperation::bad_parameter(const char* parameter) const {
     report(QEL_LOG_LEVEL_ERROR, DDS_LOG_BAD_PARAMETER_s, parameter);
-    return DDS_BOOLEAN_FALSE;
+    return Status::bad_parameter;
 }
 
-DDS_Boolean SequenceOperation::violated(const char* condition) const {
+Status SequenceOperation::violated(const char* condition) const {
     report(QEL_LOG_LEVEL_ERROR, QEL_LOG_ASSERT_FAILURE_s, condition);
-    return DDS_BOOLEAN_FALSE;
+    return Status::precondition_not_met;
 }
 
-DDS_Boolean SequenceOperation::insufficient_space(DDS_Long available, DDS_Long needed) const {
+Status SequenceOperation::insufficient_space(DDS_Long available, DDS_Long needed) const {
     report(QEL_LOG_LEVEL_ERROR, QEL_LOG_INSUFFICIENT_SPACE_FAILURE_dd, available, needed);
-    return DDS_BOOLEAN_FALSE;
+    return Status::out_of_resources;
 }
 
-DDS_Boolean SequenceOperation::not_owner() const {
+Status SequenceOperation::not_owner() const {
     report(QEL_LOG_LEVEL_ERROR, DDS_LOG_SEQUENCE_NOT_OWNER);
-    return DDS_BOOLEAN_FALSE;
+    return Status::precondition_not_met;
 }
 
-DDS_Boolean SequenceOperation::set_failure(const char* what) const {
+Status SequenceOperation::set_failure(const char* what) const {
     report(QEL_LOG_LEVEL_ERROR, DDS_LOG_SET_FAILURE_s, what);
-    return DDS_BOOLEAN_FALSE;
+    return Status::error;
 }
 
-DDS_Boolean SequenceOperation::get_failure(const char* what) const {
+Status SequenceOperation::get_failure(const char* what) const {
     report(QEL_LOG_LEVEL_ERROR, DDS_LOG_GET_FAILURE_s, what);
-    return DDS_BOOLEAN_FALSE;
+    return Status::error;
 }
 
-DDS_Boolean SequenceOperation::failure(const char* what) const {
+Status SequenceOperation::failure(const char* what) const {
     report(QEL_LOG_LEVEL_ERROR, QEL_LOG_ANY_FAILURE_s, what);
-    return DDS_BOOLEAN_FALSE;
+    return Status::error;
 }
 
-DDS_Boolean SequenceOperation::no_memory(DDS_Long count) const {
+Status SequenceOperation::no_memory(DDS_Long count) const {
     constexpr size_t most = std::numeric_limits<int>::max();
     const auto elements = static_cast<size_t>(count);
     const size_t bytes = type_->size > most / elements ? most : type_->size * elements;
     report(QEL_LOG_LEVEL_ERROR, QEL_LOG_MALLOC_FAILURE_d, static_cast<int>(bytes));
-    return DDS_BOOLEAN_FALSE;
+    return Status::out_of_resources;
 }
 
 void SequenceOperation::allocates(DDS_Long old_maximum, DDS_Long new_maximum) const {

@@ -16,14 +16,14 @@ PEXASequence empty_sequence() {
     return empty;
 }
 
-bool is_usable(PEXASequence* self, const SequenceOperation& operation) {
+Status prepare(PEXASequence* self, const SequenceOperation& operation) {
     if (self == nullptr) {
-        return operation.bad_parameter("self") != 0;
+        return operation.bad_parameter("self");
     }
     if (self->sequenceInit != DDS_SEQUENCE_MAGIC) {
         *self = empty_sequence();
     }
-    return true;
+    return Status::ok;
 }
 
 void* element_at(const PEXASequence& self, const PEXASequenceElement& type, DDS_Long index) {

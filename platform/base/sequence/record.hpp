@@ -1,3 +1,5 @@
+/// @file record.hpp
+/// @brief The record that all sequences share.
 #pragma once
 
 #include "pexa/sequence.h"
@@ -6,12 +8,11 @@
 namespace pexa::base {
 
 /// @return the record of an empty, owned sequence with default parameters.
-[[nodiscard]] PEXASequence empty_sequence();
-/// Tells whether @p self is there (if not, reports it) and initialises a record that has never
-/// been initialised.
-[[nodiscard]] bool is_usable(PEXASequence* self, const SequenceOperation& operation);
-/// @return where element @p index lives, which the buffer must have room for.
-[[nodiscard]] void* element_at(const PEXASequence& self, const PEXASequenceElement& type,
-                               DDS_Long index);
+PEXASequence empty_sequence();
+/// Initialises a record that has never been initialised.
+/// @return ok, or bad_parameter after a report when @p self is NULL.
+Status prepare(PEXASequence* self, const SequenceOperation& operation);
+/// @return the address of element @p index, which must be below the maximum.
+void* element_at(const PEXASequence& self, const PEXASequenceElement& type, DDS_Long index);
 
 }  // namespace pexa::base

@@ -1,4 +1,4 @@
-#include "pexa/typecode.h"
+#include "platform/base/type_plugin/type_code.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -6,10 +6,12 @@
 const DDS_TypeCode DDS_g_tc_long = {DDS_TK_LONG, DDS_FINAL_EXTENSIBILITY, "long", 0, nullptr, 0,
                                     nullptr};
 
+namespace pexa::base {
+
 namespace {
 
 template <class Predicate>
-const DDS_TypeCodeMember* find_member(const DDS_TypeCode* self, Predicate is_wanted) {
+const DDS_TypeCodeMember* find_member_if(const DDS_TypeCode* self, Predicate is_wanted) {
     if (self == nullptr) {
         return nullptr;
     }
@@ -21,12 +23,23 @@ const DDS_TypeCodeMember* find_member(const DDS_TypeCode* self, Predicate is_wan
 
 }  // namespace
 
-const DDS_TypeCodeMember* DDS_TypeCode_findMember(const DDS_TypeCode* self, const char* name) {
-    return name == nullptr ? nullptr : find_member(self, [name](const DDS_TypeCodeMember& member) {
+const DDS_TypeCodeMember* find_member(const DDS_TypeCode* type, const char* name) {
+    const auto is_wanted = [name](const DDS_TypeCodeMember& member) {
         return std::strcmp(member.name, name) == 0;
-    });
+    };
+    return name == nullptr ? nullptr : find_member_if(type, is_wanted);
+}
+
+const DDS_TypeCodeMember* find_member(const DDS_TypeCode* type, DDS_Long id) {
+    return find_member_if(type, [id](const DDS_TypeCodeMember& member) { return member.id == id; });
+}
+
+}  // namespace pexa::base
+
+const DDS_TypeCodeMember* DDS_TypeCode_findMember(const DDS_TypeCode* self, const char* name) {
+    return pexa::base::find_member(self, name);
 }
 
 const DDS_TypeCodeMember* DDS_TypeCode_findMemberById(const DDS_TypeCode* self, DDS_Long id) {
-    return find_member(self, [id](const DDS_TypeCodeMember& member) { return member.id == id; });
+    return pexa::base::find_member(self, id);
 }

@@ -1,22 +1,25 @@
 #include <cstdio>
 #include <cstring>
 
-#include "pexa/type_plugin.h"
 #include "pexa/typecode.h"
+#include "platform/base/type_plugin/print.hpp"
+#include "platform/base/type_plugin/type_code.hpp"
+
+namespace pexa::base {
 
 namespace {
 
 constexpr char scope_separator[] = "::";
 
 void print_line(DDS_UnsignedLong level, const char* text) {
-    QELPrint_indent(level);
+    print_indent(level);
     std::puts(text);
 }
 
-// Ends the line only if the format does.
+// The format may end the line.
 template <class... Arguments>
 void print_format(DDS_UnsignedLong level, const char* format, Arguments... arguments) {
-    QELPrint_indent(level);
+    print_indent(level);
     std::printf(format, arguments...);
 }
 
@@ -32,7 +35,7 @@ const char* extensibility_annotation(DDS_ExtensibilityKind kind) {
     return "";
 }
 
-// The type as a member is declared with it.
+// Prints the type in the form in which a member refers to it.
 void print_reference(const DDS_TypeCode* type) {
     if (type == nullptr) {
         std::fputs("any", stdout);
@@ -49,7 +52,7 @@ void print_reference(const DDS_TypeCode* type) {
     }
 }
 
-// An array is known by what follows the declared name.
+// The dimension of an array stands behind the declared name.
 void print_dimension(const DDS_TypeCode* type) {
     if (type != nullptr && type->kind == DDS_TK_ARRAY) {
         std::printf("[%u]", type->bound);
@@ -71,7 +74,7 @@ void print_struct_member(const DDS_TypeCodeMember& member, DDS_UnsignedLong leve
 
 void print_branch(const DDS_TypeCode& type, const DDS_TypeCodeMember& member,
                   DDS_UnsignedLong level) {
-    const DDS_TypeCodeMember* label = DDS_TypeCode_findMemberById(type.element, member.label);
+    const DDS_TypeCodeMember* label = find_member(type.element, member.label);
     if (label != nullptr) {
         print_format(level, "case %s:\n", label->name);
     } else {
@@ -124,9 +127,7 @@ void print_in_modules(const DDS_TypeCode& type, const char* name, DDS_UnsignedLo
     print_line(level, "};");
 }
 
-}  // namespace
-
-void DDS_TypeCode_printIDL(const DDS_TypeCode* self, DDS_UnsignedLong indent) {
+void print_idl(const DDS_TypeCode* self, DDS_UnsignedLong indent) {
     if (self == nullptr) {
         return;
     }
@@ -136,9 +137,17 @@ void DDS_TypeCode_printIDL(const DDS_TypeCode* self, DDS_UnsignedLong indent) {
         print_in_modules(*self, self->name, indent);
         return;
     }
-    // The others have no definition of their own: they are written where they are used.
-    QELPrint_indent(indent);
+    // The others have no definition, so they are printed as a member would refer to them.
+    print_indent(indent);
     print_reference(self);
     print_dimension(self);
     std::puts("");
+}
+
+}  // namespace
+
+}  // namespace pexa::base
+
+void DDS_TypeCode_printIDL(const DDS_TypeCode* self, DDS_UnsignedLong indent) {
+    pexa::base::print_idl(self, indent);
 }

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "pexa/buffer_pool.h"
-#include "tests/support/heap_faults.hpp"
+#include "tests/support/faults.hpp"
 
 namespace {
 
@@ -97,7 +97,7 @@ TEST(BufferPool, MakesAndEndsTheContentOfEachBufferOnce) {
 }
 
 TEST(BufferPool, SurvivesEveryFailingAllocation) {
-    heap_faults::sweep([] {
+    orvane::test::sweep(orvane::test::heap_allocation, [] {
         const MOSKFastBufferPoolProperty property = {1, unlimited, unlimited, 0};
         MOSKFastBufferPool* pool = MOSKFastBufferPool_new(8, 8, &property);
         bool complete = true;

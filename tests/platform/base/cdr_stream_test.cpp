@@ -193,4 +193,33 @@ TEST(CdrStream, EncapsulationDecidesOnByteOrderAndOrigin) {
     }
 }
 
+TEST(CdrParameter, HeadersBeginAtAMultipleOfFour) {
+    StreamOf stream(16);
+    stream->position = 1;
+    ASSERT_EQ(QELCdrStream_serializeListEnd(stream.get()), 1);
+    EXPECT_EQ(stream.written(), "#\0\0\0\2\x7f\0\0"s);
+
+    stream->position = 1;
+    QELCdrParameterHeader header{};
+    ASSERT_EQ(QELCdrStream_deserializeParameterHeader(stream.get(), &header), 1);
+    EXPECT_EQ(header.isListEnd, 1);
+    EXPECT_EQ(header.valuePosition, 8U);
+}
+
+TEST(CdrParameter, RefusesIdsAndLengthsThatAFormCannotHold) {
+    std::vector<char> buffer(0x10000 + 4);
+    QELCdrStream stream;
+    QELCdrStream_init(&stream, buffer.data(), buffer.size());
+    QELCdrOpenParameter open{};
+    EXPECT_EQ(QELCdrStream_serializeParameterHeader(&stream, &open, 0, 0x3F01, 0), 0);
+    EXPECT_EQ(QELCdrStream_serializeParameterHeader(&stream, &open, 1, 0x10000000, 0), 0);
+    EXPECT_EQ(stream.position, 0U);
+    ASSERT_EQ(QELCdrStream_serializeParameterHeader(&stream, &open, 0, 1, 0), 1);
+    ASSERT_EQ(QELCdrStream_skipBytes(&stream, 0x10000), 1);
+    EXPECT_EQ(QELCdrStream_serializeParameterLength(&stream, &open), 0);
+    stream.position -= 1;
+    EXPECT_EQ(QELCdrStream_serializeParameterLength(&stream, &open), 1);
+    EXPECT_EQ(std::string(buffer.data(), 4), "\1\0\xff\xff"s);
+}
+
 }  // namespace

@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "pexa/log.h"
-#include "tests/support/reports.hpp"
+#include "tests/support/text.hpp"
 
 namespace {
 
@@ -34,7 +34,7 @@ TEST(Log, WritesWhatBothMasksLetPass) {
         {0xffffffff, 0xff, beyond, 0x10, false},
         {0xffffffff, 0xff, below, 0x10, false},
     };
-    Reports reports;
+    orvane::test::Reports reports;
     for (const Case& item : cases) {
         QELLog_setInstrumentationMask(QEL_LOG_MODULE_DDS, item.levels);
         QELLog_setSubmoduleMask(QEL_LOG_MODULE_DDS, item.submodules);
@@ -52,7 +52,7 @@ TEST(Log, WritesWhatBothMasksLetPass) {
 }
 
 TEST(Log, CutsTextAt1023Bytes) {
-    Reports reports;
+    orvane::test::Reports reports;
     const std::string longer(2000, 'x');
     QELLog_printContextAndMsg(QEL_LOG_MODULE_CDR, 1, QEL_LOG_LEVEL_ERROR, "c", &QEL_LOG_ANY_s,
                               longer.c_str());

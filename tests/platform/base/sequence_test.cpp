@@ -1,12 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstring>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "pexa/sequence.h"
 #include "pexa/string.h"
-#include "tests/support/reports.hpp"
+#include "tests/support/faults.hpp"
+#include "tests/support/text.hpp"
 
 namespace {
 
@@ -31,22 +35,7 @@ protected:
     DDS_LongSeq pointers_{};
     DDS_Long numbers_[3] = {10, 20, 30};
     DDS_Long* number_pointers_[3] = {&numbers_[2], &numbers_[0], nullptr};
-    Reports reports_;
-};
-
-// Checks that an operation has failed with these reports.
-class Refusals {
-public:
-    explicit Refusals(Reports& reports) : reports_(reports) {}
-
-    template <class Result>
-    void expect(Result result, const Texts& texts) {
-        EXPECT_FALSE(result) << texts.back();
-        EXPECT_EQ(reports_.take(), texts);
-    }
-
-private:
-    Reports& reports_;
+    orvane::test::Reports reports_;
 };
 
 TEST_F(SequenceTest, AnyRecordWithoutTheMarkerIsAnEmptyOwnedSequence) {
@@ -73,100 +62,82 @@ TEST_F(SequenceTest, AnyRecordWithoutTheMarkerIsAnEmptyOwnedSequence) {
 }
 
 TEST_F(SequenceTest, NothingIsDoneToASequenceThatIsNotThere) {
-    Refusals refused(reports_);
-    DDS_TypeAllocationParams_t allocation{};
-    DDS_TypeDeallocationParams_t deallocation{};
-    void* token = nullptr;
-#define WITHOUT_SEQUENCE(operation, ...)                                        \
-    refused.expect(DDS_LongSeq_##operation(nullptr __VA_OPT__(, ) __VA_ARGS__), \
-                   {"DDS_LongSeq_" #operation ":bad parameter: self"})
-    WITHOUT_SEQUENCE(initialize);
-    WITHOUT_SEQUENCE(get_maximum);
-    WITHOUT_SEQUENCE(set_maximum, 1);
-    WITHOUT_SEQUENCE(get_length);
-    WITHOUT_SEQUENCE(set_length, 1);
-    WITHOUT_SEQUENCE(ensure_length, 1, 1);
-    WITHOUT_SEQUENCE(get, 0);
-    WITHOUT_SEQUENCE(get_reference, 0);
-    WITHOUT_SEQUENCE(copy, &four_);
-    WITHOUT_SEQUENCE(copy_no_alloc, &four_);
-    WITHOUT_SEQUENCE(copy_no_allocI, &four_);
-    WITHOUT_SEQUENCE(loan_contiguous, numbers_, 1, 1);
-    WITHOUT_SEQUENCE(loan_discontiguous, number_pointers_, 1, 1);
-    WITHOUT_SEQUENCE(unloan);
-    WITHOUT_SEQUENCE(has_ownership);
-    WITHOUT_SEQUENCE(get_contiguous_buffer);
-    WITHOUT_SEQUENCE(get_discontiguous_buffer);
-    WITHOUT_SEQUENCE(to_array, numbers_, 3);
-    WITHOUT_SEQUENCE(from_array, numbers_, 3);
-    WITHOUT_SEQUENCE(get_element_allocation_params, &allocation);
-    WITHOUT_SEQUENCE(set_element_allocation_params, &allocation);
-    WITHOUT_SEQUENCE(get_element_deallocation_params, &deallocation);
-    WITHOUT_SEQUENCE(set_element_deallocation_params, &deallocation);
-    WITHOUT_SEQUENCE(get_read_tokenI, &token, &token);
-    WITHOUT_SEQUENCE(set_read_tokenI, token, token);
-#undef WITHOUT_SEQUENCE
+    // With zeros for all other arguments: a sequence that is missing is the first thing to be
+    // found.
+    const auto expect_refusal = [this]<class Result, class Self, class... Arguments>(
+                                    const char* name, Result (*call)(Self*, Arguments...)) {
+        EXPECT_FALSE(call(nullptr, Arguments{}...)) << name;
+        EXPECT_EQ(reports_.take(), Texts{std::string(name) + ":bad parameter: self"});
+    };
+#define NULL_CALL(operation) [&] { expect_refusal(#operation, operation); }
+    const std::function<void()> calls[] = {
+#include "null_calls.inc"
+    };
+#undef NULL_CALL
+    for (const auto& call : calls) {
+        call();
+    }
 }
 
 TEST_F(SequenceTest, EveryRefusalIsReportedUnderItsOperation) {
-    Refusals refused(reports_);
-    refused.expect(DDS_LongSeq_set_maximum(&four_, -1),
-                   {"DDS_LongSeq_set_maximum:assertion failed: max size must be positive"});
-    refused.expect(DDS_LongSeq_set_maximum(&loan_, 5),
-                   {"DDS_LongSeq_set_maximum:assertion failed: buffer must not be loaned"});
-    refused.expect(DDS_LongSeq_set_length(&four_, 5),
-                   {"DDS_LongSeq_set_length:insufficient space: 4 available, 5 needed"});
-    refused.expect(DDS_LongSeq_ensure_length(&four_, 5, 4),
-                   {"DDS_LongSeq_ensure_length:insufficient space: 5 available, 4 needed"});
-    refused.expect(DDS_LongSeq_ensure_length(&loan_, 3, 3),
-                   {"DDS_LongSeq_ensure_length:sequence does not own its buffer"});
-    refused.expect(DDS_LongSeq_ensure_length(&four_, -1, 4),
-                   {"DDS_LongSeq_set_length:insufficient space: 4 available, -1 needed",
-                    "DDS_LongSeq_ensure_length:could not set length"});
-    refused.expect(DDS_LongSeq_get_reference(&four_, 3),
-                   {"DDS_LongSeq_get_reference:assertion failed: index out of bounds"});
-    refused.expect(DDS_LongSeq_copy(&four_, nullptr), {"DDS_LongSeq_copy:bad parameter: src"});
-    refused.expect(DDS_LongSeq_copy_no_alloc(&loan_, &four_),
-                   {"DDS_LongSeq_copy_no_alloc:sequence does not own its buffer"});
-    refused.expect(DDS_LongSeq_copy_no_alloc(&empty_, &four_),
-                   {"DDS_LongSeq_set_length:insufficient space: 0 available, 3 needed",
-                    "DDS_LongSeq_copy_no_allocI:insufficient space: 0 available, 3 needed"});
-    refused.expect(DDS_LongSeq_loan_contiguous(&four_, numbers_, 1, 1),
-                   {"DDS_LongSeq_loan_contiguous:assertion failed: max size must be 0"});
-    refused.expect(DDS_LongSeq_loan_contiguous(&empty_, numbers_, -1, 1),
-                   {"DDS_LongSeq_loan_contiguous:assertion failed: negative argument"});
-    refused.expect(DDS_LongSeq_loan_contiguous(&empty_, numbers_, 2, 1),
-                   {"DDS_LongSeq_loan_contiguous:insufficient space: 1 available, 2 needed"});
-    refused.expect(
-        DDS_LongSeq_loan_discontiguous(&empty_, nullptr, 0, 1),
-        {"DDS_LongSeq_loan_discontiguous:assertion failed: NULL buffer can't have non-zero "
-         "maximum"});
-    refused.expect(DDS_LongSeq_unloan(&four_),
-                   {"DDS_LongSeq_unloan:assertion failed: buffer must be loaned"});
-    refused.expect(DDS_LongSeq_to_array(&four_, numbers_, 2),
-                   {"DDS_LongSeq_set_length:insufficient space: 2 available, 3 needed",
-                    "DDS_LongSeq_copy_no_allocI:insufficient space: 2 available, 3 needed",
-                    "DDS_LongSeq_to_array:assertion failed: copying array sequence"});
-    refused.expect(DDS_LongSeq_from_array(&four_, nullptr, 2),
-                   {"DDS_LongSeq_loan_contiguous:assertion failed: NULL buffer can't have non-zero "
-                    "maximum",
-                    "DDS_LongSeq_from_array:assertion failed: loan contiguous array"});
-    refused.expect(DDS_LongSeq_from_array(&loan_, numbers_, 3),
-                   {"DDS_LongSeq_set_maximum:assertion failed: buffer must not be loaned",
-                    "DDS_LongSeq_from_array:assertion failed: copying array sequence"});
-    refused.expect(
-        DDS_LongSeq_set_element_pointers_allocation(&four_, 0),
-        {"DDS_LongSeq_set_element_pointers_allocation:assertion failed: Pointers allocation "
-         "policy can be configured only when the maximum size of the sequence is 0"});
-    refused.expect(
-        DDS_LongSeq_set_element_allocation_params(&four_, &DDS_TYPE_ALLOCATION_PARAMS_DEFAULT),
-        {"DDS_LongSeq_set_element_allocation_params:assertion failed: Member allocation "
-         "parameters can be configured only when the maximum size of the sequence is 0"});
-    refused.expect(DDS_LongSeq_get_element_deallocation_params(&four_, nullptr),
-                   {"DDS_LongSeq_get_element_deallocation_params:bad parameter: params"});
+    const auto refused = [this](bool result, const Texts& texts) {
+        EXPECT_FALSE(result) << texts.back();
+        EXPECT_EQ(reports_.take(), texts);
+    };
+    refused(DDS_LongSeq_set_maximum(&four_, -1),
+            {"DDS_LongSeq_set_maximum:assertion failed: max size must be positive"});
+    refused(DDS_LongSeq_set_maximum(&loan_, 5),
+            {"DDS_LongSeq_set_maximum:assertion failed: buffer must not be loaned"});
+    refused(DDS_LongSeq_set_length(&four_, 5),
+            {"DDS_LongSeq_set_length:insufficient space: 4 available, 5 needed"});
+    refused(DDS_LongSeq_ensure_length(&four_, 5, 4),
+            {"DDS_LongSeq_ensure_length:insufficient space: 5 available, 4 needed"});
+    refused(DDS_LongSeq_ensure_length(&loan_, 3, 3),
+            {"DDS_LongSeq_ensure_length:sequence does not own its buffer"});
+    refused(DDS_LongSeq_ensure_length(&four_, -1, 4),
+            {"DDS_LongSeq_set_length:insufficient space: 4 available, -1 needed",
+             "DDS_LongSeq_ensure_length:could not set length"});
+    refused(DDS_LongSeq_get_reference(&four_, 3) != nullptr,
+            {"DDS_LongSeq_get_reference:assertion failed: index out of bounds"});
+    refused(DDS_LongSeq_copy(&four_, nullptr) != nullptr, {"DDS_LongSeq_copy:bad parameter: src"});
+    refused(DDS_LongSeq_copy_no_alloc(&loan_, &four_),
+            {"DDS_LongSeq_copy_no_alloc:sequence does not own its buffer"});
+    refused(DDS_LongSeq_copy_no_alloc(&empty_, &four_),
+            {"DDS_LongSeq_set_length:insufficient space: 0 available, 3 needed",
+             "DDS_LongSeq_copy_no_allocI:insufficient space: 0 available, 3 needed"});
+    refused(DDS_LongSeq_loan_contiguous(&four_, numbers_, 1, 1),
+            {"DDS_LongSeq_loan_contiguous:assertion failed: max size must be 0"});
+    refused(DDS_LongSeq_loan_contiguous(&empty_, numbers_, -1, 1),
+            {"DDS_LongSeq_loan_contiguous:assertion failed: negative argument"});
+    refused(DDS_LongSeq_loan_contiguous(&empty_, numbers_, 2, 1),
+            {"DDS_LongSeq_loan_contiguous:insufficient space: 1 available, 2 needed"});
+    refused(DDS_LongSeq_loan_discontiguous(&empty_, nullptr, 0, 1),
+            {"DDS_LongSeq_loan_discontiguous:assertion failed: NULL buffer can't have non-zero "
+             "maximum"});
+    refused(DDS_LongSeq_unloan(&four_),
+            {"DDS_LongSeq_unloan:assertion failed: buffer must be loaned"});
+    refused(DDS_LongSeq_to_array(&four_, numbers_, 2),
+            {"DDS_LongSeq_set_length:insufficient space: 2 available, 3 needed",
+             "DDS_LongSeq_copy_no_allocI:insufficient space: 2 available, 3 needed",
+             "DDS_LongSeq_to_array:assertion failed: copying array sequence"});
+    refused(DDS_LongSeq_from_array(&four_, nullptr, 2),
+            {"DDS_LongSeq_loan_contiguous:assertion failed: NULL buffer can't have non-zero "
+             "maximum",
+             "DDS_LongSeq_from_array:assertion failed: loan contiguous array"});
+    refused(DDS_LongSeq_from_array(&loan_, numbers_, 3),
+            {"DDS_LongSeq_set_maximum:assertion failed: buffer must not be loaned",
+             "DDS_LongSeq_from_array:assertion failed: copying array sequence"});
+    refused(DDS_LongSeq_set_element_pointers_allocation(&four_, 0),
+            {"DDS_LongSeq_set_element_pointers_allocation:assertion failed: Pointers allocation "
+             "policy can be configured only when the maximum size of the sequence is 0"});
+    refused(DDS_LongSeq_set_element_allocation_params(&four_, &DDS_TYPE_ALLOCATION_PARAMS_DEFAULT),
+            {"DDS_LongSeq_set_element_allocation_params:assertion failed: Member allocation "
+             "parameters can be configured only when the maximum size of the sequence is 0"});
+    refused(DDS_LongSeq_get_element_deallocation_params(&four_, nullptr),
+            {"DDS_LongSeq_get_element_deallocation_params:bad parameter: params"});
     void* token = nullptr;
-    refused.expect(DDS_LongSeq_get_read_tokenI(&four_, &token, nullptr),
-                   {"DDS_LongSeq_get_read_tokenI:could not get token (NULL)"});
+    refused(DDS_LongSeq_get_read_tokenI(&four_, &token, nullptr),
+            {"DDS_LongSeq_get_read_tokenI:could not get token (NULL)"});
 
     EXPECT_EQ(DDS_LongSeq_get_maximum(&four_), 4);
     EXPECT_EQ(DDS_LongSeq_get_length(&four_), 3);
@@ -277,6 +248,91 @@ TEST(StringSequence, OwnsCopiesOfItsStrings) {
     ASSERT_EQ(DDS_StringSeq_ensure_length(&copy, 1, 1), 1);
     EXPECT_EQ(DDS_StringSeq_get(&copy, 0), nullptr);
     DDS_StringSeq_finalize(&copy);
+}
+
+// Reports go nowhere, which keeps thousands of expected ones out of the output.
+class SequenceMemoryTest : public testing::Test {
+public:
+    SequenceMemoryTest() {
+        char* words[] = {text_, text_, text_};
+        DDS_StringSeq_from_array(&source_, words, 3);
+        reports_.take();
+    }
+    ~SequenceMemoryTest() override { DDS_StringSeq_finalize(&source_); }
+
+protected:
+    char text_[5] = "word";
+    DDS_StringSeq source_{};
+    orvane::test::Reports reports_;
+};
+
+TEST_F(SequenceMemoryTest, CopyingStringsSurvivesEveryFailingAllocation) {
+    orvane::test::sweep(orvane::test::heap_allocation, [this] {
+        DDS_StringSeq copy{};
+        const bool copied = DDS_StringSeq_copy(&copy, &source_) != nullptr;
+        DDS_StringSeq_finalize(&copy);
+        return copied;
+    });
+}
+
+TEST_F(SequenceMemoryTest, GrowingThatFailsChangesNothing) {
+    orvane::test::sweep(orvane::test::heap_allocation, [this] {
+        char* const* before = DDS_StringSeq_get_contiguous_buffer(&source_);
+        const bool grown = DDS_StringSeq_set_maximum(&source_, 10) != 0;
+        EXPECT_EQ(DDS_StringSeq_get_contiguous_buffer(&source_) == before, !grown);
+        EXPECT_EQ(DDS_StringSeq_get_maximum(&source_), grown ? 10 : 3);
+        EXPECT_EQ(DDS_StringSeq_get_length(&source_), 3);
+        EXPECT_STREQ(DDS_StringSeq_get(&source_, 2), "word");
+        // Shrinking copies as well. It is tried again if it met the failure, so that every round
+        // begins alike.
+        const bool shrunk = grown && DDS_StringSeq_set_maximum(&source_, 3) != 0;
+        EXPECT_TRUE(shrunk || !grown || DDS_StringSeq_set_maximum(&source_, 3) != 0);
+        return shrunk;
+    });
+}
+
+TEST_F(SequenceMemoryTest, FailedAllocationsAreReportedWithTheirSize) {
+    DDS_LongSeq numbers{};
+    std::optional<orvane::test::Fault> no_memory(std::in_place, orvane::test::heap_allocation, 1);
+    EXPECT_EQ(DDS_LongSeq_ensure_length(&numbers, 1, 6), 0);
+    EXPECT_EQ(reports_.take(),
+              (Texts{"DDS_LongSeq_ensure_length:memory allocated: maximum 0 becomes 6",
+                     "DDS_LongSeq_set_maximum:could not allocate 24 bytes",
+                     "DDS_LongSeq_ensure_length:insufficient space: 0 available, 6 needed"}));
+    no_memory.reset();
+    no_memory.emplace(orvane::test::heap_allocation, 1);
+    EXPECT_EQ(DDS_LongSeq_set_maximum(&numbers, INT_MAX), 0);
+    EXPECT_EQ(reports_.take(),
+              Texts{"DDS_LongSeq_set_maximum:could not allocate 2147483647 bytes"});
+}
+
+// An element of two allocations, of which the second may be the one that fails.
+struct Pair {
+    char* first;
+    char* second;
+};
+
+DDS_Boolean initialize_pair(void* element, const DDS_TypeAllocationParams_t* /*params*/) {
+    auto* pair = static_cast<Pair*>(element);
+    pair->first = DDS_String_dup("first");
+    pair->second = DDS_String_dup("second");
+    return pair->first != nullptr && pair->second != nullptr ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+}
+
+void finalize_pair(void* element, const DDS_TypeDeallocationParams_t* /*params*/) {
+    DDS_String_free(static_cast<Pair*>(element)->first);
+    DDS_String_free(static_cast<Pair*>(element)->second);
+}
+
+TEST_F(SequenceMemoryTest, ElementsThatAreHalfInitialisedAreFinalised) {
+    const PEXASequenceElement pair = {"PairSeq", sizeof(Pair), initialize_pair, finalize_pair,
+                                      nullptr};
+    orvane::test::sweep(orvane::test::heap_allocation, [&pair] {
+        PEXASequence sequence{};
+        const bool made = PEXASequence_set_maximum(&sequence, &pair, 3) != 0;
+        PEXASequence_finalize(&sequence, &pair);
+        return made;
+    });
 }
 
 }  // namespace

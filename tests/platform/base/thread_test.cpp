@@ -4,14 +4,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <climits>
 #include <fstream>
 #include <string>
 
 #include "pexa/osapi.h"
-#include "tests/support/heap_faults.hpp"
-#include "tests/support/reports.hpp"
+#include "tests/support/faults.hpp"
+#include "tests/support/text.hpp"
 
 namespace {
 
@@ -20,7 +19,6 @@ struct Seen {
     DDS_UnsignedLong id = 0;
     std::string name;
     int policy = -1;
-    int priority = -1;
     size_t stack_size = 0;
     cpu_set_t cpus{};
 };
@@ -30,9 +28,7 @@ void* look(void* parameter) {
     seen->id = QELOsapiThread_getCurrentThreadID();
     std::ifstream comm("/proc/self/task/" + std::to_string(seen->id) + "/comm");
     std::getline(comm, seen->name);
-    sched_param scheduling{};
-    pthread_getschedparam(pthread_self(), &seen->policy, &scheduling);
-    seen->priority = scheduling.sched_priority;
+    seen->policy = sched_getscheduler(0);
     pthread_attr_t attributes;
     pthread_getattr_np(pthread_self(), &attributes);
     pthread_attr_getstacksize(&attributes, &seen->stack_size);
@@ -96,7 +92,7 @@ TEST(Thread, FallsBackToTheDefaultPriorityUnlessItIsEnforced) {
     const Settings refused[] = {{.priority = 100, .options = fifo},
                                 {.priority = -1, .options = fifo},
                                 {.priority = 5, .options = 0}};
-    Reports reports;
+    orvane::test::Reports reports;
     for (Settings settings : refused) {
         Seen seen;
         EXPECT_TRUE(run(settings, seen));
@@ -109,18 +105,6 @@ TEST(Thread, FallsBackToTheDefaultPriorityUnlessItIsEnforced) {
     }
 }
 
-TEST(Thread, RealtimePriorityIsFifoWhereTheSystemGrantsIt) {
-    Settings settings = {.priority = 7, .options = QEL_OSAPI_THREAD_OPTION_REALTIME_PRIORITY};
-    Reports reports;
-    Seen seen;
-    ASSERT_TRUE(run(settings, seen));
-    const bool granted = reports.take().empty();
-    EXPECT_EQ(seen.policy, granted ? SCHED_FIFO : SCHED_OTHER);
-    EXPECT_EQ(seen.priority, granted ? 7 : 0);
-    settings.options |= QEL_OSAPI_THREAD_OPTION_PRIORITY_ENFORCE;
-    EXPECT_EQ(run(settings, seen), granted);
-}
-
 TEST(Thread, IsNotMadeOfBadArgumentsOrWithoutMemory) {
     Seen seen;
     EXPECT_FALSE(run({}, seen, nullptr));
@@ -128,7 +112,7 @@ TEST(Thread, IsNotMadeOfBadArgumentsOrWithoutMemory) {
     EXPECT_EQ(QELOsapiThread_new("name", QEL_OSAPI_THREAD_PRIORITY_DEFAULT, 0, -1, nullptr, nullptr,
                                  nullptr),
               nullptr);
-    heap_faults::sweep([&seen] { return run({}, seen); });
+    orvane::test::sweep(orvane::test::heap_allocation, [&seen] { return run({}, seen); });
     EXPECT_EQ(seen.name, "thread");
 }
 
@@ -145,21 +129,6 @@ TEST(Thread, IdOfAForkedProcessIsItsOwn) {
     int status = -1;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);
-}
-
-TEST(Sleep, LastsAtLeastAsLongAsAsked) {
-    using Clock = std::chrono::steady_clock;
-    using std::chrono::milliseconds;
-    const QELNtpTime ntp = {0, 20 * QEL_NTP_TIME_FRAC_PER_MILLISECOND};
-    Clock::time_point start = Clock::now();
-    QELOsapiThread_sleep(&ntp);
-    EXPECT_GE(Clock::now() - start, milliseconds(19));
-    // More than a second of nanoseconds, but no more than it says.
-    const DDS_Duration_t duration = {0, 1'020'000'000};
-    start = Clock::now();
-    EXPECT_EQ(PEXA_Utility_sleep(&duration), DDS_RETCODE_OK);
-    EXPECT_GE(Clock::now() - start, milliseconds(1020));
-    EXPECT_LT(Clock::now() - start, milliseconds(6000));
 }
 
 TEST(Sleep, RefusesOrReturnsAtOnceForWhatIsNoSpan) {

@@ -3,10 +3,8 @@
 #include <climits>
 #include <cstring>
 #include <ctime>
-#include <string>
 
 #include "pexa/base.h"
-#include "pexa/cdr_stream.h"
 #include "pexa/osapi.h"
 #include "pexa/string.h"
 
@@ -125,28 +123,6 @@ TEST(String, ComparesWithoutRegardToAsciiCase) {
     for (const Case& item : cases) {
         const int result = MOSKString_iCompare(item.left, item.right);
         EXPECT_EQ((result > 0) - (result < 0), item.sign);
-    }
-}
-
-TEST(Md5, MatchesThePublishedVectors) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"", "d41d8cd98f00b204e9800998ecf8427e"},
-        {"abc", "900150983cd24fb0d6963f7d28e17f72"},
-        {"abcdefghijklmnopqrstuvwxyz", "c3fcd3d76192e4007dfb496cca67e13b"},
-        {"1234567890123456789012345678901234567890123456789012345678901234567890"
-         "1234567890",
-         "57edf4a22be3c955ac49da2e2107b67a"},
-    };
-    for (const auto& [text, expected] : cases) {
-        DDS_Octet digest[16];
-        QELMd5_compute(text, std::strlen(text), digest);
-        std::string hexadecimal;
-        for (const DDS_Octet byte : digest) {
-            char digits[3];
-            std::snprintf(digits, sizeof digits, "%02x", byte);
-            hexadecimal += digits;
-        }
-        EXPECT_EQ(hexadecimal, expected);
     }
 }
 
