@@ -9,17 +9,17 @@ namespace {
 using pexa::CdrParameterCursor;
 
 /** Decodes a value of a type that is not mutable. */
-bool decode_final(const TypeTable& table, void* record, QELCdrStream& stream) {
+Success decode_final(const TypeTable& table, void* record, QELCdrStream& stream) {
     CdrParameterCursor cursor(stream);
-    const bool decoded = table.category == Category::Enumeration
-                             ? decode_word(record, &table, cursor)
+    const bool decoded = table.kind == TypeKind::Enumeration
+                             ? decode_long(record, &table, cursor)
                              : decode_elements(table, record, table.record_size, cursor);
     cursor.commit();
     return decoded;
 }
 
 /** Decodes into the elements that the sequence has; it never grows. */
-bool decode_sequence(void* sequence, const Member& member, QELCdrStream& stream) {
+Success decode_sequence(void* sequence, const MemberDescriptor& member, QELCdrStream& stream) {
     DDS_Long count = 0;
     if (QELCdrStream_deserializeLong(&stream, &count) == 0) {
         return false;
@@ -40,23 +40,26 @@ bool decode_sequence(void* sequence, const Member& member, QELCdrStream& stream)
 
 }  // namespace
 
-bool decode_open_value(void* value, const Member& member, QELCdrStream& stream) {
-    return member.kind == Kind::Sequence ? decode_sequence(value, member, stream)
-                                         : decode(*member.type, value, stream, Selection::All);
+Success decode_variable_value(void* value, const MemberDescriptor& member, QELCdrStream& stream) {
+    return member.kind == MemberKind::Sequence
+               ? decode_sequence(value, member, stream)
+               : decode(*member.type, value, stream, Selection::All);
 }
 
-bool decode(const TypeTable& table, void* record, QELCdrStream& stream, Selection selection) {
+Success decode(const TypeTable& table, void* record, QELCdrStream& stream, Selection selection) {
     return table.is_mutable() ? table.compiled->decode(record, stream, selection)
                               : decode_final(table, record, stream);
 }
 
-bool skip(const TypeTable& table, QELCdrStream& stream) {
+Success skip(const TypeTable& table, QELCdrStream& stream) {
     CdrParameterCursor cursor(stream);
-    const bool skipped =
-        table.is_mutable()
-            ? cursor.for_each_parameter(
-                  [](CdrParameterCursor&, const QELCdrParameterHeader&) { return true; })
-            : cursor.align(sizeof(DDS_Long)) && cursor.skip(table.record_size);
+    bool skipped = false;
+    if (table.is_mutable()) {
+        skipped = cursor.for_each_parameter(
+            [](CdrParameterCursor&, const QELCdrParameterHeader&) { return true; });
+    } else {
+        skipped = cursor.align(sizeof(DDS_Long)) && cursor.skip(table.record_size);
+    }
     cursor.commit();
     return skipped;
 }

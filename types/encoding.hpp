@@ -13,24 +13,23 @@
 namespace orvane::types {
 
 /**
- * @param extended whether headers of members that are not four bytes long have the extended form;
- *   the headers of unions never have.
+ * @param extended true: members that are not four bytes long get extended headers. Headers inside
+ *   unions are always short.
  */
-[[nodiscard]] bool encode(const TypeTable& table, const void* record, QELCdrStream& stream,
-                          bool extended, Selection selection);
+Success encode(const TypeTable& table, const void* record, QELCdrStream& stream, bool extended,
+               Selection selection);
 
 /** Members that are not selected are passed over; selected ones that are missing keep their value.
  */
-[[nodiscard]] bool decode(const TypeTable& table, void* record, QELCdrStream& stream,
-                          Selection selection);
+Success decode(const TypeTable& table, void* record, QELCdrStream& stream, Selection selection);
 
-/** Encodes a member, with its header, whose length only its encoding tells. */
-[[nodiscard]] bool encode_open_member(const void* value, const Member& member, QELCdrStream& stream,
-                                      bool extended);
+/** Encodes a member of variable size with its header. The header gets the length at the end. */
+Success encode_variable_member(const void* value, const MemberDescriptor& member,
+                               QELCdrStream& stream, bool extended);
 
-/** Decodes a value that has no fixed size. */
-[[nodiscard]] bool decode_open_value(void* value, const Member& member, QELCdrStream& stream);
+/** Decodes a value of variable size. */
+Success decode_variable_value(void* value, const MemberDescriptor& member, QELCdrStream& stream);
 
-[[nodiscard]] bool skip(const TypeTable& table, QELCdrStream& stream);
+Success skip(const TypeTable& table, QELCdrStream& stream);
 
 }  // namespace orvane::types

@@ -1,6 +1,6 @@
 /**
- * @file endpoint_report.hpp
- * @brief How typed endpoints report to the middleware's log.
+ * @file endpoint_log.hpp
+ * @brief Errors of typed endpoints in the middleware's log.
  */
 #pragma once
 
@@ -8,14 +8,14 @@
 
 namespace orvane::types {
 
-/** Reports at the error level; `message` takes one text. */
-inline void report(const char* context, const QELLogMessageTemplate& message, const char* text) {
+/** @param message a template for one text. */
+inline void log_error(const char* context, const QELLogMessageTemplate& message, const char* text) {
     QELLog_printContextAndMsg(QEL_LOG_MODULE_DDS, DDS_SUBMODULE_MASK_DATA, QEL_LOG_LEVEL_ERROR,
                               context, &message, text);
 }
 
-inline void report_bad_parameter(const char* context, const char* parameter) {
-    report(context, DDS_LOG_BAD_PARAMETER_s, parameter);
+inline void log_bad_parameter(const char* context, const char* parameter) {
+    log_error(context, DDS_LOG_BAD_PARAMETER_s, parameter);
 }
 
 }  // namespace orvane::types

@@ -29,8 +29,8 @@ struct RememberedDigest {
 };
 
 /**
- * A thread publishes few instances, over and over, and computing the digest takes longer than all
- * the rest of encoding a message. Per thread, so that nobody waits for anybody.
+ * A thread publishes few instances many times, and a digest takes longer than the encoding of a
+ * message. Each thread remembers its own digests, so that no lock is needed.
  */
 thread_local constinit std::array<RememberedDigest, 16> remembered_digests{};
 
@@ -39,7 +39,7 @@ void compute_digest(const char* key, std::size_t size, DDS_Octet* digest) {
         QELMd5_compute(key, size, digest);
         return;
     }
-    // Keys of one application differ in the level, whose usual numbers have different sums.
+    // Keys of one application differ only in the level. The usual levels have different sums.
     unsigned sum = 0;
     for (std::size_t i = 0; i < size; ++i) {
         sum += static_cast<unsigned char>(key[i]);
@@ -53,8 +53,8 @@ void compute_digest(const char* key, std::size_t size, DDS_Octet* digest) {
     std::memcpy(digest, place.digest.data(), place.digest.size());
 }
 
-bool encode_key(const TypeTable& table, TULVEndpointData endpoint, const void* instance,
-                QELCdrStream& stream) {
+Success encode_key(const TypeTable& table, TULVEndpointData endpoint, const void* instance,
+                   QELCdrStream& stream) {
     stream.littleEndian = 0;
     return serialize(table, endpoint, instance, &stream, QEL_CDR_ENCAPSULATION_ID_CDR_BE,
                      {.encapsulation = false, .body = true, .selection = Selection::Key});
@@ -72,8 +72,8 @@ void fill_hash(const TypeTable& table, const QELCdrStream& key, QELKeyHash& hash
 
 }  // namespace
 
-bool hash_of_instance(const TypeTable& table, TULVEndpointData endpoint, const void* instance,
-                      QELKeyHash* hash) {
+Success hash_of_instance(const TypeTable& table, TULVEndpointData endpoint, const void* instance,
+                         QELKeyHash* hash) {
     if (instance == nullptr || hash == nullptr) {
         return false;
     }
@@ -103,14 +103,14 @@ bool hash_of_instance(const TypeTable& table, TULVEndpointData endpoint, const v
     return true;
 }
 
-bool hash_of_serialized_sample(const TypeTable& table, TULVEndpointData endpoint,
-                               QELCdrStream* stream, bool with_encapsulation, QELKeyHash* hash) {
+Success hash_of_serialized_sample(const TypeTable& table, TULVEndpointData endpoint,
+                                  QELCdrStream* stream, bool with_encapsulation, QELKeyHash* hash) {
     if (endpoint == nullptr) {
         return false;
     }
     void* sample = TULVTypePluginDefaultEndpointData_getTempSample(endpoint);
     return sample != nullptr &&
-           deserialize_unmarked(
+           deserialize_unless_rejected(
                table, sample, stream,
                {.encapsulation = with_encapsulation, .body = true, .selection = Selection::Key}) &&
            hash_of_instance(table, endpoint, sample, hash);

@@ -9,16 +9,15 @@
 namespace orvane::types {
 
 /**
- * Encodes the key in the endpoint's MD5 stream, or, without one or without room there, in memory of
- * its own.
+ * Encodes the key into the endpoint's MD5 stream. Without a stream, or when the key does not fit,
+ * it allocates a buffer.
  * @param endpoint may be NULL.
  */
-[[nodiscard]] bool hash_of_instance(const TypeTable& table, TULVEndpointData endpoint,
-                                    const void* instance, QELKeyHash* hash);
+Success hash_of_instance(const TypeTable& table, TULVEndpointData endpoint, const void* instance,
+                         QELKeyHash* hash);
 
 /** Decodes the key into the endpoint's own sample. */
-[[nodiscard]] bool hash_of_serialized_sample(const TypeTable& table, TULVEndpointData endpoint,
-                                             QELCdrStream* stream, bool with_encapsulation,
-                                             QELKeyHash* hash);
+Success hash_of_serialized_sample(const TypeTable& table, TULVEndpointData endpoint,
+                                  QELCdrStream* stream, bool with_encapsulation, QELKeyHash* hash);
 
 }  // namespace orvane::types

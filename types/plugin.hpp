@@ -5,9 +5,9 @@
 #pragma once
 
 #include "types/key_hash.hpp"
+#include "types/plugin_support.hpp"
 #include "types/sample_coding.hpp"
 #include "types/sizes.hpp"
-#include "types/value_operations.hpp"
 
 namespace orvane::types {
 
@@ -20,24 +20,18 @@ struct EndpointType {
 };
 
 /** @return NULL without memory. */
-[[nodiscard]] TULVEndpointData attach_endpoint(const EndpointType& type,
-                                               TULVParticipantData participant,
-                                               const TULVEndpointInfo* info);
+TULVEndpointData attach_endpoint(const EndpointType& type, TULVParticipantData participant,
+                                 const TULVEndpointInfo* info);
 
 /** @return a heap copy of the record, or NULL without memory. */
-[[nodiscard]] TULVTypePlugin* new_plugin(const TULVTypePlugin& record);
+TULVTypePlugin* new_plugin(const TULVTypePlugin& record);
 void delete_plugin(TULVTypePlugin* plugin);
 
-/** The record of a type's plugin, whose operations are the exported ones. */
-template <typename T>
-const TULVTypePlugin& plugin_record();
-#define ORVANE_DECLARE_RECORD(T) \
-    template <>                  \
-    const TULVTypePlugin& plugin_record<T>();
-ORVANE_STRUCTURES(ORVANE_DECLARE_RECORD)
-#undef ORVANE_DECLARE_RECORD
+/** @return what the records of all types have in common. */
+TULVTypePlugin common_plugin_record();
 
-constexpr Portion portion(DDS_Boolean encapsulation, DDS_Boolean body, Selection selection) {
+constexpr PayloadParts payload_parts(DDS_Boolean encapsulation, DDS_Boolean body,
+                                     Selection selection) {
     return {.encapsulation = encapsulation != DDS_BOOLEAN_FALSE,
             .body = body != DDS_BOOLEAN_FALSE,
             .selection = selection};
@@ -52,11 +46,45 @@ constexpr SizeOrigin size_origin(DDS_Boolean with_encapsulation, DDS_UnsignedSho
 
 /** `TPlugin_…` */
 template <typename T>
-struct PluginOperations {
-    using Support = PluginSupportOperations<T>;
+struct Plugin {
+    using Support = PluginSupport<T>;
     static constexpr const TypeTable& table = Description<T>::table;
 
-    static TULVTypePlugin* make() { return new_plugin(plugin_record<T>()); }
+    static TULVTypePlugin* make() { return new_plugin(record()); }
+
+    static TULVTypePlugin record() {
+        TULVTypePlugin record = common_plugin_record();
+        record.on_participant_attached = on_participant_attached;
+        record.on_participant_detached = on_participant_detached;
+        record.on_endpoint_attached = on_endpoint_attached;
+        record.on_endpoint_detached = on_endpoint_detached;
+        record.copy_sample = copy_sample;
+        record.serialize = serialize;
+        record.deserialize = deserialize;
+        record.return_sample = return_sample;
+        record.get_serialized_sample_max_size = get_serialized_sample_max_size;
+        record.get_serialized_sample_min_size = get_serialized_sample_min_size;
+        record.get_serialized_sample_size = get_serialized_sample_size;
+        record.get_key_kind = get_key_kind;
+        record.typeCode = &Description<T>::code;
+        record.typeName = table.name;
+        if (table.is_keyed) {
+            add_key_operations(record);
+        }
+        return record;
+    }
+    static void add_key_operations(TULVTypePlugin& record) {
+        record.instance_to_keyhash = instance_to_keyhash;
+        record.serialized_sample_to_keyhash = serialized_sample_to_keyhash;
+        record.get_key = TULVTypePluginDefaultEndpointData_getKey;
+        record.return_key = TULVTypePluginDefaultEndpointData_returnKey;
+        record.get_serialized_key_max_size = get_serialized_key_max_size;
+        record.instance_to_key = instance_to_key;
+        record.key_to_instance = key_to_instance;
+        record.serialize_key = serialize_key;
+        record.deserialize_key = deserialize_key;
+        record.deserialize_key_sample = deserialize_key_sample;
+    }
 
     static void* create() { return Support::create_data(); }
     static void destroy(void* sample) { Support::destroy_data(static_cast<T*>(sample)); }
@@ -92,20 +120,20 @@ struct PluginOperations {
                                  QELCdrStream* stream, DDS_Boolean encapsulation,
                                  DDS_UnsignedShort id, DDS_Boolean body, void* /*qos*/) {
         return types::serialize(table, endpoint, sample, stream, id,
-                                portion(encapsulation, body, Selection::All));
+                                payload_parts(encapsulation, body, Selection::All));
     }
     static DDS_Boolean deserialize_sample(TULVEndpointData /*endpoint*/, T* sample,
                                           QELCdrStream* stream, DDS_Boolean encapsulation,
                                           DDS_Boolean body, void* /*qos*/) {
         return types::deserialize(table, sample, stream,
-                                  portion(encapsulation, body, Selection::All));
+                                  payload_parts(encapsulation, body, Selection::All));
     }
     static DDS_Boolean deserialize(TULVEndpointData /*endpoint*/, void** sample,
                                    DDS_Boolean* /*drop*/, QELCdrStream* stream,
                                    DDS_Boolean encapsulation, DDS_Boolean body, void* /*qos*/) {
         return sample != nullptr &&
-               deserialize_unmarked(table, *sample, stream,
-                                    portion(encapsulation, body, Selection::All));
+               deserialize_unless_rejected(table, *sample, stream,
+                                           payload_parts(encapsulation, body, Selection::All));
     }
     static DDS_Boolean serialize_to_cdr_buffer(char* buffer, DDS_UnsignedLong* length,
                                                const T* sample) {
@@ -117,7 +145,7 @@ struct PluginOperations {
     }
     static DDS_Boolean skip(TULVEndpointData /*endpoint*/, QELCdrStream* stream,
                             DDS_Boolean encapsulation, DDS_Boolean body, void* /*qos*/) {
-        return skip_sample(table, stream, portion(encapsulation, body, Selection::All));
+        return skip_sample(table, stream, payload_parts(encapsulation, body, Selection::All));
     }
 
     static DDS_UnsignedLong get_serialized_sample_max_size(TULVEndpointData endpoint,
@@ -157,24 +185,26 @@ struct PluginOperations {
                                      QELCdrStream* stream, DDS_Boolean encapsulation,
                                      DDS_UnsignedShort id, DDS_Boolean body, void* /*qos*/) {
         return types::serialize(table, endpoint, key, stream, id,
-                                portion(encapsulation, body, Selection::Key));
+                                payload_parts(encapsulation, body, Selection::Key));
     }
     static DDS_Boolean deserialize_key(TULVEndpointData /*endpoint*/, void** key,
                                        DDS_Boolean* /*drop*/, QELCdrStream* stream,
                                        DDS_Boolean encapsulation, DDS_Boolean body, void* /*qos*/) {
-        return key != nullptr && deserialize_unmarked(table, *key, stream,
-                                                      portion(encapsulation, body, Selection::Key));
+        return key != nullptr &&
+               deserialize_unless_rejected(table, *key, stream,
+                                           payload_parts(encapsulation, body, Selection::Key));
     }
     static DDS_Boolean deserialize_key_sample(TULVEndpointData /*endpoint*/, void* key,
                                               QELCdrStream* stream, DDS_Boolean encapsulation,
                                               DDS_Boolean body, void* /*qos*/) {
-        return types::deserialize(table, key, stream, portion(encapsulation, body, Selection::Key));
+        return types::deserialize(table, key, stream,
+                                  payload_parts(encapsulation, body, Selection::Key));
     }
     static DDS_Boolean serialized_sample_to_key(TULVEndpointData /*endpoint*/, T* sample,
                                                 QELCdrStream* stream, DDS_Boolean encapsulation,
                                                 DDS_Boolean body, void* /*qos*/) {
         return types::deserialize(table, sample, stream,
-                                  portion(encapsulation, body, Selection::Key));
+                                  payload_parts(encapsulation, body, Selection::Key));
     }
     static DDS_Boolean instance_to_key(TULVEndpointData /*endpoint*/, void* key,
                                        const void* instance) {

@@ -29,14 +29,14 @@ void print_enumeration(const TypeTable& table, DDS_Long value, const char* label
     QELPrint_enum(value, name, label, indent);
 }
 
-void print_element(const Member& member, const void* element, std::size_t index,
+void print_element(const MemberDescriptor& member, const void* element, std::size_t index,
                    DDS_UnsignedLong indent) {
     Label label;
     std::snprintf(label.data(), label.size(), "[%zu]", index);
     print(*member.type, element, label.data(), indent);
 }
 
-void print_array(const Member& member, const void* array, const char* label,
+void print_array(const MemberDescriptor& member, const void* array, const char* label,
                  DDS_UnsignedLong indent) {
     print_heading(label, indent);
     for (std::size_t i = 0; i < member.bound; ++i) {
@@ -44,7 +44,7 @@ void print_array(const Member& member, const void* array, const char* label,
     }
 }
 
-void print_sequence(const Member& member, const void* sequence, const char* label,
+void print_sequence(const MemberDescriptor& member, const void* sequence, const char* label,
                     DDS_UnsignedLong indent) {
     const SequenceView view(sequence, member);
     print_heading(label, indent);
@@ -53,35 +53,36 @@ void print_sequence(const Member& member, const void* sequence, const char* labe
     }
 }
 
-void print_member(const Member& member, const void* record, const char* label,
+void print_member(const MemberDescriptor& member, const void* record, const char* label,
                   DDS_UnsignedLong indent) {
     const void* value = field(record, member);
     switch (member.kind) {
-        case Kind::Long:
-            QELPrint_long(load<DDS_Long>(value), label, indent);
+        case MemberKind::Long:
+            QELPrint_long(read_value<DDS_Long>(value), label, indent);
             return;
-        case Kind::Enumeration:
-            print_enumeration(*member.type, load<DDS_Long>(value), label, indent);
+        case MemberKind::Enumeration:
+            print_enumeration(*member.type, read_value<DDS_Long>(value), label, indent);
             return;
-        case Kind::String:
-            QELPrint_string(load<const char*>(value), label, indent);
+        case MemberKind::String:
+            QELPrint_string(read_value<const char*>(value), label, indent);
             return;
-        case Kind::Structure:
+        case MemberKind::Structure:
             print(*member.type, value, label, indent);
             return;
-        case Kind::Array:
+        case MemberKind::Array:
             print_array(member, value, label, indent);
             return;
-        case Kind::Sequence:
+        case MemberKind::Sequence:
             print_sequence(member, value, label, indent);
             return;
     }
 }
 
 void print_union(const TypeTable& table, const void* record, DDS_UnsignedLong indent) {
-    const Member& discriminator = table.rows[0];
+    const MemberDescriptor& discriminator = table.rows[0];
     print_member(discriminator, record, discriminator.name, indent);
-    const Member* branch = table.branch(load<DDS_Long>(field(record, discriminator)));
+    const MemberDescriptor* branch =
+        table.branch(read_value<DDS_Long>(field(record, discriminator)));
     if (branch != nullptr) {
         Label label;
         std::snprintf(label.data(), label.size(), "_u.%s", branch->name);
@@ -93,17 +94,17 @@ void print_union(const TypeTable& table, const void* record, DDS_UnsignedLong in
 
 void print(const TypeTable& table, const void* sample, const char* description,
            DDS_UnsignedLong indent) {
-    if (sample != nullptr && table.category == Category::Enumeration) {
-        print_enumeration(table, load<DDS_Long>(sample), description, indent);
+    if (sample != nullptr && table.kind == TypeKind::Enumeration) {
+        print_enumeration(table, read_value<DDS_Long>(sample), description, indent);
         return;
     }
     print_heading(description, indent);
     if (sample == nullptr) {
         std::fputs("NULL\n", stdout);
-    } else if (table.category == Category::Union) {
+    } else if (table.kind == TypeKind::Union) {
         print_union(table, sample, indent + 1);
     } else {
-        for (const Member& member : table.members()) {
+        for (const MemberDescriptor& member : table.rows) {
             print_member(member, sample, member.name, indent + 1);
         }
     }

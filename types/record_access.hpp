@@ -1,6 +1,6 @@
 /**
  * @file record_access.hpp
- * @brief Reads and writes the members of a record that only its table knows.
+ * @brief Access to the members of a record through its table.
  *
  * Values are copied byte by byte: a member's C type may be an enumeration or a typed sequence,
  * which must not be accessed through a pointer to another type.
@@ -14,50 +14,51 @@
 
 namespace orvane::types {
 
-inline void* field(void* record, const Member& member) {
+inline void* field(void* record, const MemberDescriptor& member) {
     return static_cast<char*>(record) + member.offset;
 }
 
-inline const void* field(const void* record, const Member& member) {
+inline const void* field(const void* record, const MemberDescriptor& member) {
     return static_cast<const char*>(record) + member.offset;
 }
 
 /** @return element `index` of an array member. */
-inline void* array_element(void* array, const Member& member, std::size_t index) {
+inline void* array_element(void* array, const MemberDescriptor& member, std::size_t index) {
     return static_cast<char*>(array) + index * member.type->record_size;
 }
 
-inline const void* array_element(const void* array, const Member& member, std::size_t index) {
+inline const void* array_element(const void* array, const MemberDescriptor& member,
+                                 std::size_t index) {
     return static_cast<const char*>(array) + index * member.type->record_size;
 }
 
 template <typename Value>
-Value load(const void* from) {
+Value read_value(const void* from) {
     Value value;
     std::memcpy(&value, from, sizeof value);
     return value;
 }
 
 template <typename Value>
-void store(void* to, Value value) {
+void write_value(void* to, Value value) {
     std::memcpy(to, &value, sizeof value);
 }
 
 /** A sequence member as it stands in the record. */
 class SequenceView {
 public:
-    SequenceView(const void* sequence, const Member& member)
-        : sequence_(load<PEXASequence>(sequence)), element_size_(member.type->record_size) {
+    SequenceView(const void* sequence, const MemberDescriptor& member)
+        : sequence_(read_value<PEXASequence>(sequence)), element_size_(member.type->record_size) {
         if (sequence_.sequenceInit != DDS_SEQUENCE_MAGIC) {
             sequence_.length = 0;
             sequence_.maximum = 0;
         }
     }
 
-    [[nodiscard]] DDS_Long length() const { return sequence_.length; }
-    [[nodiscard]] DDS_Long maximum() const { return sequence_.maximum; }
+    DDS_Long length() const { return sequence_.length; }
+    DDS_Long maximum() const { return sequence_.maximum; }
     /** @return element `index` below the maximum, or NULL when its buffer has none. */
-    [[nodiscard]] void* element(std::size_t index) const {
+    void* element(std::size_t index) const {
         if (sequence_.discontiguousBuffer != nullptr) {
             return sequence_.discontiguousBuffer[index];
         }

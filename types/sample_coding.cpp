@@ -10,14 +10,14 @@ namespace {
 
 using pexa::CdrCursor;
 
-/** Behind a body, gives the stream the alignment origin back that it had before the encapsulation
- *  header. */
+/** Restores the alignment origin of the stream after a body. The encapsulation header has moved it.
+ */
 class OriginScope {
 public:
-    OriginScope(QELCdrStream& stream, Portion portion)
-        : stream_(stream), origin_(stream.origin), portion_(portion) {}
+    OriginScope(QELCdrStream& stream, PayloadParts parts)
+        : stream_(stream), origin_(stream.origin), parts_(parts) {}
     ~OriginScope() {
-        if (portion_.body) {
+        if (parts_.body) {
             stream_.origin = origin_;
         }
     }
@@ -27,10 +27,10 @@ public:
 private:
     QELCdrStream& stream_;
     std::size_t origin_;
-    Portion portion_;
+    PayloadParts parts_;
 };
 
-/** The outermost mutable level decides on the form of the headers for all levels below. */
+/** The outermost mutable type decides the form of the member headers for all types inside it. */
 class HeaderFormScope {
 public:
     HeaderFormScope(const TypeTable& table, TULVEndpointData endpoint, QELCdrStream& stream)
@@ -62,16 +62,17 @@ DDS_UnsignedShort announced_id(const TypeTable& table, DDS_UnsignedShort id) {
                                           : id;
 }
 
-bool write_encapsulation(const TypeTable& table, QELCdrStream& stream, DDS_UnsignedShort id,
-                         Portion portion) {
-    return !portion.encapsulation || CdrCursor(stream).write_encapsulation(announced_id(table, id));
+Success write_encapsulation(const TypeTable& table, QELCdrStream& stream, DDS_UnsignedShort id,
+                            PayloadParts parts) {
+    return !parts.encapsulation || CdrCursor(stream).write_encapsulation(announced_id(table, id));
 }
 
-bool read_encapsulation(QELCdrStream& stream, Portion portion) {
-    return !portion.encapsulation || CdrCursor(stream).read_encapsulation();
+Success read_encapsulation(QELCdrStream& stream, PayloadParts parts) {
+    return !parts.encapsulation || CdrCursor(stream).read_encapsulation();
 }
 
-constexpr Portion whole_sample{.encapsulation = true, .body = true, .selection = Selection::All};
+constexpr PayloadParts whole_sample{
+    .encapsulation = true, .body = true, .selection = Selection::All};
 
 }  // namespace
 
@@ -80,57 +81,58 @@ bool has_extended_headers(TULVEndpointData endpoint) {
                                       endpoint) >= QEL_CDR_EXTENDED_HEADER_THRESHOLD;
 }
 
-bool serialize(const TypeTable& table, TULVEndpointData endpoint, const void* sample,
-               QELCdrStream* stream, DDS_UnsignedShort encapsulation_id, Portion portion) {
+Success serialize(const TypeTable& table, TULVEndpointData endpoint, const void* sample,
+                  QELCdrStream* stream, DDS_UnsignedShort encapsulation_id, PayloadParts parts) {
     if (stream == nullptr) {
         return false;
     }
-    const OriginScope origin(*stream, portion);
-    if ((portion.body && sample == nullptr) ||
-        !write_encapsulation(table, *stream, encapsulation_id, portion)) {
+    const OriginScope origin(*stream, parts);
+    if ((parts.body && sample == nullptr) ||
+        !write_encapsulation(table, *stream, encapsulation_id, parts)) {
         return false;
     }
-    if (!portion.body) {
+    if (!parts.body) {
         return true;
     }
     const HeaderFormScope form(table, endpoint, *stream);
-    return encode(table, sample, *stream, stream->extendedHeaders != 0, portion.selection);
+    return encode(table, sample, *stream, stream->extendedHeaders != 0, parts.selection);
 }
 
-bool deserialize(const TypeTable& table, void* sample, QELCdrStream* stream, Portion portion) {
+Success deserialize(const TypeTable& table, void* sample, QELCdrStream* stream,
+                    PayloadParts parts) {
     if (stream == nullptr) {
         return false;
     }
-    const OriginScope origin(*stream, portion);
-    if ((portion.body && sample == nullptr) || !read_encapsulation(*stream, portion)) {
+    const OriginScope origin(*stream, parts);
+    if ((parts.body && sample == nullptr) || !read_encapsulation(*stream, parts)) {
         return false;
     }
-    if (!portion.body) {
+    if (!parts.body) {
         return true;
     }
     reset(table, sample);
-    return decode(table, sample, *stream, portion.selection);
+    return decode(table, sample, *stream, parts.selection);
 }
 
-bool deserialize_unmarked(const TypeTable& table, void* sample, QELCdrStream* stream,
-                          Portion portion) {
+Success deserialize_unless_rejected(const TypeTable& table, void* sample, QELCdrStream* stream,
+                                    PayloadParts parts) {
     if (stream == nullptr) {
         return false;
     }
     stream->rejected = 0;
-    return deserialize(table, sample, stream, portion) && stream->rejected == 0;
+    return deserialize(table, sample, stream, parts) && stream->rejected == 0;
 }
 
-bool skip_sample(const TypeTable& table, QELCdrStream* stream, Portion portion) {
+Success skip_sample(const TypeTable& table, QELCdrStream* stream, PayloadParts parts) {
     if (stream == nullptr) {
         return false;
     }
-    const OriginScope origin(*stream, portion);
-    return read_encapsulation(*stream, portion) && (!portion.body || skip(table, *stream));
+    const OriginScope origin(*stream, parts);
+    return read_encapsulation(*stream, parts) && (!parts.body || skip(table, *stream));
 }
 
-bool serialize_to_buffer(const TypeTable& table, const void* sample, char* buffer,
-                         DDS_UnsignedLong* length) {
+Success serialize_to_buffer(const TypeTable& table, const void* sample, char* buffer,
+                            DDS_UnsignedLong* length) {
     constexpr DDS_UnsignedShort id = QEL_CDR_ENCAPSULATION_ID_CDR_NATIVE;
     if (sample == nullptr || length == nullptr) {
         return false;
@@ -150,15 +152,15 @@ bool serialize_to_buffer(const TypeTable& table, const void* sample, char* buffe
     return true;
 }
 
-bool deserialize_from_buffer(const TypeTable& table, void* sample, const char* buffer,
-                             DDS_UnsignedLong length) {
+Success deserialize_from_buffer(const TypeTable& table, void* sample, const char* buffer,
+                                DDS_UnsignedLong length) {
     if (buffer == nullptr) {
         return false;
     }
     QELCdrStream stream;
     // Decoding only reads; streams have one type for both directions.
     QELCdrStream_init(&stream, const_cast<char*>(buffer), length);
-    return deserialize_unmarked(table, sample, &stream, whole_sample);
+    return deserialize_unless_rejected(table, sample, &stream, whole_sample);
 }
 
 }  // namespace orvane::types

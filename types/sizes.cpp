@@ -1,6 +1,6 @@
 #include "types/sizes.hpp"
 
-#include "types/size_walk.hpp"
+#include "types/size_counter.hpp"
 
 namespace orvane::types {
 
@@ -32,16 +32,18 @@ DDS_UnsignedLong size_from(const SizeOrigin& origin, EndFrom end_from, DDS_Boole
 
 DDS_UnsignedLong extreme_size(const TypeTable& table, Extreme extreme, Selection selection,
                               const SizeOrigin& origin, DDS_Boolean* overflow) {
-    const Walk walk(ExtremeMeasure(extreme), selection);
+    const SizeCounter counter(ExtremeMeasure(extreme), selection);
     return size_from(
-        origin, [&](std::uint64_t start) { return walk.value(table, nullptr, start); }, overflow);
+        origin, [&](std::uint64_t start) { return counter.value(table, nullptr, start); },
+        overflow);
 }
 
 DDS_UnsignedLong exact_size(const TypeTable& table, const void* record, bool extended,
                             const SizeOrigin& origin) {
     const auto end_from = [&](std::uint64_t start) {
-        return table.is_mutable() ? table.compiled->end(record, extended, start)
-                                  : Walk(RecordMeasure(extended)).value(table, record, start);
+        return table.is_mutable()
+                   ? table.compiled->end(record, extended, start)
+                   : SizeCounter(RecordMeasure(extended)).value(table, record, start);
     };
     return size_from(origin, end_from, nullptr);
 }

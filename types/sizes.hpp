@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#include "types/size_walk.hpp"
+#include "types/size_counter.hpp"
 #include "types/table.hpp"
 
 namespace orvane::types {
@@ -22,18 +22,17 @@ struct SizeOrigin {
 /**
  * The size of the smallest or largest value.
  *
- * Both take the headers of members that are not four bytes long for extended ones; the maximum also
- * those of four-byte members and the end of the list, so that no encoding exceeds it, whatever form
- * its headers have. The headers of unions are always short.
+ * Both count an extended header for each member that is not four bytes long. The maximum also
+ * counts extended headers for four-byte members and for the end of the list, so that no encoding
+ * is larger, whatever the form of its headers. Headers inside unions are always short.
  * @param overflow may be NULL; set when the end lies beyond @ref TULV_MAX_SERIALIZED_SIZE, which is
  *   then the result.
  */
-[[nodiscard]] DDS_UnsignedLong extreme_size(const TypeTable& table, Extreme extreme,
-                                            Selection selection, const SizeOrigin& origin,
-                                            DDS_Boolean* overflow = nullptr);
+DDS_UnsignedLong extreme_size(const TypeTable& table, Extreme extreme, Selection selection,
+                              const SizeOrigin& origin, DDS_Boolean* overflow = nullptr);
 
 /** The size of what encode() writes for the record. */
-[[nodiscard]] DDS_UnsignedLong exact_size(const TypeTable& table, const void* record, bool extended,
-                                          const SizeOrigin& origin);
+DDS_UnsignedLong exact_size(const TypeTable& table, const void* record, bool extended,
+                            const SizeOrigin& origin);
 
 }  // namespace orvane::types

@@ -1,27 +1,29 @@
 /**
  * @file table.hpp
- * @brief The table that describes a data type, and how one is made of a record's member pointers.
+ * @brief The table that describes a published data type.
  *
- * Kinds, offsets, nested types and type codes follow from the members' C types. A table whose rows
- * are not exactly the record's members in their order does not compile.
+ * Kinds, offsets, nested types and type codes follow from the members' C types. A table does not
+ * compile unless its rows are exactly the record's members in their order.
  */
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <type_traits>
 
 #include "orvane/types.h"
+#include "platform/internal/success.hpp"
 
 namespace orvane::types {
 
+using pexa::Success;
+
 /** What a member holds. */
-enum class Kind : std::uint8_t { Long, Enumeration, String, Structure, Array, Sequence };
+enum class MemberKind : std::uint8_t { Long, Enumeration, String, Structure, Array, Sequence };
 
 /** What a type is. */
-enum class Category : std::uint8_t { Enumeration, Structure, Union };
+enum class TypeKind : std::uint8_t { Enumeration, Structure, Union };
 
 /** Whether a member belongs to the key. */
 enum class Role : std::uint8_t { Value, Key };
@@ -29,17 +31,17 @@ enum class Role : std::uint8_t { Value, Key };
 struct TypeTable;
 
 /** One member: a row of the table. */
-struct Member {
+struct MemberDescriptor {
     const char* name;
     DDS_UnsignedLong id;
-    Kind kind;
+    MemberKind kind;
     bool is_key;
     std::uint32_t offset;
     /** String: most characters. Array: number of elements. Sequence: most elements. */
     std::uint32_t bound;
-    /** Numbers of four bytes that a value consists of, one behind the other, in the record as in
-     *  the encoding; 0: it is encoded otherwise. */
-    std::uint32_t words;
+    /** The number of CDR longs that the value consists of, if the record holds the same longs as
+     * the encoding. 0: it does not. */
+    std::uint32_t longs;
     /** Enumeration, structure: its table. Array, sequence: the element's table. */
     const TypeTable* type;
     /** Sequence: what the sequence operations know of the element. */
@@ -47,26 +49,23 @@ struct Member {
     const DDS_TypeCode* code;
 
     /** @return whether the member is encoded as four bytes. */
-    [[nodiscard]] constexpr bool is_word() const {
-        return kind == Kind::Long || kind == Kind::Enumeration;
+    constexpr bool is_one_long() const {
+        return kind == MemberKind::Long || kind == MemberKind::Enumeration;
     }
 };
 
 /** Which members an operation is about. */
 enum class Selection : std::uint8_t { All, Key };
 
-[[nodiscard]] constexpr bool selects(Selection selection, const Member& member) {
+constexpr bool selects(Selection selection, const MemberDescriptor& member) {
     return selection == Selection::All || member.is_key;
 }
-
-/** The largest number of members or enumerators of a type. */
-inline constexpr std::size_t table_capacity = 7;
 
 /** Operations on the members of one mutable type. */
 struct CompiledMembers {
     /** Writes the members for which there is a bit in `rows`, and the end of the list. */
-    bool (*encode)(const void* record, QELCdrStream& stream, bool extended, std::uint32_t rows);
-    bool (*decode)(void* record, QELCdrStream& stream, Selection selection);
+    Success (*encode)(const void* record, QELCdrStream& stream, bool extended, std::uint32_t rows);
+    Success (*decode)(void* record, QELCdrStream& stream, Selection selection);
     void (*reset)(void* record);
     /** @return where the encoding ends that begins at the position. */
     std::uint64_t (*end)(const void* record, bool extended, std::uint64_t position);
@@ -75,7 +74,7 @@ struct CompiledMembers {
 /** Everything that is known of a data type. */
 struct TypeTable {
     const char* name;
-    Category category;
+    TypeKind kind;
     DDS_ExtensibilityKind extensibility;
     bool is_keyed;
     /** A bit for each row that belongs to the key. */
@@ -83,31 +82,24 @@ struct TypeTable {
     /** Bytes of the largest key; 0 without one. */
     std::uint32_t longest_key;
     std::uint32_t record_size;
-    /** Members or enumerators. */
-    std::uint32_t row_count;
     /** Members in the order of their ids. Of a union: the discriminator, then the branch of each
      *  of its values. */
-    std::array<Member, table_capacity> rows;
+    std::span<const MemberDescriptor> rows;
     /** Names of the enumerators, whose numbers are their positions. */
-    std::array<const char*, table_capacity> enumerators;
+    std::span<const char* const> enumerators;
     const DDS_TypeCode* code;
     /** NULL of a type that is not mutable. */
     const CompiledMembers* compiled;
 
-    [[nodiscard]] constexpr std::span<const Member> members() const {
-        return {rows.data(), category == Category::Enumeration ? 0 : row_count};
-    }
-    [[nodiscard]] constexpr bool is_mutable() const {
-        return extensibility == DDS_MUTABLE_EXTENSIBILITY;
-    }
+    constexpr bool is_mutable() const { return extensibility == DDS_MUTABLE_EXTENSIBILITY; }
     /** @return whether the number is one of the enumerators. */
-    [[nodiscard]] constexpr bool has_enumerator(DDS_Long value) const {
-        return value >= 0 && static_cast<std::uint32_t>(value) < row_count;
+    constexpr bool has_enumerator(DDS_Long value) const {
+        return value >= 0 && static_cast<std::uint32_t>(value) < enumerators.size();
     }
     /** @return a union's branch for a discriminator, or NULL when it selects none. */
-    [[nodiscard]] constexpr const Member* branch(DDS_Long discriminator) const {
+    constexpr const MemberDescriptor* branch(DDS_Long discriminator) const {
         const bool selects =
-            discriminator >= 0 && static_cast<std::uint32_t>(discriminator) < row_count - 1;
+            discriminator >= 0 && static_cast<std::uint32_t>(discriminator) < rows.size() - 1;
         return selects ? &rows[static_cast<std::size_t>(discriminator) + 1] : nullptr;
     }
 };
@@ -120,6 +112,7 @@ struct Description;
 #define ORVANE_DESCRIBE(T)                                 \
     template <>                                            \
     struct Description<T> {                                \
+        using Sequence = T##Seq;                           \
         static const TypeTable table;                      \
         static const DDS_TypeCode code;                    \
         static const PEXASequenceElement sequence_element; \

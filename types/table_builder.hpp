@@ -7,94 +7,88 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <type_traits>
 
+#include "platform/internal/enumerators.hpp"
+#include "platform/internal/record_members.hpp"
 #include "types/compiled_members.hpp"
-#include "types/size_walk.hpp"
+#include "types/size_counter.hpp"
 #include "types/table.hpp"
 #include "types/typecode.hpp"
 
 namespace orvane::types {
-
-template <typename Pointer>
-struct PointedMember;
-template <typename R, typename V>
-struct PointedMember<V R::*> {
-    using Record = R;
-    using Value = V;
-};
-template <auto Pointer>
-using ValueOf = typename PointedMember<decltype(Pointer)>::Value;
 
 template <typename Value>
 concept SequenceRecord = requires(Value value) {
     value.discontiguousBuffer;
 };
 
-/** Collections are encoded without headers, element after element. */
+/** Elements of arrays and sequences have no headers, so only final structures can be elements. */
 template <typename Element>
-consteval bool can_be_collected() {
-    return Description<Element>::table.category == Category::Structure &&
+consteval bool can_be_element() {
+    return Description<Element>::table.kind == TypeKind::Structure &&
            !Description<Element>::table.is_mutable();
 }
 
-/** A row under construction: it still knows which member it stands for. */
+/** A row that still knows which member it is for. */
 template <auto Pointer>
 struct Row {
     static constexpr auto pointer = Pointer;
-    Member member;
+    MemberDescriptor member;
 };
 
 template <typename Value>
-consteval Kind kind_of() {
+consteval MemberKind kind_of() {
     if constexpr (std::is_same_v<Value, DDS_Long>) {
-        return Kind::Long;
+        return MemberKind::Long;
     } else if constexpr (std::is_enum_v<Value>) {
-        return Kind::Enumeration;
+        return MemberKind::Enumeration;
     } else if constexpr (std::is_same_v<Value, char*>) {
-        return Kind::String;
+        return MemberKind::String;
     } else if constexpr (std::is_array_v<Value>) {
-        return Kind::Array;
+        return MemberKind::Array;
     } else if constexpr (SequenceRecord<Value>) {
-        return Kind::Sequence;
+        return MemberKind::Sequence;
     } else {
-        return Kind::Structure;
+        return MemberKind::Structure;
     }
 }
 
 /** @return the numbers of four bytes that all values consist of, or 0. */
 template <typename Value>
-consteval std::uint32_t words_of() {
-    constexpr Kind kind = kind_of<Value>();
-    bool consists_of_words = kind != Kind::String && kind != Kind::Sequence;
-    if constexpr (kind == Kind::Structure) {
-        consists_of_words = !Description<Value>::table.is_mutable();
+consteval std::uint32_t longs_of() {
+    constexpr MemberKind kind = kind_of<Value>();
+    bool consists_of_longs = kind != MemberKind::String && kind != MemberKind::Sequence;
+    if constexpr (kind == MemberKind::Structure) {
+        consists_of_longs = !Description<Value>::table.is_mutable();
     }
     constexpr std::size_t size = sizeof(Value);
-    return consists_of_words ? size / sizeof(DDS_Long) : 0;
+    return consists_of_longs ? size / sizeof(DDS_Long) : 0;
 }
 
-/** A member whose C type says everything: number, enumeration, structure or array. */
+/** The row of a number, enumeration, structure or array: the C type says everything. */
 template <auto Pointer>
 consteval Row<Pointer> member(DDS_UnsignedLong id, const char* name, Role role = Role::Value) {
-    using Value = ValueOf<Pointer>;
-    Member row{.name = name,
-               .id = id,
-               .kind = kind_of<Value>(),
-               .is_key = role == Role::Key,
-               .offset = 0,
-               .bound = 0,
-               .words = words_of<Value>(),
-               .type = nullptr,
-               .element = nullptr,
-               .code = nullptr};
-    static_assert(kind_of<Value>() != Kind::String && kind_of<Value>() != Kind::Sequence,
-                  "strings and sequences need a bound");
-    if constexpr (kind_of<Value>() == Kind::Long) {
+    using Value = pexa::ValueOfMember<Pointer>;
+    MemberDescriptor row{.name = name,
+                         .id = id,
+                         .kind = kind_of<Value>(),
+                         .is_key = role == Role::Key,
+                         .offset = pexa::offset_of_member<Pointer>,
+                         .bound = 0,
+                         .longs = longs_of<Value>(),
+                         .type = nullptr,
+                         .element = nullptr,
+                         .code = nullptr};
+    static_assert(
+        kind_of<Value>() != MemberKind::String && kind_of<Value>() != MemberKind::Sequence,
+        "strings and sequences need a bound");
+    if constexpr (kind_of<Value>() == MemberKind::Long) {
         row.code = &DDS_g_tc_long;
-    } else if constexpr (kind_of<Value>() == Kind::Array) {
+    } else if constexpr (kind_of<Value>() == MemberKind::Array) {
         using Element = std::remove_extent_t<Value>;
-        static_assert(can_be_collected<Element>(), "elements are final structures");
+        static_assert(can_be_element<Element>(), "elements are final structures");
         row.bound = std::extent_v<Value>;
         row.type = &Description<Element>::table;
         row.code = &array_code<Element, std::extent_v<Value>>;
@@ -105,106 +99,49 @@ consteval Row<Pointer> member(DDS_UnsignedLong id, const char* name, Role role =
     return {row};
 }
 
-/** A string of at most `Bound` characters. */
+/** The row of a string of at most `Bound` characters. */
 template <auto Pointer, std::uint32_t Bound>
 consteval Row<Pointer> string(DDS_UnsignedLong id, const char* name) {
-    static_assert(kind_of<ValueOf<Pointer>>() == Kind::String);
+    static_assert(kind_of<pexa::ValueOfMember<Pointer>>() == MemberKind::String);
     return {{.name = name,
              .id = id,
-             .kind = Kind::String,
+             .kind = MemberKind::String,
              .is_key = false,
-             .offset = 0,
+             .offset = pexa::offset_of_member<Pointer>,
              .bound = Bound,
-             .words = 0,
+             .longs = 0,
              .type = nullptr,
              .element = nullptr,
              .code = &string_code<Bound>}};
 }
 
-/** A sequence of at most `Bound` elements. */
+/** The row of a sequence of at most `Bound` elements. */
 template <auto Pointer, std::uint32_t Bound>
 consteval Row<Pointer> sequence(DDS_UnsignedLong id, const char* name) {
-    static_assert(kind_of<ValueOf<Pointer>>() == Kind::Sequence);
-    using Element = std::remove_pointer_t<decltype(ValueOf<Pointer>::contiguousBuffer)>;
-    static_assert(can_be_collected<Element>(), "elements are final structures");
+    static_assert(kind_of<pexa::ValueOfMember<Pointer>>() == MemberKind::Sequence);
+    using Element = std::remove_pointer_t<decltype(pexa::ValueOfMember<Pointer>::contiguousBuffer)>;
+    static_assert(can_be_element<Element>(), "elements are final structures");
     return {{.name = name,
              .id = id,
-             .kind = Kind::Sequence,
+             .kind = MemberKind::Sequence,
              .is_key = false,
-             .offset = 0,
+             .offset = pexa::offset_of_member<Pointer>,
              .bound = Bound,
-             .words = 0,
+             .longs = 0,
              .type = &Description<Element>::table,
              .element = &Description<Element>::sequence_element,
              .code = &sequence_code<Element, Bound>}};
 }
 
-/** The members' addresses as the language counts them; fails to compile for another number. */
-template <std::size_t Count, typename Record>
-constexpr std::array<const void*, Count> addresses_of_members(const Record& record) {
-    if constexpr (Count == 2) {
-        const auto& [a, b] = record;
-        return {&a, &b};
-    } else if constexpr (Count == 3) {
-        const auto& [a, b, c] = record;
-        return {&a, &b, &c};
-    } else if constexpr (Count == 4) {
-        const auto& [a, b, c, d] = record;
-        return {&a, &b, &c, &d};
-    } else if constexpr (Count == 5) {
-        const auto& [a, b, c, d, e] = record;
-        return {&a, &b, &c, &d, &e};
-    } else {
-        static_assert(Count == 7, "no type has had this number of members so far");
-        const auto& [a, b, c, d, e, f, g] = record;
-        return {&a, &b, &c, &d, &e, &f, &g};
-    }
-}
-
-/** @return whether the pointers are the record's members, all of them, in their order. */
-template <typename Record, auto... Pointers>
-consteval bool cover() {
-    constexpr std::size_t count = sizeof...(Pointers);
-    const Record record{};
-    const auto actual = addresses_of_members<count>(record);
-    const std::array<const void*, count> named{&(record.*Pointers)...};
-    for (std::size_t i = 0; i < count; ++i) {
-        if (actual[i] != named[i]) {
-            return false;
-        }
-    }
-    return true;
-}
-
-/** The members' offsets. The records are plain: each member follows its predecessor at the next
- *  multiple of its own alignment. */
-template <typename Record, auto... Pointers>
-consteval std::array<std::uint32_t, sizeof...(Pointers)> offsets_of_members() {
-    static_assert(std::is_standard_layout_v<Record> && std::is_trivial_v<Record>);
-    static_assert(cover<Record, Pointers...>(), "the rows are not the record's members in order");
-    constexpr std::array<std::size_t, sizeof...(Pointers)> sizes{sizeof(ValueOf<Pointers>)...};
-    constexpr std::array<std::size_t, sizeof...(Pointers)> alignments{
-        alignof(ValueOf<Pointers>)...};
-    std::array<std::uint32_t, sizeof...(Pointers)> offsets{};
-    std::size_t end = 0;
-    for (std::size_t i = 0; i < sizes.size(); ++i) {
-        end = (end + alignments[i] - 1) / alignments[i] * alignments[i];
-        offsets[i] = static_cast<std::uint32_t>(end);
-        end += sizes[i];
-    }
-    return offsets;
-}
-
-/** A rule of the tables that a table under construction breaks; never defined, so that a call at
- *  compile time is an error that names the rule. */
+/** Never defined: a call while a table is made is a compile error, which shows the rule. */
 void rule_broken(const char* rule);
 
 consteval void check_row(const TypeTable& table, std::size_t index) {
-    const Member& row = table.rows[index];
+    const MemberDescriptor& row = table.rows[index];
     if (row.id != index) {
         rule_broken("member ids count from 0");
     }
-    if (!table.is_mutable() && !row.is_word()) {
+    if (!table.is_mutable() && !row.is_one_long()) {
         rule_broken("final types consist of four-byte members");
     }
     if (!table.is_mutable() && row.is_key != table.is_keyed) {
@@ -212,94 +149,89 @@ consteval void check_row(const TypeTable& table, std::size_t index) {
     }
 }
 
-/** A structure. */
+/** All rows of a record's table. */
+template <typename Record, std::size_t Count>
+struct RowsOf {
+    std::array<MemberDescriptor, Count> members;
+};
+
+/** The rows of a structure: of all its members, in their order. */
 template <typename Record, typename... Rows>
-consteval TypeTable structure(const char* name, DDS_ExtensibilityKind extensibility, Rows... rows) {
-    constexpr auto offsets = offsets_of_members<Record, Rows::pointer...>();
-    TypeTable table{.name = name,
-                    .category = Category::Structure,
-                    .extensibility = extensibility,
-                    .is_keyed = false,
-                    .key_rows = 0,
-                    .longest_key = 0,
-                    .record_size = sizeof(Record),
-                    .row_count = sizeof...(rows),
-                    .rows = {rows.member...},
-                    .enumerators = {},
-                    .code = &Description<Record>::code,
-                    .compiled = extensibility == DDS_MUTABLE_EXTENSIBILITY
-                                    ? &compiled_members<Record>
-                                    : nullptr};
-    for (std::size_t i = 0; i < sizeof...(rows); ++i) {
-        table.rows[i].offset = offsets[i];
+consteval RowsOf<Record, sizeof...(Rows)> rows(Rows... rows) {
+    static_assert(pexa::covers_record<Record, Rows::pointer...>);
+    return {{rows.member...}};
+}
+
+/** The rows of a union: of its discriminator, and of the branch for each enumerator of that. */
+template <typename Record, typename... Rows>
+consteval RowsOf<Record, 1 + sizeof...(Rows)> union_rows(Row<&Record::_d> discriminator,
+                                                         Rows... branches) {
+    static_assert(pexa::covers_record<Record, &Record::_d, &Record::_u>);
+    static_assert(pexa::covers_record<decltype(Record::_u), Rows::pointer...>);
+    static_assert(sizeof...(branches) == pexa::enumerator_count<decltype(Record::_d)>,
+                  "each enumerator of the discriminator selects a branch");
+    (static_cast<void>(branches.member.offset += pexa::offset_of_member<&Record::_u>), ...);
+    return {{discriminator.member, branches.member...}};
+}
+
+/** A table without rows. */
+template <typename Record>
+constexpr TypeTable empty_table(const char* name, TypeKind kind,
+                                DDS_ExtensibilityKind extensibility) {
+    return {.name = name,
+            .kind = kind,
+            .extensibility = extensibility,
+            .is_keyed = false,
+            .key_rows = 0,
+            .longest_key = 0,
+            .record_size = sizeof(Record),
+            .rows = {},
+            .enumerators = {},
+            .code = &Description<Record>::code,
+            .compiled = nullptr};
+}
+
+/** A structure. @param rows with static lifetime. */
+template <typename Record, std::size_t Count>
+consteval TypeTable structure(const char* name, DDS_ExtensibilityKind extensibility,
+                              const RowsOf<Record, Count>& rows) {
+    TypeTable table = empty_table<Record>(name, TypeKind::Structure, extensibility);
+    table.rows = rows.members;
+    for (std::size_t i = 0; i < Count; ++i) {
         table.is_keyed = table.is_keyed || table.rows[i].is_key;
         table.key_rows |= table.rows[i].is_key ? 1U << i : 0U;
     }
-    for (std::size_t i = 0; i < sizeof...(rows); ++i) {
+    for (std::size_t i = 0; i < Count; ++i) {
         check_row(table, i);
     }
     if (table.is_keyed) {
         table.longest_key = static_cast<std::uint32_t>(longest_key(table));
     }
-    return table;
-}
-
-/** A mutable union; branch number n holds while the discriminator is n. */
-template <typename Record, typename... Rows>
-consteval TypeTable discriminated_union(const char* name, Row<&Record::_d> discriminator,
-                                        Rows... branches) {
-    using Branches = decltype(Record::_u);
-    constexpr auto outer = offsets_of_members<Record, &Record::_d, &Record::_u>();
-    constexpr auto inner = offsets_of_members<Branches, Rows::pointer...>();
-    TypeTable table{.name = name,
-                    .category = Category::Union,
-                    .extensibility = DDS_MUTABLE_EXTENSIBILITY,
-                    .is_keyed = false,
-                    .key_rows = 0,
-                    .longest_key = 0,
-                    .record_size = sizeof(Record),
-                    .row_count = 1 + sizeof...(branches),
-                    .rows = {discriminator.member, branches.member...},
-                    .enumerators = {},
-                    .code = &Description<Record>::code,
-                    .compiled = &compiled_members<Record>};
-    for (std::size_t i = 0; i < sizeof...(branches); ++i) {
-        table.rows[i + 1].offset = outer[1] + inner[i];
-        check_row(table, i + 1);
+    if (table.is_mutable()) {
+        table.compiled = &compiled_members<Record>;
     }
     return table;
 }
 
-/** An enumerator and its name, which are the same word. */
-template <typename Record>
-struct NamedEnumerator {
-    Record value;
-    const char* name;
-};
-
-/** An enumeration with its enumerators in the order of their numbers. */
+/** A mutable union; branch number n holds while the discriminator is n.
+ *  @param rows with static lifetime. */
 template <typename Record, std::size_t Count>
-consteval TypeTable enumeration(const char* name,
-                                const NamedEnumerator<Record> (&enumerators)[Count]) {
-    static_assert(sizeof(Record) == sizeof(DDS_Long));
-    TypeTable table{.name = name,
-                    .category = Category::Enumeration,
-                    .extensibility = DDS_FINAL_EXTENSIBILITY,
-                    .is_keyed = false,
-                    .key_rows = 0,
-                    .longest_key = 0,
-                    .record_size = sizeof(Record),
-                    .row_count = Count,
-                    .rows = {},
-                    .enumerators = {},
-                    .code = &Description<Record>::code,
-                    .compiled = nullptr};
+consteval TypeTable discriminated_union(const char* name, const RowsOf<Record, Count>& rows) {
+    TypeTable table = empty_table<Record>(name, TypeKind::Union, DDS_MUTABLE_EXTENSIBILITY);
+    table.rows = rows.members;
     for (std::size_t i = 0; i < Count; ++i) {
-        if (static_cast<std::size_t>(enumerators[i].value) != i) {
-            rule_broken("enumerators count from 0");
-        }
-        table.enumerators[i] = enumerators[i].name;
+        check_row(table, i);
     }
+    table.compiled = &compiled_members<Record>;
+    return table;
+}
+
+/** An enumeration, whose enumerators count from 0. */
+template <typename Record>
+consteval TypeTable enumeration(const char* name) {
+    static_assert(sizeof(Record) == sizeof(DDS_Long) && pexa::enumerator_count<Record> > 0);
+    TypeTable table = empty_table<Record>(name, TypeKind::Enumeration, DDS_FINAL_EXTENSIBILITY);
+    table.enumerators = pexa::enumerator_names<Record>;
     return table;
 }
 

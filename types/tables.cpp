@@ -19,83 +19,46 @@ const char QEL_KX_ADMIN_CommandResponseTYPENAME[] = "QEL::KX::ADMIN::CommandResp
 namespace orvane::types {
 
 constexpr TypeTable Description<QEL_KX_ADMIN_StateKind>::table =
-    enumeration<QEL_KX_ADMIN_StateKind>(
-        QEL_KX_ADMIN_StateKindTYPENAME,
-        {{QEL_KX_STATE_INITIALIZING, "QEL_KX_STATE_INITIALIZING"},
-         {QEL_KX_STATE_OPERATIONAL, "QEL_KX_STATE_OPERATIONAL"},
-         {QEL_KX_STATE_NONOPERATIONAL, "QEL_KX_STATE_NONOPERATIONAL"},
-         {QEL_KX_STATE_SHUTTING_DOWN, "QEL_KX_STATE_SHUTTING_DOWN"}});
+    enumeration<QEL_KX_ADMIN_StateKind>(QEL_KX_ADMIN_StateKindTYPENAME);
 
 constexpr TypeTable Description<QEL_KX_ADMIN_CommandKind>::table =
-    enumeration<QEL_KX_ADMIN_CommandKind>(
-        QEL_KX_ADMIN_CommandKindTYPENAME,
-        {{QEL_KX_SET_LOG_LEVEL, "QEL_KX_SET_LOG_LEVEL"},
-         {QEL_KX_SET_QEL_LOGGER_LEVEL, "QEL_KX_SET_QEL_LOGGER_LEVEL"},
-         {QEL_KX_SET_QEL_LOGGER_PRINT_FORMAT, "QEL_KX_SET_QEL_LOGGER_PRINT_FORMAT"}});
+    enumeration<QEL_KX_ADMIN_CommandKind>(QEL_KX_ADMIN_CommandKindTYPENAME);
 
 constexpr TypeTable Description<QEL_KX_ADMIN_CommandResult>::table =
-    enumeration<QEL_KX_ADMIN_CommandResult>(
-        QEL_KX_ADMIN_CommandResultTYPENAME,
-        {{QEL_KX_COMMAND_RESULT_OK, "QEL_KX_COMMAND_RESULT_OK"},
-         {QEL_KX_COMMAND_RESULT_NOT_SUPPORTED, "QEL_KX_COMMAND_RESULT_NOT_SUPPORTED"},
-         {QEL_KX_COMMAND_RESULT_ERROR, "QEL_KX_COMMAND_RESULT_ERROR"}});
+    enumeration<QEL_KX_ADMIN_CommandResult>(QEL_KX_ADMIN_CommandResultTYPENAME);
 
 constexpr TypeTable Description<QEL_KX_ADMIN_QELLoggerVerbosity>::table =
-    enumeration<QEL_KX_ADMIN_QELLoggerVerbosity>(
-        QEL_KX_ADMIN_QELLoggerVerbosityTYPENAME,
-        {{QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_SILENT, "QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_SILENT"},
-         {QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_ERROR, "QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_ERROR"},
-         {QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_WARNING, "QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_WARNING"},
-         {QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_STATUS_LOCAL,
-          "QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_STATUS_LOCAL"},
-         {QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_STATUS_REMOTE,
-          "QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_STATUS_REMOTE"},
-         {QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_STATUS_ALL,
-          "QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_STATUS_ALL"}});
+    enumeration<QEL_KX_ADMIN_QELLoggerVerbosity>(QEL_KX_ADMIN_QELLoggerVerbosityTYPENAME);
 
 constexpr TypeTable Description<QEL_KX_ADMIN_QELLoggerCategory>::table =
-    enumeration<QEL_KX_ADMIN_QELLoggerCategory>(
-        QEL_KX_ADMIN_QELLoggerCategoryTYPENAME,
-        {{QEL_KX_PEXA_CONFIG_LOG_CATEGORY_PLATFORM, "QEL_KX_PEXA_CONFIG_LOG_CATEGORY_PLATFORM"},
-         {QEL_KX_PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION,
-          "QEL_KX_PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION"},
-         {QEL_KX_PEXA_CONFIG_LOG_CATEGORY_DATABASE, "QEL_KX_PEXA_CONFIG_LOG_CATEGORY_DATABASE"},
-         {QEL_KX_PEXA_CONFIG_LOG_CATEGORY_ENTITIES, "QEL_KX_PEXA_CONFIG_LOG_CATEGORY_ENTITIES"},
-         {QEL_KX_PEXA_CONFIG_LOG_CATEGORY_API, "QEL_KX_PEXA_CONFIG_LOG_CATEGORY_API"}});
+    enumeration<QEL_KX_ADMIN_QELLoggerCategory>(QEL_KX_ADMIN_QELLoggerCategoryTYPENAME);
 
-constexpr TypeTable Description<QEL_KX_ADMIN_QELLoggerPrintFormat>::table = enumeration<
-    QEL_KX_ADMIN_QELLoggerPrintFormat>(
-    QEL_KX_ADMIN_QELLoggerPrintFormatTYPENAME,
-    {{QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT, "QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT"},
-     {QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_TIMESTAMPED,
-      "QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_TIMESTAMPED"},
-     {QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_VERBOSE, "QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_VERBOSE"},
-     {QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_VERBOSE_TIMESTAMPED,
-      "QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_VERBOSE_TIMESTAMPED"},
-     {QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_DEBUG, "QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_DEBUG"},
-     {QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_MINIMAL, "QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_MINIMAL"},
-     {QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_MAXIMAL, "QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_MAXIMAL"}});
+constexpr TypeTable Description<QEL_KX_ADMIN_QELLoggerPrintFormat>::table =
+    enumeration<QEL_KX_ADMIN_QELLoggerPrintFormat>(QEL_KX_ADMIN_QELLoggerPrintFormatTYPENAME);
 
-constexpr TypeTable Description<QEL_KX_HostAndAppId>::table = structure<QEL_KX_HostAndAppId>(
-    QEL_KX_HostAndAppIdTYPENAME, DDS_FINAL_EXTENSIBILITY,
+constexpr auto host_and_app_id_rows = rows<QEL_KX_HostAndAppId>(
     member<&QEL_KX_HostAndAppId::rtps_host_id>(0, "rtps_host_id", Role::Key),
     member<&QEL_KX_HostAndAppId::rtps_app_id>(1, "rtps_app_id", Role::Key));
+constexpr TypeTable Description<QEL_KX_HostAndAppId>::table =
+    structure(QEL_KX_HostAndAppIdTYPENAME, DDS_FINAL_EXTENSIBILITY, host_and_app_id_rows);
 
-constexpr TypeTable Description<QEL_KX_LogMessage>::table = structure<QEL_KX_LogMessage>(
-    QEL_KX_LogMessageTYPENAME, DDS_MUTABLE_EXTENSIBILITY,
+constexpr auto log_message_rows = rows<QEL_KX_LogMessage>(
     member<&QEL_KX_LogMessage::hostAndAppId>(0, "hostAndAppId", Role::Key),
     member<&QEL_KX_LogMessage::level>(1, "level", Role::Key),
     string<&QEL_KX_LogMessage::category, ORVANE_LOG_CATEGORY_BOUND>(2, "category"),
     string<&QEL_KX_LogMessage::message, ORVANE_LOG_MESSAGE_BOUND>(3, "message"));
+constexpr TypeTable Description<QEL_KX_LogMessage>::table =
+    structure(QEL_KX_LogMessageTYPENAME, DDS_MUTABLE_EXTENSIBILITY, log_message_rows);
 
-constexpr TypeTable Description<QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity>::table =
-    structure<QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity>(
-        QEL_KX_ADMIN_QELLoggerCategoryAndVerbosityTYPENAME, DDS_FINAL_EXTENSIBILITY,
+constexpr auto qel_logger_category_and_verbosity_rows =
+    rows<QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity>(
         member<&QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity::category>(0, "category"),
         member<&QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity::verbosity>(1, "verbosity"));
+constexpr TypeTable Description<QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity>::table =
+    structure(QEL_KX_ADMIN_QELLoggerCategoryAndVerbosityTYPENAME, DDS_FINAL_EXTENSIBILITY,
+              qel_logger_category_and_verbosity_rows);
 
-constexpr TypeTable Description<QEL_KX_ADMIN_State>::table = structure<QEL_KX_ADMIN_State>(
-    QEL_KX_ADMIN_StateTYPENAME, DDS_MUTABLE_EXTENSIBILITY,
+constexpr auto state_rows = rows<QEL_KX_ADMIN_State>(
     member<&QEL_KX_ADMIN_State::hostAndAppId>(0, "hostAndAppId", Role::Key),
     member<&QEL_KX_ADMIN_State::administrationDomainId>(1, "administrationDomainId"),
     member<&QEL_KX_ADMIN_State::state>(2, "state"),
@@ -104,38 +67,42 @@ constexpr TypeTable Description<QEL_KX_ADMIN_State>::table = structure<QEL_KX_AD
     member<&QEL_KX_ADMIN_State::filterLevel>(4, "filterLevel"),
     member<&QEL_KX_ADMIN_State::qelLoggerVerbosities>(5, "qelLoggerVerbosities"),
     member<&QEL_KX_ADMIN_State::qelLoggerPrintFormat>(6, "qelLoggerPrintFormat"));
+constexpr TypeTable Description<QEL_KX_ADMIN_State>::table =
+    structure(QEL_KX_ADMIN_StateTYPENAME, DDS_MUTABLE_EXTENSIBILITY, state_rows);
 
+constexpr auto command_rows = union_rows<QEL_KX_ADMIN_Command>(
+    member<&QEL_KX_ADMIN_Command::_d>(0, "_d"),
+    member<&QEL_KX_ADMIN_CommandBranches::filterLevel>(1, "filterLevel"),
+    sequence<&QEL_KX_ADMIN_CommandBranches::categoryAndVerbosity, ORVANE_QEL_LOGGER_CATEGORY_COUNT>(
+        2, "categoryAndVerbosity"),
+    member<&QEL_KX_ADMIN_CommandBranches::printFormat>(3, "printFormat"));
 constexpr TypeTable Description<QEL_KX_ADMIN_Command>::table =
-    discriminated_union<QEL_KX_ADMIN_Command>(
-        QEL_KX_ADMIN_CommandTYPENAME,  //
-        member<&QEL_KX_ADMIN_Command::_d>(0, "_d"),
-        member<&QEL_KX_ADMIN_CommandBranches::filterLevel>(1, "filterLevel"),
-        sequence<&QEL_KX_ADMIN_CommandBranches::categoryAndVerbosity,
-                 ORVANE_QEL_LOGGER_CATEGORY_COUNT>(2, "categoryAndVerbosity"),
-        member<&QEL_KX_ADMIN_CommandBranches::printFormat>(3, "printFormat"));
+    discriminated_union(QEL_KX_ADMIN_CommandTYPENAME, command_rows);
 
+constexpr auto command_request_rows = rows<QEL_KX_ADMIN_CommandRequest>(
+    member<&QEL_KX_ADMIN_CommandRequest::targetHostAndAppId>(0, "targetHostAndAppId"),
+    member<&QEL_KX_ADMIN_CommandRequest::originatorHostAndAppId>(1, "originatorHostAndAppId"),
+    member<&QEL_KX_ADMIN_CommandRequest::invocation>(2, "invocation"),
+    member<&QEL_KX_ADMIN_CommandRequest::command>(3, "command"));
 constexpr TypeTable Description<QEL_KX_ADMIN_CommandRequest>::table =
-    structure<QEL_KX_ADMIN_CommandRequest>(
-        QEL_KX_ADMIN_CommandRequestTYPENAME, DDS_MUTABLE_EXTENSIBILITY,
-        member<&QEL_KX_ADMIN_CommandRequest::targetHostAndAppId>(0, "targetHostAndAppId"),
-        member<&QEL_KX_ADMIN_CommandRequest::originatorHostAndAppId>(1, "originatorHostAndAppId"),
-        member<&QEL_KX_ADMIN_CommandRequest::invocation>(2, "invocation"),
-        member<&QEL_KX_ADMIN_CommandRequest::command>(3, "command"));
+    structure(QEL_KX_ADMIN_CommandRequestTYPENAME, DDS_MUTABLE_EXTENSIBILITY, command_request_rows);
 
-constexpr TypeTable Description<QEL_KX_ADMIN_CommandResponse>::table =
-    structure<QEL_KX_ADMIN_CommandResponse>(
-        QEL_KX_ADMIN_CommandResponseTYPENAME, DDS_MUTABLE_EXTENSIBILITY,
-        member<&QEL_KX_ADMIN_CommandResponse::hostAndAppId>(0, "hostAndAppId", Role::Key),
-        member<&QEL_KX_ADMIN_CommandResponse::originatorHostAndAppId>(1, "originatorHostAndAppId"),
-        member<&QEL_KX_ADMIN_CommandResponse::invocation>(2, "invocation"),
-        member<&QEL_KX_ADMIN_CommandResponse::commandResult>(3, "commandResult"),
-        string<&QEL_KX_ADMIN_CommandResponse::message, ORVANE_RESPONSE_MESSAGE_BOUND>(4,
-                                                                                      "message"));
+constexpr auto command_response_rows = rows<QEL_KX_ADMIN_CommandResponse>(
+    member<&QEL_KX_ADMIN_CommandResponse::hostAndAppId>(0, "hostAndAppId", Role::Key),
+    member<&QEL_KX_ADMIN_CommandResponse::originatorHostAndAppId>(1, "originatorHostAndAppId"),
+    member<&QEL_KX_ADMIN_CommandResponse::invocation>(2, "invocation"),
+    member<&QEL_KX_ADMIN_CommandResponse::commandResult>(3, "commandResult"),
+    string<&QEL_KX_ADMIN_CommandResponse::message, ORVANE_RESPONSE_MESSAGE_BOUND>(4, "message"));
+constexpr TypeTable Description<QEL_KX_ADMIN_CommandResponse>::table = structure(
+    QEL_KX_ADMIN_CommandResponseTYPENAME, DDS_MUTABLE_EXTENSIBILITY, command_response_rows);
+
+static_assert(ORVANE_QEL_LOGGER_CATEGORY_COUNT ==
+              pexa::enumerator_count<QEL_KX_ADMIN_QELLoggerCategory>);
 
 /** The type codes' members, which their type wants to be changeable. */
 template <typename Record>
-constinit std::array<DDS_TypeCodeMember, table_capacity> member_codes_of =
-    member_codes(Description<Record>::table);
+constinit auto member_codes_of =
+    member_codes<coded_members(Description<Record>::table)>(Description<Record>::table);
 
 #define ORVANE_TYPE_CODE(T)                             \
     constinit const DDS_TypeCode Description<T>::code = \

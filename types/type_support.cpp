@@ -20,3 +20,17 @@ DDS_ReturnCode_t unregister_type(DDS_DomainParticipant* participant, const char*
 }
 
 }  // namespace orvane::types
+
+using orvane::types::TypeSupport;
+
+#define DEFINE_SUPPORT(Prefix, T, Result, operation, parameters, arguments) \
+    Result Prefix##_##operation parameters {                                \
+        return TypeSupport<T>::operation arguments;                         \
+    }
+#define DEFINE_TYPE(T) ORVANE_TYPE_SUPPORT_OPERATIONS(DEFINE_SUPPORT, T)
+
+extern "C" {
+
+ORVANE_TOPIC_TYPES(DEFINE_TYPE)
+
+}  // extern "C"

@@ -11,20 +11,19 @@
 namespace orvane::types {
 
 /** Makes a plugin with `make`, registers it and deletes it again. */
-[[nodiscard]] DDS_ReturnCode_t register_type(DDS_DomainParticipant* participant,
-                                             const char* type_name, TULVTypePlugin* (*make)());
-[[nodiscard]] DDS_ReturnCode_t unregister_type(DDS_DomainParticipant* participant,
-                                               const char* type_name);
+DDS_ReturnCode_t register_type(DDS_DomainParticipant* participant, const char* type_name,
+                               TULVTypePlugin* (*make)());
+DDS_ReturnCode_t unregister_type(DDS_DomainParticipant* participant, const char* type_name);
 
 constexpr DDS_ReturnCode_t ok_or_error(DDS_Boolean succeeded) {
     return succeeded != DDS_BOOLEAN_FALSE ? DDS_RETCODE_OK : DDS_RETCODE_ERROR;
 }
 
 template <typename T>
-struct TypeSupportOperations {
+struct TypeSupport {
     using Value = ValueOperations<T>;
-    using Support = PluginSupportOperations<T>;
-    using Plugin = PluginOperations<T>;
+    using Support = PluginSupport<T>;
+    using Plugin = types::Plugin<T>;
 
     static DDS_ReturnCode_t register_type(DDS_DomainParticipant* participant, const char* name) {
         return types::register_type(participant, name, Plugin::make);

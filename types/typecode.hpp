@@ -2,8 +2,7 @@
  * @file typecode.hpp
  * @brief Type codes, made of the tables at compile time.
  *
- * They are complete before any code runs, so that the first calls of get_typecode may be
- * concurrent.
+ * They are constants, so any thread may ask for them at any time.
  */
 #pragma once
 
@@ -22,15 +21,15 @@ constexpr DDS_TypeCodeMember member_code(const TypeTable& table, std::size_t ind
                             .flags = DDS_TYPECODE_NONKEY_REQUIRED_MEMBER,
                             .visibility = DDS_PUBLIC_MEMBER,
                             .label = 0};
-    if (table.category == Category::Enumeration) {
+    if (table.kind == TypeKind::Enumeration) {
         code.name = table.enumerators[index];
         return code;
     }
-    const Member& row = table.rows[index];
+    const MemberDescriptor& row = table.rows[index];
     code.name = row.name;
     code.type = row.code;
     code.flags = row.is_key ? DDS_TYPECODE_KEY_MEMBER : DDS_TYPECODE_NONKEY_REQUIRED_MEMBER;
-    if (table.category == Category::Union) {
+    if (table.kind == TypeKind::Union) {
         code.label = static_cast<DDS_Long>(index) - 1;
     }
     return code;
@@ -38,27 +37,32 @@ constexpr DDS_TypeCodeMember member_code(const TypeTable& table, std::size_t ind
 
 /** The discriminator of a union is no member of its type code. */
 constexpr std::size_t first_coded_member(const TypeTable& table) {
-    return table.category == Category::Union ? 1 : 0;
+    return table.kind == TypeKind::Union ? 1 : 0;
 }
 
-constexpr std::array<DDS_TypeCodeMember, table_capacity> member_codes(const TypeTable& table) {
-    std::array<DDS_TypeCodeMember, table_capacity> codes{};
+constexpr std::size_t coded_members(const TypeTable& table) {
+    return table.kind == TypeKind::Enumeration ? table.enumerators.size()
+                                               : table.rows.size() - first_coded_member(table);
+}
+
+template <std::size_t Count>
+constexpr std::array<DDS_TypeCodeMember, Count> member_codes(const TypeTable& table) {
+    std::array<DDS_TypeCodeMember, Count> codes{};
     const std::size_t first = first_coded_member(table);
-    for (std::size_t i = first; i < table.row_count; ++i) {
-        codes[i - first] = member_code(table, i);
+    for (std::size_t i = 0; i < Count; ++i) {
+        codes[i] = member_code(table, first + i);
     }
     return codes;
 }
 
 constexpr DDS_TypeCode type_code(const TypeTable& table, DDS_TypeCodeMember* members) {
     constexpr std::array kinds{DDS_TK_ENUM, DDS_TK_STRUCT, DDS_TK_UNION};
-    const std::size_t first = first_coded_member(table);
-    return {.kind = kinds[static_cast<std::size_t>(table.category)],
+    return {.kind = kinds[static_cast<std::size_t>(table.kind)],
             .extensibility = table.extensibility,
             .name = table.name,
             .bound = 0,
-            .element = first == 1 ? table.rows[0].code : nullptr,
-            .memberCount = table.row_count - static_cast<DDS_UnsignedLong>(first),
+            .element = first_coded_member(table) == 1 ? table.rows[0].code : nullptr,
+            .memberCount = static_cast<DDS_UnsignedLong>(coded_members(table)),
             .members = members};
 }
 

@@ -9,7 +9,7 @@ namespace {
 constexpr const char* read_context = "TDataReader_read_or_take";
 constexpr const char* return_context = "TDataReader_return_loan";
 
-/** Puts what the untyped operation lent or copied into the caller's sequence. */
+/** Gives the caller's sequence the samples that the untyped operation has lent or copied. */
 DDS_ReturnCode_t accept(DDS_DataReader* reader, PEXASequence* data,
                         const PEXASequenceElement& element, DDS_SampleInfoSeq* infos,
                         const DDS_UntypedSampleSeqI& result) {
@@ -32,11 +32,11 @@ DDS_ReturnCode_t accept(DDS_DataReader* reader, PEXASequence* data,
 DDS_DataReader* narrow_reader(DDS_DataReader* reader, const char* type_name) {
     constexpr const char* context = "TDataReader_narrow";
     if (reader == nullptr) {
-        report_bad_parameter(context, "null reader");
+        log_bad_parameter(context, "null reader");
         return nullptr;
     }
     if (DDS_DataReader_compare_typeI(reader, type_name) == DDS_BOOLEAN_FALSE) {
-        report_bad_parameter(context, "wrong type reader");
+        log_bad_parameter(context, "wrong type reader");
         return nullptr;
     }
     return reader;
@@ -44,7 +44,7 @@ DDS_DataReader* narrow_reader(DDS_DataReader* reader, const char* type_name) {
 
 DDS_DataReader* as_datareader(DDS_DataReader* reader) {
     if (reader == nullptr) {
-        report_bad_parameter("TDataReader_as_datareader", "null reader");
+        log_bad_parameter("TDataReader_as_datareader", "null reader");
     }
     return reader;
 }
@@ -54,7 +54,7 @@ DDS_ReturnCode_t read_or_take(DDS_DataReader* reader, PEXASequence* data,
                               const SampleSelector& selector) {
     const char* missing = data == nullptr ? "received_data" : selector.missing_argument();
     if (missing != nullptr) {
-        report_bad_parameter(read_context, missing);
+        log_bad_parameter(read_context, missing);
         return DDS_RETCODE_BAD_PARAMETER;
     }
     DDS_UntypedSampleSeqI samples{
@@ -77,7 +77,7 @@ DDS_ReturnCode_t read_or_take(DDS_DataReader* reader, PEXASequence* data,
 DDS_ReturnCode_t return_loan(DDS_DataReader* reader, PEXASequence* data,
                              const PEXASequenceElement& element, DDS_SampleInfoSeq* infos) {
     if (data == nullptr) {
-        report_bad_parameter(return_context, "received_data");
+        log_bad_parameter(return_context, "received_data");
         return DDS_RETCODE_BAD_PARAMETER;
     }
     if (PEXASequence_has_ownership(data, &element) != DDS_BOOLEAN_FALSE &&
@@ -91,10 +91,37 @@ DDS_ReturnCode_t return_loan(DDS_DataReader* reader, PEXASequence* data,
         return result;
     }
     if (PEXASequence_unloan(data, &element) == DDS_BOOLEAN_FALSE) {
-        report(return_context, QEL_LOG_ANY_FAILURE_s, "unloan sequence");
+        log_error(return_context, QEL_LOG_ANY_FAILURE_s, "unloan sequence");
         return DDS_RETCODE_ERROR;
     }
     return DDS_RETCODE_OK;
 }
 
 }  // namespace orvane::types
+
+using orvane::types::DataReader;
+
+#define DEFINE_READER(Prefix, T, Result, operation, parameters, arguments) \
+    Result Prefix##_##operation parameters {                               \
+        return DataReader<T>::operation arguments;                         \
+    }
+#define UNBRACKETED(...) __VA_ARGS__
+#define DEFINE_READER_FORM(T, form, arguments, ...)                                         \
+    DDS_ReturnCode_t T##DataReader_read##form(__VA_ARGS__) {                                \
+        return DataReader<T>::read_or_take##form(UNBRACKETED arguments, DDS_BOOLEAN_FALSE); \
+    }                                                                                       \
+    DDS_ReturnCode_t T##DataReader_take##form(__VA_ARGS__) {                                \
+        return DataReader<T>::read_or_take##form(UNBRACKETED arguments, DDS_BOOLEAN_TRUE);  \
+    }                                                                                       \
+    DDS_ReturnCode_t T##DataReader_read_or_take##form##I(__VA_ARGS__, DDS_Boolean take) {   \
+        return DataReader<T>::read_or_take##form(UNBRACKETED arguments, take);              \
+    }
+#define DEFINE_TYPE(T)                         \
+    ORVANE_READER_OPERATIONS(DEFINE_READER, T) \
+    ORVANE_READER_FORMS(DEFINE_READER_FORM, T)
+
+extern "C" {
+
+ORVANE_TOPIC_TYPES(DEFINE_TYPE)
+
+}  // extern "C"

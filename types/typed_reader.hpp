@@ -11,10 +11,10 @@
 namespace orvane::types {
 
 /** @return the reader, or NULL after a report: NULL or of another type. */
-[[nodiscard]] DDS_DataReader* narrow_reader(DDS_DataReader* reader, const char* type_name);
-[[nodiscard]] DDS_DataReader* as_datareader(DDS_DataReader* reader);
+DDS_DataReader* narrow_reader(DDS_DataReader* reader, const char* type_name);
+DDS_DataReader* as_datareader(DDS_DataReader* reader);
 
-/** Which samples to read or take, and the name of a NULL argument where one must be given. */
+/** Selects the samples to read or take. Remembers the name of a required argument that is NULL. */
 class SampleSelector {
 public:
     static SampleSelector by_states(DDS_SampleStateMask samples, DDS_ViewStateMask views,
@@ -27,31 +27,31 @@ public:
         self.require(condition, "condition");
         return self;
     }
-    [[nodiscard]] SampleSelector of_instance(const DDS_InstanceHandle_t* handle) const {
+    SampleSelector of_instance(const DDS_InstanceHandle_t* handle) const {
         SampleSelector self = *this;
         self.selector_.instance = handle;
         self.require(handle, "handle");
         return self;
     }
-    [[nodiscard]] SampleSelector of_next_instance(const DDS_InstanceHandle_t* previous) const {
+    SampleSelector of_next_instance(const DDS_InstanceHandle_t* previous) const {
         SampleSelector self = of_instance(previous);
         self.selector_.next_instance = DDS_BOOLEAN_TRUE;
         return self;
     }
-    [[nodiscard]] SampleSelector at_most(DDS_Long samples) const {
+    SampleSelector at_most(DDS_Long samples) const {
         SampleSelector self = *this;
         self.selector_.max_samples = samples;
         return self;
     }
-    [[nodiscard]] SampleSelector taking(DDS_Boolean take) const {
+    SampleSelector taking(DDS_Boolean take) const {
         SampleSelector self = *this;
         self.selector_.take = take;
         return self;
     }
 
-    [[nodiscard]] const DDS_ReadSelectorI& untyped() const { return selector_; }
+    const DDS_ReadSelectorI& untyped() const { return selector_; }
     /** @return NULL when every argument is there. */
-    [[nodiscard]] const char* missing_argument() const { return missing_argument_; }
+    const char* missing_argument() const { return missing_argument_; }
 
 private:
     SampleSelector(DDS_SampleStateMask samples, DDS_ViewStateMask views,
@@ -71,17 +71,16 @@ private:
 };
 
 /** Reads or takes into a sequence of any topic type. @param data NULL: reported. */
-[[nodiscard]] DDS_ReturnCode_t read_or_take(DDS_DataReader* reader, PEXASequence* data,
-                                            const PEXASequenceElement& element,
-                                            DDS_SampleInfoSeq* infos,
-                                            const SampleSelector& selector);
+DDS_ReturnCode_t read_or_take(DDS_DataReader* reader, PEXASequence* data,
+                              const PEXASequenceElement& element, DDS_SampleInfoSeq* infos,
+                              const SampleSelector& selector);
 
-[[nodiscard]] DDS_ReturnCode_t return_loan(DDS_DataReader* reader, PEXASequence* data,
-                                           const PEXASequenceElement& element,
-                                           DDS_SampleInfoSeq* infos);
+DDS_ReturnCode_t return_loan(DDS_DataReader* reader, PEXASequence* data,
+                             const PEXASequenceElement& element, DDS_SampleInfoSeq* infos);
 
-template <typename T, typename Seq>
-struct DataReaderOperations {
+template <typename T>
+struct DataReader {
+    using Seq = typename Description<T>::Sequence;
     using Reader = DDS_DataReader;
     using Infos = DDS_SampleInfoSeq;
     using Handle = DDS_InstanceHandle_t;

@@ -9,7 +9,7 @@ namespace {
 /** Reports an argument that is missing. */
 bool is_present(const void* argument, const char* name) {
     if (argument == nullptr) {
-        report_bad_parameter("TDataWriter_write", name);
+        log_bad_parameter("TDataWriter_write", name);
     }
     return argument != nullptr;
 }
@@ -19,11 +19,11 @@ bool is_present(const void* argument, const char* name) {
 DDS_DataWriter* narrow_writer(DDS_DataWriter* writer, const char* type_name) {
     constexpr const char* context = "TDataWriter_narrow";
     if (writer == nullptr) {
-        report_bad_parameter(context, "null writer");
+        log_bad_parameter(context, "null writer");
         return nullptr;
     }
     if (DDS_DataWriter_compare_typeI(writer, type_name) == DDS_BOOLEAN_FALSE) {
-        report_bad_parameter(context, "wrong type writer");
+        log_bad_parameter(context, "wrong type writer");
         return nullptr;
     }
     return writer;
@@ -31,7 +31,7 @@ DDS_DataWriter* narrow_writer(DDS_DataWriter* writer, const char* type_name) {
 
 DDS_DataWriter* as_datawriter(DDS_DataWriter* writer) {
     if (writer == nullptr) {
-        report_bad_parameter("TDataWriter_as_datawriter", "null writer");
+        log_bad_parameter("TDataWriter_as_datawriter", "null writer");
     }
     return writer;
 }
@@ -58,3 +58,17 @@ DDS_InstanceHandle_t register_instance(DDS_DataWriter* writer, const void* sampl
 }
 
 }  // namespace orvane::types
+
+using orvane::types::DataWriter;
+
+#define DEFINE_WRITER(Prefix, T, Result, operation, parameters, arguments) \
+    Result Prefix##_##operation parameters {                               \
+        return DataWriter<T>::operation arguments;                         \
+    }
+#define DEFINE_TYPE(T) ORVANE_WRITER_OPERATIONS(DEFINE_WRITER, T)
+
+extern "C" {
+
+ORVANE_TOPIC_TYPES(DEFINE_TYPE)
+
+}  // extern "C"

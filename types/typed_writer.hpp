@@ -10,21 +10,20 @@
 namespace orvane::types {
 
 /** @return the writer, or NULL after a report: NULL or of another type. */
-[[nodiscard]] DDS_DataWriter* narrow_writer(DDS_DataWriter* writer, const char* type_name);
-[[nodiscard]] DDS_DataWriter* as_datawriter(DDS_DataWriter* writer);
+DDS_DataWriter* narrow_writer(DDS_DataWriter* writer, const char* type_name);
+DDS_DataWriter* as_datawriter(DDS_DataWriter* writer);
 
 /** An untyped operation that a sample and parameters are forwarded to. */
 using UntypedWrite = DDS_ReturnCode_t (*)(DDS_DataWriter*, const void*, const DDS_WriteParams_t*);
 
-/** Forwards with a handle and, optionally, a source timestamp. @param timestamp NULL: missing. */
-[[nodiscard]] DDS_ReturnCode_t write_with(UntypedWrite write, DDS_DataWriter* writer,
-                                          const void* sample, const DDS_InstanceHandle_t* handle,
-                                          const DDS_Time_t* timestamp);
-[[nodiscard]] DDS_InstanceHandle_t register_instance(DDS_DataWriter* writer, const void* sample,
-                                                     const DDS_Time_t* timestamp);
+/** Calls the operation with a handle and a source timestamp. NULL for either is reported. */
+DDS_ReturnCode_t write_with(UntypedWrite write, DDS_DataWriter* writer, const void* sample,
+                            const DDS_InstanceHandle_t* handle, const DDS_Time_t* timestamp);
+DDS_InstanceHandle_t register_instance(DDS_DataWriter* writer, const void* sample,
+                                       const DDS_Time_t* timestamp);
 
 template <typename T>
-struct DataWriterOperations {
+struct DataWriter {
     using Writer = DDS_DataWriter;
     using Handle = DDS_InstanceHandle_t;
 

@@ -1,11 +1,9 @@
 /**
  * @file value_operations.hpp
- * @brief The value operations of one type, and its records on the heap, by their exported names.
+ * @brief The value operations of one type, by their exported names.
  */
 #pragma once
 
-#include "types/heap_record.hpp"
-#include "types/print.hpp"
 #include "types/values.hpp"
 
 namespace orvane::types {
@@ -55,46 +53,6 @@ struct ValueOperations {
 
     static DDS_Boolean copy(T* self, const T* source) {
         return self != nullptr && source != nullptr && types::copy(table, self, source);
-    }
-};
-
-/** `TPluginSupport_…` */
-template <typename T>
-struct PluginSupportOperations {
-    using Value = ValueOperations<T>;
-    static constexpr const TypeTable& table = Description<T>::table;
-
-    static T* create_data() { return create_data_ex(DDS_BOOLEAN_TRUE); }
-    static T* create_data_ex(DDS_Boolean pointers) {
-        const DDS_TypeAllocationParams_t params = allocation_params(pointers, DDS_BOOLEAN_TRUE);
-        return create_data_w_params(&params);
-    }
-    static T* create_data_w_params(const DDS_TypeAllocationParams_t* params) {
-        return params == nullptr ? nullptr : static_cast<T*>(create_record(table, *params));
-    }
-
-    static void destroy_data(T* sample) { destroy_data_ex(sample, DDS_BOOLEAN_TRUE); }
-    static void destroy_data_ex(T* sample, DDS_Boolean pointers) {
-        const DDS_TypeDeallocationParams_t params = deallocation_params(pointers);
-        destroy_data_w_params(sample, &params);
-    }
-    static void destroy_data_w_params(T* sample, const DDS_TypeDeallocationParams_t* params) {
-        if (params != nullptr) {
-            destroy_record(table, sample);
-        }
-    }
-
-    static DDS_Boolean copy_data(T* destination, const T* source) {
-        return Value::copy(destination, source);
-    }
-
-    static T* create_key() { return create_data(); }
-    static T* create_key_ex(DDS_Boolean pointers) { return create_data_ex(pointers); }
-    static void destroy_key(T* key) { destroy_data(key); }
-    static void destroy_key_ex(T* key, DDS_Boolean pointers) { destroy_data_ex(key, pointers); }
-
-    static void print_data(const T* sample, const char* description, DDS_UnsignedLong indent) {
-        print(table, sample, description, indent);
     }
 };
 

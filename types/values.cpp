@@ -4,19 +4,20 @@
 
 #include "pexa/string.h"
 #include "types/record_access.hpp"
+#include "types/value_operations.hpp"
 
 namespace orvane::types {
 
 namespace {
 
-bool allocate_string(void* value, const Member& member) {
+Success allocate_string(void* value, const MemberDescriptor& member) {
     char* text = DDS_String_alloc(member.bound);
-    store(value, text);
+    write_value(value, text);
     return text != nullptr;
 }
 
-bool allocate_sequence(PEXASequence* sequence, const Member& member,
-                       const DDS_TypeAllocationParams_t& params) {
+Success allocate_sequence(PEXASequence* sequence, const MemberDescriptor& member,
+                          const DDS_TypeAllocationParams_t& params) {
     return PEXASequence_initialize(sequence, member.element) != DDS_BOOLEAN_FALSE &&
            PEXASequence_set_element_allocation_params(sequence, member.element, &params) !=
                DDS_BOOLEAN_FALSE &&
@@ -24,73 +25,75 @@ bool allocate_sequence(PEXASequence* sequence, const Member& member,
                                     static_cast<DDS_Long>(member.bound)) != DDS_BOOLEAN_FALSE;
 }
 
-bool allocate_member(void* value, const Member& member, const DDS_TypeAllocationParams_t& params) {
-    if (member.words > 0) {
-        std::memset(value, 0, member.words * sizeof(DDS_Long));
+Success allocate_member(void* value, const MemberDescriptor& member,
+                        const DDS_TypeAllocationParams_t& params) {
+    if (member.longs > 0) {
+        std::memset(value, 0, member.longs * sizeof(DDS_Long));
         return true;
     }
-    if (member.kind == Kind::String) {
+    if (member.kind == MemberKind::String) {
         return allocate_string(value, member);
     }
-    return member.kind == Kind::Sequence
+    return member.kind == MemberKind::Sequence
                ? allocate_sequence(static_cast<PEXASequence*>(value), member, params)
                : initialise(*member.type, value, params);
 }
 
-/** Makes pointers that may be garbage safe to finalise. */
+/** Sets the pointers to NULL, so that a record can be finalised when its initialisation fails. */
 void forget_buffers(const TypeTable& table, void* record) {
-    for (const Member& member : table.members()) {
+    for (const MemberDescriptor& member : table.rows) {
         void* value = field(record, member);
-        if (member.kind == Kind::String) {
-            store<char*>(value, nullptr);
-        } else if (member.kind == Kind::Sequence) {
+        if (member.kind == MemberKind::String) {
+            write_value<char*>(value, nullptr);
+        } else if (member.kind == MemberKind::Sequence) {
             PEXASequence_initialize(static_cast<PEXASequence*>(value), member.element);
-        } else if (member.kind == Kind::Structure) {
+        } else if (member.kind == MemberKind::Structure) {
             forget_buffers(*member.type, value);
         }
     }
 }
 
-bool copy_string(void* destination, const void* source, const Member& member) {
-    return DDS_String_copyBounded(load<char*>(destination), load<const char*>(source),
+Success copy_string(void* destination, const void* source, const MemberDescriptor& member) {
+    return DDS_String_copyBounded(read_value<char*>(destination), read_value<const char*>(source),
                                   std::size_t{member.bound} + 1) != DDS_BOOLEAN_FALSE;
 }
 
-bool copy_member(void* destination, const void* source, const Member& member) {
-    if (member.words > 0) {
-        std::memmove(destination, source, member.words * sizeof(DDS_Long));
+Success copy_member(void* destination, const void* source, const MemberDescriptor& member) {
+    if (member.longs > 0) {
+        std::memmove(destination, source, member.longs * sizeof(DDS_Long));
         return true;
     }
-    if (member.kind == Kind::String) {
+    if (member.kind == MemberKind::String) {
         return copy_string(destination, source, member);
     }
-    return member.kind == Kind::Sequence
-               ? PEXASequence_copy(static_cast<PEXASequence*>(destination), member.element,
-                                   static_cast<const PEXASequence*>(source)) != nullptr
-               : copy(*member.type, destination, source);
+    if (member.kind == MemberKind::Sequence) {
+        return PEXASequence_copy(static_cast<PEXASequence*>(destination), member.element,
+                                 static_cast<const PEXASequence*>(source)) != nullptr;
+    }
+    return copy(*member.type, destination, source);
 }
 
-bool copy_field(void* destination, const void* source, const Member& member) {
+Success copy_field(void* destination, const void* source, const MemberDescriptor& member) {
     return copy_member(field(destination, member), field(source, member), member);
 }
 
-bool copy_union(const TypeTable& table, void* destination, const void* source) {
-    const Member& discriminator = table.rows[0];
-    const auto selected = load<DDS_Long>(field(source, discriminator));
-    store(field(destination, discriminator), selected);
-    const Member* branch = table.branch(selected);
+Success copy_union(const TypeTable& table, void* destination, const void* source) {
+    const MemberDescriptor& discriminator = table.rows[0];
+    const auto selected = read_value<DDS_Long>(field(source, discriminator));
+    write_value(field(destination, discriminator), selected);
+    const MemberDescriptor* branch = table.branch(selected);
     return branch == nullptr || copy_field(destination, source, *branch);
 }
 
 }  // namespace
 
-bool initialise(const TypeTable& table, void* record, const DDS_TypeAllocationParams_t& params) {
+Success initialise(const TypeTable& table, void* record, const DDS_TypeAllocationParams_t& params) {
     if (!table.is_mutable() || params.allocate_memory == DDS_BOOLEAN_FALSE) {
         reset(table, record);
         return true;
     }
     forget_buffers(table, record);
-    for (const Member& member : table.members()) {
+    for (const MemberDescriptor& member : table.rows) {
         if (!allocate_member(field(record, member), member, params)) {
             return false;
         }
@@ -106,9 +109,9 @@ void reset(const TypeTable& table, void* record) {
     }
 }
 
-void reset_open_value(void* value, const Member& member) {
-    if (member.kind == Kind::Sequence) {
-        // A sequence that is shortened allocates nothing.
+void reset_variable_value(void* value, const MemberDescriptor& member) {
+    if (member.kind == MemberKind::Sequence) {
+        // A shorter length needs no memory and cannot fail.
         static_cast<void>(
             PEXASequence_set_length(static_cast<PEXASequence*>(value), member.element, 0));
     } else {
@@ -117,28 +120,28 @@ void reset_open_value(void* value, const Member& member) {
 }
 
 void finalise(const TypeTable& table, void* record) {
-    for (const Member& member : table.members()) {
+    for (const MemberDescriptor& member : table.rows) {
         void* value = field(record, member);
-        if (member.kind == Kind::String) {
-            DDS_String_free(load<char*>(value));
-            store<char*>(value, nullptr);
-        } else if (member.kind == Kind::Sequence) {
+        if (member.kind == MemberKind::String) {
+            DDS_String_free(read_value<char*>(value));
+            write_value<char*>(value, nullptr);
+        } else if (member.kind == MemberKind::Sequence) {
             PEXASequence_finalize(static_cast<PEXASequence*>(value), member.element);
-        } else if (member.kind == Kind::Structure) {
+        } else if (member.kind == MemberKind::Structure) {
             finalise(*member.type, value);
         }
     }
 }
 
-bool copy(const TypeTable& table, void* destination, const void* source) {
+Success copy(const TypeTable& table, void* destination, const void* source) {
     if (!table.is_mutable()) {
         std::memmove(destination, source, table.record_size);
         return true;
     }
-    if (table.category == Category::Union) {
+    if (table.kind == TypeKind::Union) {
         return copy_union(table, destination, source);
     }
-    for (const Member& member : table.members()) {
+    for (const MemberDescriptor& member : table.rows) {
         if (!copy_field(destination, source, member)) {
             return false;
         }
@@ -146,8 +149,8 @@ bool copy(const TypeTable& table, void* destination, const void* source) {
     return true;
 }
 
-bool copy_key(const TypeTable& table, void* destination, const void* source) {
-    for (const Member& member : table.members()) {
+Success copy_key(const TypeTable& table, void* destination, const void* source) {
+    for (const MemberDescriptor& member : table.rows) {
         if (member.is_key && !copy_field(destination, source, member)) {
             return false;
         }
@@ -156,3 +159,21 @@ bool copy_key(const TypeTable& table, void* destination, const void* source) {
 }
 
 }  // namespace orvane::types
+
+using orvane::types::ValueOperations;
+
+#define DEFINE_VALUE(Prefix, T, Result, operation, parameters, arguments) \
+    Result Prefix##_##operation parameters {                              \
+        return ValueOperations<T>::operation arguments;                   \
+    }
+#define DEFINE_TYPE(T) ORVANE_VALUE_OPERATIONS(DEFINE_VALUE, T)
+
+extern "C" {
+
+ORVANE_TYPES(DEFINE_TYPE)
+
+QEL_KX_ADMIN_CommandKind QEL_KX_ADMIN_Command_getDefaultDiscriminator() {
+    return QEL_KX_SET_LOG_LEVEL;
+}
+
+}  // extern "C"

@@ -10,6 +10,7 @@
 #include <string.h>
 
 #include "pexa/cdr_stream.h"
+#include "platform/internal/success.hpp"
 
 namespace pexa {
 
@@ -23,13 +24,13 @@ inline int32_t swap_bytes(int32_t value) {
     return static_cast<int32_t>(swap_bytes(static_cast<uint32_t>(value)));
 }
 
-/// A position of its own over a stream's buffer: the stream itself moves at commit() only. A step
-/// that would go beyond the buffer's end, or that meets what it refuses, returns false and leaves
-/// the cursor where it was. The members of mutable types are the matter of CdrParameterCursor.
+/// Reads and writes CDR values in the buffer of a stream. The cursor has a position of its own, and
+/// commit() moves the stream there. A step fails at the end of the buffer or at an invalid value,
+/// and leaves the cursor where it was. CdrParameterCursor adds the members of mutable types.
 ///
-/// It is fast while a local cursor lives in registers, which it does as long as its address goes
-/// nowhere. Therefore the larger steps are inlined by force, and whatever is not inlined gets the
-/// stream instead: see on_stream().
+/// The compiler keeps a local cursor in registers as long as no function gets its address.
+/// Therefore the larger steps are forced inline, and functions that are not inlined get the stream:
+/// see on_stream().
 class CdrCursor {
 public:
     explicit CdrCursor(QELCdrStream& stream) : CdrCursor(stream, stream.position) {}
@@ -42,9 +43,9 @@ public:
           origin_(stream.origin),
           little_endian_(stream.littleEndian != 0) {}
 
-    [[nodiscard]] size_t remaining() const { return size_ - position_; }
+    size_t remaining() const { return size_ - position_; }
 
-    /// Moves the stream here.
+    /// Moves the stream here. @return true, so that it can end a chain of steps.
     bool commit() const {
         stream_->position = position_;
         return true;
@@ -53,28 +54,28 @@ public:
     /// Sets the stream's rejection mark.
     void reject() const { stream_->rejected = 1; }
 
-    /// Hands over to an operation on the stream itself, for which the buffer ends where it does for
-    /// the cursor, and goes on where that left it.
+    /// Runs an operation on the stream, with the cursor's position and end, and continues where the
+    /// operation stopped.
     template <class Operation>
-    [[nodiscard]] bool on_stream(Operation operation) {
+    Success on_stream(Operation operation) {
         const size_t size = stream_->size;
         stream_->size = size_;
         stream_->position = position_;
-        const bool done = operation(*stream_);
+        const Success done = operation(*stream_);
         position_ = stream_->position;
         stream_->size = size;
         return done;
     }
 
-    /// Lets the buffer end at a position that lies within it, until it is set back.
-    /// @return where it ended.
+    /// Moves the end of the buffer to a position within it.
+    /// @return the end until now, which the caller sets again.
     size_t set_end(size_t position) {
         const size_t end = size_;
         size_ = position;
         return end;
     }
 
-    [[nodiscard]] bool skip(size_t count) {
+    Success skip(size_t count) {
         if (count > remaining()) {
             return false;
         }
@@ -83,10 +84,10 @@ public:
     }
 
     /// Passes over the padding before a value.
-    [[nodiscard]] bool align(size_t alignment) { return skip(padding(alignment)); }
+    Success align(size_t alignment) { return skip(padding(alignment)); }
 
     /// Writes the padding before a value.
-    [[nodiscard]] bool pad(size_t alignment) {
+    Success pad(size_t alignment) {
         const size_t gap = padding(alignment);
         if (gap > remaining()) {
             return false;
@@ -100,7 +101,7 @@ public:
 
     /// Writes a number behind its padding.
     template <class Number>
-    [[nodiscard]] bool write(Number value) {
+    Success write(Number value) {
         if (!pad_before(sizeof value, sizeof value)) {
             return false;
         }
@@ -110,7 +111,7 @@ public:
 
     /// Reads a number behind its padding.
     template <class Number>
-    [[nodiscard, gnu::always_inline]] bool read(Number& value, size_t alignment = sizeof(Number)) {
+    [[gnu::always_inline]] Success read(Number& value, size_t alignment = sizeof(Number)) {
         const size_t gap = padding(alignment);
         if (gap + sizeof value > remaining()) {
             return false;
@@ -124,19 +125,19 @@ public:
         return true;
     }
 
-    /// Writes that many numbers of 32 bits, which need no alignment in memory.
-    [[nodiscard]] bool write_words(const void* words, size_t count) {
+    /// Writes CDR longs, which need no alignment in memory.
+    Success write_longs(const void* longs, size_t count) {
         if (count > 0 && !pad_before(sizeof(uint32_t), count * sizeof(uint32_t))) {
             return false;
         }
-        put_words(words, count);
+        put_longs(longs, count);
         return true;
     }
 
     /// @param size set to the bytes of the characters and the NUL.
     /// @return whether the text keeps to its bound.
-    [[nodiscard]] static bool measure_string(const char* text, DDS_UnsignedLong maximum_length,
-                                             DDS_UnsignedLong& size) {
+    static Success measure_string(const char* text, DDS_UnsignedLong maximum_length,
+                                  DDS_UnsignedLong& size) {
         const size_t length = strnlen(text, size_t{maximum_length} + 1);
         size = static_cast<DDS_UnsignedLong>(length + 1);
         // With the greatest bound the terminator would not fit into the encoded length.
@@ -145,7 +146,7 @@ public:
 
     /// @param size as measured.
     /// @see QELCdrStream_serializeString
-    [[nodiscard]] bool write_string(const char* text, DDS_UnsignedLong size) {
+    Success write_string(const char* text, DDS_UnsignedLong size) {
         if (!pad_before(sizeof size, sizeof size + size)) {
             return false;
         }
@@ -154,8 +155,7 @@ public:
     }
 
     /// @see QELCdrStream_deserializeString
-    [[nodiscard, gnu::always_inline]] bool read_string(char* text,
-                                                       DDS_UnsignedLong maximum_length) {
+    [[gnu::always_inline]] Success read_string(char* text, DDS_UnsignedLong maximum_length) {
         CdrCursor next = *this;
         DDS_UnsignedLong size = 0;
         if (!next.read_string_size(maximum_length, size)) {
@@ -167,7 +167,7 @@ public:
     }
 
     /// @see QELCdrStream_skipString
-    [[nodiscard]] bool skip_string(DDS_UnsignedLong maximum_length) {
+    Success skip_string(DDS_UnsignedLong maximum_length) {
         CdrCursor next = *this;
         DDS_UnsignedLong size = 0;
         if (!next.read_string_size(maximum_length, size)) {
@@ -178,7 +178,7 @@ public:
     }
 
     /// @see QELCdrStream_serializeEncapsulation. Moves the stream, too.
-    [[nodiscard]] bool write_encapsulation(DDS_UnsignedShort id) {
+    Success write_encapsulation(DDS_UnsignedShort id) {
         if (id > QEL_CDR_ENCAPSULATION_ID_PL_CDR_LE ||
             !pad_before(sizeof id, QEL_CDR_ENCAPSULATION_HEADER_SIZE)) {
             return false;
@@ -190,7 +190,7 @@ public:
     }
 
     /// @see QELCdrStream_deserializeEncapsulation. Moves the stream, too.
-    [[nodiscard]] bool read_encapsulation() {
+    Success read_encapsulation() {
         CdrCursor next = *this;
         next.little_endian_ = false;
         uint32_t header = 0;
@@ -205,26 +205,24 @@ public:
     }
 
     /// @return whether numbers need no swapping.
-    [[nodiscard]] bool is_native() const { return !is_swapped(); }
+    bool is_native() const { return !is_swapped(); }
 
 protected:
     static constexpr bool native_is_little = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__;
 
-    [[nodiscard]] char* bytes() const { return buffer_ + position_; }
-    [[nodiscard]] bool is_swapped() const { return little_endian_ != native_is_little; }
-    [[nodiscard]] size_t padding(size_t alignment) const {
-        return (origin_ - position_) & (alignment - 1);
-    }
+    char* bytes() const { return buffer_ + position_; }
+    bool is_swapped() const { return little_endian_ != native_is_little; }
+    size_t padding(size_t alignment) const { return (origin_ - position_) & (alignment - 1); }
 
     /// Writes the padding before a value, if there is room for both.
     /// @param size of the value, at least its alignment.
-    [[nodiscard, gnu::always_inline]] bool pad_before(size_t alignment, size_t size) {
+    [[gnu::always_inline]] Success pad_before(size_t alignment, size_t size) {
         const size_t gap = padding(alignment);
         if (gap + size > remaining()) {
             return false;
         }
-        // Not a loop over the gap, whose length nobody can predict: the value covers those zeros
-        // that are too many.
+        // A loop over the gap would be mispredicted. The value overwrites the zeros that are too
+        // many.
         memset(bytes(), 0, alignment);
         position_ += gap;
         return true;
@@ -241,12 +239,12 @@ protected:
         position_ += sizeof value;
     }
 
-    [[gnu::always_inline]] void put_words(const void* words, size_t count) {
-        const char* next = static_cast<const char*>(words);
+    [[gnu::always_inline]] void put_longs(const void* longs, size_t count) {
+        const char* next = static_cast<const char*>(longs);
         for (size_t i = 0; i < count; ++i, next += sizeof(uint32_t)) {
-            uint32_t word;
-            memcpy(&word, next, sizeof word);
-            put(word);
+            uint32_t value;
+            memcpy(&value, next, sizeof value);
+            put(value);
         }
     }
 
@@ -257,13 +255,12 @@ protected:
     }
     /// @}
 
-    /// Not memcpy: where it knows a bound, GCC makes an instruction of it that takes longer than
-    /// the call.
+    /// Not memcpy: with a known bound GCC uses a string instruction, which is slower than the call.
     static void copy_text(char* to, const char* from, size_t size) { memmove(to, from, size); }
 
     /// Reads the length of a string and checks everything about it. Ends at the characters.
-    [[nodiscard, gnu::always_inline]] bool read_string_size(DDS_UnsignedLong maximum_length,
-                                                            DDS_UnsignedLong& size) {
+    [[gnu::always_inline]] Success read_string_size(DDS_UnsignedLong maximum_length,
+                                                    DDS_UnsignedLong& size) {
         if (!read(size) || size == 0 || size - 1 > maximum_length || size > remaining()) {
             return false;
         }

@@ -1,6 +1,6 @@
 /**
  * @file cdr_parameter_cursor.hpp
- * @brief The members of mutable types: values behind headers, which stand in a list.
+ * @brief The members of mutable types: a list of headers, each with its value.
  */
 #ifndef PEXA_CDR_PARAMETER_CURSOR_HPP
 #define PEXA_CDR_PARAMETER_CURSOR_HPP
@@ -14,21 +14,19 @@ class CdrParameterCursor : public CdrCursor {
 public:
     using CdrCursor::CdrCursor;
 
-    /// Writes a member that consists of numbers of 32 bits.
-    [[nodiscard, gnu::always_inline]] bool write_words_parameter(bool extended, DDS_UnsignedLong id,
-                                                                 const void* words, size_t count) {
+    /// Writes a member that consists of CDR longs.
+    [[gnu::always_inline]] Success write_longs_parameter(bool extended, DDS_UnsignedLong id,
+                                                         const void* longs, size_t count) {
         if (!begin_parameter(extended, id, false, count * sizeof(uint32_t))) {
             return false;
         }
-        put_words(words, count);
+        put_longs(longs, count);
         return true;
     }
 
     /// Writes a member that is a string. @param size as measured.
-    [[nodiscard, gnu::always_inline]] bool write_string_parameter(bool extended,
-                                                                  DDS_UnsignedLong id,
-                                                                  const char* text,
-                                                                  DDS_UnsignedLong size) {
+    [[gnu::always_inline]] Success write_string_parameter(bool extended, DDS_UnsignedLong id,
+                                                          const char* text, DDS_UnsignedLong size) {
         if (!begin_parameter(extended, id, false, sizeof size + size)) {
             return false;
         }
@@ -37,8 +35,8 @@ public:
     }
 
     /// @see QELCdrStream_serializeParameterHeader
-    [[nodiscard]] bool open_parameter(QELCdrOpenParameter& parameter, bool extended,
-                                      DDS_UnsignedLong id, bool must_understand) {
+    Success open_parameter(QELCdrOpenParameter& parameter, bool extended, DDS_UnsignedLong id,
+                           bool must_understand) {
         if (!begin_parameter(extended, id, must_understand, 0)) {
             return false;
         }
@@ -50,7 +48,7 @@ public:
     }
 
     /// @see QELCdrStream_serializeParameterLength
-    [[nodiscard, gnu::always_inline]] bool close_parameter(const QELCdrOpenParameter& parameter) {
+    [[gnu::always_inline]] Success close_parameter(const QELCdrOpenParameter& parameter) {
         const bool extended = parameter.extended != 0;
         const size_t length = position_ - parameter.valuePosition;
         const size_t most = extended ? UINT32_MAX : UINT16_MAX;
@@ -71,7 +69,7 @@ public:
     }
 
     /// @see QELCdrStream_serializeListEnd
-    [[nodiscard, gnu::always_inline]] bool write_list_end() {
+    [[gnu::always_inline]] Success write_list_end() {
         if (!pad_before(sizeof(uint32_t), sizeof(uint32_t))) {
             return false;
         }
@@ -79,32 +77,32 @@ public:
         return true;
     }
 
-    /// @name Steps over what these operations write, for a cursor that is_native(). They refuse
-    /// everything else, valid or not.
+    /// @name Fast steps for a cursor that is_native(). They read the form that the operations above
+    /// write, and fail for any other, valid or not.
     /// @{
 
-    /// Reads a member that consists of numbers of 32 bits.
-    [[nodiscard, gnu::always_inline]] bool read_words_parameter(DDS_UnsignedLong id, void* words,
-                                                                size_t count) {
+    /// Reads a member that consists of CDR longs.
+    [[gnu::always_inline]] Success read_longs_parameter(DDS_UnsignedLong id, void* longs,
+                                                        size_t count) {
         const size_t size = count * sizeof(uint32_t);
         if (!read_exact(short_header(id, static_cast<uint32_t>(size)), size)) {
             return false;
         }
-        memcpy(words, bytes(), size);
+        memcpy(longs, bytes(), size);
         position_ += size;
         return true;
     }
 
     /// Reads a member that is a string.
-    [[nodiscard, gnu::always_inline]] bool read_string_parameter(DDS_UnsignedLong id, char* text,
-                                                                 DDS_UnsignedLong maximum_length) {
+    [[gnu::always_inline]] Success read_string_parameter(DDS_UnsignedLong id, char* text,
+                                                         DDS_UnsignedLong maximum_length) {
         CdrParameterCursor next = *this;
-        uint32_t word = 0;
-        if (!next.read(word)) {
+        uint32_t found = 0;
+        if (!next.read(found)) {
             return false;
         }
-        const uint32_t length = word_length(word);
-        if (word != short_header(id, length) || length > next.remaining()) {
+        const uint32_t length = length_of(found);
+        if (found != short_header(id, length) || length > next.remaining()) {
             return false;
         }
         const size_t end = next.position_ + length;
@@ -117,22 +115,22 @@ public:
     }
 
     /// Reads the end of a list.
-    [[nodiscard, gnu::always_inline]] bool read_list_end() {
+    [[gnu::always_inline]] Success read_list_end() {
         return read_exact(short_header(QEL_CDR_PARAMETER_ID_LIST_END | short_must_understand, 0),
                           0);
     }
     /// @}
 
     /// @see QELCdrStream_deserializeParameterHeader
-    [[nodiscard, gnu::always_inline]] bool read_parameter(QELCdrParameterHeader& header) {
+    [[gnu::always_inline]] Success read_parameter(QELCdrParameterHeader& header) {
         CdrParameterCursor next = *this;
-        uint32_t word = 0;
-        if (!next.read(word)) {
+        uint32_t found = 0;
+        if (!next.read(found)) {
             return false;
         }
-        const uint32_t id = little_endian_ ? word & UINT16_MAX : word >> 16;
+        const uint32_t id = little_endian_ ? found & UINT16_MAX : found >> 16;
         header.id = id & short_id_mask;
-        header.length = little_endian_ ? word >> 16 : word & UINT16_MAX;
+        header.length = little_endian_ ? found >> 16 : found & UINT16_MAX;
         header.mustUnderstand = (id & short_must_understand) != 0 ? 1 : 0;
         header.isListEnd = header.id == QEL_CDR_PARAMETER_ID_LIST_END ? 1 : 0;
         header.isIgnored = header.id == QEL_CDR_PARAMETER_ID_IGNORE ? 1 : 0;
@@ -148,7 +146,7 @@ public:
     }
 
     /// @see QELCdrStream_moveToNextParameterHeader
-    [[nodiscard]] bool leave_parameter(const QELCdrParameterHeader& header) {
+    Success leave_parameter(const QELCdrParameterHeader& header) {
         if (header.valuePosition > size_ || header.length > size_ - header.valuePosition) {
             return false;
         }
@@ -156,10 +154,10 @@ public:
         return true;
     }
 
-    /// Calls @p take with the cursor and each member's header up to the end of the list, or of the
-    /// buffer, and moves behind the member when that returns true.
+    /// Calls @p take with the cursor and the header of each member, up to the end of the list or of
+    /// the buffer. Stops when a call fails.
     template <class Take>
-    [[nodiscard, gnu::always_inline]] bool for_each_parameter(Take take) {
+    [[gnu::always_inline]] Success for_each_parameter(Take take) {
         while (remaining() > padding(sizeof(uint32_t))) {
             QELCdrParameterHeader header;
             if (!read_parameter(header)) {
@@ -192,19 +190,19 @@ private:
     static constexpr uint32_t short_header(uint32_t field, uint32_t length) {
         return native_is_little ? field | length << 16 : field << 16 | length;
     }
-    static constexpr uint32_t word_length(uint32_t header) {
+    static constexpr uint32_t length_of(uint32_t header) {
         return native_is_little ? header >> 16 : header & UINT16_MAX;
     }
 
-    /// Reads a header, if it is this one and the value is there, too.
-    [[nodiscard, gnu::always_inline]] bool read_exact(uint32_t header, size_t length) {
+    /// Reads this header. Fails unless its value is complete.
+    [[gnu::always_inline]] Success read_exact(uint32_t header, size_t length) {
         const size_t gap = padding(sizeof header);
         if (gap + sizeof header + length > remaining()) {
             return false;
         }
-        uint32_t word = 0;
-        memcpy(&word, bytes() + gap, sizeof word);
-        if (word != header) {
+        uint32_t found = 0;
+        memcpy(&found, bytes() + gap, sizeof found);
+        if (found != header) {
             return false;
         }
         position_ += gap + sizeof header;
@@ -217,10 +215,10 @@ private:
         put(little_endian_ ? field | length << 16 : field << 16 | length);
     }
 
-    /// Writes the header of a member, if there is room for its value, too. The cursor is then
+    /// Writes a member's header. Fails unless there is room for the value, too. The cursor is then
     /// aligned for any value.
-    [[nodiscard, gnu::always_inline]] bool begin_parameter(bool extended, DDS_UnsignedLong id,
-                                                           bool must_understand, size_t length) {
+    [[gnu::always_inline]] Success begin_parameter(bool extended, DDS_UnsignedLong id,
+                                                   bool must_understand, size_t length) {
         if (extended) {
             return begin_extended_parameter(id, must_understand, length);
         }
@@ -232,9 +230,8 @@ private:
         return true;
     }
 
-    [[nodiscard, gnu::always_inline]] bool begin_extended_parameter(DDS_UnsignedLong id,
-                                                                    bool must_understand,
-                                                                    size_t length) {
+    [[gnu::always_inline]] Success begin_extended_parameter(DDS_UnsignedLong id,
+                                                            bool must_understand, size_t length) {
         if (id > extended_id_mask || length > UINT32_MAX ||
             !pad_before(sizeof(uint32_t), sizeof(uint32_t) + extended_size + length)) {
             return false;
@@ -245,8 +242,8 @@ private:
         return true;
     }
 
-    /// Replaces a short header, behind which the cursor is, by what follows it.
-    [[nodiscard]] bool read_extended_part(QELCdrParameterHeader& header) {
+    /// Reads the rest of an extended header. The cursor is behind its short part.
+    Success read_extended_part(QELCdrParameterHeader& header) {
         const size_t announced = header.length;
         uint32_t field = 0;
         if (announced < extended_size || announced > remaining() || !read(field) ||

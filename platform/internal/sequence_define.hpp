@@ -11,8 +11,8 @@
 
 namespace pexa {
 
-/// Element operations of a type without anything to allocate: all bytes zero is its initial value,
-/// and its bytes are all there is to copy.
+/// Element operations of a type that owns no memory: its initial value is zero in all bytes, and a
+/// copy is a copy of the bytes.
 template <class Element>
 struct PlainElement {
     static_assert(__is_trivially_copyable(Element));
@@ -42,7 +42,7 @@ Element element_or_zero(const void* element) {
     return element == nullptr ? Element() : *static_cast<const Element*>(element);
 }
 
-/// A typed sequence's record seen as the one that all share.
+/// @return the typed sequence as the untyped one, which has the same members.
 template <class Sequence>
 PEXASequence* any_sequence(Sequence* sequence) {
     static_assert(sizeof(Sequence) == sizeof(PEXASequence));

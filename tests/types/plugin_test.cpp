@@ -1,138 +1,62 @@
-// Plugin records, endpoint data, type support and type codes.
+// Plugins, endpoint data and type codes.
 #include <sstream>
 
-#include <gtest/gtest.h>
-
-#include "tests/support/heap_faults.hpp"
+#include "tests/support/faults.hpp"
 #include "tests/types/sample.hpp"
 
+namespace orvane::types {
 namespace {
 
-/// Operations that every plugin has.
-void expect_complete(const TULVTypePlugin& plugin) {
-    EXPECT_TRUE(plugin.on_participant_attached && plugin.on_participant_detached &&
-                plugin.on_endpoint_attached && plugin.on_endpoint_detached && plugin.copy_sample &&
-                plugin.create_sample && plugin.destroy_sample && plugin.serialize &&
-                plugin.deserialize && plugin.get_sample && plugin.return_sample &&
-                plugin.get_serialized_sample_max_size && plugin.get_serialized_sample_min_size &&
-                plugin.get_serialized_sample_size && plugin.get_key_kind && plugin.get_buffer &&
-                plugin.return_buffer)
-        << plugin.typeName;
-}
-
-/// How many of the ten operations on keys a plugin has.
-int key_operations(const TULVTypePlugin& plugin) {
-    return (plugin.instance_to_keyhash != nullptr) +
-           (plugin.serialized_sample_to_keyhash != nullptr) + (plugin.get_key != nullptr) +
-           (plugin.return_key != nullptr) + (plugin.get_serialized_key_max_size != nullptr) +
-           (plugin.instance_to_key != nullptr) + (plugin.key_to_instance != nullptr) +
-           (plugin.serialize_key != nullptr) + (plugin.deserialize_key != nullptr) +
-           (plugin.deserialize_key_sample != nullptr);
-}
-
-TEST(Plugin, HasOperationsOnKeysExactlyIfTheTypeHasAKey) {
-    const struct {
-        TULVTypePlugin* (*make)();
-        void (*remove)(TULVTypePlugin*);
-        const char* name;
-        bool keyed;
-    } plugins[] = {
-        {QEL_KX_HostAndAppIdPlugin_new, QEL_KX_HostAndAppIdPlugin_delete, "QEL::KX::HostAndAppId",
-         true},
-        {QEL_KX_LogMessagePlugin_new, QEL_KX_LogMessagePlugin_delete, "QEL::KX::LogMessage", true},
-        {QEL_KX_ADMIN_StatePlugin_new, QEL_KX_ADMIN_StatePlugin_delete, "QEL::KX::ADMIN::State",
-         true},
-        {QEL_KX_ADMIN_CommandResponsePlugin_new, QEL_KX_ADMIN_CommandResponsePlugin_delete,
-         "QEL::KX::ADMIN::CommandResponse", true},
-        {QEL_KX_ADMIN_CommandRequestPlugin_new, QEL_KX_ADMIN_CommandRequestPlugin_delete,
-         "QEL::KX::ADMIN::CommandRequest", false},
-        {QEL_KX_ADMIN_CommandPlugin_new, QEL_KX_ADMIN_CommandPlugin_delete,
-         "QEL::KX::ADMIN::Command", false},
-        {QEL_KX_ADMIN_QELLoggerCategoryAndVerbosityPlugin_new,
-         QEL_KX_ADMIN_QELLoggerCategoryAndVerbosityPlugin_delete,
-         "QEL::KX::ADMIN::QELLoggerCategoryAndVerbosity", false},
-    };
-    for (const auto& expected : plugins) {
-        TULVTypePlugin* plugin = expected.make();
-        ASSERT_NE(plugin, nullptr);
-        EXPECT_STREQ(plugin->typeName, expected.name);
-        EXPECT_STREQ(plugin->typeCode->name, expected.name);
-        EXPECT_EQ(plugin->pluginKind, 5640756U);
-        EXPECT_EQ(plugin->version.major, 2);
-        expect_complete(*plugin);
-        EXPECT_EQ(key_operations(*plugin), expected.keyed ? 10 : 0) << expected.name;
-        EXPECT_EQ(plugin->get_key_kind(), expected.keyed ? TULV_USER_KEY : TULV_NO_KEY);
-        expected.remove(plugin);
-    }
-}
-
 TEST(EndpointData, OfAWriterKnowsTheLargestSampleAndLendsBuffersForIt) {
-    TULVParticipantData participant =
-        QEL_KX_LogMessagePlugin_on_participant_attached(nullptr, nullptr);
-    const TULVEndpointInfo info{TULV_ENDPOINT_WRITER, 1, 1};
-    TULVEndpointData endpoint = QEL_KX_LogMessagePlugin_on_endpoint_attached(participant, &info);
-    ASSERT_NE(endpoint, nullptr);
-    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getMaxSizeSerializedSample(endpoint), 4696U);
-    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getMD5Stream(endpoint)->size, 48U);
+    const Endpoint<QEL_KX_LogMessage> endpoint(TULV_ENDPOINT_WRITER);
+    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getMaxSizeSerializedSample(endpoint.data), 4696U);
+    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getMD5Stream(endpoint.data)->size, 48U);
     std::size_t size = 0;
-    char* buffer = TULVTypePluginDefaultEndpointData_getBuffer(endpoint, &size);
+    char* buffer = TULVTypePluginDefaultEndpointData_getBuffer(endpoint.data, &size);
     EXPECT_EQ(size, 4700U);
-    TULVTypePluginDefaultEndpointData_returnBuffer(endpoint, buffer);
+    TULVTypePluginDefaultEndpointData_returnBuffer(endpoint.data, buffer);
+    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getBuffer(endpoint.data, &size), buffer);
 
-    void* sample = TULVTypePluginDefaultEndpointData_getSample(endpoint, nullptr);
-    ASSERT_NE(sample, nullptr);
-    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getSample(endpoint, nullptr), nullptr);
-    QEL_KX_LogMessagePlugin_return_sample(endpoint, sample, nullptr);
-    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getSample(endpoint, nullptr), sample);
-    QEL_KX_LogMessagePlugin_on_endpoint_detached(endpoint);
-    QEL_KX_LogMessagePlugin_on_participant_detached(participant);
+    void* sample = TULVTypePluginDefaultEndpointData_getSample(endpoint.data, nullptr);
+    EXPECT_NE(sample, nullptr);
+    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getSample(endpoint.data, nullptr), nullptr);
+    QEL_KX_LogMessagePlugin_return_sample(endpoint.data, sample, nullptr);
+    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getSample(endpoint.data, nullptr), sample);
 }
 
-TEST(EndpointData, OfAKeylessReaderHasNeitherKeysNorDigests) {
-    const TULVEndpointInfo info{TULV_ENDPOINT_READER, 1, DDS_LENGTH_UNLIMITED};
-    TULVEndpointData endpoint =
-        QEL_KX_ADMIN_CommandRequestPlugin_on_endpoint_attached(nullptr, &info);
-    ASSERT_NE(endpoint, nullptr);
-    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getMD5Stream(endpoint), nullptr);
-    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getKey(endpoint, nullptr), nullptr);
-    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getMaxSizeSerializedSample(endpoint), 0U);
-    QEL_KX_ADMIN_CommandRequestPlugin_on_endpoint_detached(endpoint);
+TEST(EndpointData, OfAKeylessReaderHasNeitherKeysNorDigestsNorBuffers) {
+    const Endpoint<QEL_KX_ADMIN_CommandRequest> endpoint;
+    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getMD5Stream(endpoint.data), nullptr);
+    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getKey(endpoint.data, nullptr), nullptr);
+    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getMaxSizeSerializedSample(endpoint.data), 0U);
+    std::size_t size = 7;
+    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getBuffer(endpoint.data, &size), nullptr);
+    EXPECT_EQ(size, 0U);
     EXPECT_EQ(QEL_KX_ADMIN_CommandRequestPlugin_on_endpoint_attached(nullptr, nullptr), nullptr);
 }
 
 TEST(WithoutMemory, EndpointsAndPluginsAreNotMadeByHalves) {
-    heap_faults::sweep([] {
+    test::sweep(test::heap_allocation, [] {
         const TULVEndpointInfo info{TULV_ENDPOINT_WRITER, 1, 1};
         TULVEndpointData endpoint = QEL_KX_LogMessagePlugin_on_endpoint_attached(nullptr, &info);
         QEL_KX_LogMessagePlugin_on_endpoint_detached(endpoint);
         return endpoint != nullptr;
     });
-    heap_faults::sweep([] {
+    test::sweep(test::heap_allocation, [] {
         TULVTypePlugin* plugin = QEL_KX_ADMIN_StatePlugin_new();
         QEL_KX_ADMIN_StatePlugin_delete(plugin);
         return plugin != nullptr;
     });
-    heap_faults::sweep([] {
+    test::sweep(test::heap_allocation, [] {
         QELKeyHash hash{};
         const QEL_KX_HostAndAppId instance{1, 2};
         return QEL_KX_HostAndAppIdPlugin_instance_to_keyhash(nullptr, &hash, &instance) != 0;
     });
 }
 
-TEST(TypeSupport, TellsAFailedCopy) {
-    Sample<QEL_KX_ADMIN_CommandResponse> source;
-    Sample<QEL_KX_ADMIN_CommandResponse> destination;
-    EXPECT_EQ(QEL_KX_ADMIN_CommandResponseTypeSupport_copy_data(destination.get(), source.get()),
-              DDS_RETCODE_OK);
-    EXPECT_EQ(QEL_KX_ADMIN_CommandResponseTypeSupport_copy_data(destination.get(), nullptr),
-              DDS_RETCODE_ERROR);
-}
-
 /// What a type code prints, in one line and without the modules around it.
 std::string idl_of(const DDS_TypeCode* code) {
-    testing::internal::CaptureStdout();
-    DDS_TypeCode_printIDL(code, 0);
-    std::istringstream printed(testing::internal::GetCapturedStdout());
+    std::istringstream printed(test::output_of([&] { DDS_TypeCode_printIDL(code, 0); }));
     std::string idl;
     for (std::string line; std::getline(printed, line);) {
         line.erase(0, line.find_first_not_of(' '));
@@ -142,7 +66,24 @@ std::string idl_of(const DDS_TypeCode* code) {
 }
 
 TEST(TypeCodes, DescribeTheTypesAsOtherProductsSeeThem) {
+    // Without a module, with a gap between the enumerators, and a member of unknown type.
+    const auto member = [](const char* name, DDS_Long number, const DDS_TypeCode* type) {
+        return DDS_TypeCodeMember{
+            name, number, type, DDS_TYPECODE_NONKEY_REQUIRED_MEMBER, DDS_PUBLIC_MEMBER, number};
+    };
+    DDS_TypeCodeMember colours[] = {member("RED", 0, nullptr), member("GREEN", 5, nullptr)};
+    DDS_TypeCodeMember cases[] = {member("green", 5, &DDS_g_tc_long), member("open", 9, nullptr)};
+    const DDS_TypeCode colour = {DDS_TK_ENUM, DDS_FINAL_EXTENSIBILITY, "Colour", 0, nullptr, 2,
+                                 colours};
+    const DDS_TypeCode choice = {DDS_TK_UNION, DDS_MUTABLE_EXTENSIBILITY, "Choice", 0, &colour, 2,
+                                 cases};
     const std::pair<const DDS_TypeCode*, const char*> types[] = {
+        {nullptr, ""},
+        {&DDS_g_tc_long, "long "},
+        {&colour, "enum Colour { @value(0) RED, @value(5) GREEN "},
+        {&choice,
+         "@mutable union Choice switch (Colour) { case GREEN: @id(5) long green; "
+         "case 9: @id(9) any open; "},
         {QEL_KX_HostAndAppId_get_typecode(),
          "@final struct HostAndAppId { @id(0) @key long rtps_host_id; "
          "@id(1) @key long rtps_app_id; "},
@@ -180,3 +121,4 @@ TEST(TypeCodes, DescribeTheTypesAsOtherProductsSeeThem) {
 }
 
 }  // namespace
+}  // namespace orvane::types

@@ -1,20 +1,29 @@
+/// @file sample.hpp
+/// @brief Samples of the published types with known values, and their encodings.
 #pragma once
 
 #include <cstring>
+#include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "orvane/types.h"
-#include "tests/types/bytes.hpp"
-#include "types/plugin.hpp"
-#include "types/value_operations.hpp"
+#include "tests/support/text.hpp"
+#include "types/type_support.hpp"
+
+namespace orvane::types {
+
+using test::Bytes;
+using test::bytes;
+using test::hexadecimal;
 
 /// An initialised record that finalises itself.
 template <typename T>
 class Sample {
 public:
-    Sample() { EXPECT_TRUE(Values::initialize(&record_)); }
-    ~Sample() { Values::finalize(&record_); }
+    Sample() { EXPECT_TRUE(ValueOperations<T>::initialize(&record_)); }
+    ~Sample() { ValueOperations<T>::finalize(&record_); }
     Sample(const Sample&) = delete;
     Sample& operator=(const Sample&) = delete;
 
@@ -23,34 +32,51 @@ public:
     T* get() { return &record_; }
 
 private:
-    using Values = orvane::types::ValueOperations<T>;
     T record_;
 };
 
+/// Endpoint data of a writer or reader.
+template <typename T>
+struct Endpoint {
+    explicit Endpoint(TULVEndpointKind kind = TULV_ENDPOINT_READER) {
+        const TULVEndpointInfo info{kind, 1, 1};
+        data = Plugin<T>::on_endpoint_attached(nullptr, &info);
+        EXPECT_NE(data, nullptr);
+    }
+    ~Endpoint() { Plugin<T>::on_endpoint_detached(data); }
+    Endpoint(const Endpoint&) = delete;
+    Endpoint& operator=(const Endpoint&) = delete;
+
+    TULVEndpointData data;
+};
+
+/// A stream over bytes, which it does not own.
+inline QELCdrStream stream_over(Bytes& bytes) {
+    QELCdrStream stream;
+    QELCdrStream_init(&stream, bytes.data(), bytes.size());
+    return stream;
+}
+
 /// Encodes with the encapsulation header of identifier `id`; empty when that fails.
 template <typename T>
-Bytes encoded(T& sample, DDS_UnsignedShort id, TULVEndpointData endpoint = nullptr) {
-    using Plugin = orvane::types::PluginOperations<T>;
+Bytes encoded(T& sample, DDS_UnsignedShort id = 1, TULVEndpointData endpoint = nullptr) {
     Bytes buffer(8192, '\x55');
-    QELCdrStream stream;
-    QELCdrStream_init(&stream, buffer.data(), buffer.size());
-    if (!Plugin::serialize(endpoint, &sample, &stream, 1, id, 1, nullptr)) {
-        return {};
-    }
-    buffer.resize(stream.position);
+    QELCdrStream stream = stream_over(buffer);
+    const bool done = Plugin<T>::serialize(endpoint, &sample, &stream, 1, id, 1, nullptr);
+    buffer.resize(done ? stream.position : 0);
     return buffer;
 }
 
 /// Decodes a copy that is exactly as large as the bytes.
 template <typename T>
 bool decode(T& sample, const Bytes& bytes, QELCdrStream* after = nullptr) {
-    using Plugin = orvane::types::PluginOperations<T>;
     Bytes exact(bytes.begin(), bytes.end());
     exact.shrink_to_fit();
-    QELCdrStream stream;
-    QELCdrStream_init(&stream, exact.data(), exact.size());
+    QELCdrStream stream = stream_over(exact);
+    // As an earlier sample may have left the stream.
+    stream.rejected = 1;
     void* target = &sample;
-    const bool decoded = Plugin::deserialize(nullptr, &target, nullptr, &stream, 1, 1, nullptr);
+    const bool decoded = Plugin<T>::deserialize(nullptr, &target, nullptr, &stream, 1, 1, nullptr);
     if (after != nullptr) {
         *after = stream;
     }
@@ -105,3 +131,12 @@ inline void fill(QEL_KX_ADMIN_CommandResponse& sample) {
     sample.commandResult = QEL_KX_COMMAND_RESULT_NOT_SUPPORTED;
     std::strcpy(sample.message, "no");
 }
+
+/// A record with the values of its fill().
+template <typename T>
+class Filled : public Sample<T> {
+public:
+    Filled() { fill(**this); }
+};
+
+}  // namespace orvane::types

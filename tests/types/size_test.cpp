@@ -1,100 +1,94 @@
 // Sizes, worked out by hand. "H" is an extended header of 12 bytes, "h" a short one of 4.
-#include <gtest/gtest.h>
-
 #include "tests/types/sample.hpp"
 
+namespace orvane::types {
 namespace {
 
-struct Sizes {
-    DDS_UnsignedLong maximum;
-    DDS_UnsignedLong minimum;
-};
-
 template <typename T>
-void expect_sizes(const Sizes& expected) {
-    using Plugin = orvane::types::PluginOperations<T>;
-    SCOPED_TRACE(orvane::types::Description<T>::table.name);
-    EXPECT_EQ(Plugin::get_serialized_sample_max_size(nullptr, 0, 1, 0), expected.maximum);
-    EXPECT_EQ(Plugin::get_serialized_sample_min_size(nullptr, 0, 1, 0), expected.minimum);
-    for (DDS_UnsignedShort id = 0; id <= 3; ++id) {
-        EXPECT_EQ(Plugin::get_serialized_sample_max_size(nullptr, 1, id, 0), expected.maximum + 4);
-        EXPECT_EQ(Plugin::get_serialized_sample_min_size(nullptr, 1, id, 0), expected.minimum + 4);
+void expect_sizes(DDS_UnsignedLong maximum, DDS_UnsignedLong minimum) {
+    SCOPED_TRACE(Description<T>::table.name);
+    using Sizes = Plugin<T>;
+    EXPECT_EQ(Sizes::get_serialized_sample_max_size(nullptr, 0, 4, 0), maximum);
+    EXPECT_EQ(Sizes::get_serialized_sample_min_size(nullptr, 0, 4, 0), minimum);
+    for (DDS_UnsignedShort id = 0; id <= 4; ++id) {
+        const bool known = id <= 3;
+        EXPECT_EQ(Sizes::get_serialized_sample_max_size(nullptr, 1, id, 0),
+                  known ? maximum + 4 : 1);
+        EXPECT_EQ(Sizes::get_serialized_sample_min_size(nullptr, 1, id, 0),
+                  known ? minimum + 4 : 1);
     }
-    EXPECT_EQ(Plugin::get_serialized_sample_max_size(nullptr, 1, 4, 0), 1U);
-    EXPECT_EQ(Plugin::get_serialized_sample_min_size(nullptr, 1, 4, 0), 1U);
-    EXPECT_EQ(Plugin::get_serialized_sample_max_size(nullptr, 0, 4, 0), expected.maximum);
     T record{};
-    EXPECT_EQ(Plugin::get_serialized_sample_size(nullptr, 1, 4, 0, &record), 1U);
-    EXPECT_EQ(Plugin::get_serialized_sample_size(nullptr, 0, 1, 0, nullptr), 0U);
+    EXPECT_EQ(Sizes::get_serialized_sample_size(nullptr, 1, 4, 0, &record), 1U);
+    EXPECT_EQ(Sizes::get_serialized_sample_size(nullptr, 0, 1, 0, nullptr), 0U);
 }
 
 TEST(Sizes, AreThoseWorkedOutByHand) {
-    expect_sizes<QEL_KX_ADMIN_StateKind>({4, 4});
-    expect_sizes<QEL_KX_HostAndAppId>({8, 8});
-    expect_sizes<QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity>({8, 8});
+    expect_sizes<QEL_KX_ADMIN_StateKind>(4, 4);
+    expect_sizes<QEL_KX_HostAndAppId>(8, 8);
+    expect_sizes<QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity>(8, 8);
     // max: H+8 20, H+4 36, H+4+513 565 pad 568, H+4+4097 4681 pad 4684, H 4696
     // min: H+8 20, h+4 28, H+4+1 45 pad 48, H+4+1 65 pad 68, h 72
-    expect_sizes<QEL_KX_LogMessage>({4696, 72});
+    expect_sizes<QEL_KX_LogMessage>(4696, 72);
     // max: H+8 20, H+4 36, H+4 52, H+4+257 325 pad 328, H+4 344, H+40 396, H+4 412, H 424
     // min: H+8 20, h+4 28, h+4 36, H+4+1 53 pad 56, h+4 64, H+40 116, h+4 124, h 128
-    expect_sizes<QEL_KX_ADMIN_State>({424, 128});
+    expect_sizes<QEL_KX_ADMIN_State>(424, 128);
     // The headers are always short.
     // max: h+4 8, h+4+40 56, h 60.  min: h+4 8, h+4 16, h 20
-    expect_sizes<QEL_KX_ADMIN_Command>({60, 20});
+    expect_sizes<QEL_KX_ADMIN_Command>(60, 20);
     // max: H+8 20, H+8 40, H+4 56, H+60 128, H 140.  min: H+8 20, H+8 40, h+4 48, H+20 80, h 84
-    expect_sizes<QEL_KX_ADMIN_CommandRequest>({140, 84});
+    expect_sizes<QEL_KX_ADMIN_CommandRequest>(140, 84);
     // max: H+8 20, H+8 40, H+4 56, H+4 72, H+4+2049 2137 pad 2140, H 2152
     // min: H+8 20, H+8 40, h+4 48, h+4 56, H+4+1 73 pad 76, h 80
-    expect_sizes<QEL_KX_ADMIN_CommandResponse>({2152, 80});
+    expect_sizes<QEL_KX_ADMIN_CommandResponse>(2152, 80);
 }
 
 TEST(Sizes, OfKeysCountTheKeyMembersOnly) {
+    const auto key_size = [](const auto& size) { return size(nullptr, 0, 1, 0); };
     // H+8 20, H+4 36, H 48
-    EXPECT_EQ(QEL_KX_LogMessagePlugin_get_serialized_key_max_size(nullptr, 0, 1, 0), 48U);
-    EXPECT_EQ(QEL_KX_LogMessagePlugin_get_serialized_key_max_size(nullptr, 1, 1, 0), 52U);
+    EXPECT_EQ(key_size(QEL_KX_LogMessagePlugin_get_serialized_key_max_size), 48U);
     // H+8 20, H 32
-    EXPECT_EQ(QEL_KX_ADMIN_StatePlugin_get_serialized_key_max_size(nullptr, 0, 1, 0), 32U);
-    EXPECT_EQ(QEL_KX_ADMIN_CommandResponsePlugin_get_serialized_key_max_size(nullptr, 0, 1, 0),
-              32U);
-    EXPECT_EQ(QEL_KX_HostAndAppIdPlugin_get_serialized_key_max_size(nullptr, 0, 1, 0), 8U);
+    EXPECT_EQ(key_size(QEL_KX_ADMIN_StatePlugin_get_serialized_key_max_size), 32U);
+    EXPECT_EQ(key_size(QEL_KX_ADMIN_CommandResponsePlugin_get_serialized_key_max_size), 32U);
+    EXPECT_EQ(key_size(QEL_KX_HostAndAppIdPlugin_get_serialized_key_max_size), 8U);
+    EXPECT_EQ(QEL_KX_HostAndAppIdPlugin_get_serialized_key_max_size(nullptr, 1, 3, 0), 12U);
     EXPECT_EQ(QEL_KX_HostAndAppIdPlugin_get_serialized_key_max_size(nullptr, 1, 4, 0), 1U);
 }
 
 TEST(Sizes, IncludeThePaddingAtTheirStart) {
+    const auto size = QEL_KX_HostAndAppIdPlugin_get_serialized_sample_max_size;
     // To the first number's multiple of 4 …
-    EXPECT_EQ(QEL_KX_HostAndAppIdPlugin_get_serialized_sample_max_size(nullptr, 0, 1, 3), 1U + 8);
+    EXPECT_EQ(size(nullptr, 0, 1, 3), 1U + 8);
     EXPECT_EQ(QEL_KX_LogMessagePlugin_get_serialized_sample_min_size(nullptr, 0, 1, 6), 2U + 72);
     // … or to the encapsulation header's multiple of 2, behind which counting starts anew.
-    EXPECT_EQ(QEL_KX_HostAndAppIdPlugin_get_serialized_sample_max_size(nullptr, 1, 1, 3),
-              1U + 4 + 8);
-    EXPECT_EQ(QEL_KX_HostAndAppIdPlugin_get_serialized_sample_max_size(nullptr, 1, 1, 6), 4U + 8);
+    EXPECT_EQ(size(nullptr, 1, 1, 3), 1U + 4 + 8);
+    EXPECT_EQ(size(nullptr, 1, 1, 6), 4U + 8);
 }
 
 TEST(Sizes, StopAtTheLargestThatTheMiddlewareAccepts) {
     constexpr DDS_UnsignedLong most = TULV_MAX_SERIALIZED_SIZE;
+    static_assert(most == 2147482623U);
     constexpr DDS_UnsignedLong last_start = most - 3 - 4696;  // a multiple of 4
-    DDS_Boolean overflow = 0;
-    EXPECT_EQ(QEL_KX_LogMessagePlugin_get_serialized_sample_max_size_ex(nullptr, &overflow, 0, 1,
-                                                                        last_start),
-              4696U);
-    EXPECT_EQ(overflow, 0);
-    EXPECT_EQ(QEL_KX_LogMessagePlugin_get_serialized_sample_max_size_ex(nullptr, &overflow, 0, 1,
-                                                                        last_start + 4),
-              2147482623U);
-    EXPECT_EQ(overflow, 1);
-    EXPECT_EQ(QEL_KX_LogMessagePlugin_get_serialized_sample_max_size(nullptr, 1, 1, 0xFFFFFFFFU),
-              2147482623U);
-    overflow = 0;
-    EXPECT_EQ(QEL_KX_LogMessagePlugin_get_serialized_key_max_size_ex(nullptr, &overflow, 0, 1,
-                                                                     0xFFFFFFF0U),
-              2147482623U);
-    EXPECT_EQ(overflow, 1);
+    const struct {
+        decltype(&QEL_KX_LogMessagePlugin_get_serialized_sample_max_size_ex) size;
+        DDS_UnsignedLong start;
+        DDS_UnsignedLong expected;
+    } rows[] = {
+        {QEL_KX_LogMessagePlugin_get_serialized_sample_max_size_ex, last_start, 4696},
+        {QEL_KX_LogMessagePlugin_get_serialized_sample_max_size_ex, last_start + 4, most},
+        {QEL_KX_LogMessagePlugin_get_serialized_key_max_size_ex, 0xFFFFFFF0U, most},
+    };
+    for (const auto& row : rows) {
+        DDS_Boolean overflow = 0;
+        EXPECT_EQ(row.size(nullptr, &overflow, 0, 1, row.start), row.expected);
+        EXPECT_EQ(overflow != 0, row.expected == most);
+        EXPECT_EQ(row.size(nullptr, nullptr, 0, 1, row.start), row.expected);
+    }
 }
 
 TEST(Sizes, OfASampleLieWithinTheExtremes) {
     Sample<QEL_KX_LogMessage> sample;
-    std::strcpy(sample->category, repeated('c', 512).c_str());
-    std::strcpy(sample->message, repeated('m', 4096).c_str());
+    std::strcpy(sample->category, std::string(512, 'c').c_str());
+    std::strcpy(sample->message, std::string(4096, 'm').c_str());
     // h+8 12, h+4 20, h+4+513 541 pad 544, h+4+4097 4649 pad 4652, h 4656
     EXPECT_EQ(QEL_KX_LogMessagePlugin_get_serialized_sample_size(nullptr, 0, 1, 0, sample.get()),
               4656U);
@@ -108,3 +102,4 @@ TEST(Sizes, OfASampleLieWithinTheExtremes) {
 }
 
 }  // namespace
+}  // namespace orvane::types

@@ -1,13 +1,13 @@
-#include "platform/internal/cdr_parameter_cursor.hpp"
+#include "platform/base/cdr/step.hpp"
 
 using pexa::CdrParameterCursor;
 
 QELBool QELCdrStream_serializeParameterHeader(QELCdrStream* self, QELCdrOpenParameter* parameter,
                                               QELBool extended, DDS_UnsignedLong id,
                                               QELBool mustUnderstand) {
-    CdrParameterCursor cursor(*self);
-    return cursor.open_parameter(*parameter, extended != 0, id, mustUnderstand != 0) &&
-           cursor.commit();
+    return pexa::base::take_step(self, [&](CdrParameterCursor& cursor) {
+        return cursor.open_parameter(*parameter, extended != 0, id, mustUnderstand != 0);
+    });
 }
 
 QELBool QELCdrStream_serializeParameterLength(QELCdrStream* self,
@@ -16,17 +16,17 @@ QELBool QELCdrStream_serializeParameterLength(QELCdrStream* self,
 }
 
 QELBool QELCdrStream_serializeListEnd(QELCdrStream* self) {
-    CdrParameterCursor cursor(*self);
-    return cursor.write_list_end() && cursor.commit();
+    return pexa::base::take_step(
+        self, [](CdrParameterCursor& cursor) { return cursor.write_list_end(); });
 }
 
 QELBool QELCdrStream_deserializeParameterHeader(QELCdrStream* self, QELCdrParameterHeader* header) {
-    CdrParameterCursor cursor(*self);
-    return cursor.read_parameter(*header) && cursor.commit();
+    return pexa::base::take_step(
+        self, [&](CdrParameterCursor& cursor) { return cursor.read_parameter(*header); });
 }
 
 QELBool QELCdrStream_moveToNextParameterHeader(QELCdrStream* self,
                                                const QELCdrParameterHeader* header) {
-    CdrParameterCursor cursor(*self);
-    return cursor.leave_parameter(*header) && cursor.commit();
+    return pexa::base::take_step(
+        self, [&](CdrParameterCursor& cursor) { return cursor.leave_parameter(*header); });
 }

@@ -1,16 +1,16 @@
-#include "pexa/buffer_pool.h"
 #include "pexa/osapi.h"
 #include "pexa/type_plugin.h"
+#include "platform/base/cdr/stream.hpp"
+#include "platform/base/memory/buffer_pool.hpp"
 #include "platform/base/memory/heap_object.hpp"
+#include "platform/base/result.hpp"
 #include "platform/base/type_plugin/object_pool.hpp"
 
-using pexa::base::heap_delete;
-using pexa::base::heap_new;
-using pexa::base::ObjectPool;
+namespace pexa::base {
 
 namespace {
 
-// A participant has nothing to keep, but NULL would mean failure.
+// A type keeps nothing for a participant, but NULL would mean failure.
 struct ParticipantData {
     char nothing;
 };
@@ -32,14 +32,17 @@ struct EndpointData {
             destroy_sample(temporary_sample);
         }
         QELOsapiHeap_freeBytes(md5_buffer);
-        MOSKFastBufferPool_delete(writer_pool);
+        heap_delete(writer_pool);
     }
     EndpointData(const EndpointData&) = delete;
     EndpointData& operator=(const EndpointData&) = delete;
 
-    [[nodiscard]] bool fill(DDS_Long initial_samples);
-    [[nodiscard]] bool create_md5_stream(size_t size);
-    [[nodiscard]] bool create_writer_pool(size_t size);
+    Status fill(DDS_Long initial_samples);
+    Status create_md5_stream(size_t size);
+    Status create_writer_pool(size_t size);
+    QELCdrStream* get_md5_stream() { return md5_buffer == nullptr ? nullptr : &md5_stream; }
+    /// @param size set to the bytes of the buffer, 0 without.
+    char* get_buffer(size_t* size) const;
 
     TULVCreateData create_sample;
     TULVDestroyData destroy_sample;
@@ -49,7 +52,7 @@ struct EndpointData {
     char* md5_buffer = nullptr;
     QELCdrStream md5_stream{};
     DDS_UnsignedLong max_size_serialized_sample = 0;
-    MOSKFastBufferPool* writer_pool = nullptr;
+    BufferPool* writer_pool = nullptr;
     size_t writer_buffer_size = 0;
 };
 
@@ -57,42 +60,80 @@ EndpointData& data_of(TULVEndpointData endpointData) {
     return *static_cast<EndpointData*>(endpointData);
 }
 
-bool EndpointData::fill(DDS_Long initial_samples) {
+Status EndpointData::fill(DDS_Long initial_samples) {
     temporary_sample = create_sample();
-    return temporary_sample != nullptr && samples.fill(initial_samples) && keys.fill(1);
+    const bool filled = temporary_sample != nullptr &&
+                        samples.fill(initial_samples) == Status::ok && keys.fill(1) == Status::ok;
+    return filled ? Status::ok : Status::out_of_resources;
 }
 
-bool EndpointData::create_md5_stream(size_t size) {
+Status EndpointData::create_md5_stream(size_t size) {
     auto* buffer = static_cast<char*>(QELOsapiHeap_allocateBytes(size));
     if (buffer == nullptr) {
-        return false;
+        return Status::out_of_resources;
     }
     QELOsapiHeap_freeBytes(md5_buffer);
     md5_buffer = buffer;
-    QELCdrStream_init(&md5_stream, buffer, size);
-    return true;
+    init_stream(&md5_stream, buffer, size);
+    return Status::ok;
 }
 
-bool EndpointData::create_writer_pool(size_t size) {
-    MOSKFastBufferPool* pool =
-        MOSKFastBufferPool_new(size, buffer_alignment, &writer_pool_property);
+Status EndpointData::create_writer_pool(size_t size) {
+    BufferPool* pool = BufferPool::create(size, buffer_alignment, &writer_pool_property, {});
     if (pool == nullptr) {
-        return false;
+        return Status::out_of_resources;
     }
-    MOSKFastBufferPool_delete(writer_pool);
+    heap_delete(writer_pool);
     writer_pool = pool;
     writer_buffer_size = size;
-    return true;
+    return Status::ok;
+}
+
+char* EndpointData::get_buffer(size_t* size) const {
+    auto* buffer = static_cast<char*>(base::get_buffer(writer_pool));
+    *size = buffer == nullptr ? 0 : writer_buffer_size;
+    return buffer;
+}
+
+EndpointData* new_endpoint_data(const TULVEndpointInfo* info, TULVCreateData create_sample,
+                                TULVDestroyData destroy_sample, TULVCreateData create_key,
+                                TULVDestroyData destroy_key) {
+    if (info == nullptr || create_sample == nullptr || destroy_sample == nullptr) {
+        return nullptr;
+    }
+    auto* data = heap_new<EndpointData>(info->maximalSamples, create_sample, destroy_sample,
+                                        create_key, destroy_key);
+    if (data != nullptr && data->fill(info->initialSamples) != Status::ok) {
+        heap_delete(data);
+        return nullptr;
+    }
+    return data;
+}
+
+void delete_sample(const EndpointData& data, void* sample) {
+    if (sample != nullptr) {
+        data.destroy_sample(sample);
+    }
+}
+
+Status create_writer_pool(TULVEndpointData endpoint_data, TULVSerializedSize max_size) {
+    return data_of(endpoint_data)
+        .create_writer_pool(
+            max_size(endpoint_data, DDS_BOOLEAN_TRUE, QEL_CDR_ENCAPSULATION_ID_CDR_NATIVE, 0));
 }
 
 }  // namespace
 
+}  // namespace pexa::base
+
+using pexa::base::data_of;
+
 TULVParticipantData TULVTypePluginDefaultParticipantData_new(void) {
-    return heap_new<ParticipantData>();
+    return pexa::base::heap_new<pexa::base::ParticipantData>();
 }
 
 void TULVTypePluginDefaultParticipantData_delete(TULVParticipantData participantData) {
-    heap_delete(static_cast<ParticipantData*>(participantData));
+    pexa::base::heap_delete(static_cast<pexa::base::ParticipantData*>(participantData));
 }
 
 TULVEndpointData TULVTypePluginDefaultEndpointData_new(TULVParticipantData /*participantData*/,
@@ -101,31 +142,20 @@ TULVEndpointData TULVTypePluginDefaultEndpointData_new(TULVParticipantData /*par
                                                        TULVDestroyData destroySample,
                                                        TULVCreateData createKey,
                                                        TULVDestroyData destroyKey) {
-    if (info == nullptr || createSample == nullptr || destroySample == nullptr) {
-        return nullptr;
-    }
-    auto* data = heap_new<EndpointData>(info->maximalSamples, createSample, destroySample,
-                                        createKey, destroyKey);
-    if (data != nullptr && !data->fill(info->initialSamples)) {
-        heap_delete(data);
-        return nullptr;
-    }
-    return data;
+    return pexa::base::new_endpoint_data(info, createSample, destroySample, createKey, destroyKey);
 }
 
 void TULVTypePluginDefaultEndpointData_delete(TULVEndpointData endpointData) {
-    heap_delete(static_cast<EndpointData*>(endpointData));
+    pexa::base::heap_delete(static_cast<pexa::base::EndpointData*>(endpointData));
 }
 
 DDS_Boolean TULVTypePluginDefaultEndpointData_createMD5Stream(TULVEndpointData endpointData,
                                                               DDS_UnsignedLong maximumKeySize) {
-    return data_of(endpointData).create_md5_stream(maximumKeySize) ? DDS_BOOLEAN_TRUE
-                                                                   : DDS_BOOLEAN_FALSE;
+    return pexa::base::to_boolean(data_of(endpointData).create_md5_stream(maximumKeySize));
 }
 
 QELCdrStream* TULVTypePluginDefaultEndpointData_getMD5Stream(TULVEndpointData endpointData) {
-    EndpointData& data = data_of(endpointData);
-    return data.md5_buffer == nullptr ? nullptr : &data.md5_stream;
+    return data_of(endpointData).get_md5_stream();
 }
 
 void TULVTypePluginDefaultEndpointData_setMaxSizeSerializedSample(TULVEndpointData endpointData,
@@ -140,9 +170,7 @@ DDS_UnsignedLong TULVTypePluginDefaultEndpointData_getMaxSizeSerializedSample(
 
 DDS_Boolean TULVTypePluginDefaultEndpointData_createWriterPool(TULVEndpointData endpointData,
                                                                TULVSerializedSize maxSize) {
-    const DDS_UnsignedLong size =
-        maxSize(endpointData, DDS_BOOLEAN_TRUE, QEL_CDR_ENCAPSULATION_ID_CDR_NATIVE, 0);
-    return data_of(endpointData).create_writer_pool(size) ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+    return pexa::base::to_boolean(pexa::base::create_writer_pool(endpointData, maxSize));
 }
 
 void* TULVTypePluginDefaultEndpointData_createSample(TULVEndpointData endpointData) {
@@ -150,9 +178,7 @@ void* TULVTypePluginDefaultEndpointData_createSample(TULVEndpointData endpointDa
 }
 
 void TULVTypePluginDefaultEndpointData_deleteSample(TULVEndpointData endpointData, void* sample) {
-    if (sample != nullptr) {
-        data_of(endpointData).destroy_sample(sample);
-    }
+    pexa::base::delete_sample(data_of(endpointData), sample);
 }
 
 void* TULVTypePluginDefaultEndpointData_getSample(TULVEndpointData endpointData,
@@ -179,12 +205,9 @@ void TULVTypePluginDefaultEndpointData_returnKey(TULVEndpointData endpointData, 
 }
 
 char* TULVTypePluginDefaultEndpointData_getBuffer(TULVEndpointData endpointData, size_t* size) {
-    EndpointData& data = data_of(endpointData);
-    auto* buffer = static_cast<char*>(MOSKFastBufferPool_getBuffer(data.writer_pool));
-    *size = buffer == nullptr ? 0 : data.writer_buffer_size;
-    return buffer;
+    return data_of(endpointData).get_buffer(size);
 }
 
 void TULVTypePluginDefaultEndpointData_returnBuffer(TULVEndpointData endpointData, char* buffer) {
-    MOSKFastBufferPool_returnBuffer(data_of(endpointData).writer_pool, buffer);
+    pexa::base::return_buffer(data_of(endpointData).writer_pool, buffer);
 }

@@ -24,24 +24,24 @@ ObjectPool::~ObjectPool() {
     QELOsapiHeap_freeArray(all_);
 }
 
-bool ObjectPool::fill(DDS_Long count) {
+Status ObjectPool::fill(DDS_Long count) {
     while (create_ != nullptr && all_count_ < static_cast<size_t>(std::max(count, 0))) {
-        if (!make()) {
-            return false;
+        if (make() != Status::ok) {
+            return Status::out_of_resources;
         }
     }
-    return true;
+    return Status::ok;
 }
 
 void* ObjectPool::get() {
-    if (free_count_ == 0 && !make()) {
+    if (free_count_ == 0 && make() != Status::ok) {
         return nullptr;
     }
     return free_[--free_count_];
 }
 
 void ObjectPool::give_back(void* object) {
-    // More free objects than there are would mean that one has come back twice.
+    // If all objects are free, this one is returned for the second time.
     if (object != nullptr && free_count_ < all_count_) {
         free_[free_count_++] = object;
     }
@@ -51,27 +51,27 @@ bool ObjectPool::is_full() const {
     return maximal_ != DDS_LENGTH_UNLIMITED && all_count_ >= static_cast<size_t>(maximal_);
 }
 
-bool ObjectPool::make() {
-    if (create_ == nullptr || is_full() || !reserve(all_count_ + 1)) {
-        return false;
+Status ObjectPool::make() {
+    if (create_ == nullptr || is_full() || reserve(all_count_ + 1) != Status::ok) {
+        return Status::out_of_resources;
     }
     void* object = create_();
     if (object == nullptr) {
-        return false;
+        return Status::out_of_resources;
     }
     all_[all_count_++] = object;
     free_[free_count_++] = object;
-    return true;
+    return Status::ok;
 }
 
-bool ObjectPool::reserve(size_t capacity) {
+Status ObjectPool::reserve(size_t capacity) {
     if (capacity <= capacity_) {
-        return true;
+        return Status::ok;
     }
     const size_t grown = std::max(2 * capacity_, first_capacity);
     auto** lists = static_cast<void**>(QELOsapiHeap_allocateArrayOfSize(2 * grown, sizeof(void*)));
     if (lists == nullptr) {
-        return false;
+        return Status::out_of_resources;
     }
     copy_list(lists, all_, all_count_);
     copy_list(lists + grown, free_, free_count_);
@@ -79,7 +79,7 @@ bool ObjectPool::reserve(size_t capacity) {
     all_ = lists;
     free_ = lists + grown;
     capacity_ = grown;
-    return true;
+    return Status::ok;
 }
 
 }  // namespace pexa::base

@@ -1,34 +1,38 @@
+/// @file object_pool.hpp
+/// @brief The samples and keys of an endpoint.
 #pragma once
 
 #include <cstddef>
 
 #include "pexa/type_plugin.h"
+#include "platform/internal/status.hpp"
 
 namespace pexa::base {
 
-/// Objects of one kind that are lent and come back. Everything is freed with the pool, also what
-/// is still lent. Not thread-safe.
+/// Objects of one kind that are lent and returned. The pool frees all objects at its end, lent ones
+/// too. Not thread-safe.
 class ObjectPool {
 public:
-    /// @param create NULL makes a pool that has nothing to lend. @param maximal most objects at a
-    /// time, or @ref DDS_LENGTH_UNLIMITED.
+    /// @param create NULL makes a pool that lends nothing.
+    /// @param maximal most objects at a time, or @ref DDS_LENGTH_UNLIMITED.
     ObjectPool(TULVCreateData create, TULVDestroyData destroy, DDS_Long maximal)
         : create_(create), destroy_(destroy), maximal_(maximal) {}
     ~ObjectPool();
     ObjectPool(const ObjectPool&) = delete;
     ObjectPool& operator=(const ObjectPool&) = delete;
 
-    /// Makes objects until there are @p count. @return false without memory for all of them.
-    [[nodiscard]] bool fill(DDS_Long count);
+    /// Makes objects until there are @p count.
+    /// @return ok, or out_of_resources when fewer could be made.
+    Status fill(DDS_Long count);
     /// Lends an object. @return NULL when all are lent or memory is short.
-    [[nodiscard]] void* get();
+    void* get();
     /// Takes an object of this pool back; NULL is ignored.
     void give_back(void* object);
 
 private:
-    [[nodiscard]] bool reserve(size_t capacity);
-    [[nodiscard]] bool make();
-    [[nodiscard]] bool is_full() const;
+    Status reserve(size_t capacity);
+    Status make();
+    bool is_full() const;
 
     TULVCreateData create_;
     TULVDestroyData destroy_;
