@@ -1,5 +1,5 @@
 /// @file values.hpp
-/// @brief Plain values of the engine seam: identities, status results, state masks.
+/// @brief Plain values of the engine seam: identities, state masks.
 #pragma once
 
 #include <array>
@@ -10,24 +10,9 @@
 #include <type_traits>
 #include <utility>
 
-namespace pexa::engine {
+#include "platform/internal/status.hpp"
 
-/// Result of an operation; the values are the DDS return codes.
-enum class Status : int {
-    ok = 0,
-    error = 1,
-    unsupported = 2,
-    bad_parameter = 3,
-    precondition_not_met = 4,
-    out_of_resources = 5,
-    not_enabled = 6,
-    immutable_policy = 7,
-    inconsistent_policy = 8,
-    already_deleted = 9,
-    timeout = 10,
-    no_data = 11,
-    illegal_operation = 12,
-};
+namespace pexa::engine {
 
 /// Handle of any engine entity, the same number that the engine's own interface uses. Valid ones
 /// are positive.

@@ -60,8 +60,8 @@ DDS_ReturnCode_t ReadCondition::open(engine::EntityId reader) {
 }
 
 DDS_ReturnCode_t ReadCondition::close(const Operation& operation) {
-    const engine::Status status = engine::delete_entity(id_);
-    if (status != engine::Status::ok) {
+    const Status status = engine::delete_entity(id_);
+    if (status != Status::ok) {
         return operation.failed("deletion", to_return_code(status));
     }
     id_ = engine::no_entity;

@@ -70,8 +70,8 @@ DDS_ReturnCode_t WaitSet::attach(const Operation& operation, Condition& conditio
         }
         attachments_.splice(attachments_.end(), added);
     }
-    const engine::Status status = engine::attach(id_, id);
-    if (status != engine::Status::ok) {
+    const Status status = engine::attach(id_, id);
+    if (status != Status::ok) {
         const std::lock_guard guard(attachments_mutex);
         attachments_.remove_if([&](const Attachment& a) { return a.condition == &condition; });
         return operation.failed("attaching", to_return_code(status));
@@ -87,9 +87,9 @@ DDS_ReturnCode_t WaitSet::detach(const Operation& operation, Condition& conditio
         }
         attachments_.remove_if([&](const Attachment& a) { return a.condition == &condition; });
     }
-    const engine::Status status = engine::detach(id_, condition.engine_id());
-    return status == engine::Status::ok ? DDS_RETCODE_OK
-                                        : operation.failed("detaching", to_return_code(status));
+    const Status status = engine::detach(id_, condition.engine_id());
+    return status == Status::ok ? DDS_RETCODE_OK
+                                : operation.failed("detaching", to_return_code(status));
 }
 
 DDS_ReturnCode_t WaitSet::wait(const Operation& operation, DDS_ConditionSeq& active,
@@ -101,9 +101,9 @@ DDS_ReturnCode_t WaitSet::wait(const Operation& operation, DDS_ConditionSeq& act
         return operation.precondition_not_met("no other thread waits");
     }
     std::vector<engine::EntityId> triggered;
-    const engine::Status status = engine::wait(id_, to_nanoseconds(timeout), triggered);
+    const Status status = engine::wait(id_, to_nanoseconds(timeout), triggered);
     waiting_.store(false);
-    if (status != engine::Status::ok) {
+    if (status != Status::ok) {
         DDS_ConditionSeq_set_length(&active, 0);
         return to_return_code(status);
     }

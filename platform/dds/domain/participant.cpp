@@ -38,8 +38,8 @@ Participant::~Participant() = default;
 DDS_ReturnCode_t Participant::wrap(const Operation& operation, engine::EntityId participant) {
     engine::Qos qos;
     OwnedQos<DDS_DomainParticipantQos> record;
-    const engine::Status status = engine::get_qos(participant, qos);
-    if (status != engine::Status::ok) {
+    const Status status = engine::get_qos(participant, qos);
+    if (status != Status::ok) {
         return operation.failed("reading the participant's QoS", to_return_code(status));
     }
     if (from_engine(qos, record.get()) != DDS_RETCODE_OK ||
@@ -54,13 +54,13 @@ DDS_ReturnCode_t Participant::wrap(const Operation& operation, engine::EntityId 
 engine::Created Participant::create_in_engine(const Operation& /*operation*/) {
     engine::Qos qos;
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
-        return {engine::Status::out_of_resources};
+        return {Status::out_of_resources};
     }
     return engine::create_participant(static_cast<std::uint32_t>(domain_), qos);
 }
 
-engine::Status Participant::delete_in_engine(engine::EntityId id) {
-    return wrapped_ ? engine::Status::ok : Entity::delete_in_engine(id);
+Status Participant::delete_in_engine(engine::EntityId id) {
+    return wrapped_ ? Status::ok : Entity::delete_in_engine(id);
 }
 
 DDS_ReturnCode_t Participant::enable_contained(const Operation& operation) {
@@ -86,8 +86,8 @@ DDS_ReturnCode_t Participant::get_qos(DDS_DomainParticipantQos& qos) const {
     if (copied != DDS_RETCODE_OK || id == engine::no_entity) {
         return copied;
     }
-    const engine::Status status = engine::get_guid(id, guid);
-    if (status == engine::Status::ok) {
+    const Status status = engine::get_guid(id, guid);
+    if (status == Status::ok) {
         qos.wire_protocol = {word_of(guid, 0), word_of(guid, 4), word_of(guid, 8)};
     }
     return to_return_code(status);

@@ -104,7 +104,7 @@ public:
 
 private:
     [[nodiscard]] engine::Created create_in_engine(const Operation& operation) override;
-    [[nodiscard]] engine::Status delete_in_engine(engine::EntityId id) override;
+    [[nodiscard]] Status delete_in_engine(engine::EntityId id) override;
     [[nodiscard]] DDS_ReturnCode_t enable_contained(const Operation& operation) override;
     void refresh_contained_listeners() override;
 

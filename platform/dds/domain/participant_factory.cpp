@@ -56,7 +56,7 @@ Participant* Factory::create_participant(const Operation& operation, DDS_DomainI
 Participant* Factory::wrap_participant(const Operation& operation, engine::EntityId participant) {
     std::uint32_t domain = 0;
     if (!engine::is_participant(participant) ||
-        engine::get_domain_id(participant, domain) != engine::Status::ok) {
+        engine::get_domain_id(participant, domain) != Status::ok) {
         static_cast<void>(operation.bad_parameter("engineParticipant"));
         return nullptr;
     }

@@ -18,7 +18,7 @@ Publisher::~Publisher() = default;
 engine::Created Publisher::create_in_engine(const Operation& /*operation*/) {
     engine::Qos qos;
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
-        return {engine::Status::out_of_resources};
+        return {Status::out_of_resources};
     }
     return engine::create_publisher(participant_.engine_id(), qos);
 }

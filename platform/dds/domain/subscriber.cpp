@@ -18,7 +18,7 @@ Subscriber::~Subscriber() = default;
 engine::Created Subscriber::create_in_engine(const Operation& /*operation*/) {
     engine::Qos qos;
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
-        return {engine::Status::out_of_resources};
+        return {Status::out_of_resources};
     }
     return engine::create_subscriber(participant_.engine_id(), qos);
 }

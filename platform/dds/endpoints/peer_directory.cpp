@@ -22,10 +22,10 @@ DDS_InstanceHandle_t PeerDirectory::handle_of(engine::EntityId endpoint,
         return handle;
     }
     engine::EndpointData data;
-    const engine::Status status = kind_ == PeerKind::subscriptions
-                                      ? engine::get_matched_subscription(endpoint, peer, data)
-                                      : engine::get_matched_publication(endpoint, peer, data);
-    if (status == engine::Status::ok) {
+    const Status status = kind_ == PeerKind::subscriptions
+                              ? engine::get_matched_subscription(endpoint, peer, data)
+                              : engine::get_matched_publication(endpoint, peer, data);
+    if (status == Status::ok) {
         handle = to_handle(data.guid);
     }
     remember({peer, handle});

@@ -18,11 +18,11 @@ DDS_ReturnCode_t DataReader::attach_type(const Operation& operation) {
 engine::Created DataReader::create_in_engine(const Operation& operation) {
     const engine::EntityId topic = topic_.engine_topic(operation);
     if (topic == engine::no_entity) {
-        return {engine::Status::precondition_not_met};
+        return {Status::precondition_not_met};
     }
     engine::Qos qos;
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
-        return {engine::Status::out_of_resources};
+        return {Status::out_of_resources};
     }
     return engine::create_reader(subscriber_.engine_id(), topic, qos);
 }
@@ -95,8 +95,8 @@ DDS_ReturnCode_t DataReader::get_matched_publications(DDS_InstanceHandleSeq& han
         return DDS_RETCODE_NOT_ENABLED;
     }
     std::vector<engine::LocalHandle> peers;
-    const engine::Status status = engine::get_matched_publications(id, peers);
-    return status == engine::Status::ok
+    const Status status = engine::get_matched_publications(id, peers);
+    return status == Status::ok
                ? store_handles(peers, handles,
                                [&](engine::LocalHandle peer) { return peer_handle(peer); })
                : to_return_code(status);

@@ -88,7 +88,7 @@ DDS_ReturnCode_t DataReader::receive(const Operation& operation, const DDS_ReadS
     if (named ? !instance : selector.instance != nullptr && selector.next_instance == 0) {
         return operation.bad_parameter("instance");
     }
-    engine::Status status = engine::Status::ok;
+    Status status = Status::ok;
     if (selector.next_instance != 0) {
         status = engine::read_or_take_next_instance(id, access, states, max_samples,
                                                     instance ? &*instance : nullptr, received);
@@ -98,10 +98,10 @@ DDS_ReturnCode_t DataReader::receive(const Operation& operation, const DDS_ReadS
     } else {
         status = engine::read_or_take(id, access, states, max_samples, received);
     }
-    if (status == engine::Status::bad_parameter && instance) {
+    if (status == Status::bad_parameter && instance) {
         return operation.bad_parameter("instance");
     }
-    return status == engine::Status::ok || status == engine::Status::no_data
+    return status == Status::ok || status == Status::no_data
                ? to_return_code(status)
                : operation.failed("receiving", to_return_code(status));
 }

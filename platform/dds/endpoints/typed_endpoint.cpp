@@ -21,7 +21,7 @@ DDS_ReturnCode_t TypedEndpoint::get_key_value(const Operation& operation, engine
     }
     const std::optional<engine::KeyHash> hash = to_key_hash(handle);
     engine::Payload key;
-    if (!hash || !type_->keyed() || engine::get_key(endpoint, *hash, key) != engine::Status::ok) {
+    if (!hash || !type_->keyed() || engine::get_key(endpoint, *hash, key) != Status::ok) {
         return operation.bad_parameter("handle");
     }
     const auto guard = lock();

@@ -18,11 +18,11 @@ DDS_ReturnCode_t DataWriter::attach_type(const Operation& operation) {
 engine::Created DataWriter::create_in_engine(const Operation& operation) {
     const engine::EntityId topic = topic_.engine_topic(operation);
     if (topic == engine::no_entity) {
-        return {engine::Status::precondition_not_met};
+        return {Status::precondition_not_met};
     }
     engine::Qos qos;
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
-        return {engine::Status::out_of_resources};
+        return {Status::out_of_resources};
     }
     return engine::create_writer(publisher_.engine_id(), topic, qos);
 }
@@ -77,8 +77,8 @@ DDS_ReturnCode_t DataWriter::get_matched_subscriptions(DDS_InstanceHandleSeq& ha
         return DDS_RETCODE_NOT_ENABLED;
     }
     std::vector<engine::LocalHandle> peers;
-    const engine::Status status = engine::get_matched_subscriptions(id, peers);
-    return status == engine::Status::ok
+    const Status status = engine::get_matched_subscriptions(id, peers);
+    return status == Status::ok
                ? store_handles(peers, handles,
                                [&](engine::LocalHandle peer) { return peer_handle(peer); })
                : to_return_code(status);

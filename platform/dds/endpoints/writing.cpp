@@ -8,11 +8,11 @@ namespace pexa::dds {
 namespace {
 
 /// What becomes of a write after the engine has had it. Time-outs are everyday and not reported.
-DDS_ReturnCode_t written(const Operation& operation, engine::Status status, bool encoded) {
-    if (!encoded && status == engine::Status::bad_parameter) {
+DDS_ReturnCode_t written(const Operation& operation, Status status, bool encoded) {
+    if (!encoded && status == Status::bad_parameter) {
         return operation.failed("encoding the sample", DDS_RETCODE_ERROR);
     }
-    if (status == engine::Status::ok || status == engine::Status::timeout) {
+    if (status == Status::ok || status == Status::timeout) {
         return to_return_code(status);
     }
     return operation.failed("writing", to_return_code(status));
@@ -62,14 +62,14 @@ DDS_ReturnCode_t DataWriter::write(const Operation& operation, const void* sampl
     const std::size_t size = endpoint_.codec().encoded_size(sample);
     bool encoded = false;
     if (size < QEL_CDR_ENCAPSULATION_HEADER_SIZE) {
-        return written(operation, engine::Status::bad_parameter, encoded);
+        return written(operation, Status::bad_parameter, encoded);
     }
     const auto encode = [&](std::span<std::byte> buffer) {
         encoded = endpoint_.codec().encode(sample, buffer);
         lock.unlock();
         return encoded;
     };
-    const engine::Status status =
+    const Status status =
         engine::write(id, engine::WriteKind::data, instance, size, encode, *timestamp);
     return written(operation, status, encoded);
 }
@@ -128,7 +128,7 @@ DDS_ReturnCode_t DataWriter::write_key_of_handle(const Operation& operation, eng
         return operation.bad_parameter("sample");
     }
     engine::Payload key;
-    if (engine::get_key(id, *instance, key) != engine::Status::ok || key.bytes().empty()) {
+    if (engine::get_key(id, *instance, key) != Status::ok || key.bytes().empty()) {
         return operation.bad_parameter("handle");
     }
     const auto copy = [&](std::span<std::byte> buffer) {
@@ -159,8 +159,8 @@ DDS_InstanceHandle_t DataWriter::register_instance(const Operation& operation, c
     const auto copy = [&](std::span<std::byte> buffer) {
         return copy_and_unlock(key, buffer, lock);
     };
-    const engine::Status status = engine::register_instance(id, instance, key.size(), copy);
-    if (status != engine::Status::ok) {
+    const Status status = engine::register_instance(id, instance, key.size(), copy);
+    if (status != Status::ok) {
         static_cast<void>(operation.failed("registering", to_return_code(status)));
         return DDS_HANDLE_NIL;
     }

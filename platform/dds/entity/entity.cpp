@@ -37,8 +37,8 @@ DDS_ReturnCode_t Entity::enable(const Operation& operation) {
 DDS_ReturnCode_t Entity::close(const Operation& operation) {
     const engine::EntityId id = engine_id();
     if (id != engine::no_entity) {
-        const engine::Status status = delete_in_engine(id);
-        if (status != engine::Status::ok) {
+        const Status status = delete_in_engine(id);
+        if (status != Status::ok) {
             return operation.failed("deletion", to_return_code(status));
         }
         engine_id_.store(engine::no_entity);
@@ -47,7 +47,7 @@ DDS_ReturnCode_t Entity::close(const Operation& operation) {
     return DDS_RETCODE_OK;
 }
 
-engine::Status Entity::delete_in_engine(engine::EntityId id) {
+Status Entity::delete_in_engine(engine::EntityId id) {
     return engine::delete_entity(id);
 }
 
@@ -62,13 +62,13 @@ DDS_InstanceHandle_t Entity::instance_handle() const {
     if (id == engine::no_entity) {
         return DDS_HANDLE_NIL;
     }
-    if (engine::get_guid(id, guid) == engine::Status::ok) {
+    if (engine::get_guid(id, guid) == Status::ok) {
         return to_handle(guid);
     }
     // Topics, publishers and subscribers have no GUID on the wire; theirs is made up, without a
     // prefix, so that it is like no other entity's.
     engine::LocalHandle local = 0;
-    if (engine::get_local_handle(id, local) != engine::Status::ok) {
+    if (engine::get_local_handle(id, local) != Status::ok) {
         return DDS_HANDLE_NIL;
     }
     std::memcpy(guid.data() + guid.size() - sizeof local, &local, sizeof local);
@@ -107,11 +107,11 @@ DDS_ReturnCode_t Entity::refresh_own_listener() {
     // Whoever changes a listener of the chain meanwhile computes a newer mask, and the call with
     // the older one may come last: then it is made again.
     engine::ListenerSetting setting;
-    engine::Status status = engine::Status::ok;
+    Status status = Status::ok;
     do {
         setting = engine_listener();
         status = engine::set_listener(id, setting.listener, setting.mask);
-    } while (status == engine::Status::ok && setting.mask != engine_listener().mask);
+    } while (status == Status::ok && setting.mask != engine_listener().mask);
     return to_return_code(status);
 }
 
@@ -121,10 +121,9 @@ DDS_ReturnCode_t Entity::change_in_engine(const Operation& operation,
     if (id == engine::no_entity) {
         return DDS_RETCODE_OK;
     }
-    const engine::Status status = engine::set_qos(id, qos);
-    return status == engine::Status::ok
-               ? DDS_RETCODE_OK
-               : operation.failed("changing the QoS", to_return_code(status));
+    const Status status = engine::set_qos(id, qos);
+    return status == Status::ok ? DDS_RETCODE_OK
+                                : operation.failed("changing the QoS", to_return_code(status));
 }
 
 }  // namespace pexa::dds

@@ -60,7 +60,7 @@ protected:
     [[nodiscard]] DDS_ReturnCode_t change_in_engine(const Operation& operation,
                                                     const engine::Qos& qos) const;
 
-    [[nodiscard]] virtual engine::Status delete_in_engine(engine::EntityId id);
+    [[nodiscard]] virtual Status delete_in_engine(engine::EntityId id);
 
 private:
     [[nodiscard]] virtual engine::Created create_in_engine(const Operation& operation) = 0;

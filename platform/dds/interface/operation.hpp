@@ -13,7 +13,7 @@
 
 namespace pexa::dds {
 
-[[nodiscard]] constexpr DDS_ReturnCode_t to_return_code(engine::Status status) {
+[[nodiscard]] constexpr DDS_ReturnCode_t to_return_code(Status status) {
     return static_cast<DDS_ReturnCode_t>(status);
 }
 

@@ -91,8 +91,8 @@ template <typename Record>
         return DDS_RETCODE_NOT_ENABLED;
     }
     EngineStatus<Record> status;
-    const engine::Status result = engine::get_status(entity, status);
-    if (result == engine::Status::ok) {
+    const Status result = engine::get_status(entity, status);
+    if (result == Status::ok) {
         convert(status, record, peer);
     }
     return to_return_code(result);

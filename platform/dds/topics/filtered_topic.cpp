@@ -34,8 +34,8 @@ DDS_ReturnCode_t FilteredTopic::set_parameters(const Operation& operation,
     engine::ContentFilter for_engine = decide;
     const std::lock_guard guard(mutex_);
     if (id_ != engine::no_entity) {
-        const engine::Status status = engine::set_content_filter(id_, decide);
-        if (status != engine::Status::ok) {
+        const Status status = engine::set_content_filter(id_, decide);
+        if (status != Status::ok) {
             return operation.failed("changing the filter", to_return_code(status));
         }
     }
@@ -65,8 +65,8 @@ engine::EntityId FilteredTopic::engine_topic(const Operation& operation) {
 DDS_ReturnCode_t FilteredTopic::close(const Operation& operation) {
     const std::lock_guard guard(mutex_);
     if (id_ != engine::no_entity) {
-        const engine::Status status = engine::delete_entity(id_);
-        if (status != engine::Status::ok) {
+        const Status status = engine::delete_entity(id_);
+        if (status != Status::ok) {
             return operation.failed("deletion", to_return_code(status));
         }
         id_ = engine::no_entity;

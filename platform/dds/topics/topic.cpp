@@ -16,7 +16,7 @@ engine::EntityId Topic::engine_topic(const Operation& /*operation*/) {
 engine::Created Topic::create_in_engine(const Operation& /*operation*/) {
     engine::Qos qos;
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
-        return {engine::Status::out_of_resources};
+        return {Status::out_of_resources};
     }
     return engine::create_topic(participant()->engine_id(), name(), type(), qos);
 }
@@ -24,7 +24,7 @@ engine::Created Topic::create_in_engine(const Operation& /*operation*/) {
 engine::Created Topic::create_filtered(const engine::ContentFilter& filter) const {
     engine::Qos qos;
     if (to_engine_qos(qos) != DDS_RETCODE_OK) {
-        return {engine::Status::out_of_resources};
+        return {Status::out_of_resources};
     }
     return engine::create_topic(participant()->engine_id(), name(), type(), qos, filter);
 }

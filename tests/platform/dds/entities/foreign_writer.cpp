@@ -44,19 +44,18 @@ ForeignWriter::ForeignWriter(const std::string& topic_name)
 }
 
 ForeignWriter::~ForeignWriter() {
-    EXPECT_EQ(engine::delete_entity(participant_), engine::Status::ok);
+    EXPECT_EQ(engine::delete_entity(participant_), pexa::Status::ok);
 }
 
 bool ForeignWriter::await_reader() const {
     const engine::EntityId waiting = engine::create_wait_set().entity;
-    EXPECT_EQ(engine::attach(waiting, writer_), engine::Status::ok);
+    EXPECT_EQ(engine::attach(waiting, writer_), pexa::Status::ok);
     std::vector<engine::EntityId> triggered;
     engine::PublicationMatched matched;
-    while (engine::get_status(writer_, matched) == engine::Status::ok &&
-           matched.current_count == 0 &&
-           engine::wait(waiting, 20'000'000'000, triggered) == engine::Status::ok) {
+    while (engine::get_status(writer_, matched) == pexa::Status::ok && matched.current_count == 0 &&
+           engine::wait(waiting, 20'000'000'000, triggered) == pexa::Status::ok) {
     }
-    EXPECT_EQ(engine::delete_entity(waiting), engine::Status::ok);
+    EXPECT_EQ(engine::delete_entity(waiting), pexa::Status::ok);
     return matched.current_count > 0;
 }
 
@@ -67,5 +66,5 @@ void ForeignWriter::send(DDS_Long id, std::span<const std::byte> payload,
         return true;
     };
     EXPECT_EQ(engine::write(writer_, kind, hash_of_probe(id), payload.size(), fill, 1),
-              engine::Status::ok);
+              pexa::Status::ok);
 }

@@ -17,7 +17,7 @@ TEST(WrappedParticipants, WorkLikeOthersAndStayTheApplications) {
     engine_qos.entity_name = "the application's";
     const engine::EntityId own = engine::create_participant(ORVANE_TEST_DOMAIN, engine_qos).entity;
     engine::Guid guid{};
-    ASSERT_EQ(engine::get_guid(own, guid), engine::Status::ok);
+    ASSERT_EQ(engine::get_guid(own, guid), pexa::Status::ok);
     DDS_DomainParticipant* participant =
         DDS_DomainParticipantFactory_wrap_participant(factory(), own);
     ASSERT_NE(participant, nullptr);
@@ -55,7 +55,7 @@ TEST(WrappedParticipants, WorkLikeOthersAndStayTheApplications) {
         EXPECT_EQ(DDS_DomainParticipantFactory_wrap_participant(factory(), id), nullptr) << id;
     }
     EXPECT_TRUE(engine::is_participant(own));
-    EXPECT_EQ(engine::delete_entity(own), engine::Status::ok);
+    EXPECT_EQ(engine::delete_entity(own), pexa::Status::ok);
     EXPECT_EQ(DDS_DomainParticipantFactory_wrap_participant(factory(), own), nullptr);
 }
 

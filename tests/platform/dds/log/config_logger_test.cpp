@@ -325,7 +325,7 @@ protected:
         reader_ = endpoint(engine::create_subscriber, engine::create_reader, qos);
     }
     void TearDown() override {
-        EXPECT_EQ(engine::delete_entity(participant_.entity), engine::Status::ok);
+        EXPECT_EQ(engine::delete_entity(participant_.entity), pexa::Status::ok);
         ConfigLogger::TearDown();
     }
 
@@ -349,7 +349,7 @@ protected:
             return true;
         };
         EXPECT_EQ(engine::write(writer_, engine::WriteKind::data, {}, 8, fill, 0),
-                  engine::Status::ok);
+                  pexa::Status::ok);
         return device.await_text("Refused");
     }
 
@@ -372,7 +372,7 @@ TEST_F(EngineLog, ReachesTheDeviceAsFarAsTheVerbosityLetsIt) {
     expect_levels('2');
     set(PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION, PEXA_CONFIG_LOG_VERBOSITY_SILENT);
     set(PEXA_CONFIG_LOG_CATEGORY_ENTITIES, PEXA_CONFIG_LOG_VERBOSITY_STATUS_REMOTE);
-    ASSERT_EQ(engine::delete_entity(reader_), engine::Status::ok);
+    ASSERT_EQ(engine::delete_entity(reader_), pexa::Status::ok);
     EXPECT_TRUE(device.await_text("")) << "discovery is remote status of the entities";
     expect_levels('4');
     set(PEXA_CONFIG_LOG_CATEGORY_ENTITIES, PEXA_CONFIG_LOG_VERBOSITY_SILENT);

@@ -11,6 +11,6 @@ template <typename Handle>
 pexa::engine::Qos engine_qos(Handle* entity) {
     pexa::engine::Qos qos;
     EXPECT_EQ(pexa::engine::get_qos(pexa::dds::object_of(entity)->engine_id(), qos),
-              pexa::engine::Status::ok);
+              pexa::Status::ok);
     return qos;
 }

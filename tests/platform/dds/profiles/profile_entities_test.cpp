@@ -62,9 +62,9 @@ TEST_F(ProfiledEntities, TheDefaultProfileReachesTheEngineAndItsPeers) {
     ASSERT_TRUE(await_writer(reader)) << "partitions, durability and deadline fit";
     const engine::EntityId id = object_of(reader)->engine_id();
     std::vector<engine::LocalHandle> handles;
-    ASSERT_EQ(engine::get_matched_publications(id, handles), engine::Status::ok);
+    ASSERT_EQ(engine::get_matched_publications(id, handles), pexa::Status::ok);
     engine::EndpointData seen;
-    ASSERT_EQ(engine::get_matched_publication(id, handles.at(0), seen), engine::Status::ok);
+    ASSERT_EQ(engine::get_matched_publication(id, handles.at(0), seen), pexa::Status::ok);
     EXPECT_EQ(seen.qos.deadline, 50'000'000'000);
     EXPECT_EQ(seen.qos.reliability->kind, engine::ReliabilityKind::reliable);
     EXPECT_EQ(seen.qos.partition, (std::vector<std::string>{"p1", "p2"}));

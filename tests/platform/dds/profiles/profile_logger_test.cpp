@@ -58,7 +58,7 @@ std::string discovered_by_a_peer() {
         static_cast<void>(engine::get_matched_publications(id, handles));
     }
     if (handles.empty() ||
-        engine::get_matched_publication(id, handles[0], seen) != engine::Status::ok) {
+        engine::get_matched_publication(id, handles[0], seen) != pexa::Status::ok) {
         return "nothing";
     }
     std::ostringstream text;
