@@ -1,4 +1,5 @@
 #include <atomic>
+#include <functional>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -8,19 +9,18 @@
 
 namespace {
 
-constexpr int rounds = 100;
-
-void repeat(const std::function<void(int)>& step) {
-    for (int i = 0; i < rounds; ++i) {
-        step(i);
-    }
-}
-
 TEST(Concurrency, EntitiesAreUsedChangedMadeAndDeletedAtTheSameTime) {
+    constexpr int rounds = 100;
+    const auto repeat = [](const std::function<void(int)>& step) {
+        for (int i = 0; i < rounds; ++i) {
+            step(i);
+        }
+    };
     const ProbeNode node;
-    const ProbeNode others[] = {ProbeNode(topic_of_this_test()), ProbeNode(topic_of_this_test())};
+    const ProbeNode others[2];
     ListenerLog log;
     ListenerLog::Author author{&log, "participant"};
+    const DDS_DomainParticipantListener listener = listener_of(author);
     DDS_DataReader* reader = node.reader();
     std::atomic<int> taken = 0;
     std::atomic<bool> writing = true;
@@ -31,9 +31,8 @@ TEST(Concurrency, EntitiesAreUsedChangedMadeAndDeletedAtTheSameTime) {
         DDS_DataWriter* writer = sender->writer();
         EXPECT_TRUE(await_reader(writer));
         ++id;
-        writers.emplace_back([writer, id] {
-            repeat([&](int i) { EXPECT_EQ(write(writer, {id, i}), DDS_RETCODE_OK); });
-        });
+        writers.emplace_back(
+            [&repeat, writer, id] { repeat([&](int i) { EXPECT_EQ(write(writer, id, i), ok); }); });
     }
     for (int i = 0; i < 2; ++i) {
         threads.emplace_back([&] {
@@ -43,19 +42,18 @@ TEST(Concurrency, EntitiesAreUsedChangedMadeAndDeletedAtTheSameTime) {
         });
     }
     threads.emplace_back([&] {
-        const DDS_DomainParticipantListener listener = participant_listener(author);
         repeat([&](int i) {
-            EXPECT_EQ(DDS_DomainParticipant_set_listener(node.participant, &listener,
+            EXPECT_EQ(DDS_DomainParticipant_set_listener(node.participant(), &listener,
                                                          i % 2 == 0 ? DDS_STATUS_MASK_ALL : 0),
-                      DDS_RETCODE_OK);
+                      ok);
         });
-        EXPECT_EQ(DDS_DomainParticipant_set_listener(node.participant, nullptr, 0), DDS_RETCODE_OK);
+        EXPECT_EQ(DDS_DomainParticipant_set_listener(node.participant(), nullptr, 0), ok);
     });
     threads.emplace_back([&] {
         repeat([&](int) {
             DDS_DataReader* other = node.reader();
             receive(other);
-            EXPECT_EQ(DDS_Subscriber_delete_datareader(node.subscriber, other), DDS_RETCODE_OK);
+            EXPECT_EQ(node.remove(other), ok);
         });
     });
     for (std::thread& thread : writers) {
@@ -65,10 +63,9 @@ TEST(Concurrency, EntitiesAreUsedChangedMadeAndDeletedAtTheSameTime) {
     for (std::thread& thread : threads) {
         thread.join();
     }
-    // What another participant sends may still be under way.
-    const int missing = 4 * rounds - taken;
-    EXPECT_EQ(await_samples(reader, static_cast<std::size_t>(missing)).size(),
-              static_cast<std::size_t>(missing));
+    // Samples of other participants may still be under way.
+    const auto missing = static_cast<std::size_t>(4 * rounds - taken);
+    EXPECT_EQ(await_samples(reader, missing).size(), missing);
 }
 
 }  // namespace

@@ -9,85 +9,76 @@ namespace {
 
 constexpr DDS_Duration_t at_once = {0, 0};
 
-/// A wait set and the conditions of its last wait.
-class Waiting {
-public:
-    Waiting() : set_(DDS_WaitSet_new()) { DDS_ConditionSeq_initialize(&active_); }
-    Waiting(const Waiting&) = delete;
-    Waiting& operator=(const Waiting&) = delete;
-    ~Waiting() {
-        DDS_ConditionSeq_finalize(&active_);
-        EXPECT_EQ(DDS_WaitSet_delete(set_), DDS_RETCODE_OK);
-    }
+using Conditions = std::vector<DDS_Condition*>;
 
-    DDS_ReturnCode_t attach(DDS_Condition* condition) {
+class WaitSets : public testing::Test {
+protected:
+    ~WaitSets() override { EXPECT_EQ(DDS_WaitSet_delete(set_), ok); }
+
+    DDS_ReturnCode_t attach(DDS_Condition* condition) const {
         return DDS_WaitSet_attach_condition(set_, condition);
     }
-    DDS_ReturnCode_t detach(DDS_Condition* condition) {
+    DDS_ReturnCode_t detach(DDS_Condition* condition) const {
         return DDS_WaitSet_detach_condition(set_, condition);
     }
-    DDS_ReturnCode_t wait(const DDS_Duration_t& timeout) {
-        return DDS_WaitSet_wait(set_, &active_, &timeout);
-    }
-    std::vector<DDS_Condition*> active() {
-        std::vector<DDS_Condition*> conditions;
-        for (DDS_Long i = 0; i < DDS_ConditionSeq_get_length(&active_); ++i) {
-            conditions.push_back(DDS_ConditionSeq_get(&active_, i));
+    /// @param active gets the conditions that ended the wait
+    DDS_ReturnCode_t wait(const DDS_Duration_t& timeout, Conditions* active = nullptr) const {
+        DDS_ConditionSeq sequence{};
+        const DDS_ReturnCode_t result = DDS_WaitSet_wait(set_, &sequence, &timeout);
+        for (DDS_Long i = 0; active != nullptr && i < DDS_ConditionSeq_get_length(&sequence); ++i) {
+            active->push_back(DDS_ConditionSeq_get(&sequence, i));
         }
+        DDS_ConditionSeq_finalize(&sequence);
+        return result;
+    }
+    /// @return the conditions that end a wait
+    Conditions active(const DDS_Duration_t& timeout = patience) const {
+        Conditions conditions;
+        const DDS_ReturnCode_t result = wait(timeout, &conditions);
+        EXPECT_EQ(result, conditions.empty() ? DDS_RETCODE_TIMEOUT : ok);
         return conditions;
     }
 
-private:
-    DDS_WaitSet* set_;
-    DDS_ConditionSeq active_{};
+    DDS_WaitSet* set_ = DDS_WaitSet_new();
 };
 
-using Conditions = std::vector<DDS_Condition*>;
+TEST_F(WaitSets, NameTheConditionsThatAreTrue) {
+    DDS_GuardCondition* guards[] = {DDS_GuardCondition_new(), DDS_GuardCondition_new()};
+    DDS_Condition* first = DDS_GuardCondition_as_condition(guards[0]);
+    DDS_Condition* second = DDS_GuardCondition_as_condition(guards[1]);
+    ASSERT_EQ(attach(first), ok);
+    ASSERT_EQ(attach(second), ok);
+    ASSERT_EQ(attach(second), ok) << "changes nothing";
+    EXPECT_EQ(active(at_once), Conditions{});
 
-TEST(WaitSets, NameTheConditionsThatAreTrue) {
-    DDS_GuardCondition* first = DDS_GuardCondition_new();
-    DDS_GuardCondition* second = DDS_GuardCondition_new();
-    DDS_Condition* first_condition = DDS_GuardCondition_as_condition(first);
-    DDS_Condition* second_condition = DDS_GuardCondition_as_condition(second);
-    {
-        Waiting waiting;
-        ASSERT_EQ(waiting.attach(first_condition), DDS_RETCODE_OK);
-        ASSERT_EQ(waiting.attach(second_condition), DDS_RETCODE_OK);
-        ASSERT_EQ(waiting.attach(second_condition), DDS_RETCODE_OK) << "changes nothing";
-        EXPECT_EQ(waiting.wait(at_once), DDS_RETCODE_TIMEOUT);
-        EXPECT_EQ(waiting.active(), Conditions{});
+    ASSERT_EQ(DDS_GuardCondition_set_trigger_value(guards[1], 1), ok);
+    EXPECT_EQ(DDS_Condition_get_trigger_value(second), 1);
+    EXPECT_EQ(active(), Conditions{second});
+    ASSERT_EQ(DDS_GuardCondition_set_trigger_value(guards[0], 1), ok);
+    EXPECT_EQ(active(), (Conditions{first, second}));
 
-        ASSERT_EQ(DDS_GuardCondition_set_trigger_value(second, 1), DDS_RETCODE_OK);
-        EXPECT_EQ(DDS_Condition_get_trigger_value(second_condition), 1);
-        EXPECT_EQ(waiting.wait(patience), DDS_RETCODE_OK);
-        EXPECT_EQ(waiting.active(), Conditions{second_condition});
-        ASSERT_EQ(DDS_GuardCondition_set_trigger_value(first, 1), DDS_RETCODE_OK);
-        EXPECT_EQ(waiting.wait(patience), DDS_RETCODE_OK);
-        EXPECT_EQ(waiting.active(), (Conditions{first_condition, second_condition}));
+    EXPECT_EQ(DDS_GuardCondition_delete(guards[0]), refused);
+    EXPECT_EQ(detach(first), ok);
+    EXPECT_EQ(detach(first), refused);
+    ASSERT_EQ(DDS_GuardCondition_set_trigger_value(guards[1], 0), ok);
+    EXPECT_EQ(active(at_once), Conditions{});
+    EXPECT_EQ(wait({-1, 0}), bad_parameter);
 
-        EXPECT_EQ(DDS_GuardCondition_delete(first), DDS_RETCODE_PRECONDITION_NOT_MET);
-        EXPECT_EQ(waiting.detach(first_condition), DDS_RETCODE_OK);
-        EXPECT_EQ(waiting.detach(first_condition), DDS_RETCODE_PRECONDITION_NOT_MET);
-        ASSERT_EQ(DDS_GuardCondition_set_trigger_value(second, 0), DDS_RETCODE_OK);
-        EXPECT_EQ(waiting.wait(at_once), DDS_RETCODE_TIMEOUT);
-        const DDS_Duration_t malformed = {-1, 0};
-        EXPECT_EQ(waiting.wait(malformed), DDS_RETCODE_BAD_PARAMETER);
+    EXPECT_EQ(DDS_WaitSet_delete(std::exchange(set_, DDS_WaitSet_new())), ok);
+    for (DDS_GuardCondition* guard : guards) {
+        EXPECT_EQ(DDS_GuardCondition_delete(guard), ok) << "the wait set's deletion detached it";
     }
-    EXPECT_EQ(DDS_GuardCondition_delete(first), DDS_RETCODE_OK);
-    EXPECT_EQ(DDS_GuardCondition_delete(second), DDS_RETCODE_OK)
-        << "the wait set's deletion detached it";
 }
 
-TEST(WaitSets, AreForOneThreadAtATime) {
-    Waiting waiting;
+TEST_F(WaitSets, AreForOneThreadAtATime) {
     DDS_GuardCondition* guard = DDS_GuardCondition_new();
-    ASSERT_EQ(waiting.attach(DDS_GuardCondition_as_condition(guard)), DDS_RETCODE_OK);
+    ASSERT_EQ(attach(DDS_GuardCondition_as_condition(guard)), ok);
     std::atomic<int> refusals = 0;
     std::vector<std::thread> threads;
     // Whichever comes second is refused and ends the other one's waiting.
     for (int i = 0; i < 2; ++i) {
         threads.emplace_back([&] {
-            if (waiting.wait(patience) == DDS_RETCODE_PRECONDITION_NOT_MET) {
+            if (wait(patience) == refused) {
                 ++refusals;
                 DDS_GuardCondition_set_trigger_value(guard, 1);
             }
@@ -97,11 +88,11 @@ TEST(WaitSets, AreForOneThreadAtATime) {
         thread.join();
     }
     EXPECT_EQ(refusals, 1);
-    EXPECT_EQ(waiting.detach(DDS_GuardCondition_as_condition(guard)), DDS_RETCODE_OK);
-    EXPECT_EQ(DDS_GuardCondition_delete(guard), DDS_RETCODE_OK);
+    EXPECT_EQ(detach(DDS_GuardCondition_as_condition(guard)), ok);
+    EXPECT_EQ(DDS_GuardCondition_delete(guard), ok);
 }
 
-TEST(ReadConditions, AreTrueWhileTheReaderHasSuchSamples) {
+TEST_F(WaitSets, ReadConditionsAreTrueWhileTheReaderHasSuchSamples) {
     const ProbeNode node;
     DDS_DataWriter* writer = node.writer();
     DDS_DataReader* reader = node.reader();
@@ -109,31 +100,27 @@ TEST(ReadConditions, AreTrueWhileTheReaderHasSuchSamples) {
         reader, DDS_NOT_READ_SAMPLE_STATE, DDS_ANY_VIEW_STATE, DDS_ANY_INSTANCE_STATE);
     DDS_Condition* condition = DDS_ReadCondition_as_condition(unread);
     EXPECT_EQ(DDS_ReadCondition_get_datareader(unread), reader);
-    Waiting waiting;
-    ASSERT_EQ(waiting.attach(condition), DDS_RETCODE_OK);
-    EXPECT_EQ(waiting.wait(at_once), DDS_RETCODE_TIMEOUT);
-    ASSERT_EQ(write(writer, {1, 1}), DDS_RETCODE_OK);
-    EXPECT_EQ(waiting.wait(patience), DDS_RETCODE_OK);
-    EXPECT_EQ(waiting.active(), Conditions{condition});
-    DDS_ReadSelectorI reading = take_anything;
-    reading.take = 0;
-    EXPECT_EQ(summary(receive(reader, reading)), "1:1");
+    ASSERT_EQ(attach(condition), ok);
+    EXPECT_EQ(active(at_once), Conditions{});
+    ASSERT_EQ(write(writer, 1, 1), ok);
+    EXPECT_EQ(active(), Conditions{condition});
+    EXPECT_EQ(summary(receive(reader, read_anything)), "1:1");
     EXPECT_EQ(DDS_Condition_get_trigger_value(condition), 0);
 
     // Deleted while it is attached, the condition leaves the wait set.
-    EXPECT_EQ(DDS_DataReader_delete_readcondition(reader, unread), DDS_RETCODE_OK);
-    ASSERT_EQ(write(writer, {1, 2}), DDS_RETCODE_OK);
-    EXPECT_EQ(waiting.wait(at_once), DDS_RETCODE_TIMEOUT);
+    EXPECT_EQ(DDS_DataReader_delete_readcondition(reader, unread), ok);
+    ASSERT_EQ(write(writer, 1, 2), ok);
+    EXPECT_EQ(active(at_once), Conditions{});
     // So does one that goes with its reader.
-    DDS_ReadCondition* any = DDS_DataReader_create_readcondition(
-        reader, DDS_ANY_SAMPLE_STATE, DDS_ANY_VIEW_STATE, DDS_ANY_INSTANCE_STATE);
-    ASSERT_EQ(waiting.attach(DDS_ReadCondition_as_condition(any)), DDS_RETCODE_OK);
-    EXPECT_EQ(waiting.wait(at_once), DDS_RETCODE_OK);
-    EXPECT_EQ(DDS_Subscriber_delete_contained_entities(node.subscriber), DDS_RETCODE_OK);
-    EXPECT_EQ(waiting.wait(at_once), DDS_RETCODE_TIMEOUT);
+    condition = DDS_ReadCondition_as_condition(DDS_DataReader_create_readcondition(
+        reader, DDS_ANY_SAMPLE_STATE, DDS_ANY_VIEW_STATE, DDS_ANY_INSTANCE_STATE));
+    ASSERT_EQ(attach(condition), ok);
+    EXPECT_EQ(active(at_once), Conditions{condition});
+    EXPECT_EQ(DDS_Subscriber_delete_contained_entities(node.subscriber()), ok);
+    EXPECT_EQ(active(at_once), Conditions{});
 }
 
-TEST(StatusConditions, AreTrueForTheEnabledStatusesUntilTheStatusIsRead) {
+TEST_F(WaitSets, StatusConditionsAreTrueForTheEnabledStatusesUntilTheStatusIsRead) {
     const ProbeNode node;
     DDS_DataWriter* writer = node.writer();
     DDS_Entity* entity = DDS_DataWriter_as_entity(writer);
@@ -141,33 +128,29 @@ TEST(StatusConditions, AreTrueForTheEnabledStatusesUntilTheStatusIsRead) {
     DDS_Condition* condition = DDS_StatusCondition_as_condition(status);
     EXPECT_EQ(DDS_StatusCondition_get_entity(status), entity);
     EXPECT_EQ(DDS_StatusCondition_get_enabled_statuses(status), DDS_STATUS_MASK_ALL);
-    Waiting waiting;
-    ASSERT_EQ(waiting.attach(condition), DDS_RETCODE_OK);
+    ASSERT_EQ(attach(condition), ok);
 
     DDS_DataReader* reader = node.reader();
-    EXPECT_EQ(waiting.wait(patience), DDS_RETCODE_OK);
+    EXPECT_EQ(active(), Conditions{condition});
     EXPECT_EQ(DDS_Entity_get_status_changes(entity), DDS_PUBLICATION_MATCHED_STATUS);
-    ASSERT_EQ(DDS_StatusCondition_set_enabled_statuses(status, DDS_LIVELINESS_LOST_STATUS),
-              DDS_RETCODE_OK);
+    ASSERT_EQ(DDS_StatusCondition_set_enabled_statuses(status, DDS_LIVELINESS_LOST_STATUS), ok);
     EXPECT_EQ(DDS_Condition_get_trigger_value(condition), 0);
-    ASSERT_EQ(DDS_StatusCondition_set_enabled_statuses(status, DDS_STATUS_MASK_ALL),
-              DDS_RETCODE_OK);
+    ASSERT_EQ(DDS_StatusCondition_set_enabled_statuses(status, DDS_STATUS_MASK_ALL), ok);
     EXPECT_EQ(DDS_Condition_get_trigger_value(condition), 1);
 
     DDS_PublicationMatchedStatus matched{};
-    ASSERT_EQ(DDS_DataWriter_get_publication_matched_status(writer, &matched), DDS_RETCODE_OK);
-    EXPECT_EQ(matched.total_count_change, 1);
-    const DDS_InstanceHandle_t peer =
-        DDS_Entity_get_instance_handle(DDS_DataReader_as_entity(reader));
-    EXPECT_EQ(DDS_InstanceHandle_equals(&matched.last_subscription_handle, &peer), 1);
-    EXPECT_EQ(DDS_Condition_get_trigger_value(condition), 0);
-    ASSERT_EQ(DDS_DataWriter_get_publication_matched_status(writer, &matched), DDS_RETCODE_OK);
-    EXPECT_EQ(matched.total_count, 1);
-    EXPECT_EQ(matched.total_count_change, 0) << "reading resets the changes";
+    for (const DDS_Long change : {1, 0}) {
+        ASSERT_EQ(DDS_DataWriter_get_publication_matched_status(writer, &matched), ok);
+        EXPECT_EQ(matched.total_count, 1);
+        EXPECT_EQ(matched.total_count_change, change) << "reading resets the changes";
+        EXPECT_EQ(DDS_Condition_get_trigger_value(condition), 0);
+    }
+    EXPECT_TRUE(equal(matched.last_subscription_handle,
+                      DDS_Entity_get_instance_handle(DDS_DataReader_as_entity(reader))));
 
     // The entity's deletion takes its condition out of the wait set.
-    ASSERT_EQ(DDS_Publisher_delete_datawriter(node.publisher, writer), DDS_RETCODE_OK);
-    EXPECT_EQ(waiting.wait(at_once), DDS_RETCODE_TIMEOUT);
+    ASSERT_EQ(node.remove(writer), ok);
+    EXPECT_EQ(active(at_once), Conditions{});
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/dds/entities/probe_node.hpp"
-#include "tests/support/reports.hpp"
 
 namespace {
 
@@ -34,7 +33,7 @@ bool is_refusal(Result result) {
     return result == Result{};
 }
 bool is_refusal(DDS_ReturnCode_t code) {
-    return code == DDS_RETCODE_BAD_PARAMETER;
+    return code == bad_parameter;
 }
 bool is_refusal(DDS_InstanceHandle_t handle) {
     return DDS_InstanceHandle_equals(&handle, &DDS_HANDLE_NIL) != 0;
@@ -63,7 +62,7 @@ TEST(NullArguments, EveryExportedOperationOnANullEntityIsRefusedWithOneReport) {
 // One line per name of the list of exports.
 #include "null_calls.inc"
     };
-    Reports reports;
+    orvane::test::Reports reports;
     for (const NullCall& call : calls) {
         EXPECT_TRUE(call.is_refused()) << call.report;
         EXPECT_EQ(reports.take(), std::vector<std::string>{call.report});
@@ -77,10 +76,10 @@ TEST(NullArguments, AnOperationSaysWhichOfItsArgumentsIsMissing) {
     DDS_DataWriter* writer = node.writer();
     DDS_DataReader* reader = node.reader();
     DDS_UntypedSampleSeqI data{};
-    Reports reports;
-    EXPECT_TRUE(is_refusal(DDS_DomainParticipant_create_topic(node.participant, "name", nullptr,
+    orvane::test::Reports reports;
+    EXPECT_TRUE(is_refusal(DDS_DomainParticipant_create_topic(node.participant(), "name", nullptr,
                                                               nullptr, nullptr, 0)));
-    EXPECT_TRUE(is_refusal(DDS_Publisher_delete_datawriter(node.publisher, nullptr)));
+    EXPECT_TRUE(is_refusal(DDS_Publisher_delete_datawriter(node.publisher(), nullptr)));
     EXPECT_TRUE(is_refusal(DDS_DataWriter_get_qos(writer, nullptr)));
     EXPECT_TRUE(
         is_refusal(DDS_DataReader_read_or_take_untypedI(reader, &take_anything, &data, nullptr)));

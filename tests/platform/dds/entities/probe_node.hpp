@@ -1,52 +1,97 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "pexa/publication.h"
-#include "pexa/subscription.h"
 #include "platform/dds/qos/conversion.hpp"
 #include "tests/platform/dds/entities/probe_type.hpp"
+#include "tests/support/node.hpp"
 
-inline constexpr DDS_Duration_t patience = {20, 0};
-inline constexpr DDS_ReadSelectorI take_anything = {DDS_ANY_SAMPLE_STATE,
-                                                    DDS_ANY_VIEW_STATE,
-                                                    DDS_ANY_INSTANCE_STATE,
-                                                    nullptr,
-                                                    nullptr,
-                                                    0,
-                                                    DDS_LENGTH_UNLIMITED,
-                                                    1};
+using orvane::test::await_reader;
+using orvane::test::await_writer;
+using orvane::test::patience;
+using orvane::test::topic_of_this_test;
+using pexa::dds::OwnedQos;
 
-/// @return a topic name that no other test of the run uses
-std::string topic_of_this_test();
+/// @name Results
+/// @{
+inline constexpr DDS_ReturnCode_t ok = DDS_RETCODE_OK;
+inline constexpr DDS_ReturnCode_t refused = DDS_RETCODE_PRECONDITION_NOT_MET;
+inline constexpr DDS_ReturnCode_t bad_parameter = DDS_RETCODE_BAD_PARAMETER;
+inline constexpr DDS_ReturnCode_t not_enabled = DDS_RETCODE_NOT_ENABLED;
+inline constexpr DDS_ReturnCode_t no_data = DDS_RETCODE_NO_DATA;
+inline constexpr DDS_ReturnCode_t timeout = DDS_RETCODE_TIMEOUT;
+/// @}
 
-using WriterTweak = std::function<void(DDS_DataWriterQos&)>;
-using ReaderTweak = std::function<void(DDS_DataReaderQos&)>;
+/// What to read: anything, all of it, and take it, unless the arguments say otherwise.
+constexpr DDS_ReadSelectorI selector(DDS_Boolean take, DDS_Long max_samples = DDS_LENGTH_UNLIMITED,
+                                     DDS_SampleStateMask states = DDS_ANY_SAMPLE_STATE) {
+    return {states, DDS_ANY_VIEW_STATE, DDS_ANY_INSTANCE_STATE, nullptr, nullptr, 0, max_samples,
+            take};
+}
+inline constexpr DDS_ReadSelectorI take_anything = selector(1);
+inline constexpr DDS_ReadSelectorI read_anything = selector(0);
 
-/// A participant with the types, a keyed topic, a publisher and a subscriber. Writers and readers
-/// are reliable, transient local and keep everything unless a tweak says otherwise.
-class ProbeNode {
+/// A node with the Probe type, registered as "Probe" and as the keyless "Keyless", and a topic.
+class ProbeNode : public orvane::test::Node {
 public:
     explicit ProbeNode(const std::string& topic_name = topic_of_this_test());
-    ProbeNode(const ProbeNode&) = delete;
-    ProbeNode& operator=(const ProbeNode&) = delete;
-    ~ProbeNode();
 
-    [[nodiscard]] DDS_DataWriter* writer(const WriterTweak& tweak = nullptr,
-                                         DDS_Topic* topic = nullptr) const;
-    [[nodiscard]] DDS_DataReader* reader(const ReaderTweak& tweak = nullptr,
-                                         DDS_TopicDescription* topic = nullptr) const;
-    /// A topic of the keyless type.
-    [[nodiscard]] DDS_Topic* keyless_topic() const;
+    DDS_DataWriter* writer(const orvane::test::TweakWriterQos& tweak = nullptr) const {
+        return writer_of(topic, tweak);
+    }
+    DDS_DataReader* reader(const orvane::test::TweakReaderQos& tweak = nullptr) const {
+        return reader_of(description(), tweak);
+    }
+    DDS_TopicDescription* description() const { return DDS_Topic_as_topicdescription(topic); }
 
-    DDS_DomainParticipant* participant;
+    /// @name Entities with the default QoS, NULL if they cannot be made
+    /// @{
+    DDS_Topic* make_topic(const std::string& name, const char* type = "Probe") const {
+        return DDS_DomainParticipant_create_topic(participant(), name.c_str(), type, nullptr,
+                                                  nullptr, 0);
+    }
+    DDS_Publisher* make_publisher() const {
+        return DDS_DomainParticipant_create_publisher(participant(), nullptr, nullptr, 0);
+    }
+    DDS_Subscriber* make_subscriber() const {
+        return DDS_DomainParticipant_create_subscriber(participant(), nullptr, nullptr, 0);
+    }
+    DDS_DataWriter* default_writer(DDS_Publisher* of = nullptr, DDS_Topic* on = nullptr) const {
+        return DDS_Publisher_create_datawriter(of != nullptr ? of : publisher(),
+                                               on != nullptr ? on : topic, nullptr, nullptr, 0);
+    }
+    DDS_DataReader* default_reader(DDS_Subscriber* of = nullptr) const {
+        return DDS_Subscriber_create_datareader(of != nullptr ? of : subscriber(), description(),
+                                                nullptr, nullptr, 0);
+    }
+    /// @}
+
+    /// @name Deletion by this node's entities
+    /// @{
+    DDS_ReturnCode_t remove(DDS_DataWriter* writer) const {
+        return DDS_Publisher_delete_datawriter(publisher(), writer);
+    }
+    DDS_ReturnCode_t remove(DDS_DataReader* reader) const {
+        return DDS_Subscriber_delete_datareader(subscriber(), reader);
+    }
+    DDS_ReturnCode_t remove(DDS_Topic* other) const {
+        return DDS_DomainParticipant_delete_topic(participant(), other);
+    }
+    DDS_ReturnCode_t remove(DDS_ContentFilteredTopic* filtered) const {
+        return DDS_DomainParticipant_delete_contentfilteredtopic(participant(), filtered);
+    }
+    DDS_ReturnCode_t remove(DDS_Publisher* other) const {
+        return DDS_DomainParticipant_delete_publisher(participant(), other);
+    }
+    DDS_ReturnCode_t remove(DDS_Subscriber* other) const {
+        return DDS_DomainParticipant_delete_subscriber(participant(), other);
+    }
+    /// @}
+
     DDS_Topic* topic;
-    DDS_Publisher* publisher;
-    DDS_Subscriber* subscriber;
 };
 
 /// A sample as it was read.
@@ -62,11 +107,12 @@ public:
     explicit ProbeSeq(DDS_Long maximum = 0);
     ProbeSeq(const ProbeSeq&) = delete;
     ProbeSeq& operator=(const ProbeSeq&) = delete;
-    ~ProbeSeq();
+    ~ProbeSeq() { DDS_SampleInfoSeq_finalize(&infos); }
 
-    DDS_ReturnCode_t receive(DDS_DataReader* reader, const DDS_ReadSelectorI& selector);
+    DDS_ReturnCode_t receive(DDS_DataReader* reader,
+                             const DDS_ReadSelectorI& selector = take_anything);
     DDS_ReturnCode_t return_loan(DDS_DataReader* reader);
-    [[nodiscard]] std::vector<Received> content() const;
+    std::vector<Received> content() const;
 
     DDS_UntypedSampleSeqI data{};
     DDS_SampleInfoSeq infos{};
@@ -83,10 +129,13 @@ std::vector<Received> await_samples(DDS_DataReader* reader, std::size_t count);
 /// @return "id:value id:value …" of samples, "id-" of those without data
 std::string summary(const std::vector<Received>& samples);
 
-/// Waits until a condition is true.
-DDS_ReturnCode_t await(DDS_Condition* condition, const DDS_Duration_t& timeout = patience);
-/// Waits until an endpoint has matched that many others.
-bool await_reader(DDS_DataWriter* writer, DDS_Long count = 1);
-bool await_writer(DDS_DataReader* reader, DDS_Long count = 1);
-
 DDS_ReturnCode_t write(DDS_DataWriter* writer, const Probe& probe);
+inline DDS_ReturnCode_t write(DDS_DataWriter* writer, DDS_Long id, DDS_Long value) {
+    return write(writer, Probe(id, value));
+}
+
+/// A handle of a probe's instance.
+DDS_InstanceHandle_t handle_of(DDS_Long id);
+inline bool equal(const DDS_InstanceHandle_t& left, const DDS_InstanceHandle_t& right) {
+    return DDS_InstanceHandle_equals(&left, &right) != 0;
+}

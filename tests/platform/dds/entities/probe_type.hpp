@@ -1,44 +1,43 @@
 #pragma once
 
-#include <cstddef>
+#include <atomic>
 #include <string>
-#include <string_view>
-#include <vector>
 
-#include "pexa/domain.h"
+#include "orvane/types.h"
+#include "pexa/type_plugin.h"
 #include "platform/engine/values.hpp"
+#include "tests/support/text.hpp"
 
-/// The tests' own data type: a numbered value with a text. Plain CDR; the number is the key.
-struct Probe {
-    static constexpr std::size_t longest_text = 63;
+/// A sample of a keyed type: the number is the key.
+class Probe : public QEL_KX_ADMIN_CommandResponse {
+public:
+    explicit Probe(DDS_Long id = 0, DDS_Long value = 0, const std::string& text = "");
+    Probe(const Probe& other);
+    Probe& operator=(const Probe& other);
+    ~Probe() { QEL_KX_ADMIN_CommandResponse_finalize(this); }
 
-    DDS_Long id = 0;
-    DDS_Long value = 0;
-    /// One that starts with '!' is refused by encoding.
-    char text[longest_text + 1] = {};
-
-    Probe() = default;
-    Probe(DDS_Long number, DDS_Long content, std::string_view words = "");
+    DDS_Long id() const { return hostAndAppId.rtps_host_id; }
+    DDS_Long value() const { return invocation; }
+    const char* text() const { return message; }
 };
-
-/// A payload with this value is always refused by decoding.
-inline constexpr DDS_Long undecodable_value = -1;
-/// Has payloads with another value refused from now on.
-void refuse_value(DDS_Long value);
+static_assert(sizeof(Probe) == sizeof(QEL_KX_ADMIN_CommandResponse), "a sample of that type");
 
 /// The type's own name; the tests register it under others.
-inline constexpr const char* probe_type_name = "test::Probe";
-inline constexpr const char* keyless_type_name = "test::KeylessProbe";
+inline constexpr const char* probe_type_name = "QEL::KX::ADMIN::CommandResponse";
 
-[[nodiscard]] TULVTypePlugin probe_plugin();
+/// The type's plugin, with the refusals of this file.
+TULVTypePlugin probe_plugin();
 /// The same members without a key.
-[[nodiscard]] TULVTypePlugin keyless_probe_plugin();
+TULVTypePlugin keyless_probe_plugin();
 
+/// A payload with this value is refused by decoding.
+inline std::atomic<DDS_Long> undecodable_value = -1;
+/// Whether attachments of endpoints are refused.
+inline std::atomic<bool> refusing_endpoints = false;
 /// Endpoint data that plugins of this file made and not yet gave back.
-[[nodiscard]] int attached_endpoints();
-/// Has the next attachments of endpoints refused.
-void refuse_endpoints(bool refuse);
+inline std::atomic<int> attached_endpoints = 0;
 
 /// @return the encoding that a foreign writer would send, without the checks of the plugin.
-[[nodiscard]] std::vector<std::byte> encoded_probe(const Probe& probe);
-[[nodiscard]] pexa::engine::KeyHash hash_of_probe(DDS_Long id);
+orvane::test::Bytes encoded_probe(const Probe& probe);
+orvane::test::Bytes encoded_key(DDS_Long id);
+pexa::engine::KeyHash hash_of_probe(DDS_Long id);

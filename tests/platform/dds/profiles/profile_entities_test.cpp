@@ -1,9 +1,10 @@
-#include "tests/platform/dds/entities/probe_node.hpp"
 #include "tests/platform/dds/profiles/engine_qos.hpp"
 #include "tests/platform/dds/profiles/profile_files.hpp"
+#include "tests/support/node.hpp"
 
 namespace {
 
+using orvane::test::Node;
 using pexa::dds::object_of;
 using pexa::dds::OwnedQos;
 namespace engine = pexa::engine;
@@ -31,35 +32,42 @@ std::string profile(const std::string& attributes) {
            endpoint_part + "</datareader_qos></qos_profile>";
 }
 
-class ProfiledEntities : public ProfileFiles {
-protected:
-    static DDS_DataWriter* default_writer(const ProbeNode& node) {
-        return DDS_Publisher_create_datawriter(node.publisher, node.topic, DDS_QOS_DEFAULT, nullptr,
+class ProfiledEntities : public ProfileFiles {};
+
+/// A participant with a topic of that name, everything of default QoS.
+struct ProfiledNode : Node {
+    explicit ProfiledNode(const char* name = "profiled")
+        : description(topic<QEL_KX_LogMessage>(name)) {}
+
+    DDS_DataWriter* default_writer() const {
+        return DDS_Publisher_create_datawriter(publisher(), description, DDS_QOS_DEFAULT, nullptr,
                                                DDS_STATUS_MASK_NONE);
     }
-    static DDS_DataReader* default_reader(const ProbeNode& node, DDS_TopicDescription* topic) {
-        return DDS_Subscriber_create_datareader(node.subscriber, topic, DDS_QOS_DEFAULT, nullptr,
+    DDS_DataReader* default_reader(DDS_TopicDescription* topic) const {
+        return DDS_Subscriber_create_datareader(subscriber(), topic, DDS_QOS_DEFAULT, nullptr,
                                                 DDS_STATUS_MASK_NONE);
     }
+
+    DDS_Topic* description;
 };
 
 TEST_F(ProfiledEntities, TheDefaultProfileReachesTheEngineAndItsPeers) {
     write("USER_QOS_PROFILES.xml", library(profile("is_default_qos='true'")));
-    const ProbeNode sender("profiled");
-    const engine::Qos of_participant = engine_qos(sender.participant);
+    const ProfiledNode sender;
+    const engine::Qos of_participant = engine_qos(sender.participant());
     EXPECT_EQ(of_participant.entity_name, "from the profile");
     const decltype(of_participant.properties) properties{{"colour", "red"}};
     EXPECT_EQ(of_participant.properties, properties);
 
-    const engine::Qos of_writer = engine_qos(default_writer(sender));
+    const engine::Qos of_writer = engine_qos(sender.default_writer());
     EXPECT_EQ(of_writer.durability, engine::DurabilityKind::transient_local);
     EXPECT_EQ(of_writer.history, (engine::HistoryPolicy{engine::HistoryKind::keep_last, 3}));
     EXPECT_EQ(of_writer.ownership_strength, 6);
 
-    const ProbeNode receiver("profiled");
+    const ProfiledNode receiver;
     DDS_DataReader* reader =
-        default_reader(receiver, DDS_Topic_as_topicdescription(receiver.topic));
-    ASSERT_TRUE(await_writer(reader)) << "partitions, durability and deadline fit";
+        receiver.default_reader(DDS_Topic_as_topicdescription(receiver.description));
+    ASSERT_TRUE(orvane::test::await_writer(reader)) << "partitions, durability and deadline fit";
     const engine::EntityId id = object_of(reader)->engine_id();
     std::vector<engine::LocalHandle> handles;
     ASSERT_EQ(engine::get_matched_publications(id, handles), pexa::Status::ok);
@@ -73,19 +81,19 @@ TEST_F(ProfiledEntities, TheDefaultProfileReachesTheEngineAndItsPeers) {
 
 TEST_F(ProfiledEntities, TheDefaultProfilesFiltersGoByTheTopicsName) {
     ASSERT_EQ(load(library(profile("is_default_qos='true'"))), DDS_RETCODE_OK);
-    const ProbeNode profiled("profiled");
-    const ProbeNode other("other");
-    EXPECT_EQ(engine_qos(profiled.topic).durability, engine::DurabilityKind::transient_local);
-    EXPECT_EQ(engine_qos(other.topic).durability, engine::DurabilityKind::volatile_data);
-    EXPECT_EQ(engine_qos(default_writer(other)).history->depth, 1);
+    const ProfiledNode profiled;
+    const ProfiledNode other("other");
+    EXPECT_EQ(engine_qos(profiled.description).durability, engine::DurabilityKind::transient_local);
+    EXPECT_EQ(engine_qos(other.description).durability, engine::DurabilityKind::volatile_data);
+    EXPECT_EQ(engine_qos(other.default_writer()).history->depth, 1);
     DDS_ContentFilteredTopic* view = DDS_DomainParticipant_create_contentfilteredtopic(
-        profiled.participant, "view", profiled.topic, "id = 1", nullptr);
+        profiled.participant(), "view", profiled.description, "level = 1", nullptr);
     DDS_DataReader* reader =
-        default_reader(profiled, DDS_ContentFilteredTopic_as_topicdescription(view));
+        profiled.default_reader(DDS_ContentFilteredTopic_as_topicdescription(view));
     EXPECT_EQ(engine_qos(reader).history->depth, 3) << "by the name of the topic it filters";
     for (const auto& [name, depth] : {std::pair("profiled", 3), std::pair("other", 1)}) {
         OwnedQos<DDS_DataReaderQos> qos;
-        ASSERT_EQ(DDS_DomainParticipant_get_default_datareader_qos_w_topic_name(other.participant,
+        ASSERT_EQ(DDS_DomainParticipant_get_default_datareader_qos_w_topic_name(other.participant(),
                                                                                 &qos.get(), name),
                   DDS_RETCODE_OK);
         EXPECT_EQ(qos.get().history.depth, depth);
@@ -94,21 +102,21 @@ TEST_F(ProfiledEntities, TheDefaultProfilesFiltersGoByTheTopicsName) {
 
 TEST_F(ProfiledEntities, ADefaultThatIsSetOutweighsTheDefaultProfileUntilItIsTakenBack) {
     ASSERT_EQ(load(library(profile("is_default_qos='true'"))), DDS_RETCODE_OK);
-    const ProbeNode node;
+    const ProfiledNode node;
     OwnedQos<DDS_TopicQos> wanted;
     wanted.get().history.depth = 9;
     const auto depth = [&] {
         OwnedQos<DDS_TopicQos> qos;
-        EXPECT_EQ(DDS_DomainParticipant_get_default_topic_qos_w_topic_name(node.participant,
+        EXPECT_EQ(DDS_DomainParticipant_get_default_topic_qos_w_topic_name(node.participant(),
                                                                            &qos.get(), "profiled"),
                   DDS_RETCODE_OK);
         return qos.get().history.depth;
     };
     EXPECT_EQ(depth(), 3);
-    ASSERT_EQ(DDS_DomainParticipant_set_default_topic_qos(node.participant, &wanted.get()),
+    ASSERT_EQ(DDS_DomainParticipant_set_default_topic_qos(node.participant(), &wanted.get()),
               DDS_RETCODE_OK);
     EXPECT_EQ(depth(), 9);
-    ASSERT_EQ(DDS_DomainParticipant_set_default_topic_qos(node.participant, DDS_QOS_DEFAULT),
+    ASSERT_EQ(DDS_DomainParticipant_set_default_topic_qos(node.participant(), DDS_QOS_DEFAULT),
               DDS_RETCODE_OK);
     EXPECT_EQ(depth(), 3);
     ASSERT_EQ(load(library("<qos_profile name='P'/>")), DDS_RETCODE_OK);
@@ -125,10 +133,10 @@ TEST_F(ProfiledEntities, SecurityIsConfiguredByProperties) {
                                                                             "L", "S"),
               DDS_RETCODE_OK);
     EXPECT_EQ(DDS_DomainParticipantFactory_create_participant(
-                  factory(), ORVANE_TEST_DOMAIN, &qos.get(), nullptr, DDS_STATUS_MASK_NONE),
+                  factory(), orvane::test::domain(), &qos.get(), nullptr, DDS_STATUS_MASK_NONE),
               nullptr)
         << "the engine misses the other properties";
-    const ProbeNode without_security;
+    const ProfiledNode without_security;
 }
 
 }  // namespace

@@ -10,8 +10,12 @@
 
 #include "pexa/config_logger.h"
 #include "pexa/domain.h"
+#include "platform/dds/interface/string_list.hpp"
 #include "platform/dds/qos/conversion.hpp"
-#include "tests/support/reports.hpp"
+#include "tests/support/text.hpp"
+
+using Names = std::vector<std::string>;
+using orvane::test::Reports;
 
 /// A working directory of its own, and a factory without profiles at the beginning.
 class ProfileFiles : public testing::Test {
@@ -54,33 +58,34 @@ protected:
         return DDS_DomainParticipantFactory_load_qos_profiles(factory(), "loaded.xml");
     }
 
-    static std::vector<std::string> profiles_of(const char* library) {
+    static Names profiles_of(const char* library) {
         DDS_StringSeq names{};
         EXPECT_EQ(DDS_DomainParticipantFactory_get_qos_profiles(factory(), &names, library),
                   DDS_RETCODE_OK);
-        std::vector<std::string> result;
-        for (DDS_Long i = 0; i < DDS_StringSeq_get_length(&names); ++i) {
-            result.emplace_back(DDS_StringSeq_get(&names, i));
-        }
+        Names result = pexa::dds::to_strings(&names);
         DDS_StringSeq_finalize(&names);
         return result;
     }
 
-    static bool has_line(const std::vector<std::string>& lines, const std::string& part) {
+    static bool has_line(const Names& lines, const std::string& part) {
         return std::any_of(lines.begin(), lines.end(), [&](const std::string& line) {
             return line.find(part) != std::string::npos;
         });
     }
 
+    /// What a profile of library L gives writers of a topic.
+    static DDS_ReturnCode_t fill(DDS_DataWriterQos& qos, const char* profile,
+                                 const char* topic_name = nullptr) {
+        return DDS_DomainParticipantFactory_get_datawriter_qos_from_profile_w_topic_name(
+            factory(), &qos, "L", profile, topic_name);
+    }
     using WriterQos = pexa::dds::OwnedQos<DDS_DataWriterQos>;
 
     /// The transport priority that a profile of library L gives the writers of a topic, or -1.
     static DDS_Long priority_of(const char* profile, const char* topic_name = nullptr) {
         WriterQos qos;
-        qos.get().transport_priority.value = -1;
-        static_cast<void>(DDS_DomainParticipantFactory_get_datawriter_qos_from_profile_w_topic_name(
-            factory(), &qos.get(), "L", profile, topic_name));
-        return qos.get().transport_priority.value;
+        const bool filled = fill(qos.get(), profile, topic_name) == DDS_RETCODE_OK;
+        return filled ? qos.get().transport_priority.value : -1;
     }
     /// A profile of that name with this transport priority for writers.
     static std::string priority_profile(const std::string& name, int priority,

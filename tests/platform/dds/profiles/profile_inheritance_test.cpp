@@ -1,12 +1,7 @@
-#include <functional>
-
 #include "tests/platform/dds/profiles/profile_files.hpp"
-#include "tests/support/failing_new.hpp"
-#include "tests/support/heap_faults.hpp"
+#include "tests/support/faults.hpp"
 
 namespace {
-
-using Names = std::vector<std::string>;
 
 class ProfileInheritance : public ProfileFiles {};
 
@@ -21,9 +16,7 @@ TEST_F(ProfileInheritance, ADerivedProfileOverridesSingleValues) {
               DDS_RETCODE_OK);
     EXPECT_EQ(profiles_of("L"), (Names{"D", "M"}));
     WriterQos qos;
-    ASSERT_EQ(DDS_DomainParticipantFactory_get_datawriter_qos_from_profile_w_topic_name(
-                  factory(), &qos.get(), "L", "D", nullptr),
-              DDS_RETCODE_OK);
+    ASSERT_EQ(fill(qos.get(), "D"), DDS_RETCODE_OK);
     EXPECT_EQ(qos.get().transport_priority.value, 1);
     EXPECT_EQ(qos.get().history.kind, DDS_KEEP_ALL_HISTORY_QOS);
     EXPECT_EQ(qos.get().history.depth, 4);
@@ -31,18 +24,16 @@ TEST_F(ProfileInheritance, ADerivedProfileOverridesSingleValues) {
 }
 
 TEST_F(ProfileInheritance, PropertiesAreMergedByName) {
-    const auto properties = [](const std::string& name, const std::string& attributes,
-                               const std::string& pairs) {
-        return "<qos_profile name=\"" + name + "\" " + attributes +
-               "><domain_participant_qos><property><value>" + pairs +
-               "</value></property></domain_participant_qos></qos_profile>";
+    const auto profile = [](const char* attributes, const std::string& first,
+                            const std::string& second) {
+        return std::string("<qos_profile ") + attributes +
+               "><participant_qos><property><value><element>" + first + "</element><element>" +
+               second + "</element></value></property></participant_qos></qos_profile>";
     };
-    ASSERT_EQ(load(library(properties("B", "",
-                                      "<element><name>a</name><value>1</value></element>"
-                                      "<element><name>b</name><value>2</value></element>") +
-                           properties("D", "base_name=\"B\"",
-                                      "<element><name>c</name><value>3</value></element>"
-                                      "<element><name>a</name><value>4</value></element>"))),
+    ASSERT_EQ(load(library(profile("name='B'", "<name>a</name><value>1</value>",
+                                   "<name>b</name><value>2</value>") +
+                           profile("name='D' base_name='B'", "<name>c</name><value>3</value>",
+                                   "<name>a</name><value>4</value>"))),
               DDS_RETCODE_OK);
     pexa::dds::OwnedQos<DDS_DomainParticipantQos> qos;
     ASSERT_EQ(DDS_DomainParticipantFactory_get_participant_qos_from_profile(factory(), &qos.get(),
@@ -161,34 +152,24 @@ TEST_F(ProfileInheritance, WithoutMemoryNothingIsLoadedAndNothingGiven) {
         "<name>a long name, too long for the string itself</name></element></value></property>"
         "</participant_qos></qos_profile>");
     ASSERT_EQ(load(document), DDS_RETCODE_OK);
-    heap_faults::sweep([&] {
+    orvane::test::sweep(orvane::test::heap_allocation, [&] {
         pexa::dds::OwnedQos<DDS_DomainParticipantQos> qos;
         return DDS_DomainParticipantFactory_get_participant_qos_from_profile(
                    factory(), &qos.get(), "L", "B") == DDS_RETCODE_OK;
     });
-    start_again();
-    EXPECT_EQ(profiles_of("L"), Names{});
-    const auto reload = [&] {
-        return DDS_DomainParticipantFactory_load_qos_profiles(factory(), "loaded.xml");
-    };
-    const struct {
-        const char* heap;
-        std::function<void(int)> fail;
-        std::function<bool()> was_out_of_reach;
-    } heaps[] = {{"middleware", heap_faults::fail_allocation, heap_faults::was_out_of_reach},
-                 {"operator new", failing_new::fail_allocation, failing_new::was_out_of_reach}};
-    for (const auto& heap : heaps) {
+    const Reports silence;
+    for (const char* allocation : {orvane::test::heap_allocation, orvane::test::new_expression}) {
         start_again();
-        static_cast<void>(profiles_of("L"));
-        int number = 0;
-        DDS_ReturnCode_t result = DDS_RETCODE_OUT_OF_RESOURCES;
-        while (result != DDS_RETCODE_OK && number < 1000) {
-            heap.fail(++number);
-            result = reload();
-            ASSERT_EQ(heap.was_out_of_reach(), result == DDS_RETCODE_OK) << heap.heap << number;
-            EXPECT_EQ(profiles_of("L").empty(), result != DDS_RETCODE_OK);
+        EXPECT_EQ(profiles_of("L"), Names{});
+        DDS_ReturnCode_t result = DDS_RETCODE_ERROR;
+        for (int call = 1; result != DDS_RETCODE_OK && call < 1000; ++call) {
+            {
+                const orvane::test::Fault fault(allocation, call);
+                result = DDS_DomainParticipantFactory_load_qos_profiles(factory(), "loaded.xml");
+                ASSERT_NE(fault.has_struck(), result == DDS_RETCODE_OK) << allocation << call;
+            }
+            EXPECT_EQ(profiles_of("L").empty(), result != DDS_RETCODE_OK) << allocation << call;
         }
-        EXPECT_GT(number, 8) << heap.heap;
         EXPECT_EQ(result, DDS_RETCODE_OK);
     }
 }

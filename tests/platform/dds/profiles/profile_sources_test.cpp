@@ -6,8 +6,6 @@
 
 namespace {
 
-using Names = std::vector<std::string>;
-
 class ProfileSources : public ProfileFiles {};
 
 TEST_F(ProfileSources, AreTheWorkingDirectoryThenTheEnvironmentThenTheApplication) {
@@ -24,7 +22,7 @@ TEST_F(ProfileSources, AreTheWorkingDirectoryThenTheEnvironmentThenTheApplicatio
     DDS_StringSeq names{};
     EXPECT_EQ(DDS_DomainParticipantFactory_get_qos_profile_libraries(factory(), &names),
               DDS_RETCODE_OK);
-    EXPECT_EQ(DDS_StringSeq_get_length(&names), 1);
+    EXPECT_EQ(pexa::dds::to_strings(&names), Names{"L"});
     DDS_StringSeq_finalize(&names);
 }
 
@@ -78,15 +76,15 @@ TEST_F(ProfileSources, WhoReceivesReportsMayAskForProfilesButNotLoadThemWhileThe
     struct Seen {
         std::vector<Names> profiles;
         std::vector<DDS_ReturnCode_t> loads;
+        bool asks = false;
     } seen;
     const auto ask = [](void* data, QELLogModule, QELLogLevel, const char*) {
-        static thread_local bool asks = false;
-        if (!std::exchange(asks, true)) {
-            auto& all = *static_cast<Seen*>(data);
+        auto& all = *static_cast<Seen*>(data);
+        if (!std::exchange(all.asks, true)) {
             all.profiles.push_back(profiles_of("L"));
             all.loads.push_back(
                 DDS_DomainParticipantFactory_load_qos_profiles(factory(), "USER_QOS_PROFILES.xml"));
-            asks = false;
+            all.asks = false;
         }
     };
     QELLog_setSink(ask, &seen);
