@@ -9,6 +9,7 @@
 #include "platform/dds/filter/fields.hpp"
 #include "platform/dds/filter/parser.hpp"
 #include "platform/dds/interface/standard_sequences.hpp"
+#include "platform/dds/interface/string_list.hpp"
 
 namespace pexa::dds {
 namespace {
@@ -19,22 +20,21 @@ struct Sources {
     std::array<std::string_view, filter_parameter_limit> parameters;
 };
 
-bool collect(std::string_view expression, const DDS_StringSeq* parameters, Sources& sources,
-             FilterFault& fault) {
+Success collect(std::string_view expression, const DDS_StringSeq* parameters, Sources& sources,
+                FilterFault& fault) {
     sources.expression = expression;
     if (expression.size() > filter_text_limit) {
-        set_fault(fault, {filter_text_limit}, "longer than %zu characters", filter_text_limit);
-        return false;
+        return set_fault(fault, {filter_text_limit}, "longer than %zu characters",
+                         filter_text_limit);
     }
     const DDS_Long length = parameters != nullptr ? length_of(*parameters) : 0;
     const auto count = std::min(static_cast<std::size_t>(length), filter_parameter_limit);
     for (std::size_t i = 0; i < count; ++i) {
         const char* text = element_of(*parameters, static_cast<DDS_Long>(i));
-        sources.parameters[i] = text != nullptr ? text : std::string_view();
+        sources.parameters[i] = view_of(text);
         if (sources.parameters[i].size() > filter_text_limit) {
-            set_fault(fault, {filter_text_limit, static_cast<int>(i)}, "longer than %zu characters",
-                      filter_text_limit);
-            return false;
+            return set_fault(fault, {filter_text_limit, static_cast<int>(i)},
+                             "longer than %zu characters", filter_text_limit);
         }
     }
     return true;
@@ -109,7 +109,7 @@ void FreeContentFilter::operator()(const ContentFilter* filter) const {
 
 bool ContentFilter::matches(std::span<const std::byte> payload) const noexcept {
     FilterFields fields;
-    return read_fields(program_, payload, fields) && program_.run(fields);
+    return read_fields(program_, payload, fields) == Status::ok && program_.run(fields);
 }
 
 }  // namespace pexa::dds

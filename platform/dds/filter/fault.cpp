@@ -16,17 +16,18 @@ std::span<char> begin_fault(FilterFault& fault, const FilterPlace& place) {
     return text.subspan(static_cast<std::size_t>(length));
 }
 
-void set_unexpected(FilterFault& fault, const SqlToken& token, int parameter,
-                    const char* expected) {
+Success set_unexpected(FilterFault& fault, const SqlToken& token, int parameter,
+                       const char* expected) {
     const FilterPlace place{token.position, parameter};
     const int length = quotation_length(token.source);
     if (token.kind == SqlTokenKind::invalid) {
-        set_fault(fault, place, "%s: %.*s", token.fault, length, token.source.data());
-    } else if (token.kind == SqlTokenKind::end) {
-        set_fault(fault, place, "expected %s, found the end", expected);
-    } else {
-        set_fault(fault, place, "expected %s, found %.*s", expected, length, token.source.data());
+        return set_fault(fault, place, "%s: %.*s", token.fault, length, token.source.data());
     }
+    if (token.kind == SqlTokenKind::end) {
+        return set_fault(fault, place, "expected %s, found the end", expected);
+    }
+    return set_fault(fault, place, "expected %s, found %.*s", expected, length,
+                     token.source.data());
 }
 
 int quotation_length(std::string_view text) {

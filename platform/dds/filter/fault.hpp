@@ -1,5 +1,5 @@
-/// @file content_filter_fault.hpp
-/// @brief What is wrong with a filter expression or one of its parameters, and where.
+/// @file fault.hpp
+/// @brief The fault of a filter expression or of one of its parameters, and its place.
 #pragma once
 
 #include <array>
@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "platform/dds/filter/sql_lexer.hpp"
+#include "platform/internal/success.hpp"
 
 namespace pexa::dds {
 
@@ -29,27 +30,31 @@ struct FilterPlace {
 
 /// Stores the place of a fault, and begins its text with it.
 /// @return room for the rest of the text
-[[nodiscard]] std::span<char> begin_fault(FilterFault& fault, const FilterPlace& place);
+std::span<char> begin_fault(FilterFault& fault, const FilterPlace& place);
 
 /// Fills in a fault; its text is cut when it is too long.
-/// @param format what is wrong, as printf takes it
+/// @param format the text, as printf takes it
+/// @return no success
 template <typename... Arguments>
-void set_fault(FilterFault& fault, const FilterPlace& place, const char* format,
-               Arguments... arguments) {
+Success set_fault(FilterFault& fault, const FilterPlace& place, const char* format,
+                  Arguments... arguments) {
     const std::span<char> rest = begin_fault(fault, place);
     if constexpr (sizeof...(Arguments) == 0) {
         std::snprintf(rest.data(), rest.size(), "%s", format);
     } else {
         std::snprintf(rest.data(), rest.size(), format, arguments...);
     }
+    return false;
 }
 
-/// Fills in a fault: a token that is invalid or does not belong where it is.
-/// @param parameter the parameter that the token is from, or -1
-/// @param expected what should be there instead
-void set_unexpected(FilterFault& fault, const SqlToken& token, int parameter, const char* expected);
+/// Fills in the fault of a token that is invalid or does not belong where it stands.
+/// @param parameter the parameter that contains the token, or -1
+/// @param expected a description of a token that belongs there
+/// @return no success
+Success set_unexpected(FilterFault& fault, const SqlToken& token, int parameter,
+                       const char* expected);
 
-/// Most characters that a fault quotes of an expression.
-[[nodiscard]] int quotation_length(std::string_view text);
+/// @return how many characters of a text a fault quotes.
+int quotation_length(std::string_view text);
 
 }  // namespace pexa::dds

@@ -4,14 +4,14 @@ namespace pexa::dds {
 namespace {
 
 /// A member found at the front of a dotted name.
-struct Member {
+struct NamedMember {
     DDS_Long id = 0;
     const DDS_TypeCode* type = nullptr;
     std::size_t length = 0;  ///< characters of its name, 0 when there is none
 };
 
 // Names of members may contain dots themselves, as those of union branches do.
-Member find_member(const DDS_TypeCode& type, std::string_view path) {
+NamedMember find_member(const DDS_TypeCode& type, std::string_view path) {
     const auto begins_with = [path](std::string_view name) {
         return path.starts_with(name) && (path.size() == name.size() || path[name.size()] == '.');
     };
@@ -31,8 +31,8 @@ Member find_member(const DDS_TypeCode& type, std::string_view path) {
     return {};
 }
 
-bool add_node(FilterProgram& program, std::int16_t parent, const Member& member,
-              std::int16_t& node) {
+Success add_node(FilterProgram& program, std::int16_t parent, const NamedMember& member,
+                 std::int16_t& node) {
     node = program.child_of(parent, member.id);
     if (node != no_index) {
         return true;
@@ -55,7 +55,7 @@ const DDS_TypeCode* find_field(const DDS_TypeCode& type, std::string_view path,
     known = 0;
     const DDS_TypeCode* found = &type;
     while (known < path.size()) {
-        const Member member = find_member(*found, path.substr(known));
+        const NamedMember member = find_member(*found, path.substr(known));
         if (member.length == 0 || member.type == nullptr) {
             return nullptr;
         }
@@ -65,24 +65,22 @@ const DDS_TypeCode* find_field(const DDS_TypeCode& type, std::string_view path,
     return found;
 }
 
-bool add_field(FilterProgram& program, std::string_view path, const FilterPlace& place,
-               OperandIndex& field, FilterFault& fault) {
+Success add_field(FilterProgram& program, std::string_view path, const FilterPlace& place,
+                  OperandIndex& field, FilterFault& fault) {
     std::int16_t node = 0;
     for (std::size_t known = 0; known < path.size();) {
         const DDS_TypeCode* type = program.nodes[static_cast<std::size_t>(node)].type;
-        const Member member = find_member(*type, path.substr(known));
+        const NamedMember member = find_member(*type, path.substr(known));
         if (!add_node(program, node, member, node)) {
-            set_fault(fault, place, "the fields have more than %zu different parts",
-                      filter_node_limit);
-            return false;
+            return set_fault(fault, place, "the fields have more than %zu different parts",
+                             filter_node_limit);
         }
         known += member.length + 1;
     }
     FieldNode& leaf = program.nodes[static_cast<std::size_t>(node)];
     if (leaf.field == no_index) {
         if (program.field_count == filter_field_limit) {
-            set_fault(fault, place, "more than %zu different fields", filter_field_limit);
-            return false;
+            return set_fault(fault, place, "more than %zu different fields", filter_field_limit);
         }
         leaf.field = static_cast<std::int16_t>(program.field_count++);
     }

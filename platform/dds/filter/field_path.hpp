@@ -1,4 +1,4 @@
-/// @file content_filter_field_path.hpp
+/// @file field_path.hpp
 /// @brief From a dotted name to a member of a type.
 #pragma once
 
@@ -10,14 +10,13 @@ namespace pexa::dds {
 /// @param path names of members with dots between them; "_d" is the discriminator of a union
 /// @param known is set to the number of characters of @p path that lead somewhere
 /// @return the type of the member, or NULL when there is none
-[[nodiscard]] const DDS_TypeCode* find_field(const DDS_TypeCode& type, std::string_view path,
-                                             std::size_t& known);
+const DDS_TypeCode* find_field(const DDS_TypeCode& type, std::string_view path, std::size_t& known);
 
 /// Adds a field to the program, once however often it is asked for.
 ///
 /// @param path a field that find_field() finds in the program's type
 /// @param place where the fault is when the program is full
-[[nodiscard]] bool add_field(FilterProgram& program, std::string_view path,
-                             const FilterPlace& place, OperandIndex& field, FilterFault& fault);
+Success add_field(FilterProgram& program, std::string_view path, const FilterPlace& place,
+                  OperandIndex& field, FilterFault& fault);
 
 }  // namespace pexa::dds

@@ -1,41 +1,43 @@
 #include "platform/dds/filter/fields.hpp"
 
 #include "pexa/cdr_stream.h"
+#include "platform/internal/success.hpp"
 
 namespace pexa::dds {
 namespace {
 
-// More levels than any type has that is not recursive through a sequence.
+// No type has so many levels unless it contains itself through a sequence.
 constexpr int level_limit = 32;
 
-class Walk {
+class FieldReader {
 public:
-    Walk(const FilterProgram& program, std::span<const std::byte> payload, FilterFields& fields)
+    FieldReader(const FilterProgram& program, std::span<const std::byte> payload,
+                FilterFields& fields)
         : program_(program), fields_(fields) {
         // The stream is only read; its buffer is not constant because streams are also written.
         auto* bytes = const_cast<std::byte*>(payload.data());
         QELCdrStream_init(&stream_, reinterpret_cast<char*>(bytes), payload.size());
     }
 
-    bool sample() {
+    Success sample() {
         return QELCdrStream_deserializeEncapsulation(&stream_) != 0 &&
                value(program_.nodes[0].type, 0);
     }
 
 private:
-    // Passes over a value of that type; the node says which parts of it are wanted, none with
-    // no_index.
-    bool value(const DDS_TypeCode* type, std::int16_t node) {
+    // Passes over a value of that type. The node says which parts of the value the program needs,
+    // no_index that it needs none.
+    Success value(const DDS_TypeCode* type, std::int16_t node) {
         if (type == nullptr || level_ == level_limit) {
             return false;
         }
         ++level_;
-        const bool passed = value_of_kind(*type, node);
+        const Success passed = value_of_kind(*type, node);
         --level_;
         return passed;
     }
 
-    bool value_of_kind(const DDS_TypeCode& type, std::int16_t node) {
+    Success value_of_kind(const DDS_TypeCode& type, std::int16_t node) {
         switch (type.kind) {
             case DDS_TK_LONG:
             case DDS_TK_ENUM:
@@ -70,7 +72,7 @@ private:
         }
     }
 
-    bool number(std::int16_t node) {
+    Success number(std::int16_t node) {
         DDS_Long found = 0;
         if (QELCdrStream_deserializeLong(&stream_, &found) == 0) {
             return false;
@@ -79,7 +81,7 @@ private:
         return true;
     }
 
-    bool text(const DDS_TypeCode& type, std::int16_t node) {
+    Success text(const DDS_TypeCode& type, std::int16_t node) {
         if (QELCdrStream_alignForRead(&stream_, length_size) == 0) {
             return false;
         }
@@ -91,7 +93,7 @@ private:
         return true;
     }
 
-    bool members(const DDS_TypeCode& type, std::int16_t node) {
+    Success members(const DDS_TypeCode& type, std::int16_t node) {
         for (DDS_UnsignedLong i = 0; i < type.memberCount; ++i) {
             const DDS_TypeCodeMember& member = type.members[i];
             if (!value(member.type, program_.child_of(node, member.id))) {
@@ -101,7 +103,7 @@ private:
         return true;
     }
 
-    bool branch(const DDS_TypeCode& type, std::int16_t node) {
+    Success branch(const DDS_TypeCode& type, std::int16_t node) {
         DDS_Long label = 0;
         if (QELCdrStream_deserializeLong(&stream_, &label) == 0) {
             return false;
@@ -116,7 +118,7 @@ private:
         return true;
     }
 
-    bool members_with_headers(const DDS_TypeCode& type, std::int16_t node) {
+    Success members_with_headers(const DDS_TypeCode& type, std::int16_t node) {
         while (QELCdrStream_remaining(&stream_) > 0) {
             QELCdrParameterHeader header;
             if (QELCdrStream_deserializeParameterHeader(&stream_, &header) == 0) {
@@ -133,8 +135,8 @@ private:
         return true;
     }
 
-    bool member_behind(const DDS_TypeCode& type, std::int16_t node,
-                       const QELCdrParameterHeader& header) {
+    Success member_behind(const DDS_TypeCode& type, std::int16_t node,
+                          const QELCdrParameterHeader& header) {
         if (header.isIgnored != 0) {
             return true;
         }
@@ -143,10 +145,10 @@ private:
         if (child == no_index) {
             return header.mustUnderstand == 0 || knows_member(type, id);
         }
-        // The member's own length is the end of the stream for what is inside it.
+        // For the values inside the member the stream ends with the member.
         const std::size_t size = stream_.size;
         stream_.size = header.valuePosition + header.length;
-        const bool passed = value(program_.nodes[static_cast<std::size_t>(child)].type, child);
+        const Success passed = value(program_.nodes[static_cast<std::size_t>(child)].type, child);
         stream_.size = size;
         return passed;
     }
@@ -156,18 +158,18 @@ private:
                DDS_TypeCode_findMemberById(&type, id) != nullptr;
     }
 
-    bool sequence(const DDS_TypeCode& type) {
+    Success sequence(const DDS_TypeCode& type) {
         DDS_Long count = 0;
         if (QELCdrStream_deserializeLong(&stream_, &count) == 0) {
             return false;
         }
-        // An element takes at least a byte, which keeps a foreign count from becoming a long loop.
+        // An element takes at least a byte, so a foreign count cannot become a long loop.
         const auto length = static_cast<DDS_UnsignedLong>(count);
         return length <= type.bound && length <= QELCdrStream_remaining(&stream_) &&
                elements(type, length);
     }
 
-    bool elements(const DDS_TypeCode& type, DDS_UnsignedLong count) {
+    Success elements(const DDS_TypeCode& type, DDS_UnsignedLong count) {
         for (DDS_UnsignedLong i = 0; i < count; ++i) {
             if (!value(type.element, no_index)) {
                 return false;
@@ -186,9 +188,9 @@ private:
 
 }  // namespace
 
-bool read_fields(const FilterProgram& program, std::span<const std::byte> payload,
-                 FilterFields& fields) noexcept {
-    return Walk(program, payload, fields).sample();
+Status read_fields(const FilterProgram& program, std::span<const std::byte> payload,
+                   FilterFields& fields) noexcept {
+    return FieldReader(program, payload, fields).sample() ? Status::ok : Status::error;
 }
 
 }  // namespace pexa::dds

@@ -1,4 +1,4 @@
-/// @file content_filter_fields.hpp
+/// @file fields.hpp
 /// @brief Finding the fields of a filter in an encoded sample.
 #pragma once
 
@@ -6,16 +6,17 @@
 #include <span>
 
 #include "platform/dds/filter/program.hpp"
+#include "platform/internal/status.hpp"
 
 namespace pexa::dds {
 
-/// Walks an encoded sample through its type code and picks out the values of a program's fields;
-/// fields that the sample lacks keep what they are.
+/// Walks an encoded sample along its type code and stores the values of a program's fields. Fields
+/// that the sample lacks keep their values.
 ///
-/// @param payload encapsulation header and members, plain or with member headers as the type's
-/// extensibility has it, in either byte order; texts in @p fields point into it
-/// @return false when it is not an encoding of the type
-[[nodiscard]] bool read_fields(const FilterProgram& program, std::span<const std::byte> payload,
-                               FilterFields& fields) noexcept;
+/// @param payload encapsulation header and members, in either byte order. Members of a mutable type
+/// have headers. Texts in @p fields point into the payload.
+/// @return error when it is not an encoding of the type
+Status read_fields(const FilterProgram& program, std::span<const std::byte> payload,
+                   FilterFields& fields) noexcept;
 
 }  // namespace pexa::dds

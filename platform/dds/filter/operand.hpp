@@ -1,5 +1,5 @@
-/// @file content_filter_operand.hpp
-/// @brief What stands on a side of a comparison.
+/// @file operand.hpp
+/// @brief The sides of a comparison.
 #pragma once
 
 #include <array>
@@ -16,7 +16,7 @@ inline constexpr std::size_t filter_parameter_limit = 100;
 /// place.
 struct FilterTexts {
     std::span<char> expression;
-    /// One without data is missing.
+    /// A parameter without data is missing.
     std::array<std::span<char>, filter_parameter_limit> parameters;
 };
 
@@ -42,18 +42,18 @@ public:
     FilterOperandReader(FilterTexts& texts, FilterProgram& program, FilterFault& fault)
         : texts_(texts), program_(program), fault_(fault) {}
 
+    /// Fills in the fault when it fails.
     /// @param token of the expression
-    /// @return false after filling in the fault
-    [[nodiscard]] bool read(const SqlToken& token, FilterOperand& result);
+    Success read(const SqlToken& token, FilterOperand& result);
 
 private:
-    [[nodiscard]] bool field(const SqlToken& token, FilterOperand& result);
-    [[nodiscard]] bool parameter(const SqlToken& token, FilterOperand& result);
-    [[nodiscard]] bool parse_parameter(std::size_t index, FilterOperand& result);
-    [[nodiscard]] static bool literal(const SqlToken& token, std::span<char> text, int parameter,
-                                      FilterOperand& result);
+    Success field(const SqlToken& token, FilterOperand& result);
+    Success parameter(const SqlToken& token, FilterOperand& result);
+    Success parse_parameter(std::size_t index, FilterOperand& result);
+    static Success literal(const SqlToken& token, std::span<char> text, int parameter,
+                           FilterOperand& result);
 
-    // A parameter that is used again has lost its quotes, so what was found is kept.
+    // Reading a parameter removes its quotes, so its operand is kept for the next use.
     struct Parameter {
         bool parsed = false;
         FilterOperand operand;

@@ -43,7 +43,7 @@ bool is_number(const DDS_TypeCode& type) {
     return type.kind == DDS_TK_LONG || type.kind == DDS_TK_ENUM;
 }
 
-// Numbers can be compared with one another, but not those of two enumerations.
+// All numbers can be compared, but not the enumerators of two enumerations.
 bool are_comparable(const DDS_TypeCode& left, const DDS_TypeCode& right) {
     if (left.kind == DDS_TK_ENUM && right.kind == DDS_TK_ENUM) {
         return &left == &right;
@@ -67,7 +67,7 @@ FilterParser::FilterParser(const DDS_TypeCode& type, FilterTexts& texts, FilterP
     program_.node_count = 1;
 }
 
-bool FilterParser::parse() {
+Success FilterParser::parse() {
     advance();
     if (!condition()) {
         return false;
@@ -75,7 +75,7 @@ bool FilterParser::parse() {
     return token_.kind == SqlTokenKind::end || expected("AND, OR or the end");
 }
 
-bool FilterParser::condition() {
+Success FilterParser::condition() {
     const StepIndex begin = next_step();
     if (!term()) {
         return false;
@@ -89,7 +89,7 @@ bool FilterParser::condition() {
     return true;
 }
 
-bool FilterParser::term() {
+Success FilterParser::term() {
     const StepIndex begin = next_step();
     if (!factor()) {
         return false;
@@ -103,7 +103,7 @@ bool FilterParser::term() {
     return true;
 }
 
-bool FilterParser::factor() {
+Success FilterParser::factor() {
     const StepIndex begin = next_step();
     bool negated = false;
     while (accept(SqlTokenKind::keyword_not)) {
@@ -118,11 +118,10 @@ bool FilterParser::factor() {
     return true;
 }
 
-bool FilterParser::bracket() {
+Success FilterParser::bracket() {
     if (nesting_ == filter_nesting_limit) {
-        set_fault(fault_, {token_.position}, "more than %d brackets around one another",
-                  filter_nesting_limit);
-        return false;
+        return set_fault(fault_, {token_.position}, "more than %d brackets around one another",
+                         filter_nesting_limit);
     }
     advance();
     ++nesting_;
@@ -133,7 +132,7 @@ bool FilterParser::bracket() {
     return accept(SqlTokenKind::close_bracket) || expected("AND, OR or ')'");
 }
 
-bool FilterParser::predicate() {
+Success FilterParser::predicate() {
     FilterOperand left;
     if (!operand(left)) {
         return false;
@@ -153,7 +152,7 @@ bool FilterParser::predicate() {
     return expected(negated ? "BETWEEN or LIKE" : "a comparison, BETWEEN or LIKE");
 }
 
-bool FilterParser::between(const FilterOperand& subject, bool negated) {
+Success FilterParser::between(const FilterOperand& subject, bool negated) {
     FilterOperand low;
     FilterOperand high;
     if (!operand(low)) {
@@ -176,7 +175,7 @@ bool FilterParser::between(const FilterOperand& subject, bool negated) {
     return true;
 }
 
-bool FilterParser::like(const FilterOperand& subject, bool negated) {
+Success FilterParser::like(const FilterOperand& subject, bool negated) {
     FilterOperand pattern;
     if (!operand(pattern)) {
         return false;
@@ -185,12 +184,10 @@ bool FilterParser::like(const FilterOperand& subject, bool negated) {
         return unknown_name(subject);
     }
     if (subject.kind != FilterOperandKind::field || subject.type->kind != DDS_TK_STRING) {
-        set_fault(fault_, subject.place, "expected a text field in front of LIKE");
-        return false;
+        return set_fault(fault_, subject.place, "expected a text field in front of LIKE");
     }
     if (pattern.kind != FilterOperandKind::text) {
-        set_fault(fault_, pattern.place, "expected a pattern in quotes behind LIKE");
-        return false;
+        return set_fault(fault_, pattern.place, "expected a pattern in quotes behind LIKE");
     }
     const StepIndex begin = next_step();
     OperandIndex right = 0;
@@ -204,7 +201,7 @@ bool FilterParser::like(const FilterOperand& subject, bool negated) {
     return true;
 }
 
-bool FilterParser::operand(FilterOperand& result) {
+Success FilterParser::operand(FilterOperand& result) {
     if (!operands_.read(token_, result)) {
         return false;
     }
@@ -212,16 +209,15 @@ bool FilterParser::operand(FilterOperand& result) {
     return true;
 }
 
-bool FilterParser::compare(const FilterOperand& left, Comparison comparison,
-                           const FilterOperand& right) {
+Success FilterParser::compare(const FilterOperand& left, Comparison comparison,
+                              const FilterOperand& right) {
     const FilterOperand& subject = left.kind == FilterOperandKind::field ? left : right;
     const FilterOperand& other = left.kind == FilterOperandKind::field ? right : left;
     if (subject.kind != FilterOperandKind::field) {
         if (left.kind == FilterOperandKind::name || right.kind == FilterOperandKind::name) {
             return unknown_name(left.kind == FilterOperandKind::name ? left : right);
         }
-        set_fault(fault_, left.place, "expected a field on one side of the comparison");
-        return false;
+        return set_fault(fault_, left.place, "expected a field on one side of the comparison");
     }
     OperandIndex index = 0;
     if (!convert(other, *subject.type, index)) {
@@ -233,13 +229,13 @@ bool FilterParser::compare(const FilterOperand& left, Comparison comparison,
                     left.place);
 }
 
-bool FilterParser::convert(const FilterOperand& operand, const DDS_TypeCode& type,
-                           OperandIndex& index) {
+Success FilterParser::convert(const FilterOperand& operand, const DDS_TypeCode& type,
+                              OperandIndex& index) {
     if (operand.kind == FilterOperandKind::field) {
         index = operand.field;
         if (!are_comparable(*operand.type, type)) {
-            set_fault(fault_, operand.place, "a field of another type than the one it meets");
-            return false;
+            return set_fault(fault_, operand.place,
+                             "a field of another type than the one it meets");
         }
         return true;
     }
@@ -251,39 +247,36 @@ bool FilterParser::convert(const FilterOperand& operand, const DDS_TypeCode& typ
     }
     const bool text = type.kind == DDS_TK_STRING;
     if (operand.kind != (text ? FilterOperandKind::text : FilterOperandKind::integer)) {
-        set_fault(fault_, operand.place, text ? "expected a text in quotes" : "expected a number");
-        return false;
+        return set_fault(fault_, operand.place,
+                         text ? "expected a text in quotes" : "expected a number");
     }
     return add_constant(operand, operand.number, index);
 }
 
-bool FilterParser::convert_enumerator(const FilterOperand& operand, const DDS_TypeCode& type,
-                                      OperandIndex& index) {
+Success FilterParser::convert_enumerator(const FilterOperand& operand, const DDS_TypeCode& type,
+                                         OperandIndex& index) {
     for (DDS_UnsignedLong i = 0; i < type.memberCount; ++i) {
         if (operand.text == type.members[i].name) {
             return add_constant(operand, type.members[i].id, index);
         }
     }
-    set_fault(fault_, operand.place, "%.*s is not an enumerator of %s",
-              quotation_length(operand.text), operand.text.data(), name_of(type));
-    return false;
+    return set_fault(fault_, operand.place, "%.*s is not an enumerator of %s",
+                     quotation_length(operand.text), operand.text.data(), name_of(type));
 }
 
-bool FilterParser::add_constant(const FilterOperand& operand, std::int64_t number,
-                                OperandIndex& index) {
+Success FilterParser::add_constant(const FilterOperand& operand, std::int64_t number,
+                                   OperandIndex& index) {
     if (program_.constant_count == filter_constant_limit) {
-        set_fault(fault_, operand.place, "more than %zu constants", filter_constant_limit);
-        return false;
+        return set_fault(fault_, operand.place, "more than %zu constants", filter_constant_limit);
     }
     index = static_cast<OperandIndex>(~static_cast<int>(program_.constant_count));
     program_.constants[program_.constant_count++] = {number, operand.text};
     return true;
 }
 
-bool FilterParser::add_step(const Step& step, const FilterPlace& place) {
+Success FilterParser::add_step(const Step& step, const FilterPlace& place) {
     if (program_.step_count == filter_step_limit) {
-        set_fault(fault_, place, "more than %zu comparisons", filter_step_limit);
-        return false;
+        return set_fault(fault_, place, "more than %zu comparisons", filter_step_limit);
     }
     program_.steps[program_.step_count++] = step;
     return true;
@@ -316,23 +309,20 @@ bool FilterParser::accept(SqlTokenKind kind) {
     return true;
 }
 
-bool FilterParser::expected(const char* what) {
-    set_unexpected(fault_, token_, -1, what);
-    return false;
+Success FilterParser::expected(const char* what) {
+    return set_unexpected(fault_, token_, -1, what);
 }
 
-bool FilterParser::unknown_name(const FilterOperand& operand) {
+Success FilterParser::unknown_name(const FilterOperand& operand) {
     if (operand.place.parameter >= 0) {
-        set_fault(fault_, operand.place, "expected a number or a text in quotes");
-        return false;
+        return set_fault(fault_, operand.place, "expected a number or a text in quotes");
     }
     std::size_t known = 0;
-    static_cast<void>(find_field(*program_.nodes[0].type, operand.text, known));
+    find_field(*program_.nodes[0].type, operand.text, known);
     const std::string_view rest = operand.text.substr(known);
-    set_fault(fault_, {operand.place.position + known}, "there is no field %.*s in %.*s",
-              quotation_length(rest), rest.data(), quotation_length(operand.text),
-              operand.text.data());
-    return false;
+    return set_fault(fault_, {operand.place.position + known}, "there is no field %.*s in %.*s",
+                     quotation_length(rest), rest.data(), quotation_length(operand.text),
+                     operand.text.data());
 }
 
 }  // namespace pexa::dds

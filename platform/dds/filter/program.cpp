@@ -43,7 +43,7 @@ bool FilterProgram::run(const FilterFields& fields) const {
         const auto offset = static_cast<std::size_t>(position);
         return index >= 0 ? fields[offset] : constants[offset];
     };
-    // Ways lead forward only, so this ends.
+    // Each step leads forward only, so this ends.
     StepIndex next = 0;
     while (next < fails) {
         const Step& step = steps[next];

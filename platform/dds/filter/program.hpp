@@ -1,8 +1,8 @@
-/// @file content_filter_program.hpp
-/// @brief A compiled filter expression: which fields it needs and what it does with them.
+/// @file program.hpp
+/// @brief A compiled filter expression: the fields that it needs, and the comparisons of them.
 ///
-/// Everything has a fixed capacity, so that compiling needs no memory but the program's own and
-/// running it none at all.
+/// All capacities are fixed. So compiling allocates the program and nothing else, and running it
+/// allocates nothing.
 #pragma once
 
 #include <array>
@@ -22,7 +22,7 @@ inline constexpr std::size_t filter_constant_limit = 256;
 inline constexpr std::size_t filter_field_limit = 64;
 inline constexpr std::size_t filter_node_limit = 128;
 
-/// A number or a text; which one, the type of its field says.
+/// A number or a text, by the type of its field.
 struct FilterValue {
     std::int64_t number = 0;
     std::string_view text;
@@ -33,8 +33,8 @@ using FilterFields = std::array<FilterValue, filter_field_limit>;
 
 inline constexpr std::int16_t no_index = -1;
 
-/// A member that an expression names or passes on the way to one. The nodes form a tree that is
-/// laid over the type: a value is decoded only where a node says so.
+/// A member that an expression names, or that contains such a member. The nodes form a tree that
+/// lies over the type: a value is decoded only where the tree has a node.
 struct FieldNode {
     DDS_Long id = 0;  ///< of the member in its parent; a union's discriminator has 0
     const DDS_TypeCode* type = nullptr;
@@ -54,8 +54,8 @@ enum class Comparison : std::uint8_t {
 };
 
 /// @name Where a step leads
-/// Another step's index, or the end. While a part of an expression is still being put together
-/// the ends stand for "what follows when it holds" and "when it does not hold".
+/// The index of another step, or an end. While an expression is parsed, the ends of a part stand
+/// for the steps that will follow it when it holds, and when it does not hold.
 /// @{
 using StepIndex = std::uint16_t;
 inline constexpr StepIndex holds = 0xffff;
@@ -65,7 +65,7 @@ inline constexpr StepIndex fails = 0xfffe;
 /// An operand: the index of a field, or the complement of the index of a constant.
 using OperandIndex = std::int16_t;
 
-/// One comparison, and which step follows it: AND, OR and NOT are nothing but these ways.
+/// A comparison, and the steps that follow it. AND, OR and NOT consist of nothing else.
 struct Step {
     Comparison comparison = Comparison::equal;
     bool text = false;
@@ -85,7 +85,7 @@ struct FilterProgram {
     std::size_t node_count = 0;
 
     /// @return the child of a node for a member, or no_index.
-    [[nodiscard]] std::int16_t child_of(std::int16_t node, DDS_Long member_id) const {
+    std::int16_t child_of(std::int16_t node, DDS_Long member_id) const {
         if (node == no_index) {
             return no_index;
         }
@@ -97,7 +97,7 @@ struct FilterProgram {
     }
 
     /// @return whether the expression holds for these values.
-    [[nodiscard]] bool run(const FilterFields& fields) const;
+    bool run(const FilterFields& fields) const;
 };
 
 }  // namespace pexa::dds

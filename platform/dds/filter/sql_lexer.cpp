@@ -34,7 +34,7 @@ constexpr Keyword keywords[] = {
     {"between", SqlTokenKind::keyword_between},
 };
 
-// Longer ones first, where one begins another.
+// A symbol that begins another symbol stands behind it.
 constexpr Keyword symbols[] = {
     {"<=", SqlTokenKind::less_equal},   {">=", SqlTokenKind::greater_equal},
     {"<>", SqlTokenKind::not_equal},    {"!=", SqlTokenKind::not_equal},

@@ -44,19 +44,19 @@ class SqlLexer {
 public:
     explicit SqlLexer(std::string_view text) : text_(text) {}
 
-    /// @return the next token; behind the last one always `end`.
-    [[nodiscard]] SqlToken next();
+    /// @return the next token, and `end` whenever there is none.
+    SqlToken next();
 
 private:
-    [[nodiscard]] char peek(std::size_t offset = 0) const;
-    [[nodiscard]] SqlToken token(SqlTokenKind kind, std::size_t size);
-    [[nodiscard]] SqlToken invalid(std::size_t size, const char* fault);
-    [[nodiscard]] SqlToken word();
-    [[nodiscard]] SqlToken integer();
-    [[nodiscard]] SqlToken hexadecimal(std::size_t size);
-    [[nodiscard]] SqlToken quoted();
-    [[nodiscard]] SqlToken parameter();
-    [[nodiscard]] SqlToken symbol();
+    char peek(std::size_t offset = 0) const;
+    SqlToken token(SqlTokenKind kind, std::size_t size);
+    SqlToken invalid(std::size_t size, const char* fault);
+    SqlToken word();
+    SqlToken integer();
+    SqlToken hexadecimal(std::size_t size);
+    SqlToken quoted();
+    SqlToken parameter();
+    SqlToken symbol();
 
     std::string_view text_;
     std::size_t position_ = 0;

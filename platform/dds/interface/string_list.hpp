@@ -3,11 +3,17 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "pexa/sequence.h"
 
 namespace pexa::dds {
+
+/// @param text NULL counts as empty
+inline std::string_view view_of(const char* text) {
+    return text != nullptr ? text : std::string_view();
+}
 
 /// @param sequence NULL counts as empty, and so does a NULL text in it
 [[nodiscard]] std::vector<std::string> to_strings(const DDS_StringSeq* sequence);
