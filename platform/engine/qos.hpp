@@ -21,8 +21,6 @@ enum class LivelinessKind : int { automatic, manual_by_participant, manual_by_to
 enum class ReliabilityKind : int { best_effort, reliable };
 enum class DestinationOrderKind : int { by_reception_timestamp, by_source_timestamp };
 enum class AccessScope : int { instance, topic, group };
-/// Which writers a reader disregards.
-enum class IgnoreLocalKind : int { none, same_participant, same_process };
 
 struct HistoryPolicy {
     HistoryKind kind = HistoryKind::keep_last;
@@ -71,8 +69,9 @@ struct ReaderDataLifecyclePolicy {
 
 using Bytes = std::vector<std::byte>;
 
-/// The policies of any entity. A policy that is absent, or does not apply to the kind of entity,
-/// leaves the engine's default (for endpoints first what the topic has).
+/// The policies of any entity. For an absent policy that topics have, an endpoint has the policy of
+/// its topic; in all other cases the engine's default holds. Policies that do not apply to the kind
+/// of entity are ignored.
 struct Qos {
     std::optional<Bytes> user_data;
     std::optional<Bytes> topic_data;
@@ -82,15 +81,16 @@ struct Qos {
     /// Name and value; DDS Security is configured here, on the participant. Names are unique.
     std::vector<std::pair<std::string, std::string>> properties;
     std::optional<DurabilityKind> durability;
-    /// Of writers, the history and limits in it are replaced by those of `history` and
-    /// `resource_limits`: they decide what a late reader gets.
+    /// A writer replaces the history and limits in it by `history` and `resource_limits`, which
+    /// decide how many samples a late reader gets.
     std::optional<DurabilityServicePolicy> durability_service;
     std::optional<PresentationPolicy> presentation;
     std::optional<Nanoseconds> deadline;
     std::optional<Nanoseconds> latency_budget;
     std::optional<OwnershipKind> ownership;
     std::optional<std::int32_t> ownership_strength;
-    /// Of participants: automatic, and the time after which others take a silent one for gone.
+    /// Of a participant: automatic. Other participants drop it when they have not heard of it for
+    /// the lease duration.
     std::optional<LivelinessPolicy> liveliness;
     std::optional<Nanoseconds> time_based_filter;
     std::optional<std::vector<std::string>> partition;
@@ -103,12 +103,9 @@ struct Qos {
     /// Whether unregistering an instance also disposes it.
     std::optional<bool> autodispose_unregistered_instances;
     std::optional<ReaderDataLifecyclePolicy> reader_data_lifecycle;
-    std::optional<IgnoreLocalKind> ignore_local;
-    /// Writers only, at creation: samples are collected to share packets. They are sent when the
-    /// packet is full, before the history would drop one of them, at the first write after
-    /// some milliseconds, and at flush(). Not reported by get_qos(). The first such writer
-    /// overrides the engine's own configuration of batching, and what the application creates
-    /// directly on the engine at that very moment batches, too.
+    /// Writers only, at creation: a batch of samples shares packets. It is sent when a packet is
+    /// full, before the history would drop one of its samples, at the first write after some
+    /// milliseconds, and at flush(). Not reported by get_qos().
     std::optional<bool> batching;
 
     bool operator==(const Qos&) const = default;

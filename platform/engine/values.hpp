@@ -1,25 +1,22 @@
 /// @file values.hpp
-/// @brief Plain values of the engine seam: identities, state masks.
+/// @brief Values of the seam that all its files use: identities, times and state masks.
 #pragma once
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <memory>
-#include <type_traits>
-#include <utility>
 
 #include "platform/internal/status.hpp"
 
 namespace pexa::engine {
 
-/// Handle of any engine entity, the same number that the engine's own interface uses. Valid ones
-/// are positive.
+/// Identifies an entity of the engine within this process. Valid ids are positive. An application
+/// that also uses the engine's own interface meets the same number there.
 using EntityId = std::int32_t;
 inline constexpr EntityId no_entity = 0;
 
-/// What a creating operation returns: an entity exactly when the status is ok.
+/// The result of a creating operation: there is an entity exactly when the status is ok.
 struct [[nodiscard]] Created {
     Status status = Status::error;
     EntityId entity = no_entity;
@@ -57,37 +54,12 @@ inline constexpr std::uint32_t instance_no_writers = 4;
 inline constexpr std::uint32_t any_state = 0xffff;
 /// @}
 
-/// Which samples a reader operation or read condition is about: one bit set per kind of state.
-/// A set without any bit selects nothing.
+/// Selects samples by their states. A sample is selected when its state of each kind is in the mask
+/// of that kind, so a mask without bits selects nothing.
 struct StateMask {
     std::uint32_t sample_states = any_state;
     std::uint32_t view_states = any_state;
     std::uint32_t instance_states = any_state;
-};
-
-/// Borrows a callable for the length of a call; never stores or copies it.
-template <typename Signature>
-class FunctionRef;
-
-template <typename Result, typename... Arguments>
-class FunctionRef<Result(Arguments...)> {
-public:
-    template <typename Callable>
-    requires(std::is_invocable_r_v<Result, const Callable&, Arguments...>)
-        // NOLINTNEXTLINE(google-explicit-constructor): stands in for the callable at call sites
-        FunctionRef(const Callable& callable)
-        : object_(std::addressof(callable)), call_([](const void* object, Arguments... arguments) {
-              return static_cast<Result>(
-                  (*static_cast<const Callable*>(object))(std::forward<Arguments>(arguments)...));
-          }) {}
-
-    Result operator()(Arguments... arguments) const {
-        return call_(object_, std::forward<Arguments>(arguments)...);
-    }
-
-private:
-    const void* object_;
-    Result (*call_)(const void*, Arguments...);
 };
 
 }  // namespace pexa::engine

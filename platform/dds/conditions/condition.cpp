@@ -1,9 +1,8 @@
 #include "platform/dds/conditions/condition.hpp"
 
-#include <memory>
+#include <new>
 
 #include "platform/dds/conditions/wait_set.hpp"
-#include "platform/dds/entity/entity.hpp"
 
 namespace pexa::dds {
 
@@ -11,79 +10,89 @@ Condition::~Condition() {
     WaitSet::forget(*this);
 }
 
-DDS_Boolean Condition::triggered() const {
+bool Condition::triggered() const {
     const engine::EntityId id = engine_id();
-    return id != engine::no_entity && engine::is_triggered(id) ? DDS_BOOLEAN_TRUE
-                                                               : DDS_BOOLEAN_FALSE;
+    return id != engine::no_entity && engine::is_triggered(id);
 }
 
-GuardCondition* GuardCondition::create(const Operation& operation) {
+Result<GuardCondition*> GuardCondition::create(const Operation& operation) {
     const engine::Created created = engine::create_guard_condition();
     if (!created) {
-        static_cast<void>(operation.not_created("guard condition", to_return_code(created.status)));
-        return nullptr;
+        return operation.not_created("guard condition", created.status);
     }
     auto* condition = new (std::nothrow) GuardCondition(created.entity);
     if (condition == nullptr) {
+        // The caller hears of the missing memory; nothing uses the engine's entity.
         static_cast<void>(engine::delete_entity(created.entity));
-        static_cast<void>(operation.out_of_memory());
+        return operation.out_of_memory();
     }
     return condition;
 }
 
 GuardCondition::~GuardCondition() {
+    // Nothing can be done here about an entity that stays.
     static_cast<void>(engine::delete_entity(id_));
 }
 
-DDS_ReturnCode_t GuardCondition::set_trigger_value(DDS_Boolean value) {
-    return to_return_code(engine::set_guard_condition(id_, value != DDS_BOOLEAN_FALSE));
+Status GuardCondition::set_trigger_value(DDS_Boolean value) {
+    return engine::set_guard_condition(id_, value != DDS_BOOLEAN_FALSE);
 }
 
-DDS_ReturnCode_t GuardCondition::destroy(const Operation& operation) {
+Status GuardCondition::destroy(const Operation& operation) {
     if (WaitSet::is_attached(*this)) {
         return operation.precondition_not_met("the condition is attached to no wait set");
     }
     delete this;
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
 ReadCondition::~ReadCondition() {
     if (id_ != engine::no_entity) {
+        // Nothing can be done here about an entity that stays.
         static_cast<void>(engine::delete_entity(id_));
     }
 }
 
-DDS_ReturnCode_t ReadCondition::open(engine::EntityId reader) {
+Status ReadCondition::open(engine::EntityId reader) {
     const engine::Created created = engine::create_read_condition(reader, states_);
     id_ = created.entity;
-    return to_return_code(created.status);
+    return created.status;
 }
 
-DDS_ReturnCode_t ReadCondition::close(const Operation& operation) {
+Status ReadCondition::close(const Operation& operation) {
     const Status status = engine::delete_entity(id_);
     if (status != Status::ok) {
-        return operation.failed("deletion", to_return_code(status));
+        return operation.failed("deletion", status);
     }
     id_ = engine::no_entity;
-    return DDS_RETCODE_OK;
-}
-
-engine::EntityId StatusCondition::engine_id() const {
-    return entity_.engine_id();
-}
-
-DDS_ReturnCode_t StatusCondition::set_enabled_statuses(DDS_StatusMask mask) {
-    statuses_.store(mask);
-    return entity_enabled();
-}
-
-DDS_ReturnCode_t StatusCondition::entity_enabled() const {
-    const engine::EntityId id = engine_id();
-    // The engine starts with all of them.
-    if (id == engine::no_entity) {
-        return DDS_RETCODE_OK;
-    }
-    return to_return_code(engine::set_status_condition(id, statuses_.load() & entity_.statuses()));
+    return Status::ok;
 }
 
 }  // namespace pexa::dds
+
+namespace dds = pexa::dds;
+
+DDS_Condition* DDS_ReadCondition_as_condition(DDS_ReadCondition* self) {
+    return dds::call(__func__, self, &dds::ReadCondition::as_condition);
+}
+
+DDS_GuardCondition* DDS_GuardCondition_new() {
+    const dds::Operation operation(__func__);
+    return dds::guarded(operation, [&] { return dds::GuardCondition::create(operation); });
+}
+
+DDS_ReturnCode_t DDS_GuardCondition_delete(DDS_GuardCondition* self) {
+    return dds::call(__func__, self, &dds::GuardCondition::destroy);
+}
+
+DDS_ReturnCode_t DDS_GuardCondition_set_trigger_value(DDS_GuardCondition* self, DDS_Boolean value) {
+    return dds::call(__func__, self, &dds::GuardCondition::set_trigger_value, value);
+}
+
+DDS_Condition* DDS_GuardCondition_as_condition(DDS_GuardCondition* self) {
+    return dds::call(__func__, self, &dds::GuardCondition::as_condition);
+}
+
+DDS_Boolean DDS_Condition_get_trigger_value(DDS_Condition* self) {
+    return dds::call(__func__, self, &dds::Condition::triggered);
+}

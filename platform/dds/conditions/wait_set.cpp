@@ -17,16 +17,16 @@ constinit WaitSet* first_wait_set = nullptr;
 
 }  // namespace
 
-WaitSet* WaitSet::create(const Operation& operation) {
+Result<WaitSet*> WaitSet::create(const Operation& operation) {
     const engine::Created created = engine::create_wait_set();
     if (!created) {
-        static_cast<void>(operation.not_created("wait set", to_return_code(created.status)));
-        return nullptr;
+        return operation.not_created("wait set", created.status);
     }
     auto* wait_set = new (std::nothrow) WaitSet(created.entity);
     if (wait_set == nullptr) {
+        // The caller hears of the missing memory; nothing uses the engine's entity.
         static_cast<void>(engine::delete_entity(created.entity));
-        static_cast<void>(operation.out_of_memory());
+        return operation.out_of_memory();
     }
     return wait_set;
 }
@@ -45,18 +45,19 @@ WaitSet::~WaitSet() {
         }
         *link = next_;
     }
+    // Nothing can be done here about an entity that stays.
     static_cast<void>(engine::delete_entity(id_));
 }
 
-DDS_ReturnCode_t WaitSet::destroy(const Operation& operation) {
+Status WaitSet::destroy(const Operation& operation) {
     if (waiting_.load()) {
         return operation.precondition_not_met("no thread waits");
     }
     delete this;
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
-DDS_ReturnCode_t WaitSet::attach(const Operation& operation, Condition& condition) {
+Status WaitSet::attach(const Operation& operation, Condition& condition) {
     const engine::EntityId id = condition.engine_id();
     if (id == engine::no_entity) {
         return operation.precondition_not_met("the condition's entity is enabled");
@@ -66,7 +67,7 @@ DDS_ReturnCode_t WaitSet::attach(const Operation& operation, Condition& conditio
     {
         const std::lock_guard guard(attachments_mutex);
         if (contains(condition)) {
-            return DDS_RETCODE_OK;
+            return Status::ok;
         }
         attachments_.splice(attachments_.end(), added);
     }
@@ -74,12 +75,12 @@ DDS_ReturnCode_t WaitSet::attach(const Operation& operation, Condition& conditio
     if (status != Status::ok) {
         const std::lock_guard guard(attachments_mutex);
         attachments_.remove_if([&](const Attachment& a) { return a.condition == &condition; });
-        return operation.failed("attaching", to_return_code(status));
+        return operation.failed("attaching", status);
     }
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
-DDS_ReturnCode_t WaitSet::detach(const Operation& operation, Condition& condition) {
+Status WaitSet::detach(const Operation& operation, Condition& condition) {
     {
         const std::lock_guard guard(attachments_mutex);
         if (!contains(condition)) {
@@ -88,12 +89,11 @@ DDS_ReturnCode_t WaitSet::detach(const Operation& operation, Condition& conditio
         attachments_.remove_if([&](const Attachment& a) { return a.condition == &condition; });
     }
     const Status status = engine::detach(id_, condition.engine_id());
-    return status == Status::ok ? DDS_RETCODE_OK
-                                : operation.failed("detaching", to_return_code(status));
+    return status == Status::ok ? Status::ok : operation.failed("detaching", status);
 }
 
-DDS_ReturnCode_t WaitSet::wait(const Operation& operation, DDS_ConditionSeq& active,
-                               const DDS_Duration_t& timeout) {
+Status WaitSet::wait(const Operation& operation, DDS_ConditionSeq& active,
+                     const DDS_Duration_t& timeout) {
     if (!is_valid(timeout)) {
         return operation.bad_parameter("timeout");
     }
@@ -105,13 +105,13 @@ DDS_ReturnCode_t WaitSet::wait(const Operation& operation, DDS_ConditionSeq& act
     waiting_.store(false);
     if (status != Status::ok) {
         DDS_ConditionSeq_set_length(&active, 0);
-        return to_return_code(status);
+        return status;
     }
     return store(triggered, active);
 }
 
-DDS_ReturnCode_t WaitSet::store(const std::vector<engine::EntityId>& triggered,
-                                DDS_ConditionSeq& active) const {
+Status WaitSet::store(const std::vector<engine::EntityId>& triggered,
+                      DDS_ConditionSeq& active) const {
     const std::lock_guard guard(attachments_mutex);
     const auto is_active = [&](const Attachment& attachment) {
         return std::find(triggered.begin(), triggered.end(), attachment.id) != triggered.end();
@@ -119,7 +119,7 @@ DDS_ReturnCode_t WaitSet::store(const std::vector<engine::EntityId>& triggered,
     const auto count =
         static_cast<DDS_Long>(std::count_if(attachments_.begin(), attachments_.end(), is_active));
     if (DDS_ConditionSeq_ensure_length(&active, count, count) == 0) {
-        return DDS_RETCODE_OUT_OF_RESOURCES;
+        return Status::out_of_resources;
     }
     DDS_Long index = 0;
     for (const Attachment& attachment : attachments_) {
@@ -127,7 +127,7 @@ DDS_ReturnCode_t WaitSet::store(const std::vector<engine::EntityId>& triggered,
             *DDS_ConditionSeq_get_reference(&active, index++) = handle_of(attachment.condition);
         }
     }
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
 bool WaitSet::contains(const Condition& condition) const {
@@ -153,3 +153,28 @@ bool WaitSet::is_attached(const Condition& condition) {
 }
 
 }  // namespace pexa::dds
+
+namespace dds = pexa::dds;
+
+DDS_WaitSet* DDS_WaitSet_new() {
+    const dds::Operation operation(__func__);
+    return dds::guarded(operation, [&] { return dds::WaitSet::create(operation); });
+}
+
+DDS_ReturnCode_t DDS_WaitSet_delete(DDS_WaitSet* self) {
+    return dds::call(__func__, self, &dds::WaitSet::destroy);
+}
+
+DDS_ReturnCode_t DDS_WaitSet_attach_condition(DDS_WaitSet* self, DDS_Condition* condition) {
+    return dds::call(__func__, self, &dds::WaitSet::attach, dds::required(condition));
+}
+
+DDS_ReturnCode_t DDS_WaitSet_detach_condition(DDS_WaitSet* self, DDS_Condition* condition) {
+    return dds::call(__func__, self, &dds::WaitSet::detach, dds::required(condition));
+}
+
+DDS_ReturnCode_t DDS_WaitSet_wait(DDS_WaitSet* self, DDS_ConditionSeq* active,
+                                  const DDS_Duration_t* timeout) {
+    return dds::call(__func__, self, &dds::WaitSet::wait, dds::required("active", active),
+                     dds::required("timeout", timeout));
+}

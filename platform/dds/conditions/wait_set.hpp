@@ -15,23 +15,23 @@ class WaitSet {
 public:
     using Handle = DDS_WaitSet;
 
-    /// @return NULL after a report
-    [[nodiscard]] static WaitSet* create(const Operation& operation);
+    /// @return a failure after a report
+    static Result<WaitSet*> create(const Operation& operation);
     WaitSet(const WaitSet&) = delete;
     WaitSet& operator=(const WaitSet&) = delete;
 
     /// Deletes itself. @return PRECONDITION_NOT_MET while a thread waits
-    [[nodiscard]] DDS_ReturnCode_t destroy(const Operation& operation);
+    Status destroy(const Operation& operation);
 
     /// Attaching a condition again changes nothing.
-    [[nodiscard]] DDS_ReturnCode_t attach(const Operation& operation, Condition& condition);
-    [[nodiscard]] DDS_ReturnCode_t detach(const Operation& operation, Condition& condition);
-    [[nodiscard]] DDS_ReturnCode_t wait(const Operation& operation, DDS_ConditionSeq& active,
-                                        const DDS_Duration_t& timeout);
+    Status attach(const Operation& operation, Condition& condition);
+    Status detach(const Operation& operation, Condition& condition);
+    Status wait(const Operation& operation, DDS_ConditionSeq& active,
+                const DDS_Duration_t& timeout);
 
     /// Takes a condition that ends out of all wait sets.
     static void forget(const Condition& condition);
-    [[nodiscard]] static bool is_attached(const Condition& condition);
+    static bool is_attached(const Condition& condition);
 
 private:
     /// The engine's id is kept: the condition may have gone when the engine names it.
@@ -43,9 +43,8 @@ private:
     explicit WaitSet(engine::EntityId id);
     ~WaitSet();
 
-    [[nodiscard]] bool contains(const Condition& condition) const;
-    [[nodiscard]] DDS_ReturnCode_t store(const std::vector<engine::EntityId>& triggered,
-                                         DDS_ConditionSeq& active) const;
+    bool contains(const Condition& condition) const;
+    Status store(const std::vector<engine::EntityId>& triggered, DDS_ConditionSeq& active) const;
 
     engine::EntityId id_;
     std::list<Attachment> attachments_;

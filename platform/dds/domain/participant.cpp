@@ -17,8 +17,8 @@ DDS_UnsignedLong word_of(const engine::Guid& guid, std::size_t position) {
     return word;
 }
 
-DDS_ReturnCode_t first_failure(DDS_ReturnCode_t earlier, DDS_ReturnCode_t later) {
-    return earlier != DDS_RETCODE_OK ? earlier : later;
+Status first_failure(Status earlier, Status later) {
+    return earlier != Status::ok ? earlier : later;
 }
 
 }  // namespace
@@ -35,25 +35,25 @@ Participant::Participant(Factory& factory, DDS_DomainId_t domain)
 
 Participant::~Participant() = default;
 
-DDS_ReturnCode_t Participant::wrap(const Operation& operation, engine::EntityId participant) {
+Status Participant::wrap(const Operation& operation, engine::EntityId participant) {
     engine::Qos qos;
     OwnedQos<DDS_DomainParticipantQos> record;
     const Status status = engine::get_qos(participant, qos);
     if (status != Status::ok) {
-        return operation.failed("reading the participant's QoS", to_return_code(status));
+        return operation.failed("reading the participant's QoS", status);
     }
-    if (from_engine(qos, record.get()) != DDS_RETCODE_OK ||
-        kept_qos().assign(record.get()) != DDS_RETCODE_OK) {
+    if (from_engine(qos, record.get()) != Status::ok ||
+        kept_qos().assign(record.get()) != Status::ok) {
         return operation.out_of_memory();
     }
     wrapped_ = true;
     adopt(participant);
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
 engine::Created Participant::create_in_engine(const Operation& /*operation*/) {
     engine::Qos qos;
-    if (to_engine_qos(qos) != DDS_RETCODE_OK) {
+    if (to_engine_qos(qos) != Status::ok) {
         return {Status::out_of_resources};
     }
     return engine::create_participant(static_cast<std::uint32_t>(domain_), qos);
@@ -63,13 +63,13 @@ Status Participant::delete_in_engine(engine::EntityId id) {
     return wrapped_ ? Status::ok : Entity::delete_in_engine(id);
 }
 
-DDS_ReturnCode_t Participant::enable_contained(const Operation& operation) {
+Status Participant::enable_contained(const Operation& operation) {
     if (!enables_contained()) {
-        return DDS_RETCODE_OK;
+        return Status::ok;
     }
-    const DDS_ReturnCode_t topics = topics_.enable_all(operation);
-    const DDS_ReturnCode_t publishers = publishers_.enable_all(operation);
-    const DDS_ReturnCode_t subscribers = subscribers_.enable_all(operation);
+    const Status topics = topics_.enable_all(operation);
+    const Status publishers = publishers_.enable_all(operation);
+    const Status subscribers = subscribers_.enable_all(operation);
     return first_failure(first_failure(topics, publishers), subscribers);
 }
 
@@ -79,79 +79,77 @@ void Participant::refresh_contained_listeners() {
     subscribers_.refresh_listeners();
 }
 
-DDS_ReturnCode_t Participant::get_qos(DDS_DomainParticipantQos& qos) const {
-    const DDS_ReturnCode_t copied = QosEntity::get_qos(qos);
+Status Participant::get_qos(DDS_DomainParticipantQos& qos) const {
+    const Status copied = QosEntity::get_qos(qos);
     engine::Guid guid{};
     const engine::EntityId id = engine_id();
-    if (copied != DDS_RETCODE_OK || id == engine::no_entity) {
+    if (copied != Status::ok || id == engine::no_entity) {
         return copied;
     }
     const Status status = engine::get_guid(id, guid);
     if (status == Status::ok) {
         qos.wire_protocol = {word_of(guid, 0), word_of(guid, 4), word_of(guid, 8)};
     }
-    return to_return_code(status);
+    return status;
 }
 
-DDS_ReturnCode_t Participant::get_default_publisher_qos(const Operation& operation,
-                                                        DDS_PublisherQos& qos) const {
+Status Participant::get_default_publisher_qos(const Operation& operation,
+                                              DDS_PublisherQos& qos) const {
     return default_publisher_qos_.copy_to(operation, nullptr, qos);
 }
 
-DDS_ReturnCode_t Participant::set_default_publisher_qos(const Operation& operation,
-                                                        const DDS_PublisherQos* qos) {
+Status Participant::set_default_publisher_qos(const Operation& operation,
+                                              const DDS_PublisherQos* qos) {
     return default_publisher_qos_.assign_checked(operation, qos);
 }
 
-DDS_ReturnCode_t Participant::get_default_subscriber_qos(const Operation& operation,
-                                                         DDS_SubscriberQos& qos) const {
+Status Participant::get_default_subscriber_qos(const Operation& operation,
+                                               DDS_SubscriberQos& qos) const {
     return default_subscriber_qos_.copy_to(operation, nullptr, qos);
 }
 
-DDS_ReturnCode_t Participant::set_default_subscriber_qos(const Operation& operation,
-                                                         const DDS_SubscriberQos* qos) {
+Status Participant::set_default_subscriber_qos(const Operation& operation,
+                                               const DDS_SubscriberQos* qos) {
     return default_subscriber_qos_.assign_checked(operation, qos);
 }
 
-DDS_ReturnCode_t Participant::get_default_topic_qos(const Operation& operation, DDS_TopicQos& qos,
-                                                    const char* topic_name) const {
+Status Participant::get_default_topic_qos(const Operation& operation, DDS_TopicQos& qos,
+                                          const char* topic_name) const {
     return default_topic_qos_.copy_to(operation, topic_name, qos);
 }
 
-DDS_ReturnCode_t Participant::set_default_topic_qos(const Operation& operation,
-                                                    const DDS_TopicQos* qos) {
+Status Participant::set_default_topic_qos(const Operation& operation, const DDS_TopicQos* qos) {
     return default_topic_qos_.assign_checked(operation, qos);
 }
 
-DDS_ReturnCode_t Participant::get_default_writer_qos(const Operation& operation,
-                                                     DDS_DataWriterQos& qos,
-                                                     const char* topic_name) const {
+Status Participant::get_default_writer_qos(const Operation& operation, DDS_DataWriterQos& qos,
+                                           const char* topic_name) const {
     return default_writer_qos_.copy_to(operation, topic_name, qos);
 }
 
-DDS_ReturnCode_t Participant::get_default_reader_qos(const Operation& operation,
-                                                     DDS_DataReaderQos& qos,
-                                                     const char* topic_name) const {
+Status Participant::get_default_reader_qos(const Operation& operation, DDS_DataReaderQos& qos,
+                                           const char* topic_name) const {
     return default_reader_qos_.copy_to(operation, topic_name, qos);
 }
 
-DDS_ReturnCode_t Participant::assert_liveliness() const {
+Status Participant::assert_liveliness() const {
     const engine::EntityId id = engine_id();
-    return id == engine::no_entity ? DDS_RETCODE_NOT_ENABLED
-                                   : to_return_code(engine::assert_liveliness(id));
+    return id == engine::no_entity ? Status::not_enabled : engine::assert_liveliness(id);
 }
 
-Publisher* Participant::create_publisher(const Operation& operation, const DDS_PublisherQos* qos,
-                                         const DDS_PublisherListener* listener,
-                                         DDS_StatusMask mask) {
+Result<Publisher*> Participant::create_publisher(const Operation& operation,
+                                                 const DDS_PublisherQos* qos,
+                                                 const DDS_PublisherListener* listener,
+                                                 DDS_StatusMask mask) {
     auto publisher = std::make_shared<Publisher>(*this);
-    if (publisher->prepare(operation, qos, {listener, mask}) != DDS_RETCODE_OK) {
-        return nullptr;
+    const Status prepared = publisher->prepare(operation, qos, {listener, mask});
+    if (prepared != Status::ok) {
+        return prepared;
     }
     return publishers_.admit(operation, std::move(publisher), enables_contained());
 }
 
-DDS_ReturnCode_t Participant::delete_publisher(const Operation& operation, Publisher& publisher) {
+Status Participant::delete_publisher(const Operation& operation, Publisher& publisher) {
     if (!publishers_.contains(publisher)) {
         return operation.precondition_not_met("the publisher is of this participant");
     }
@@ -161,18 +159,19 @@ DDS_ReturnCode_t Participant::delete_publisher(const Operation& operation, Publi
     return publishers_.remove(operation, publisher);
 }
 
-Subscriber* Participant::create_subscriber(const Operation& operation, const DDS_SubscriberQos* qos,
-                                           const DDS_SubscriberListener* listener,
-                                           DDS_StatusMask mask) {
+Result<Subscriber*> Participant::create_subscriber(const Operation& operation,
+                                                   const DDS_SubscriberQos* qos,
+                                                   const DDS_SubscriberListener* listener,
+                                                   DDS_StatusMask mask) {
     auto subscriber = std::make_shared<Subscriber>(*this);
-    if (subscriber->prepare(operation, qos, {listener, mask}) != DDS_RETCODE_OK) {
-        return nullptr;
+    const Status prepared = subscriber->prepare(operation, qos, {listener, mask});
+    if (prepared != Status::ok) {
+        return prepared;
     }
     return subscribers_.admit(operation, std::move(subscriber), enables_contained());
 }
 
-DDS_ReturnCode_t Participant::delete_subscriber(const Operation& operation,
-                                                Subscriber& subscriber) {
+Status Participant::delete_subscriber(const Operation& operation, Subscriber& subscriber) {
     if (!subscribers_.contains(subscriber)) {
         return operation.precondition_not_met("the subscriber is of this participant");
     }
@@ -182,22 +181,22 @@ DDS_ReturnCode_t Participant::delete_subscriber(const Operation& operation,
     return subscribers_.remove(operation, subscriber);
 }
 
-DDS_ReturnCode_t Participant::delete_contained(const Operation& operation) {
+Status Participant::delete_contained(const Operation& operation) {
     const auto subscribers = subscribers_.all();
     for (const auto& subscriber : subscribers) {
         if (subscriber->has_loans()) {
             return operation.precondition_not_met("no loan is outstanding");
         }
     }
-    DDS_ReturnCode_t result = DDS_RETCODE_OK;
+    Status result = Status::ok;
     for (const auto& subscriber : subscribers) {
         result = first_failure(result, subscriber->delete_contained(operation));
     }
     for (const auto& publisher : publishers_.all()) {
         result = first_failure(result, publisher->delete_contained(operation));
     }
-    // What could not be emptied must stay, and so must the topics that it uses.
-    if (result != DDS_RETCODE_OK) {
+    // A subscriber or publisher that is not empty must stay, and so must the topics that it uses.
+    if (result != Status::ok) {
         return result;
     }
     result = first_failure(subscribers_.remove_all(operation), publishers_.remove_all(operation));
@@ -211,3 +210,108 @@ bool Participant::is_empty() const {
 }
 
 }  // namespace pexa::dds
+
+namespace dds = pexa::dds;
+
+DDS_Entity* DDS_DomainParticipant_as_entity(DDS_DomainParticipant* self) {
+    return dds::call(__func__, self, &dds::Participant::as_entity);
+}
+
+DDS_DomainId_t DDS_DomainParticipant_get_domain_id(DDS_DomainParticipant* self) {
+    return dds::call(__func__, self, &dds::Participant::domain);
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_get_qos(DDS_DomainParticipant* self,
+                                               DDS_DomainParticipantQos* qos) {
+    return dds::call(__func__, self, &dds::Participant::get_qos, dds::required("qos", qos));
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_set_qos(DDS_DomainParticipant* self,
+                                               const DDS_DomainParticipantQos* qos) {
+    return dds::call(__func__, self, &dds::Participant::set_qos, qos);
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_set_listener(DDS_DomainParticipant* self,
+                                                    const DDS_DomainParticipantListener* listener,
+                                                    DDS_StatusMask mask) {
+    return dds::call(__func__, self, &dds::Participant::set_listener,
+                     dds::ListenerSetting(listener, mask));
+}
+
+DDS_Publisher* DDS_DomainParticipant_create_publisher(DDS_DomainParticipant* self,
+                                                      const DDS_PublisherQos* qos,
+                                                      const DDS_PublisherListener* listener,
+                                                      DDS_StatusMask mask) {
+    return dds::call(__func__, self, &dds::Participant::create_publisher, qos, listener, mask);
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_delete_publisher(DDS_DomainParticipant* self,
+                                                        DDS_Publisher* publisher) {
+    return dds::call(__func__, self, &dds::Participant::delete_publisher, dds::required(publisher));
+}
+
+DDS_Subscriber* DDS_DomainParticipant_create_subscriber(DDS_DomainParticipant* self,
+                                                        const DDS_SubscriberQos* qos,
+                                                        const DDS_SubscriberListener* listener,
+                                                        DDS_StatusMask mask) {
+    return dds::call(__func__, self, &dds::Participant::create_subscriber, qos, listener, mask);
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_delete_subscriber(DDS_DomainParticipant* self,
+                                                         DDS_Subscriber* subscriber) {
+    return dds::call(__func__, self, &dds::Participant::delete_subscriber,
+                     dds::required(subscriber));
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_delete_contained_entities(DDS_DomainParticipant* self) {
+    return dds::call(__func__, self, &dds::Participant::delete_contained);
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_assert_liveliness(DDS_DomainParticipant* self) {
+    return dds::call(__func__, self, &dds::Participant::assert_liveliness);
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_get_default_publisher_qos(DDS_DomainParticipant* self,
+                                                                 DDS_PublisherQos* qos) {
+    return dds::call(__func__, self, &dds::Participant::get_default_publisher_qos,
+                     dds::required("qos", qos));
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_set_default_publisher_qos(DDS_DomainParticipant* self,
+                                                                 const DDS_PublisherQos* qos) {
+    return dds::call(__func__, self, &dds::Participant::set_default_publisher_qos, qos);
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_get_default_subscriber_qos(DDS_DomainParticipant* self,
+                                                                  DDS_SubscriberQos* qos) {
+    return dds::call(__func__, self, &dds::Participant::get_default_subscriber_qos,
+                     dds::required("qos", qos));
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_set_default_subscriber_qos(DDS_DomainParticipant* self,
+                                                                  const DDS_SubscriberQos* qos) {
+    return dds::call(__func__, self, &dds::Participant::set_default_subscriber_qos, qos);
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_set_default_topic_qos(DDS_DomainParticipant* self,
+                                                             const DDS_TopicQos* qos) {
+    return dds::call(__func__, self, &dds::Participant::set_default_topic_qos, qos);
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_get_default_topic_qos_w_topic_name(
+    DDS_DomainParticipant* self, DDS_TopicQos* qos, const char* topicName) {
+    return dds::call(__func__, self, &dds::Participant::get_default_topic_qos,
+                     dds::required("qos", qos), topicName);
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_get_default_datawriter_qos_w_topic_name(
+    DDS_DomainParticipant* self, DDS_DataWriterQos* qos, const char* topicName) {
+    return dds::call(__func__, self, &dds::Participant::get_default_writer_qos,
+                     dds::required("qos", qos), topicName);
+}
+
+DDS_ReturnCode_t DDS_DomainParticipant_get_default_datareader_qos_w_topic_name(
+    DDS_DomainParticipant* self, DDS_DataReaderQos* qos, const char* topicName) {
+    return dds::call(__func__, self, &dds::Participant::get_default_reader_qos,
+                     dds::required("qos", qos), topicName);
+}

@@ -8,68 +8,58 @@
 
 namespace pexa::dds {
 
-/// There is one in the process at most.
+/// A process has at most one factory.
 class Factory {
 public:
     using Handle = DDS_DomainParticipantFactory;
 
     /// @return the factory, made now if need be.
-    [[nodiscard]] static Factory* instance();
-    /// Frees the factory, if there is one. @return PRECONDITION_NOT_MET while it has participants
-    [[nodiscard]] static DDS_ReturnCode_t finalize(const Operation& operation);
+    static Factory* instance();
+    /// Frees the factory, if it exists. @return PRECONDITION_NOT_MET while it has participants
+    static Status finalize(const Operation& operation);
 
-    [[nodiscard]] DDS_ReturnCode_t get_qos(DDS_DomainParticipantFactoryQos& qos) const {
-        return qos_.copy_to(qos);
-    }
+    Status get_qos(DDS_DomainParticipantFactoryQos& qos) const { return qos_.copy_to(qos); }
     /// @param qos NULL for the DDS standard's
-    [[nodiscard]] DDS_ReturnCode_t set_qos(const Operation& operation,
-                                           const DDS_DomainParticipantFactoryQos* qos) {
+    Status set_qos(const Operation& operation, const DDS_DomainParticipantFactoryQos* qos) {
         return qos_.assign_checked(operation, qos);
     }
-    [[nodiscard]] const DefaultQos<DDS_DomainParticipantQos>& default_participant_qos() const {
+    const DefaultQos<DDS_DomainParticipantQos>& default_participant_qos() const {
         return default_participant_qos_;
     }
-    [[nodiscard]] DDS_ReturnCode_t get_default_participant_qos(
-        const Operation& operation, DDS_DomainParticipantQos& qos) const {
+    Status get_default_participant_qos(const Operation& operation,
+                                       DDS_DomainParticipantQos& qos) const {
         return default_participant_qos_.copy_to(operation, nullptr, qos);
     }
-    /// @param qos NULL to take back what was set
-    [[nodiscard]] DDS_ReturnCode_t set_default_participant_qos(
-        const Operation& operation, const DDS_DomainParticipantQos* qos) {
+    /// @param qos NULL takes an earlier setting back
+    Status set_default_participant_qos(const Operation& operation,
+                                       const DDS_DomainParticipantQos* qos) {
         return default_participant_qos_.assign_checked(operation, qos);
     }
 
-    /// @return NULL after a report
-    [[nodiscard]] Participant* create_participant(const Operation& operation, DDS_DomainId_t domain,
-                                                  const DDS_DomainParticipantQos* qos,
-                                                  const DDS_DomainParticipantListener* listener,
-                                                  DDS_StatusMask mask);
-    [[nodiscard]] Participant* wrap_participant(const Operation& operation,
-                                                engine::EntityId participant);
-    [[nodiscard]] DDS_ReturnCode_t delete_participant(const Operation& operation,
-                                                      Participant& participant);
-    [[nodiscard]] Participant* find_participant(DDS_DomainId_t domain) const;
+    /// @return a failure after a report
+    Result<Participant*> create_participant(const Operation& operation, DDS_DomainId_t domain,
+                                            const DDS_DomainParticipantQos* qos,
+                                            const DDS_DomainParticipantListener* listener,
+                                            DDS_StatusMask mask);
+    Result<Participant*> wrap_participant(const Operation& operation, engine::EntityId participant);
+    Status delete_participant(const Operation& operation, Participant& participant);
+    Participant* find_participant(DDS_DomainId_t domain) const;
 
     /// @name QoS profiles
     /// @{
-    [[nodiscard]] Profiles& profiles() { return profiles_; }
-    [[nodiscard]] DDS_ReturnCode_t load_profiles(const Operation& operation,
-                                                 const char* file_name) {
+    Profiles& profiles() { return profiles_; }
+    Status load_profiles(const Operation& operation, const char* file_name) {
         return profiles_.load(operation, file_name);
     }
-    [[nodiscard]] DDS_ReturnCode_t reload_profiles(const Operation& operation) {
-        return profiles_.reload(operation);
-    }
-    [[nodiscard]] DDS_ReturnCode_t get_profiles(const Operation& operation, DDS_StringSeq& names,
-                                                const char* library);
-    [[nodiscard]] DDS_ReturnCode_t get_libraries(const Operation& operation, DDS_StringSeq& names);
+    Status reload_profiles(const Operation& operation) { return profiles_.reload(operation); }
+    Status get_profiles(const Operation& operation, DDS_StringSeq& names, const char* library);
+    Status get_libraries(const Operation& operation, DDS_StringSeq& names);
     /// Copies the QoS of one kind out of a profile.
     /// @param topic_name NULL matches no filter
     /// @return NO_DATA after a report when there is no such profile
     template <typename Record>
-    [[nodiscard]] DDS_ReturnCode_t get_profile_qos(const Operation& operation, Record& qos,
-                                                   const char* library, const char* profile,
-                                                   const char* topic_name);
+    Status get_profile_qos(const Operation& operation, Record& qos, const char* library,
+                           const char* profile, const char* topic_name);
     /// @}
 
 private:

@@ -14,34 +14,28 @@ public:
     explicit Publisher(Participant& participant);
     ~Publisher() override;
 
-    [[nodiscard]] Entity* as_entity() { return this; }
-    [[nodiscard]] Participant* participant() const { return &participant_; }
+    Entity* as_entity() { return this; }
+    Participant* participant() const { return &participant_; }
 
-    /// @return NULL after a report
-    [[nodiscard]] DataWriter* create_writer(const Operation& operation, Topic& topic,
-                                            const DDS_DataWriterQos* qos,
-                                            const DDS_DataWriterListener* listener,
-                                            DDS_StatusMask mask);
-    [[nodiscard]] DDS_ReturnCode_t delete_writer(const Operation& operation, DataWriter& writer);
-    [[nodiscard]] DataWriter* find_writer(const char* topic_name) const;
-    [[nodiscard]] DDS_ReturnCode_t delete_contained(const Operation& operation);
-    [[nodiscard]] bool is_empty() const { return writers_.empty(); }
+    /// @return a failure after a report
+    Result<DataWriter*> create_writer(const Operation& operation, Topic& topic,
+                                      const DDS_DataWriterQos* qos,
+                                      const DDS_DataWriterListener* listener, DDS_StatusMask mask);
+    Status delete_writer(const Operation& operation, DataWriter& writer);
+    DataWriter* find_writer(const char* topic_name) const;
+    Status delete_contained(const Operation& operation);
+    bool is_empty() const { return writers_.empty(); }
 
-    [[nodiscard]] const DefaultQos<DDS_DataWriterQos>& default_writer_qos() const {
-        return default_writer_qos_;
-    }
-    [[nodiscard]] DDS_ReturnCode_t get_default_writer_qos(const Operation& operation,
-                                                          DDS_DataWriterQos& qos) const {
+    Status get_default_writer_qos(const Operation& operation, DDS_DataWriterQos& qos) const {
         return default_writer_qos_.copy_to(operation, nullptr, qos);
     }
-    [[nodiscard]] DDS_ReturnCode_t set_default_writer_qos(const Operation& operation,
-                                                          const DDS_DataWriterQos* qos) {
+    Status set_default_writer_qos(const Operation& operation, const DDS_DataWriterQos* qos) {
         return default_writer_qos_.assign_checked(operation, qos);
     }
 
 private:
-    [[nodiscard]] engine::Created create_in_engine(const Operation& operation) override;
-    [[nodiscard]] DDS_ReturnCode_t enable_contained(const Operation& operation) override;
+    engine::Created create_in_engine(const Operation& operation) override;
+    Status enable_contained(const Operation& operation) override;
     void refresh_contained_listeners() override;
 
     Participant& participant_;

@@ -16,7 +16,7 @@ namespace pexa::dds {
 struct Loan {
     std::vector<void*> samples;
     std::vector<DDS_SampleInfo> infos;
-    /// What the engine gave, until it is decoded.
+    /// The engine's samples, until they are decoded.
     std::vector<engine::Sample> received;
 };
 
@@ -27,17 +27,17 @@ public:
     using Entry = std::list<Loan>;
 
     /// @return an empty loan that is not in the book yet.
-    [[nodiscard]] Entry take_blank();
+    Entry take_blank();
     /// Keeps the memory of a loan without samples.
     void put_back(Entry& entry);
     /// Enters a loan that is handed out.
     void enter(Entry& entry);
 
     /// Ends a loan.
-    /// @param samples, count, infos what was handed out
+    /// @param samples, count, infos as they were handed out
     /// @return an empty list when there is no such loan
-    [[nodiscard]] Entry end(void* const* samples, DDS_Long count, const DDS_SampleInfo* infos);
-    [[nodiscard]] bool empty() const;
+    Entry end(void* const* samples, DDS_Long count, const DDS_SampleInfo* infos);
+    bool empty() const;
 
 private:
     mutable std::mutex mutex_;

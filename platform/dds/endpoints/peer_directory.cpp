@@ -9,8 +9,8 @@ namespace pexa::dds {
 
 namespace {
 
-/// Where endpoints come and go for ever, forgetting all of them costs a question for each that is
-/// still there.
+/// Bounds the memory where endpoints come and go without end. All are forgotten at once: the engine
+/// is then asked again for each that still exists.
 constexpr std::size_t most_known = 1024;
 
 }  // namespace
@@ -30,6 +30,28 @@ DDS_InstanceHandle_t PeerDirectory::handle_of(engine::EntityId endpoint,
     }
     remember({peer, handle});
     return handle;
+}
+
+Status PeerDirectory::store_matched(engine::EntityId endpoint, DDS_InstanceHandleSeq& handles) {
+    if (endpoint == engine::no_entity) {
+        return Status::not_enabled;
+    }
+    std::vector<engine::LocalHandle> peers;
+    const Status status = kind_ == PeerKind::subscriptions
+                              ? engine::get_matched_subscriptions(endpoint, peers)
+                              : engine::get_matched_publications(endpoint, peers);
+    if (status != Status::ok) {
+        return status;
+    }
+    const auto count = static_cast<DDS_Long>(peers.size());
+    if (DDS_InstanceHandleSeq_ensure_length(&handles, count, count) == 0) {
+        return Status::out_of_resources;
+    }
+    for (DDS_Long i = 0; i < count; ++i) {
+        *DDS_InstanceHandleSeq_get_reference(&handles, i) =
+            handle_of(endpoint, peers[static_cast<std::size_t>(i)]);
+    }
+    return Status::ok;
 }
 
 bool PeerDirectory::find(engine::LocalHandle peer, DDS_InstanceHandle_t& handle) noexcept {

@@ -4,20 +4,20 @@
 
 namespace pexa::dds {
 
-DDS_ReturnCode_t TypedEndpoint::attach(const Operation& operation, TULVEndpointKind kind) {
-    codec_ = type_->attach(kind);
-    return codec_ != nullptr ? DDS_RETCODE_OK
-                             : operation.not_created("endpoint data", DDS_RETCODE_OUT_OF_RESOURCES);
+Status TypedEndpoint::attach(const Operation& operation) {
+    codec_ = type_->attach(kind_);
+    return codec_ != nullptr ? Status::ok
+                             : operation.not_created("endpoint data", Status::out_of_resources);
 }
 
 DDS_InstanceHandle_t TypedEndpoint::handle_of_instance(const engine::KeyHash& hash) const {
     return type_->keyed() ? to_handle(hash) : DDS_HANDLE_NIL;
 }
 
-DDS_ReturnCode_t TypedEndpoint::get_key_value(const Operation& operation, engine::EntityId endpoint,
-                                              void* sample, const DDS_InstanceHandle_t& handle) {
+Status TypedEndpoint::get_key_value(const Operation& operation, engine::EntityId endpoint,
+                                    void* sample, const DDS_InstanceHandle_t& handle) {
     if (endpoint == engine::no_entity) {
-        return DDS_RETCODE_NOT_ENABLED;
+        return Status::not_enabled;
     }
     const std::optional<engine::KeyHash> hash = to_key_hash(handle);
     engine::Payload key;
@@ -25,9 +25,9 @@ DDS_ReturnCode_t TypedEndpoint::get_key_value(const Operation& operation, engine
         return operation.bad_parameter("handle");
     }
     const auto guard = lock();
-    return codec_->decode_key(key.bytes(), sample)
-               ? DDS_RETCODE_OK
-               : operation.failed("decoding the key", DDS_RETCODE_ERROR);
+    return codec_->decode_key(key.bytes(), sample) == Status::ok
+               ? Status::ok
+               : operation.failed("decoding the key", Status::error);
 }
 
 DDS_InstanceHandle_t TypedEndpoint::lookup_instance(engine::EntityId endpoint, const void* sample) {
@@ -37,7 +37,7 @@ DDS_InstanceHandle_t TypedEndpoint::lookup_instance(engine::EntityId endpoint, c
     engine::KeyHash hash;
     {
         const auto guard = lock();
-        if (!codec_->key_hash(sample, hash)) {
+        if (codec_->key_hash(sample, hash) != Status::ok) {
             return DDS_HANDLE_NIL;
         }
     }

@@ -1,30 +1,15 @@
 #include "platform/dds/endpoints/writer.hpp"
 
-#include "platform/dds/interface/handle_list.hpp"
 #include "platform/dds/qos/duration.hpp"
 
 namespace pexa::dds {
 
-DataWriter::DataWriter(Publisher& publisher, Topic& topic)
-    : QosEntity(&publisher, publisher.default_writer_qos()),
-      publisher_(publisher),
-      topic_(topic),
-      endpoint_(topic.type()) {}
+DataWriter::DataWriter(Publisher& publisher, const Entity& parent,
+                       const DefaultQos<DDS_DataWriterQos>& defaults, Topic& topic)
+    : Endpoint(parent, defaults, topic, TULV_ENDPOINT_WRITER), publisher_(publisher) {}
 
-DDS_ReturnCode_t DataWriter::attach_type(const Operation& operation) {
-    return endpoint_.attach(operation, TULV_ENDPOINT_WRITER);
-}
-
-engine::Created DataWriter::create_in_engine(const Operation& operation) {
-    const engine::EntityId topic = topic_.engine_topic(operation);
-    if (topic == engine::no_entity) {
-        return {Status::precondition_not_met};
-    }
-    engine::Qos qos;
-    if (to_engine_qos(qos) != DDS_RETCODE_OK) {
-        return {Status::out_of_resources};
-    }
-    return engine::create_writer(publisher_.engine_id(), topic, qos);
+engine::Created DataWriter::create(engine::EntityId topic, const engine::Qos& qos) {
+    return engine::create_writer(parent_id(), topic, qos);
 }
 
 engine::StatusMask DataWriter::statuses() const {
@@ -32,60 +17,114 @@ engine::StatusMask DataWriter::statuses() const {
            engine::liveliness_lost_status | engine::publication_matched_status;
 }
 
-DDS_Boolean DataWriter::is_of_type(const char* type_name) const {
-    return endpoint_.type().is_of(type_name) ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
-}
-
-DDS_ReturnCode_t DataWriter::get_key_value(const Operation& operation, void* sample,
-                                           const DDS_InstanceHandle_t& handle) {
-    return endpoint_.get_key_value(operation, engine_id(), sample, handle);
-}
-
-DDS_InstanceHandle_t DataWriter::lookup_instance(const void* sample) {
-    return endpoint_.lookup_instance(engine_id(), sample);
-}
-
-DDS_ReturnCode_t DataWriter::wait_for_acknowledgments(const Operation& operation,
-                                                      const DDS_Duration_t& max_wait) const {
+Status DataWriter::wait_for_acknowledgments(const Operation& operation,
+                                            const DDS_Duration_t& max_wait) const {
     if (!is_valid(max_wait)) {
         return operation.bad_parameter("maxWait");
     }
     const engine::EntityId id = engine_id();
-    return id == engine::no_entity
-               ? DDS_RETCODE_NOT_ENABLED
-               : to_return_code(engine::wait_for_acknowledgments(id, to_nanoseconds(max_wait)));
+    return id == engine::no_entity ? Status::not_enabled
+                                   : engine::wait_for_acknowledgments(id, to_nanoseconds(max_wait));
 }
 
-DDS_ReturnCode_t DataWriter::flush() const {
+Status DataWriter::flush() const {
     const engine::EntityId id = engine_id();
     if (id == engine::no_entity) {
-        return DDS_RETCODE_NOT_ENABLED;
+        return Status::not_enabled;
     }
     engine::flush(id);
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
-DDS_ReturnCode_t DataWriter::assert_liveliness() const {
+Status DataWriter::assert_liveliness() const {
     const engine::EntityId id = engine_id();
-    return id == engine::no_entity ? DDS_RETCODE_NOT_ENABLED
-                                   : to_return_code(engine::assert_liveliness(id));
-}
-
-DDS_ReturnCode_t DataWriter::get_matched_subscriptions(DDS_InstanceHandleSeq& handles) {
-    const engine::EntityId id = engine_id();
-    if (id == engine::no_entity) {
-        return DDS_RETCODE_NOT_ENABLED;
-    }
-    std::vector<engine::LocalHandle> peers;
-    const Status status = engine::get_matched_subscriptions(id, peers);
-    return status == Status::ok
-               ? store_handles(peers, handles,
-                               [&](engine::LocalHandle peer) { return peer_handle(peer); })
-               : to_return_code(status);
-}
-
-DDS_InstanceHandle_t DataWriter::peer_handle(engine::LocalHandle peer) {
-    return peers_.handle_of(engine_id(), peer);
+    return id == engine::no_entity ? Status::not_enabled : engine::assert_liveliness(id);
 }
 
 }  // namespace pexa::dds
+
+namespace dds = pexa::dds;
+
+DDS_Entity* DDS_DataWriter_as_entity(DDS_DataWriter* self) {
+    return dds::call(__func__, self, &dds::DataWriter::as_entity);
+}
+
+DDS_ReturnCode_t DDS_DataWriter_get_qos(DDS_DataWriter* self, DDS_DataWriterQos* qos) {
+    return dds::call(__func__, self, &dds::DataWriter::get_qos, dds::required("qos", qos));
+}
+
+DDS_ReturnCode_t DDS_DataWriter_set_qos(DDS_DataWriter* self, const DDS_DataWriterQos* qos) {
+    return dds::call(__func__, self, &dds::DataWriter::set_qos, qos);
+}
+
+DDS_ReturnCode_t DDS_DataWriter_set_listener(DDS_DataWriter* self,
+                                             const DDS_DataWriterListener* listener,
+                                             DDS_StatusMask mask) {
+    return dds::call(__func__, self, &dds::DataWriter::set_listener,
+                     dds::ListenerSetting(listener, mask));
+}
+
+DDS_Topic* DDS_DataWriter_get_topic(DDS_DataWriter* self) {
+    return dds::call(__func__, self, &dds::DataWriter::topic);
+}
+
+DDS_Boolean DDS_DataWriter_compare_typeI(DDS_DataWriter* self, const char* typeName) {
+    return dds::call(__func__, self, &dds::DataWriter::is_of_type,
+                     dds::required("typeName", typeName));
+}
+
+DDS_ReturnCode_t DDS_DataWriter_get_key_value_untypedI(DDS_DataWriter* self, void* sample,
+                                                       const DDS_InstanceHandle_t* handle) {
+    return dds::call(__func__, self, &dds::DataWriter::get_key_value,
+                     dds::required("sample", sample), dds::required("handle", handle));
+}
+
+DDS_InstanceHandle_t DDS_DataWriter_lookup_instance_untypedI(DDS_DataWriter* self,
+                                                             const void* sample) {
+    return dds::call(__func__, self, &dds::DataWriter::lookup_instance,
+                     dds::required("sample", sample));
+}
+
+DDS_ReturnCode_t DDS_DataWriter_wait_for_acknowledgments(DDS_DataWriter* self,
+                                                         const DDS_Duration_t* maxWait) {
+    return dds::call(__func__, self, &dds::DataWriter::wait_for_acknowledgments,
+                     dds::required("maxWait", maxWait));
+}
+
+DDS_ReturnCode_t DDS_DataWriter_flush(DDS_DataWriter* self) {
+    return dds::call(__func__, self, &dds::DataWriter::flush);
+}
+
+DDS_ReturnCode_t DDS_DataWriter_assert_liveliness(DDS_DataWriter* self) {
+    return dds::call(__func__, self, &dds::DataWriter::assert_liveliness);
+}
+
+DDS_ReturnCode_t DDS_DataWriter_get_publication_matched_status(
+    DDS_DataWriter* self, DDS_PublicationMatchedStatus* status) {
+    return dds::call(__func__, self, &dds::DataWriter::get_status<DDS_PublicationMatchedStatus>,
+                     dds::required("status", status));
+}
+
+DDS_ReturnCode_t DDS_DataWriter_get_liveliness_lost_status(DDS_DataWriter* self,
+                                                           DDS_LivelinessLostStatus* status) {
+    return dds::call(__func__, self, &dds::DataWriter::get_status<DDS_LivelinessLostStatus>,
+                     dds::required("status", status));
+}
+
+DDS_ReturnCode_t DDS_DataWriter_get_offered_deadline_missed_status(
+    DDS_DataWriter* self, DDS_OfferedDeadlineMissedStatus* status) {
+    return dds::call(__func__, self, &dds::DataWriter::get_status<DDS_OfferedDeadlineMissedStatus>,
+                     dds::required("status", status));
+}
+
+DDS_ReturnCode_t DDS_DataWriter_get_offered_incompatible_qos_status(
+    DDS_DataWriter* self, DDS_OfferedIncompatibleQosStatus* status) {
+    return dds::call(__func__, self, &dds::DataWriter::get_status<DDS_OfferedIncompatibleQosStatus>,
+                     dds::required("status", status));
+}
+
+DDS_ReturnCode_t DDS_DataWriter_get_matched_subscriptions(DDS_DataWriter* self,
+                                                          DDS_InstanceHandleSeq* handles) {
+    return dds::call(__func__, self, &dds::DataWriter::get_matched_peers,
+                     dds::required("handles", handles));
+}

@@ -12,16 +12,15 @@
 
 namespace pexa::dds {
 
-/// Owned objects. Whoever walks over them shares the ownership meanwhile, because another thread
-/// may delete one of them; no lock is held while a child is enabled, closed or destroyed.
+/// Owned objects. A thread that walks over them shares the ownership meanwhile, because another
+/// thread may delete a child. No lock is held while a child is enabled, closed or destroyed.
 template <typename T>
 class Children {
 public:
     /// Adds a child and enables it, if it is to be enabled.
-    /// @return NULL when that failed, after a report; the child is gone then
-    [[nodiscard]] T* admit(const Operation& operation, std::shared_ptr<T> child, bool enable) {
-        T* added = add(std::move(child));
-        return start(operation, *added, enable) ? added : nullptr;
+    /// @return the failure after a report; the child is gone then
+    Result<T*> admit(const Operation& operation, std::shared_ptr<T> child, bool enable) {
+        return start(operation, *add(std::move(child)), enable);
     }
 
     T* add(std::shared_ptr<T> child) {
@@ -30,23 +29,25 @@ public:
     }
 
     /// Enables an added child, if it is to be enabled. @return as admit()
-    [[nodiscard]] bool start(const Operation& operation, T& child, bool enable) {
-        if (!enable || child.enable(operation) == DDS_RETCODE_OK) {
-            return true;
+    Result<T*> start(const Operation& operation, T& child, bool enable) {
+        const Status enabled = enable ? child.enable(operation) : Status::ok;
+        if (enabled == Status::ok) {
+            return &child;
         }
+        // The caller hears why the child cannot be enabled; removing it reports its own failure.
         static_cast<void>(remove(operation, child));
-        return false;
+        return enabled;
     }
 
     /// Closes and forgets a child.
-    /// @return PRECONDITION_NOT_MET when @p child is none of these, or what closing it says
-    [[nodiscard]] DDS_ReturnCode_t remove(const Operation& operation, T& child) {
+    /// @return PRECONDITION_NOT_MET for an object that is no child, or the result of closing it
+    Status remove(const Operation& operation, T& child) {
         std::list<std::shared_ptr<T>> taken = take(&child);
         if (taken.empty()) {
             return operation.precondition_not_met("it was created here");
         }
-        const DDS_ReturnCode_t result = child.close(operation);
-        if (result != DDS_RETCODE_OK) {
+        const Status result = child.close(operation);
+        if (result != Status::ok) {
             const std::lock_guard guard(mutex_);
             children_.splice(children_.end(), taken);
         }
@@ -54,45 +55,46 @@ public:
     }
 
     /// Removes all children. @return the first failure; the others are removed all the same
-    [[nodiscard]] DDS_ReturnCode_t remove_all(const Operation& operation) {
-        DDS_ReturnCode_t result = DDS_RETCODE_OK;
+    Status remove_all(const Operation& operation) {
+        Status result = Status::ok;
         for (const std::shared_ptr<T>& child : all()) {
-            const DDS_ReturnCode_t removed = remove(operation, *child);
-            result = result == DDS_RETCODE_OK ? removed : result;
+            const Status removed = remove(operation, *child);
+            result = result == Status::ok ? removed : result;
         }
         return result;
     }
 
     /// Enables all children. @return the first failure; the others are enabled all the same
-    [[nodiscard]] DDS_ReturnCode_t enable_all(const Operation& operation) {
-        DDS_ReturnCode_t result = DDS_RETCODE_OK;
+    Status enable_all(const Operation& operation) {
+        Status result = Status::ok;
         for (const std::shared_ptr<T>& child : all()) {
-            const DDS_ReturnCode_t enabled = child->enable(operation);
-            result = result == DDS_RETCODE_OK ? enabled : result;
+            const Status enabled = child->enable(operation);
+            result = result == Status::ok ? enabled : result;
         }
         return result;
     }
 
-    /// Has the children look for listeners above them again. A child that meanwhile is deleted has
-    /// no listener any more.
+    /// Has the children look for listeners above them again.
     void refresh_listeners() {
         for (const std::shared_ptr<T>& child : all()) {
+            // It fails only for a child that another thread deletes, which has no listener any
+            // more.
             static_cast<void>(child->refresh_listeners());
         }
     }
 
-    [[nodiscard]] bool contains(const T& child) const {
+    bool contains(const T& child) const {
         return find([&](const T& other) { return &other == &child; }) != nullptr;
     }
 
-    [[nodiscard]] bool empty() const {
+    bool empty() const {
         const std::lock_guard guard(mutex_);
         return children_.empty();
     }
 
     /// @return the first child for which @p predicate holds, or NULL.
     template <typename Predicate>
-    [[nodiscard]] T* find(Predicate predicate) const {
+    T* find(Predicate predicate) const {
         const std::lock_guard guard(mutex_);
         const auto found =
             std::find_if(children_.begin(), children_.end(),
@@ -101,7 +103,7 @@ public:
     }
 
     /// @return all children, kept alive.
-    [[nodiscard]] std::vector<std::shared_ptr<T>> all() const {
+    std::vector<std::shared_ptr<T>> all() const {
         const std::lock_guard guard(mutex_);
         return {children_.begin(), children_.end()};
     }

@@ -1,5 +1,5 @@
 /// @file default_qos.hpp
-/// @brief The QoS of entities that are created without one.
+/// @brief The QoS of entities that are created without a QoS of their own.
 #pragma once
 
 #include <atomic>
@@ -9,7 +9,7 @@
 
 namespace pexa::dds {
 
-/// What was set as a default, else what the default profile says, else the DDS standard's.
+/// The default that was set; else the default profile's; else the DDS standard's.
 template <typename Record>
 class DefaultQos {
 public:
@@ -18,20 +18,18 @@ public:
 
     /// @param topic_name of the entity, NULL matches no filter of a profile
     /// @param out initialised
-    [[nodiscard]] DDS_ReturnCode_t copy_to(const Operation& operation, const char* topic_name,
-                                           Record& out) const {
+    Status copy_to(const Operation& operation, const char* topic_name, Record& out) const {
         return is_set_ ? qos_.copy_to(out) : profiles_.fill_default(operation, topic_name, out);
     }
 
-    /// @param wanted NULL to take back what was set
-    [[nodiscard]] DDS_ReturnCode_t assign_checked(const Operation& operation,
-                                                  const Record* wanted) {
+    /// @param wanted NULL takes an earlier setting back
+    Status assign_checked(const Operation& operation, const Record* wanted) {
         if (wanted == nullptr) {
             is_set_ = false;
-            return DDS_RETCODE_OK;
+            return Status::ok;
         }
-        const DDS_ReturnCode_t assigned = qos_.assign_checked(operation, wanted);
-        if (assigned == DDS_RETCODE_OK) {
+        const Status assigned = qos_.assign_checked(operation, wanted);
+        if (assigned == Status::ok) {
             is_set_ = true;
         }
         return assigned;

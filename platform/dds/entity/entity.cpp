@@ -6,45 +6,45 @@
 
 namespace pexa::dds {
 
-DDS_ReturnCode_t Entity::enable(const Operation& operation) {
-    if (enabled() != 0) {
-        return DDS_RETCODE_OK;
+Status Entity::enable(const Operation& operation) {
+    if (enabled()) {
+        return Status::ok;
     }
-    if (parent_ != nullptr && parent_->enabled() == 0) {
+    if (parent_ != nullptr && !parent_->enabled()) {
         return operation.precondition_not_met("the entity that contains it is enabled");
     }
     {
         const std::lock_guard guard(enabling_);
-        if (enabled() != 0) {
-            return DDS_RETCODE_OK;
+        if (enabled()) {
+            return Status::ok;
         }
         const engine::Created created = create_in_engine(operation);
         if (!created) {
-            return operation.failed("enabling", to_return_code(created.status));
+            return operation.failed("enabling", created.status);
         }
         engine_id_.store(created.entity);
     }
-    // The listener comes last, so that a callback meets an entity in full operation. What happened
-    // before is announced now.
-    const DDS_ReturnCode_t listening = refresh_own_listener();
-    if (listening != DDS_RETCODE_OK) {
+    // The listener comes last, so that a callback meets an entity in full operation. Earlier
+    // changes of a status are announced now.
+    const Status listening = refresh_own_listener();
+    if (listening != Status::ok) {
         return operation.failed("enabling the listener", listening);
     }
-    const DDS_ReturnCode_t result = status_condition_.entity_enabled();
-    return result == DDS_RETCODE_OK ? enable_contained(operation) : result;
+    const Status result = status_condition_.entity_enabled();
+    return result == Status::ok ? enable_contained(operation) : result;
 }
 
-DDS_ReturnCode_t Entity::close(const Operation& operation) {
+Status Entity::close(const Operation& operation) {
     const engine::EntityId id = engine_id();
     if (id != engine::no_entity) {
         const Status status = delete_in_engine(id);
         if (status != Status::ok) {
-            return operation.failed("deletion", to_return_code(status));
+            return operation.failed("deletion", status);
         }
         engine_id_.store(engine::no_entity);
     }
     closed();
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
 Status Entity::delete_in_engine(engine::EntityId id) {
@@ -65,8 +65,8 @@ DDS_InstanceHandle_t Entity::instance_handle() const {
     if (engine::get_guid(id, guid) == Status::ok) {
         return to_handle(guid);
     }
-    // Topics, publishers and subscribers have no GUID on the wire; theirs is made up, without a
-    // prefix, so that it is like no other entity's.
+    // Topics, publishers and subscribers have no GUID on the wire. Theirs has no prefix, so that it
+    // equals no other entity's.
     engine::LocalHandle local = 0;
     if (engine::get_local_handle(id, local) != Status::ok) {
         return DDS_HANDLE_NIL;
@@ -75,19 +75,19 @@ DDS_InstanceHandle_t Entity::instance_handle() const {
     return to_handle(guid);
 }
 
-DDS_ReturnCode_t Entity::set_listener(const Operation& operation, const ListenerSetting& setting) {
+Status Entity::set_listener(const Operation& operation, const ListenerSetting& setting) {
     const ListenerSetting old = listeners_.exchange(setting);
-    const DDS_ReturnCode_t result = refresh_listeners();
-    if (result != DDS_RETCODE_OK) {
+    const Status result = refresh_listeners();
+    if (result != Status::ok) {
         listeners_.exchange(old);
         return operation.failed("setting the listener", result);
     }
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
-DDS_ReturnCode_t Entity::refresh_listeners() {
-    const DDS_ReturnCode_t result = refresh_own_listener();
-    if (result == DDS_RETCODE_OK) {
+Status Entity::refresh_listeners() {
+    const Status result = refresh_own_listener();
+    if (result == Status::ok) {
         refresh_contained_listeners();
     }
     return result;
@@ -99,31 +99,51 @@ engine::ListenerSetting Entity::engine_listener() {
     return {mask != 0 ? listener : nullptr, listener != nullptr ? mask : 0};
 }
 
-DDS_ReturnCode_t Entity::refresh_own_listener() {
+Status Entity::refresh_own_listener() {
     const engine::EntityId id = engine_id();
     if (id == engine::no_entity || dispatch() == nullptr) {
-        return DDS_RETCODE_OK;
+        return Status::ok;
     }
-    // Whoever changes a listener of the chain meanwhile computes a newer mask, and the call with
-    // the older one may come last: then it is made again.
+    // Another thread may change a listener of the chain meanwhile and compute a newer mask. If the
+    // call with the older mask comes last, it is made again.
     engine::ListenerSetting setting;
     Status status = Status::ok;
     do {
         setting = engine_listener();
-        status = engine::set_listener(id, setting.listener, setting.mask);
+        status = engine::set_listener(id, setting);
     } while (status == Status::ok && setting.mask != engine_listener().mask);
-    return to_return_code(status);
+    return status;
 }
 
-DDS_ReturnCode_t Entity::change_in_engine(const Operation& operation,
-                                          const engine::Qos& qos) const {
+Status Entity::change_in_engine(const Operation& operation, const engine::Qos& qos) const {
     const engine::EntityId id = engine_id();
     if (id == engine::no_entity) {
-        return DDS_RETCODE_OK;
+        return Status::ok;
     }
     const Status status = engine::set_qos(id, qos);
-    return status == Status::ok ? DDS_RETCODE_OK
-                                : operation.failed("changing the QoS", to_return_code(status));
+    return status == Status::ok ? Status::ok : operation.failed("changing the QoS", status);
 }
 
 }  // namespace pexa::dds
+
+namespace dds = pexa::dds;
+
+DDS_ReturnCode_t DDS_Entity_enable(DDS_Entity* self) {
+    return dds::call(__func__, self, &dds::Entity::enable);
+}
+
+DDS_Boolean DDS_Entity_is_enabled(DDS_Entity* self) {
+    return dds::call(__func__, self, &dds::Entity::enabled);
+}
+
+DDS_StatusMask DDS_Entity_get_status_changes(DDS_Entity* self) {
+    return dds::call(__func__, self, &dds::Entity::status_changes);
+}
+
+DDS_InstanceHandle_t DDS_Entity_get_instance_handle(DDS_Entity* self) {
+    return dds::call(__func__, self, &dds::Entity::instance_handle);
+}
+
+DDS_StatusCondition* DDS_Entity_get_statuscondition(DDS_Entity* self) {
+    return dds::call(__func__, self, &dds::Entity::status_condition);
+}

@@ -2,6 +2,8 @@
 /// @brief Entities with a QoS, and the defaults that they take it from.
 #pragma once
 
+#include <utility>
+
 #include "platform/dds/entity/default_qos.hpp"
 #include "platform/dds/entity/entity.hpp"
 #include "platform/dds/qos/kept_qos.hpp"
@@ -12,18 +14,18 @@ namespace pexa::dds {
 template <typename Record>
 class QosEntity : public Entity {
 public:
-    [[nodiscard]] DDS_ReturnCode_t get_qos(Record& qos) const { return qos_.copy_to(qos); }
+    Status get_qos(Record& qos) const { return qos_.copy_to(qos); }
 
     /// @param qos NULL for the default
-    [[nodiscard]] DDS_ReturnCode_t set_qos(const Operation& operation, const Record* qos);
+    Status set_qos(const Operation& operation, const Record* qos);
 
-    /// Gives an entity that nobody knows yet its QoS and listener. @param qos NULL for the default
-    [[nodiscard]] DDS_ReturnCode_t prepare(const Operation& operation, const Record* qos,
-                                           const ListenerSetting& listener);
+    /// Gives a new entity its QoS and listener, before others know it.
+    /// @param qos NULL for the default
+    Status prepare(const Operation& operation, const Record* qos, const ListenerSetting& listener);
 
-    /// @return whether what is created in it is enabled at once.
-    [[nodiscard]] bool enables_contained() const {
-        return enabled() != 0 && qos_.with_lock([](const Record& record) {
+    /// @return whether entities that are created in it are enabled at once.
+    bool enables_contained() const {
+        return enabled() && qos_.with_lock([](const Record& record) {
             return record.entity_factory.autoenable_created_entities != DDS_BOOLEAN_FALSE;
         });
     }
@@ -33,78 +35,79 @@ protected:
     QosEntity(const Entity* parent, const DefaultQos<Record>& defaults)
         : Entity(parent), defaults_(defaults) {}
 
-    [[nodiscard]] DDS_ReturnCode_t to_engine_qos(engine::Qos& qos) const {
+    Status to_engine_qos(engine::Qos& qos) const {
         return qos_.with_lock([&](const Record& record) { return to_engine(record, qos); });
     }
-    [[nodiscard]] KeptQos<Record>& kept_qos() { return qos_; }
+    KeptQos<Record>& kept_qos() { return qos_; }
     /// @return the topic that it is about, NULL if it is not.
-    [[nodiscard]] virtual const char* topic_name() const { return nullptr; }
+    virtual const char* topic_name() const { return nullptr; }
 
 private:
-    /// Gives @p qos or a copy of the default.
-    [[nodiscard]] const Record* choose(const Operation& operation, const Record* qos,
-                                       OwnedQos<Record>& copy) const;
+    /// @param copy takes the default
+    /// @return @p qos, or @p copy for NULL; without memory a failure after a report
+    Result<const Record*> choose(const Operation& operation, const Record* qos,
+                                 OwnedQos<Record>& copy) const;
 
     const DefaultQos<Record>& defaults_;
     KeptQos<Record> qos_;
 };
 
 template <typename Record>
-const Record* QosEntity<Record>::choose(const Operation& operation, const Record* qos,
-                                        OwnedQos<Record>& copy) const {
+Result<const Record*> QosEntity<Record>::choose(const Operation& operation, const Record* qos,
+                                                OwnedQos<Record>& copy) const {
     if (qos != nullptr) {
         return qos;
     }
-    if (defaults_.copy_to(operation, topic_name(), copy.get()) != DDS_RETCODE_OK) {
-        static_cast<void>(operation.out_of_memory());
-        return nullptr;
+    if (defaults_.copy_to(operation, topic_name(), copy.get()) != Status::ok) {
+        return operation.out_of_memory();
     }
-    return &copy.get();
+    return &std::as_const(copy).get();
 }
 
 template <typename Record>
-DDS_ReturnCode_t QosEntity<Record>::prepare(const Operation& operation, const Record* qos,
-                                            const ListenerSetting& listener) {
+Status QosEntity<Record>::prepare(const Operation& operation, const Record* qos,
+                                  const ListenerSetting& listener) {
     OwnedQos<Record> copy;
-    const Record* chosen = choose(operation, qos, copy);
-    if (chosen == nullptr) {
-        return DDS_RETCODE_OUT_OF_RESOURCES;
+    const Result<const Record*> choice = choose(operation, qos, copy);
+    if (!choice) {
+        return choice.status();
     }
-    const DDS_ReturnCode_t checked = check_qos(operation.name(), *chosen);
-    if (checked != DDS_RETCODE_OK) {
+    const Record& chosen = *choice.value();
+    const Status checked = check_qos(operation.name(), chosen);
+    if (checked != Status::ok) {
         return checked;
     }
     set_first_listener(listener);
-    return qos_.assign(*chosen) == DDS_RETCODE_OK ? DDS_RETCODE_OK : operation.out_of_memory();
+    return qos_.assign(chosen) == Status::ok ? Status::ok : operation.out_of_memory();
 }
 
 template <typename Record>
-DDS_ReturnCode_t QosEntity<Record>::set_qos(const Operation& operation, const Record* qos) {
+Status QosEntity<Record>::set_qos(const Operation& operation, const Record* qos) {
     OwnedQos<Record> copy;
-    const Record* wanted = choose(operation, qos, copy);
-    if (wanted == nullptr) {
-        return DDS_RETCODE_OUT_OF_RESOURCES;
+    const Result<const Record*> choice = choose(operation, qos, copy);
+    if (!choice) {
+        return choice.status();
     }
-    // A copy: what is refused is reported, and the logger's device may ask for this very QoS.
+    const Record& wanted = *choice.value();
+    // A copy, used without the lock: a refusal is reported, and the logger's device may ask for
+    // this very QoS.
     OwnedQos<Record> current;
-    if (qos_.copy_to(current.get()) != DDS_RETCODE_OK) {
+    if (qos_.copy_to(current.get()) != Status::ok) {
         return operation.out_of_memory();
     }
-    const DDS_ReturnCode_t checked =
-        enabled() != 0 ? check_qos_change(operation.name(), current.get(), *wanted)
-                       : check_qos(operation.name(), *wanted);
-    if (checked != DDS_RETCODE_OK) {
+    const Status checked = enabled() ? check_qos_change(operation.name(), current.get(), wanted)
+                                     : check_qos(operation.name(), wanted);
+    if (checked != Status::ok) {
         return checked;
     }
     engine::Qos engine_qos;
-    if (to_engine(*wanted, engine_qos) != DDS_RETCODE_OK) {
+    if (to_engine(wanted, engine_qos) != Status::ok) {
         return operation.out_of_memory();
     }
-    // It cannot have changed, and the engine's own of a writer is another one: it follows the
-    // history.
+    // The policy cannot have changed. The engine's own of a writer differs: it follows the history.
     engine_qos.durability_service.reset();
-    const DDS_ReturnCode_t changed = change_in_engine(operation, engine_qos);
-    return changed == DDS_RETCODE_OK ? qos_.assign(*wanted) : changed;
+    const Status changed = change_in_engine(operation, engine_qos);
+    return changed == Status::ok ? qos_.assign(wanted) : changed;
 }
 
 }  // namespace pexa::dds

@@ -28,7 +28,7 @@ class Topic;
 class TopicDescription;
 class WaitSet;
 
-/// A kind of object: its handle type, and what reports call an argument of that type.
+/// A kind of object: its handle type, and the name of such an argument in reports.
 template <typename HandleType>
 struct HandleTraits {};
 
@@ -121,13 +121,13 @@ concept ObjectType = HandleType<typename T::Handle> &&
 
 /// @return the object behind a handle, NULL for NULL.
 template <HandleType Handle>
-[[nodiscard]] typename HandleTraits<Handle>::Object* object_of(Handle* handle) {
+typename HandleTraits<Handle>::Object* object_of(Handle* handle) {
     return reinterpret_cast<typename HandleTraits<Handle>::Object*>(handle);
 }
 
 /// @return the handle of an object, NULL for NULL.
 template <ObjectType Object>
-[[nodiscard]] typename Object::Handle* handle_of(Object* object) {
+typename Object::Handle* handle_of(Object* object) {
     return reinterpret_cast<typename Object::Handle*>(object);
 }
 

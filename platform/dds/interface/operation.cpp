@@ -6,33 +6,33 @@ namespace pexa::dds {
 
 namespace {
 
-DDS_ReturnCode_t report(const char* context, const QELLogMessageTemplate& message, const char* text,
-                        DDS_ReturnCode_t code) {
+Status report(const char* context, const QELLogMessageTemplate& message, const char* text,
+              Status status) {
     QELLog_printContextAndMsg(QEL_LOG_MODULE_DDS, DDS_SUBMODULE_MASK_ENTITY, QEL_LOG_LEVEL_ERROR,
                               context, &message, text);
-    return code;
+    return status;
 }
 
 }  // namespace
 
-DDS_ReturnCode_t Operation::bad_parameter(const char* argument) const {
-    return report(name_, DDS_LOG_BAD_PARAMETER_s, argument, DDS_RETCODE_BAD_PARAMETER);
+Status Operation::bad_parameter(const char* argument) const {
+    return report(name_, DDS_LOG_BAD_PARAMETER_s, argument, Status::bad_parameter);
 }
 
-DDS_ReturnCode_t Operation::precondition_not_met(const char* what) const {
-    return report(name_, DDS_LOG_PRECONDITION_NOT_MET_s, what, DDS_RETCODE_PRECONDITION_NOT_MET);
+Status Operation::precondition_not_met(const char* condition) const {
+    return report(name_, DDS_LOG_PRECONDITION_NOT_MET_s, condition, Status::precondition_not_met);
 }
 
-DDS_ReturnCode_t Operation::out_of_memory() const {
-    return report(name_, QEL_LOG_ANY_FAILURE_s, "memory allocation", DDS_RETCODE_OUT_OF_RESOURCES);
+Status Operation::out_of_memory() const {
+    return report(name_, QEL_LOG_ANY_FAILURE_s, "memory allocation", Status::out_of_resources);
 }
 
-DDS_ReturnCode_t Operation::not_created(const char* what, DDS_ReturnCode_t reason) const {
-    return report(name_, DDS_LOG_CREATE_FAILURE_s, what, reason);
+Status Operation::not_created(const char* object, Status reason) const {
+    return report(name_, DDS_LOG_CREATE_FAILURE_s, object, reason);
 }
 
-DDS_ReturnCode_t Operation::failed(const char* what, DDS_ReturnCode_t reason) const {
-    return report(name_, QEL_LOG_ANY_FAILURE_s, what, reason);
+Status Operation::failed(const char* step, Status reason) const {
+    return report(name_, QEL_LOG_ANY_FAILURE_s, step, reason);
 }
 
 void Operation::warn(const char* text) const {

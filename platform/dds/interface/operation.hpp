@@ -1,6 +1,6 @@
 /// @file operation.hpp
-/// @brief What every exported operation does before and around its work: refuse NULL, report
-/// failures under its own name, let no exception out.
+/// @brief The border between the C interface and the objects: refuses NULL, reports failures under
+/// the exported operation's name, turns Status into a return code, lets no exception out.
 #pragma once
 
 #include <functional>
@@ -9,29 +9,25 @@
 #include <utility>
 
 #include "platform/dds/interface/handle.hpp"
-#include "platform/engine/values.hpp"
+#include "platform/dds/interface/result.hpp"
 
 namespace pexa::dds {
 
-[[nodiscard]] constexpr DDS_ReturnCode_t to_return_code(Status status) {
-    return static_cast<DDS_ReturnCode_t>(status);
-}
-
 /// The exported operation that runs, as the context of its reports. Every function here writes one
-/// line to the middleware's log and gives the return code that goes with it.
+/// line to the middleware's log and gives the status that goes with it.
 class Operation {
 public:
     explicit constexpr Operation(const char* name) : name_(name) {}
 
-    [[nodiscard]] const char* name() const { return name_; }
+    const char* name() const { return name_; }
 
-    [[nodiscard]] DDS_ReturnCode_t bad_parameter(const char* argument) const;
-    [[nodiscard]] DDS_ReturnCode_t precondition_not_met(const char* what) const;
-    [[nodiscard]] DDS_ReturnCode_t out_of_memory() const;
-    /// Reports that @p what could not be created. @return @p reason
-    [[nodiscard]] DDS_ReturnCode_t not_created(const char* what, DDS_ReturnCode_t reason) const;
-    /// Reports that @p what failed. @return @p reason
-    [[nodiscard]] DDS_ReturnCode_t failed(const char* what, DDS_ReturnCode_t reason) const;
+    Status bad_parameter(const char* argument) const;
+    Status precondition_not_met(const char* condition) const;
+    Status out_of_memory() const;
+    /// Reports that @p object could not be created. @return @p reason
+    Status not_created(const char* object, Status reason) const;
+    /// Reports that @p step failed. @return @p reason
+    Status failed(const char* step, Status reason) const;
     /// Writes a report of @p text that changes nothing about the result.
     void warn(const char* text) const;
 
@@ -39,21 +35,44 @@ private:
     const char* name_;
 };
 
-/// @return what an operation with this result returns when it was refused.
-template <typename Result>
-[[nodiscard]] Result failure([[maybe_unused]] DDS_ReturnCode_t code) {
-    if constexpr (std::is_same_v<Result, DDS_ReturnCode_t>) {
-        return code;
-    } else if constexpr (std::is_same_v<Result, DDS_DomainId_t>) {
+/// @return the value that an exported operation of this return type gives after a failure.
+template <typename Exported>
+Exported failure([[maybe_unused]] Status status) {
+    if constexpr (std::is_same_v<Exported, DDS_ReturnCode_t>) {
+        return static_cast<DDS_ReturnCode_t>(status);
+    } else if constexpr (std::is_same_v<Exported, DDS_DomainId_t>) {
         return -1;
     } else {
         // NULL, false, an empty mask, the handle of nothing.
-        return Result{};
+        return Exported{};
     }
 }
 
-/// An argument that must not be NULL. The operation gets what it points at, for a handle the object
-/// behind it; texts and samples stay pointers.
+/// @name A result as the C interface gives it
+/// @{
+template <typename T>
+T exported(T value) {
+    return value;
+}
+inline DDS_ReturnCode_t exported(Status status) {
+    return static_cast<DDS_ReturnCode_t>(status);
+}
+inline DDS_Boolean exported(bool value) {
+    return value ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+}
+template <ObjectType Object>
+auto exported(Object* object) {
+    return handle_of(object);
+}
+template <typename T>
+auto exported(const Result<T>& result) {
+    using Exported = decltype(exported(result.value()));
+    return result ? exported(result.value()) : failure<Exported>(result.status());
+}
+/// @}
+
+/// An argument that must not be NULL. The operation gets the object that it points at; for a handle
+/// that is the object behind it. Texts and samples stay pointers.
 template <typename T>
 struct Required {
     const char* name;
@@ -61,11 +80,11 @@ struct Required {
 };
 
 template <typename T>
-[[nodiscard]] Required<T> required(const char* name, T* value) {
+Required<T> required(const char* name, T* value) {
     return {name, value};
 }
 template <HandleType Handle>
-[[nodiscard]] Required<Handle> required(Handle* value) {
+Required<Handle> required(Handle* value) {
     return {HandleTraits<Handle>::argument, value};
 }
 
@@ -110,15 +129,6 @@ inline void* unwrap(Required<void> argument) {
     return argument.value;
 }
 
-template <typename T>
-T exported(T value) {
-    return value;
-}
-template <ObjectType Object>
-auto exported(Object* object) {
-    return handle_of(object);
-}
-
 /// Calls @p method, with the operation as its first argument if it wants it.
 template <typename Method, typename Object, typename... Arguments>
 decltype(auto) invoke(Method method, Object& object, const Operation& operation,
@@ -132,16 +142,16 @@ decltype(auto) invoke(Method method, Object& object, const Operation& operation,
 
 }  // namespace call_details
 
-/// Runs @p work behind the barrier that no exception passes; objects become handles.
+/// Runs @p work behind the barrier that no exception passes, and exports its result.
 template <typename Work>
 auto guarded(const Operation& operation, Work&& work) noexcept {
-    using Result = decltype(call_details::exported(work()));
+    using Exported = decltype(exported(work()));
     try {
-        return call_details::exported(work());
+        return exported(work());
     } catch (const std::bad_alloc&) {
-        return failure<Result>(operation.out_of_memory());
+        return failure<Exported>(operation.out_of_memory());
     } catch (...) {
-        return failure<Result>(operation.failed("an internal step", DDS_RETCODE_ERROR));
+        return failure<Exported>(operation.failed("an internal step", Status::error));
     }
 }
 
@@ -154,12 +164,12 @@ auto call(const char* name, Handle* self, Method method, Arguments... arguments)
         return call_details::invoke(method, *object_of(self), operation,
                                     call_details::unwrap(arguments)...);
     };
-    using Result = decltype(call_details::exported(work()));
+    using Exported = decltype(exported(work()));
     if (self == nullptr) {
-        return failure<Result>(operation.bad_parameter(HandleTraits<Handle>::argument));
+        return failure<Exported>(operation.bad_parameter(HandleTraits<Handle>::argument));
     }
     if (const char* missing = call_details::first_missing(arguments...)) {
-        return failure<Result>(operation.bad_parameter(missing));
+        return failure<Exported>(operation.bad_parameter(missing));
     }
     return guarded(operation, work);
 }

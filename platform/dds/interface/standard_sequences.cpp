@@ -33,7 +33,7 @@ DDS_Property_t& property_in(void* element) {
     return *static_cast<DDS_Property_t*>(element);
 }
 
-// Like an element of DDS_StringSeq twice over: owned texts, empty ones to begin with.
+// Two owned texts, each as an element of DDS_StringSeq; both empty at first.
 DDS_Boolean initialize_property(void* element, const DDS_TypeAllocationParams_t* params) {
     DDS_Property_t& property = property_in(element);
     return truth(initialize_string(property.name, *params) &&

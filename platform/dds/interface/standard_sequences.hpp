@@ -1,8 +1,8 @@
 /// @file standard_sequences.hpp
 /// @brief Reading sequences without changing them.
 ///
-/// The sequences' own operations want a changeable record, because they initialise one that never
-/// was; here such a record counts as empty.
+/// The sequences' own operations need a mutable record, because they initialise it at its first
+/// use. Here a record before its first use counts as empty.
 #pragma once
 
 #include "pexa/sequence.h"
@@ -10,20 +10,20 @@
 namespace pexa::dds {
 
 template <typename Sequence>
-[[nodiscard]] DDS_Long length_of(const Sequence& sequence) {
+DDS_Long length_of(const Sequence& sequence) {
     return sequence.sequenceInit == DDS_SEQUENCE_MAGIC ? sequence.length : 0;
 }
 
 /// @param index below length_of()
 template <typename Sequence>
-[[nodiscard]] const auto& element_of(const Sequence& sequence, DDS_Long index) {
+const auto& element_of(const Sequence& sequence, DDS_Long index) {
     return sequence.discontiguousBuffer != nullptr ? *sequence.discontiguousBuffer[index]
                                                    : sequence.contiguousBuffer[index];
 }
 
 /// @param equal says whether two elements are equal
 template <typename Sequence, typename Equal>
-[[nodiscard]] bool equal_sequences(const Sequence& left, const Sequence& right, Equal equal) {
+bool equal_sequences(const Sequence& left, const Sequence& right, Equal equal) {
     if (length_of(left) != length_of(right)) {
         return false;
     }

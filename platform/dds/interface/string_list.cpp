@@ -8,25 +8,25 @@ namespace pexa::dds {
 std::vector<std::string> to_strings(const DDS_StringSeq* sequence) {
     std::vector<std::string> strings;
     const DDS_Long count = sequence != nullptr ? length_of(*sequence) : 0;
+    strings.reserve(static_cast<std::size_t>(count));
     for (DDS_Long i = 0; i < count; ++i) {
-        const char* text = element_of(*sequence, i);
-        strings.emplace_back(text != nullptr ? text : "");
+        strings.emplace_back(view_of(element_of(*sequence, i)));
     }
     return strings;
 }
 
-DDS_ReturnCode_t store_strings(const std::vector<std::string>& strings, DDS_StringSeq& sequence) {
+Status store_strings(const std::vector<std::string>& strings, DDS_StringSeq& sequence) {
     const auto count = static_cast<DDS_Long>(strings.size());
     if (DDS_StringSeq_ensure_length(&sequence, count, count) == 0) {
-        return DDS_RETCODE_OUT_OF_RESOURCES;
+        return Status::out_of_resources;
     }
     for (DDS_Long i = 0; i < count; ++i) {
         char** text = DDS_StringSeq_get_reference(&sequence, i);
         if (DDS_String_replace(text, strings[static_cast<std::size_t>(i)].c_str()) == nullptr) {
-            return DDS_RETCODE_OUT_OF_RESOURCES;
+            return Status::out_of_resources;
         }
     }
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
 }  // namespace pexa::dds

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "pexa/sequence.h"
+#include "platform/internal/status.hpp"
 
 namespace pexa::dds {
 
@@ -16,11 +17,10 @@ inline std::string_view view_of(const char* text) {
 }
 
 /// @param sequence NULL counts as empty, and so does a NULL text in it
-[[nodiscard]] std::vector<std::string> to_strings(const DDS_StringSeq* sequence);
+std::vector<std::string> to_strings(const DDS_StringSeq* sequence);
 
 /// Replaces the content of a sequence.
 /// @return OK, or OUT_OF_RESOURCES: no memory, or a lent buffer that is too small
-[[nodiscard]] DDS_ReturnCode_t store_strings(const std::vector<std::string>& strings,
-                                             DDS_StringSeq& sequence);
+Status store_strings(const std::vector<std::string>& strings, DDS_StringSeq& sequence);
 
 }  // namespace pexa::dds

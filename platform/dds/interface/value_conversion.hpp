@@ -10,20 +10,19 @@
 namespace pexa::dds {
 
 /// @return the handle made of a key hash or a GUID.
-[[nodiscard]] DDS_InstanceHandle_t to_handle(const engine::KeyHash& identity);
-/// @return the key hash in a handle, nothing for the handle of nothing or one of a wrong form.
-[[nodiscard]] std::optional<engine::KeyHash> to_key_hash(const DDS_InstanceHandle_t& handle);
+DDS_InstanceHandle_t to_handle(const engine::KeyHash& identity);
+/// @return the key hash in a handle, nothing for the handle of nothing and for a malformed handle.
+std::optional<engine::KeyHash> to_key_hash(const DDS_InstanceHandle_t& handle);
 
 /// @return the present as a source timestamp.
-[[nodiscard]] engine::Nanoseconds now();
+engine::Nanoseconds now();
 /// @return nanoseconds since the epoch, the present for DDS_TIME_INVALID, nothing for a time out of
 /// range.
-[[nodiscard]] std::optional<engine::Nanoseconds> to_timestamp(const DDS_Time_t& time);
-[[nodiscard]] DDS_Time_t to_time(engine::Nanoseconds timestamp);
+std::optional<engine::Nanoseconds> to_timestamp(const DDS_Time_t& time);
+DDS_Time_t to_time(engine::Nanoseconds timestamp);
 
 /// @param instance, publication handles to put into the result
-[[nodiscard]] DDS_SampleInfo to_sample_info(const engine::SampleInfo& info,
-                                            const DDS_InstanceHandle_t& instance,
-                                            const DDS_InstanceHandle_t& publication);
+DDS_SampleInfo to_sample_info(const engine::SampleInfo& info, const DDS_InstanceHandle_t& instance,
+                              const DDS_InstanceHandle_t& publication);
 
 }  // namespace pexa::dds

@@ -2,8 +2,8 @@
 
 namespace pexa::dds {
 
-// After a mismatch the search goes on behind the last wildcard for any characters alone: whatever
-// an earlier one could take up, the last one can too.
+// After a mismatch the search starts again behind the last wildcard for any characters. Earlier
+// wildcards need no second attempt, because the last one can take up the same characters.
 bool matches(std::string_view text, std::string_view pattern, Wildcards wildcards) {
     std::size_t t = 0;
     std::size_t p = 0;

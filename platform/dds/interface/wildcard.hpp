@@ -12,7 +12,7 @@ struct Wildcards {
     char one_character;
 };
 
-/// @return whether all of the text is what the pattern describes.
-[[nodiscard]] bool matches(std::string_view text, std::string_view pattern, Wildcards wildcards);
+/// @return whether the pattern describes the whole text.
+bool matches(std::string_view text, std::string_view pattern, Wildcards wildcards);
 
 }  // namespace pexa::dds

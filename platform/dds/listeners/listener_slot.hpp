@@ -10,7 +10,7 @@
 
 namespace pexa::dds {
 
-/// A listener of any entity, in the record of a participant's, of which the other kinds are parts.
+/// A listener of any kind of entity. All kinds are parts of a participant's record.
 struct ListenerSetting {
     DDS_DomainParticipantListener record{};
     DDS_StatusMask mask = DDS_STATUS_MASK_NONE;
@@ -27,8 +27,8 @@ struct ListenerSetting {
     /// @}
 };
 
-/// An entity's place in the chain of listeners that ends at its participant. What a listener does
-/// not take, because its mask or its slot says so, is for the next one.
+/// An entity's link in the chain of listeners that ends at its participant. A status that a
+/// listener does not take, because of its mask or an empty slot, goes to the next listener.
 class ListenerSlot {
 public:
     /// @param above the parent's slot, which must outlive this one, or NULL
@@ -37,11 +37,12 @@ public:
     /// Installs a setting. @return the old one
     ListenerSetting exchange(const ListenerSetting& setting);
 
-    /// @return the statuses that somebody takes, here or above.
-    [[nodiscard]] engine::StatusMask taken() const;
+    /// @return the statuses that a listener takes, here or above.
+    engine::StatusMask taken() const;
 
-    /// Gives a copy of the nearest listener that takes a status. @return false when nobody does
-    [[nodiscard]] bool find(engine::StatusMask status, DDS_DomainParticipantListener& found) const;
+    /// Gives a copy of the nearest listener that takes a status. @return false when no listener
+    /// does
+    bool find(engine::StatusMask status, DDS_DomainParticipantListener& found) const;
 
 private:
     const ListenerSlot* above_;

@@ -3,9 +3,11 @@
 #include <type_traits>
 
 #include "pexa/osapi.h"
+#include "platform/dds/interface/operation.hpp"
 
 namespace {
 
+using pexa::Status;
 using pexa::dds::LogSource;
 using pexa::dds::Verbosities;
 
@@ -42,14 +44,14 @@ PEXA_Config_LogVerbosity PEXA_Config_Logger::verbosity(
     return is_known(category) ? verbosities_[category].load(std::memory_order_relaxed) : 0;
 }
 
-DDS_ReturnCode_t PEXA_Config_Logger::set_verbosity(PEXA_Config_LogCategory category,
-                                                   PEXA_Config_LogVerbosity verbosity) noexcept {
+pexa::Status PEXA_Config_Logger::set_verbosity(PEXA_Config_LogCategory category,
+                                               PEXA_Config_LogVerbosity verbosity) noexcept {
     if (!is_known(category)) {
-        return DDS_RETCODE_BAD_PARAMETER;
+        return Status::bad_parameter;
     }
     verbosities_[category].store(verbosity);
     verbosity_changed();
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
 void PEXA_Config_Logger::set_verbosity(PEXA_Config_LogVerbosity verbosity) noexcept {
@@ -71,19 +73,19 @@ const PEXA_Config_LoggerDevice* PEXA_Config_Logger::device() const noexcept {
     return device_.load(std::memory_order_acquire);
 }
 
-bool PEXA_Config_Logger::set_device(const PEXA_Config_LoggerDevice* device) noexcept {
+pexa::Status PEXA_Config_Logger::set_device(const PEXA_Config_LoggerDevice* device) noexcept {
     if (device != nullptr && device->write == nullptr) {
-        return false;
+        return Status::bad_parameter;
     }
     const PEXA_Config_LoggerDevice* old = device_.exchange(device, std::memory_order_acq_rel);
     if (old != nullptr && old != device && old->close != nullptr) {
         old->close(old);
     }
-    return true;
+    return Status::ok;
 }
 
-void PEXA_Config_Logger::report(PEXA_Config_LogCategory category, PEXA_Config_LogLevel level,
-                                LogSource source, const char* text) const noexcept {
+void PEXA_Config_Logger::receive(PEXA_Config_LogCategory category, PEXA_Config_LogLevel level,
+                                 LogSource source, const char* text) const noexcept {
     if (!pexa::dds::passes(verbosity(category), level)) {
         return;
     }
@@ -98,23 +100,23 @@ void PEXA_Config_Logger::report(PEXA_Config_LogCategory category, PEXA_Config_Lo
 }
 
 void PEXA_Config_Logger::verbosity_changed() noexcept {
-    choice_pending_.store(true);
-    choose_messages();
+    update_pending_.store(true);
+    update_sources();
 }
 
-// Two threads that change verbosities at the same time must not overtake one another and leave the
-// sources with the older choice; neither must wait for the other, which may be waiting for a device
-// call of this one. So whoever chooses already does it once more for the other.
-void PEXA_Config_Logger::choose_messages() noexcept {
-    while (choice_pending_.load() && QELOsapi_isInDeviceCall() == 0 && !choosing_.exchange(true)) {
-        while (choice_pending_.exchange(false)) {
+// Two threads may change verbosities at the same time. The sources must end up with the newer
+// verbosities, and neither thread may wait for the other, which may wait for a device's call of
+// this thread. So the thread that is already updating the sources does it once more for the other.
+void PEXA_Config_Logger::update_sources() noexcept {
+    while (update_pending_.load() && QELOsapi_isInDeviceCall() == 0 && !updating_.exchange(true)) {
+        while (update_pending_.exchange(false)) {
             Verbosities now;
             for (std::size_t i = 0; i < now.size(); ++i) {
                 now[i] = verbosities_[i].load();
             }
-            pexa::dds::choose_messages(now);
+            pexa::dds::let_pass(now);
         }
-        choosing_.store(false);
+        updating_.store(false);
     }
 }
 
@@ -132,7 +134,8 @@ PEXA_Config_LogVerbosity PEXA_Config_Logger_get_verbosity_by_category(
 DDS_ReturnCode_t PEXA_Config_Logger_set_verbosity_by_category(PEXA_Config_Logger* self,
                                                               PEXA_Config_LogCategory category,
                                                               PEXA_Config_LogVerbosity verbosity) {
-    return self != nullptr ? self->set_verbosity(category, verbosity) : DDS_RETCODE_BAD_PARAMETER;
+    return pexa::dds::exported(self != nullptr ? self->set_verbosity(category, verbosity)
+                                               : Status::bad_parameter);
 }
 
 DDS_ReturnCode_t PEXA_Config_Logger_set_verbosity(PEXA_Config_Logger* self,
@@ -159,7 +162,7 @@ DDS_ReturnCode_t PEXA_Config_Logger_set_print_format(PEXA_Config_Logger* self,
 
 DDS_Boolean PEXA_Config_Logger_set_output_device(PEXA_Config_Logger* self,
                                                  const PEXA_Config_LoggerDevice* device) {
-    return self != nullptr && self->set_device(device) ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+    return pexa::dds::exported(self != nullptr && self->set_device(device) == Status::ok);
 }
 
 const PEXA_Config_LoggerDevice* PEXA_Config_Logger_get_output_device(PEXA_Config_Logger* self) {

@@ -64,7 +64,7 @@ const char* name_of(PEXA_Config_LogLevel level) {
     return "DEBUG";
 }
 
-/// Writes pieces one after the other and keeps a character for the newline.
+/// Joins the parts of a line and keeps room for the newline.
 class LineWriter {
 public:
     explicit LineWriter(std::span<char> line) : line_(line) {}

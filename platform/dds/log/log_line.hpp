@@ -1,7 +1,7 @@
-/// @file config_logger_line.hpp
+/// @file log_line.hpp
 /// @brief A middleware message as a line of text.
 ///
-/// What a print format shows is decided by bits of its number:
+/// The bits of a print format's number say which parts of a line it shows:
 ///
 /// | bit   | shows                                              |
 /// |-------|----------------------------------------------------|
@@ -9,9 +9,9 @@
 /// | 0x020 | microseconds instead of milliseconds, with 0x100   |
 /// | 0x100 | local time, "2024-05-31 12:00:00.123"              |
 /// | 0x200 | number of the reporting thread, "(4711)"           |
-/// | 0x800 | where the message comes from, "port:" or "engine:" |
+/// | 0x800 | source of the message, "port:" or "engine:"        |
 ///
-/// so that the seven formats print, in this order:
+/// The seven formats print, in this order:
 ///
 /// | format              | time         | category and level | thread | source | text |
 /// |---------------------|--------------|--------------------|--------|--------|------|
@@ -32,7 +32,7 @@
 
 namespace pexa::dds {
 
-/// Most characters of a message; the rest of a longer one is cut off.
+/// The largest number of characters of a message; the rest of a longer message is cut off.
 inline constexpr std::size_t longest_message = 2047;
 
 enum class LogSource { port, engine };
@@ -47,7 +47,7 @@ struct LogLine {
     DDS_UnsignedLong thread = 0;
 };
 
-/// @param line room for the longest message and all that goes in front of it, or the end is cut
+/// @param line has room for the longest message and its prefix; otherwise the end is cut off
 /// @return the number of characters, the newline at the end included, no NUL
 std::size_t format_line(std::span<char> line, PEXA_Config_LogPrintFormat format,
                         const LogLine& content);

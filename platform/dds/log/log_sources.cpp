@@ -14,9 +14,9 @@ constexpr QELLogModule modules[] = {QEL_LOG_MODULE_OSAPI, QEL_LOG_MODULE_CDR, QE
 void receive_from_port(void* /*context*/, QELLogModule module, QELLogLevel level,
                        const char* text) {
     PEXA_Config_Logger& logger = PEXA_Config_Logger::instance();
-    logger.report(category_of(module), static_cast<PEXA_Config_LogLevel>(level), LogSource::port,
-                  text);
-    logger.choose_messages();
+    logger.receive(category_of(module), static_cast<PEXA_Config_LogLevel>(level), LogSource::port,
+                   text);
+    logger.update_sources();
 }
 
 void receive_from_engine(void* /*context*/, engine::LogCategory category, std::string_view text) {
@@ -26,9 +26,9 @@ void receive_from_engine(void* /*context*/, engine::LogCategory category, std::s
     terminated[length] = '\0';
 
     const auto [sorted, level] = sorting_of(category);
-    PEXA_Config_Logger::instance().report(sorted, level, LogSource::engine, terminated.data());
+    PEXA_Config_Logger::instance().receive(sorted, level, LogSource::engine, terminated.data());
     if (category == engine::LogCategory::fatal) {
-        // The engine ends the process without flushing what is buffered.
+        // The engine ends the process without flushing standard output.
         std::fflush(stdout);
     }
 }
@@ -44,25 +44,17 @@ LogSorting sorting_of(engine::LogCategory category) {
             return {PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION, PEXA_CONFIG_LOG_LEVEL_WARNING};
         case engine::LogCategory::info:
             return {PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION, PEXA_CONFIG_LOG_LEVEL_STATUS_LOCAL};
-        case engine::LogCategory::config:
+        case engine::LogCategory::configuration:
             return {PEXA_CONFIG_LOG_CATEGORY_PLATFORM, PEXA_CONFIG_LOG_LEVEL_STATUS_LOCAL};
         case engine::LogCategory::discovery:
             return {PEXA_CONFIG_LOG_CATEGORY_ENTITIES, PEXA_CONFIG_LOG_LEVEL_STATUS_REMOTE};
-        case engine::LogCategory::topic:
+        case engine::LogCategory::topics:
             return {PEXA_CONFIG_LOG_CATEGORY_ENTITIES, PEXA_CONFIG_LOG_LEVEL_DEBUG};
-        case engine::LogCategory::data:
-        case engine::LogCategory::radmin:
         case engine::LogCategory::traffic:
-        case engine::LogCategory::tcp:
-        case engine::LogCategory::throttle:
             return {PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION, PEXA_CONFIG_LOG_LEVEL_DEBUG};
-        case engine::LogCategory::plist:
-        case engine::LogCategory::content:
-        case engine::LogCategory::whc:
-        case engine::LogCategory::rhc:
+        case engine::LogCategory::storage:
             return {PEXA_CONFIG_LOG_CATEGORY_DATABASE, PEXA_CONFIG_LOG_LEVEL_DEBUG};
-        case engine::LogCategory::timing:
-        case engine::LogCategory::trace:
+        case engine::LogCategory::internals:
             break;
     }
     return {PEXA_CONFIG_LOG_CATEGORY_PLATFORM, PEXA_CONFIG_LOG_LEVEL_DEBUG};
@@ -80,7 +72,7 @@ PEXA_Config_LogCategory category_of(QELLogModule module) {
     return PEXA_CONFIG_LOG_CATEGORY_API;
 }
 
-void choose_messages(const Verbosities& verbosities) {
+void let_pass(const Verbosities& verbosities) {
     for (const QELLogModule module : modules) {
         // Levels and their bits are the same on both sides.
         QELLog_setInstrumentationMask(module, verbosities[category_of(module)]);

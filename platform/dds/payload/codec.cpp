@@ -9,6 +9,11 @@ namespace {
 
 constexpr DDS_UnsignedShort native = QEL_CDR_ENCAPSULATION_ID_CDR_NATIVE;
 
+/// @param truth of a plugin's operation
+Status status_of(DDS_Boolean truth) {
+    return truth != 0 ? Status::ok : Status::error;
+}
+
 QELCdrStream stream_over(std::span<std::byte> buffer) {
     QELCdrStream stream;
     QELCdrStream_init(&stream, reinterpret_cast<char*>(buffer.data()), buffer.size());
@@ -35,7 +40,7 @@ public:
         }
     }
 
-    [[nodiscard]] void* get() const { return key_; }
+    void* get() const { return key_; }
 
 private:
     const Codec& codec_;
@@ -51,7 +56,7 @@ Codec::~Codec() {
 
 std::unique_ptr<Codec> Codec::create(const TULVTypePlugin& plugin,
                                      TULVParticipantData participant_data, TULVEndpointKind kind) {
-    // Memory is not bounded by the number of samples lent: what a reader holds is up to its QoS.
+    // The pool has no bound: the reader's QoS limits the samples that it holds.
     const TULVEndpointInfo info = {kind, kind == TULV_ENDPOINT_READER ? 4 : 0,
                                    DDS_LENGTH_UNLIMITED};
     TULVEndpointData data = plugin.on_endpoint_attached(participant_data, &info);
@@ -69,10 +74,11 @@ std::size_t Codec::encoded_size(const void* sample) const {
     return plugin_.get_serialized_sample_size(data_, 1, native, 0, sample);
 }
 
-bool Codec::encode(const void* sample, std::span<std::byte> buffer) const {
+Status Codec::encode(const void* sample, std::span<std::byte> buffer) const {
     QELCdrStream stream = stream_over(buffer);
-    return plugin_.serialize(data_, sample, &stream, 1, native, 1, nullptr) != 0 &&
-           stream.position == buffer.size();
+    const bool complete = plugin_.serialize(data_, sample, &stream, 1, native, 1, nullptr) != 0 &&
+                          stream.position == buffer.size();
+    return complete ? Status::ok : Status::error;
 }
 
 std::span<std::byte> Codec::key_buffer() {
@@ -89,6 +95,7 @@ std::span<const std::byte> Codec::encode_key(const void* sample) {
     const std::span<std::byte> buffer = key_buffer();
     QELCdrStream stream = stream_over(buffer);
     if (!keyed_) {
+        // Without memory the buffer is empty, and so is the result.
         static_cast<void>(QELCdrStream_serializeEncapsulation(&stream, native));
         return buffer.first(stream.position);
     }
@@ -101,33 +108,35 @@ std::span<const std::byte> Codec::encode_key(const void* sample) {
     return buffer.first(stream.position);
 }
 
-bool Codec::key_hash(const void* sample, engine::KeyHash& hash) const {
+Status Codec::key_hash(const void* sample, engine::KeyHash& hash) const {
     if (!keyed_) {
         hash = {};
-        return true;
+        return Status::ok;
     }
     QELKeyHash computed{};
     if (plugin_.instance_to_keyhash(data_, &computed, sample) == 0) {
-        return false;
+        return Status::error;
     }
     std::copy_n(reinterpret_cast<const std::byte*>(computed.value), hash.size(), hash.begin());
-    return true;
+    return Status::ok;
 }
 
-bool Codec::decode(std::span<const std::byte> payload, void* sample) const {
+Status Codec::decode(std::span<const std::byte> payload, void* sample) const {
     QELCdrStream stream = stream_over(payload);
-    return plugin_.deserialize(data_, &sample, nullptr, &stream, 1, 1, nullptr) != 0;
+    return status_of(plugin_.deserialize(data_, &sample, nullptr, &stream, 1, 1, nullptr));
 }
 
-bool Codec::decode_key(std::span<const std::byte> payload, void* sample) const {
+Status Codec::decode_key(std::span<const std::byte> payload, void* sample) const {
     if (!keyed_) {
-        return false;
+        return Status::error;
     }
     QELCdrStream stream = stream_over(payload);
     const KeyHolder key(*this);
-    return key.get() != nullptr &&
-           plugin_.deserialize_key_sample(data_, key.get(), &stream, 1, 1, nullptr) != 0 &&
-           plugin_.key_to_instance(data_, sample, key.get()) != 0;
+    if (key.get() == nullptr ||
+        plugin_.deserialize_key_sample(data_, key.get(), &stream, 1, 1, nullptr) == 0) {
+        return Status::error;
+    }
+    return status_of(plugin_.key_to_instance(data_, sample, key.get()));
 }
 
 void* Codec::lend() const {

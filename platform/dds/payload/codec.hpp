@@ -10,35 +10,36 @@
 
 namespace pexa::dds {
 
-/// A plugin as one endpoint uses it: with endpoint data of its own. One thread at a time.
+/// A plugin with the endpoint data of one endpoint. One thread at a time. ERROR
+/// says that the plugin refused.
 class Codec {
 public:
     /// @param plugin must outlive the codec
     /// @return NULL when the plugin refuses
-    [[nodiscard]] static std::unique_ptr<Codec> create(const TULVTypePlugin& plugin,
-                                                       TULVParticipantData participant_data,
-                                                       TULVEndpointKind kind);
+    static std::unique_ptr<Codec> create(const TULVTypePlugin& plugin,
+                                         TULVParticipantData participant_data,
+                                         TULVEndpointKind kind);
     Codec(const Codec&) = delete;
     Codec& operator=(const Codec&) = delete;
     ~Codec();
 
     /// @return the exact size of a sample with its encapsulation header, 0 on failure.
-    [[nodiscard]] std::size_t encoded_size(const void* sample) const;
+    std::size_t encoded_size(const void* sample) const;
     /// Encodes a sample with its header into a buffer of exactly its size.
-    [[nodiscard]] bool encode(const void* sample, std::span<std::byte> buffer) const;
+    Status encode(const void* sample, std::span<std::byte> buffer) const;
     /// @return the encoded key members with their header, valid until the next call; only the
     /// header for a keyless type; empty on failure.
-    [[nodiscard]] std::span<const std::byte> encode_key(const void* sample);
+    std::span<const std::byte> encode_key(const void* sample);
     /// Gives the key hash of a sample, all zero for a keyless type.
-    [[nodiscard]] bool key_hash(const void* sample, engine::KeyHash& hash) const;
+    Status key_hash(const void* sample, engine::KeyHash& hash) const;
 
     /// Decodes a payload with its header into an initialised sample.
-    [[nodiscard]] bool decode(std::span<const std::byte> payload, void* sample) const;
+    Status decode(std::span<const std::byte> payload, void* sample) const;
     /// Decodes a key payload; members outside the key are not touched. A keyless type has none.
-    [[nodiscard]] bool decode_key(std::span<const std::byte> payload, void* sample) const;
+    Status decode_key(std::span<const std::byte> payload, void* sample) const;
 
     /// @return a sample of the endpoint's pool, to be given back, or NULL.
-    [[nodiscard]] void* lend() const;
+    void* lend() const;
     void give_back(void* sample) const;
 
 private:

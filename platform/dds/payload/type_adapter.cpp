@@ -16,7 +16,7 @@ bool has_key_operations(const TULVTypePlugin& plugin) {
            plugin.serialize_key != nullptr && plugin.deserialize_key_sample != nullptr;
 }
 
-/// Whether everything is there that is ever called.
+/// Whether all operations that are ever called are there.
 bool is_complete(const TULVTypePlugin& plugin) {
     return plugin.pluginKind == TULV_TYPE_PLUGIN_KIND && plugin.typeName != nullptr &&
            plugin.on_participant_attached != nullptr && plugin.on_participant_detached != nullptr &&
@@ -46,7 +46,7 @@ struct TypeAdapter::Scratch {
     std::unique_ptr<Scratch> next;
 };
 
-/// A scratch that is taken from the idle ones, or made, and put back.
+/// Takes an idle scratch, or makes a new scratch, for one call.
 class TypeAdapter::BorrowedScratch {
 public:
     explicit BorrowedScratch(const TypeAdapter& adapter) : adapter_(adapter) {
@@ -71,9 +71,9 @@ public:
         }
     }
 
-    [[nodiscard]] bool usable() const { return scratch_ != nullptr && scratch_->sample != nullptr; }
-    [[nodiscard]] Codec& codec() const { return *scratch_->codec; }
-    [[nodiscard]] void* sample() const { return scratch_->sample; }
+    bool usable() const { return scratch_ != nullptr && scratch_->sample != nullptr; }
+    Codec& codec() const { return *scratch_->codec; }
+    void* sample() const { return scratch_->sample; }
 
 private:
     const TypeAdapter& adapter_;
@@ -94,19 +94,18 @@ TypeAdapter::~TypeAdapter() {
     }
 }
 
-DDS_ReturnCode_t TypeAdapter::create(const Operation& operation, const char* registered_name,
-                                     const TULVTypePlugin& plugin,
-                                     std::shared_ptr<const TypeAdapter>& result) {
+Result<std::shared_ptr<const TypeAdapter>> TypeAdapter::create(const Operation& operation,
+                                                               const char* registered_name,
+                                                               const TULVTypePlugin& plugin) {
     if (!is_complete(plugin)) {
         return operation.bad_parameter("plugin");
     }
     const std::shared_ptr<TypeAdapter> adapter(new TypeAdapter(registered_name, plugin));
     adapter->participant_data_ = plugin.on_participant_attached(nullptr, plugin.typeCode);
     if (adapter->participant_data_ == nullptr) {
-        return operation.not_created("type", DDS_RETCODE_ERROR);
+        return operation.not_created("type", Status::error);
     }
-    result = adapter;
-    return DDS_RETCODE_OK;
+    return std::shared_ptr<const TypeAdapter>(adapter);
 }
 
 bool TypeAdapter::is_of(const char* type_name) const {
@@ -126,11 +125,11 @@ std::optional<engine::KeyHash> TypeAdapter::accept(engine::PayloadKind kind,
     if (!scratch.usable()) {
         return std::nullopt;
     }
-    const bool decoded = kind == engine::PayloadKind::data
-                             ? scratch.codec().decode(payload, scratch.sample())
-                             : scratch.codec().decode_key(payload, scratch.sample());
+    const Status decoded = kind == engine::PayloadKind::data
+                               ? scratch.codec().decode(payload, scratch.sample())
+                               : scratch.codec().decode_key(payload, scratch.sample());
     engine::KeyHash hash;
-    if (!decoded || !scratch.codec().key_hash(scratch.sample(), hash)) {
+    if (decoded != Status::ok || scratch.codec().key_hash(scratch.sample(), hash) != Status::ok) {
         return std::nullopt;
     }
     return hash;
@@ -139,7 +138,7 @@ std::optional<engine::KeyHash> TypeAdapter::accept(engine::PayloadKind kind,
 bool TypeAdapter::write_key(std::span<const std::byte> data,
                             engine::FunctionRef<std::byte*(std::size_t)> allocate) const {
     const BorrowedScratch scratch(*this);
-    if (!scratch.usable() || !scratch.codec().decode(data, scratch.sample())) {
+    if (!scratch.usable() || scratch.codec().decode(data, scratch.sample()) != Status::ok) {
         return false;
     }
     const std::span<const std::byte> key = scratch.codec().encode_key(scratch.sample());

@@ -16,29 +16,26 @@ namespace pexa::dds {
 /// than the participant lives.
 class TypeAdapter final : public engine::Type {
 public:
-    /// @return OK, or after a report BAD_PARAMETER for an incomplete plugin, ERROR for one that
-    /// refuses
-    [[nodiscard]] static DDS_ReturnCode_t create(const Operation& operation,
-                                                 const char* registered_name,
-                                                 const TULVTypePlugin& plugin,
-                                                 std::shared_ptr<const TypeAdapter>& result);
+    /// @return after a report BAD_PARAMETER for an incomplete plugin, ERROR for one that refuses
+    static Result<std::shared_ptr<const TypeAdapter>> create(const Operation& operation,
+                                                             const char* registered_name,
+                                                             const TULVTypePlugin& plugin);
     ~TypeAdapter() override;
 
-    [[nodiscard]] const char* name() const override { return registered_name_.c_str(); }
-    [[nodiscard]] bool keyed() const override { return keyed_; }
-    [[nodiscard]] std::optional<engine::KeyHash> accept(
-        engine::PayloadKind kind, std::span<const std::byte> payload) const override;
-    [[nodiscard]] bool write_key(
-        std::span<const std::byte> data,
-        engine::FunctionRef<std::byte*(std::size_t)> allocate) const override;
+    const char* name() const override { return registered_name_.c_str(); }
+    bool keyed() const override { return keyed_; }
+    std::optional<engine::KeyHash> accept(engine::PayloadKind kind,
+                                          std::span<const std::byte> payload) const override;
+    bool write_key(std::span<const std::byte> data,
+                   engine::FunctionRef<std::byte*(std::size_t)> allocate) const override;
 
     /// @return whether the plugin is of the type of this name, which need not be the registered
     /// one.
-    [[nodiscard]] bool is_of(const char* type_name) const;
-    [[nodiscard]] const DDS_TypeCode* type_code() const { return plugin_.typeCode; }
+    bool is_of(const char* type_name) const;
+    const DDS_TypeCode* type_code() const { return plugin_.typeCode; }
 
     /// @return a codec for an endpoint, which must keep the adapter alive, or NULL.
-    [[nodiscard]] std::unique_ptr<Codec> attach(TULVEndpointKind kind) const;
+    std::unique_ptr<Codec> attach(TULVEndpointKind kind) const;
 
 private:
     struct Scratch;
@@ -50,7 +47,8 @@ private:
     TULVTypePlugin plugin_;
     bool keyed_;
     TULVParticipantData participant_data_ = nullptr;
-    /// What accept() and write_key() decode into: as many as threads ever ran them at a time.
+    /// Codecs and samples that accept() and write_key() decode with. There are as many as threads
+    /// ever ran these operations at the same time.
     mutable std::mutex idle_mutex_;
     mutable std::unique_ptr<Scratch> idle_;
 };

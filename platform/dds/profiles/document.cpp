@@ -1,9 +1,9 @@
 #include "platform/dds/profiles/document.hpp"
 
-#include <algorithm>
 #include <array>
 
 #include "pexa/domain.h"
+#include "platform/dds/profiles/values.hpp"
 #include "platform/dds/xml/truth_value.hpp"
 
 namespace pexa::dds {
@@ -13,40 +13,36 @@ using Names = std::vector<std::string_view>;
 
 constexpr std::string_view name_separator = "::";
 
-/// What can be said of entities of one kind: the policies that profiles can set.
-Names settable_policies(const PolicyTable& table) {
-    Names names;
+/// @return the policies that profiles can set.
+std::vector<const PolicyRow*> settable_policies(const PolicyTable& table) {
+    std::vector<const PolicyRow*> rows;
     for (const PolicyRow& row : table.rows) {
-        if (!fields_of(row.name).empty()) {
-            names.emplace_back(row.name);
+        if (row.policy->change != Change::never) {
+            rows.push_back(&row);
         }
     }
-    return names;
+    return rows;
 }
 
-const PolicyRow& row_of(const PolicyTable& table, std::string_view policy) {
-    return *std::find_if(table.rows.begin(), table.rows.end(),
-                         [&](const PolicyRow& row) { return row.name == policy; });
-}
-
-void read_policy(xml::Parser& faults, const Element& element, const PolicyRow& policy, void* record,
+void read_policy(xml::Parser& faults, const Element& element, const PolicyRow& row, void* record,
                  std::vector<ProfileSetting>& settings) {
-    const std::span<const FieldRow> fields = fields_of(policy.name);
+    const std::span<const PolicyMember> members = row.policy->members;
     Names names;
-    for (const FieldRow& field : fields) {
-        names.push_back(field.element);
+    for (const PolicyMember& member : members) {
+        names.emplace_back(member.name);
     }
     check_attributes(faults, element);
     const DDS_Long faults_before = faults.fault_count();
-    void* value = policy.locate(record);
+    void* policy = row.locate(record);
     for_each_child(faults, element, names, Repetition::refused,
                    [&](const Element& child, std::size_t place) {
-                       fields[place].read(faults, child, value);
-                       settings.push_back({&policy, &fields[place], value});
+                       const PolicyMember& member = members[place];
+                       read_value(faults, child, *member.type, member.locate(policy));
+                       settings.push_back({&row, &member, policy});
                    });
     if (faults.fault_count() == faults_before) {
-        if (const char* fault = policy.operations->fault(value)) {
-            add_fault(faults, element, std::string("inconsistent policy: ") + fault);
+        if (const QosFault fault = row.policy->fault(policy)) {
+            add_fault(faults, element, std::string("inconsistent policy: ") + fault.text);
         }
     }
 }
@@ -63,13 +59,15 @@ void read_entry(xml::Parser& faults, const Element& element, QosProfile& profile
     if (const std::string* filter = element.attribute("topic_filter")) {
         entry->topic_filter = *filter;
     }
-    const PolicyTable& table = policies_of<Record>();
-    const Names policies = settable_policies(table);
-    for_each_child(faults, element, policies, Repetition::refused,
-                   [&](const Element& child, std::size_t place) {
-                       read_policy(faults, child, row_of(table, policies[place]),
-                                   &entry->values.get(), entry->settings);
-                   });
+    const std::vector<const PolicyRow*> policies = settable_policies(policies_of<Record>());
+    Names names;
+    for (const PolicyRow* row : policies) {
+        names.emplace_back(row->name);
+    }
+    for_each_child(
+        faults, element, names, Repetition::refused, [&](const Element& child, std::size_t place) {
+            read_policy(faults, child, *policies[place], &entry->values.get(), entry->settings);
+        });
     profile.entries<Record>().push_back(std::move(entry));
 }
 

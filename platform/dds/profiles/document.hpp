@@ -1,5 +1,5 @@
-/// @file profile_document.hpp
-/// @brief From a document to profiles.
+/// @file document.hpp
+/// @brief Profiles out of a document.
 #pragma once
 
 #include "platform/dds/profiles/store.hpp"
@@ -7,8 +7,8 @@
 
 namespace pexa::dds {
 
-/// Adds the profiles of a parsed document to a store, in place of earlier ones of the same name.
-/// After a fault the store has some of them and is of no use.
+/// Adds the profiles of a parsed document to a store. They replace profiles of the same name. After
+/// a fault the store is incomplete and of no use.
 ///
 /// @param document gets the faults of the contents
 void add_profiles(xml::Parser& document, ProfileStore& store);

@@ -1,5 +1,6 @@
-/// @file profile_elements.hpp
-/// @brief Walking the elements of a profile document: what does not belong there is a fault.
+/// @file elements.hpp
+/// @brief Walking the elements of a profile document. An element or attribute out of place is a
+/// fault.
 #pragma once
 
 #include <cstdint>
@@ -14,16 +15,16 @@ namespace pexa::dds {
 /// The objects of a tree without extension classes.
 using Element = xml::PlainObject;
 
-[[nodiscard]] inline const Element* first_child(const Element& element) {
+inline const Element* first_child(const Element& element) {
     return static_cast<const Element*>(element.firstChild);
 }
-[[nodiscard]] inline const Element* next_sibling(const Element& element) {
+inline const Element* next_sibling(const Element& element) {
     return static_cast<const Element*>(element.nextSibling);
 }
 
 /// Adds a fault about an element.
 void add_fault(xml::Parser& faults, const Element& element, std::string_view message);
-/// Adds that a name is unknown, and which ones are not.
+/// Adds a fault about an unknown name, with the names that are known.
 void add_unknown(xml::Parser& faults, const Element& element, std::string_view what,
                  std::span<const std::string_view> names);
 
@@ -31,20 +32,21 @@ void add_unknown(xml::Parser& faults, const Element& element, std::string_view w
 void check_attributes(xml::Parser& faults, const Element& element,
                       std::span<const std::string_view> names = {});
 
-/// Checks that an element contains nothing but text, and returns that.
-[[nodiscard]] const std::string& text_of(xml::Parser& faults, const Element& element);
+/// Checks that an element contains nothing but text. @return the text
+const std::string& text_of(xml::Parser& faults, const Element& element);
 
 /// How often an element may have children of the same name.
 enum class Repetition { refused, allowed };
 
-/// The children of these names that an element may have, 64 at most, and which it had so far.
+/// The names of an element's children, 64 at most, and a note of the names that have occurred.
 class ExpectedChildren {
 public:
     ExpectedChildren(std::span<const std::string_view> names, Repetition repetition)
         : names_(names), repetition_(repetition) {}
 
-    /// @return the place of a child's name, nothing after a fault for one that must not be there.
-    [[nodiscard]] std::optional<std::size_t> place_of(xml::Parser& faults, const Element& child);
+    /// Adds a fault when the child must not be there.
+    /// @return the place of the child's name, or nothing after a fault
+    std::optional<std::size_t> place_of(xml::Parser& faults, const Element& child);
 
 private:
     std::span<const std::string_view> names_;
@@ -55,7 +57,7 @@ private:
 /// Checks that an element contains nothing but elements.
 void check_no_text(xml::Parser& faults, const Element& element);
 
-/// Calls @p visit with each child of one of these names and the name's place.
+/// Calls @p visit with each child that has one of these names, and with the place of its name.
 template <typename Visit>
 void for_each_child(xml::Parser& faults, const Element& element,
                     std::span<const std::string_view> names, Repetition repetition, Visit visit) {

@@ -27,7 +27,7 @@ public:
 /// Documents whose faults are still to be reported.
 using Documents = std::vector<std::unique_ptr<xml::Parser>>;
 
-/// One that cannot be read is there all the same: reading it says so.
+/// A file that cannot be read exists too. The reader reports it.
 bool exists(const char* file_name) {
     std::error_code unknown;
     return std::filesystem::exists(file_name, unknown);
@@ -50,7 +50,7 @@ std::vector<std::string> files_of_environment() {
     return files;
 }
 
-/// Adds what a file defines, or leaves the store as it is after a fault.
+/// Adds the profiles of a file. After a fault the store is unchanged.
 bool add_file(const std::string& file_name, ProfileStore& store, Documents& documents) {
     auto document = std::make_unique<xml::Parser>(xml::ForeignElements::warnings);
     document->read_file(file_name);
@@ -102,7 +102,7 @@ Profiles::StorePtr Profiles::get(const Operation& operation) {
     }
     {
         const std::lock_guard guard(mutex_);
-        // Another thread may have been faster; then it has reported, too.
+        // Another thread may have been faster. It has then reported the faults, too.
         if (store_ != nullptr) {
             return store_;
         }
@@ -119,7 +119,7 @@ void Profiles::remember(const char* file_name) {
     files_.push_back(std::move(name));
 }
 
-DDS_ReturnCode_t Profiles::load(const Operation& operation, const char* file_name) {
+Status Profiles::load(const Operation& operation, const char* file_name) {
     if (reads_environment) {
         return operation.precondition_not_met("the environment's files have been read");
     }
@@ -129,7 +129,7 @@ DDS_ReturnCode_t Profiles::load(const Operation& operation, const char* file_nam
         Documents documents;
         if (!add_file(file_name, *store, documents)) {
             report(operation, documents);
-            return DDS_RETCODE_ERROR;
+            return Status::error;
         }
         std::unique_lock lock(mutex_);
         if (store_ == before) {
@@ -137,12 +137,12 @@ DDS_ReturnCode_t Profiles::load(const Operation& operation, const char* file_nam
             store_ = std::move(store);
             lock.unlock();
             report(operation, documents);
-            return DDS_RETCODE_OK;
+            return Status::ok;
         }
     }
 }
 
-DDS_ReturnCode_t Profiles::reload(const Operation& operation) {
+Status Profiles::reload(const Operation& operation) {
     for (;;) {
         std::vector<std::string> file_names = files_of_environment();
         std::unique_lock lock(mutex_);
@@ -154,7 +154,7 @@ DDS_ReturnCode_t Profiles::reload(const Operation& operation) {
         const bool success = add_files(file_names, *store, documents);
         lock.lock();
         if (success && store_ != before) {
-            // A file that was loaded meanwhile would be lost.
+            // The new store lacks a file that another thread has loaded meanwhile.
             continue;
         }
         if (success) {
@@ -162,7 +162,7 @@ DDS_ReturnCode_t Profiles::reload(const Operation& operation) {
         }
         lock.unlock();
         report(operation, documents);
-        return success ? DDS_RETCODE_OK : DDS_RETCODE_ERROR;
+        return success ? Status::ok : Status::error;
     }
 }
 

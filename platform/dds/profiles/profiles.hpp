@@ -12,24 +12,24 @@
 
 namespace pexa::dds {
 
-/// Reads the files that the environment names when profiles are first needed. Thread-safe. No lock
-/// is held while files are read, because that reports, and a logger device may ask for profiles.
+/// The files that the environment names are read when profiles are first needed. Thread-safe. No
+/// lock is held while files are read: reading reports, and a logger device may then ask for
+/// profiles.
 class Profiles {
 public:
-    /// @return the profiles as they are now; they do not change any more. None while this thread
-    /// reads the environment's files.
-    [[nodiscard]] std::shared_ptr<const ProfileStore> get(const Operation& operation);
+    /// @return the profiles as they are now, which later changes leave alone. While this thread
+    /// reads the environment's files there are none.
+    std::shared_ptr<const ProfileStore> get(const Operation& operation);
 
-    [[nodiscard]] DDS_ReturnCode_t load(const Operation& operation, const char* file_name);
-    [[nodiscard]] DDS_ReturnCode_t reload(const Operation& operation);
+    Status load(const Operation& operation, const char* file_name);
+    Status reload(const Operation& operation);
 
-    /// Gives what the default profile says of entities of a topic, the DDS standard's defaults
-    /// without one.
+    /// Fills in the QoS of the default profile for entities of a topic. Without a default profile
+    /// that is the DDS standard's default.
     /// @param topic_name may be NULL
     /// @return OUT_OF_RESOURCES without memory
     template <typename Record>
-    [[nodiscard]] DDS_ReturnCode_t fill_default(const Operation& operation, const char* topic_name,
-                                                Record& qos) {
+    Status fill_default(const Operation& operation, const char* topic_name, Record& qos) {
         const std::shared_ptr<const ProfileStore> store = get(operation);
         static const QosProfile empty;
         const QosProfile* profile =
@@ -40,14 +40,14 @@ public:
 private:
     using StorePtr = std::shared_ptr<const ProfileStore>;
 
-    [[nodiscard]] StorePtr current() const;
-    /// Notes what load() was called with; the lock is held.
+    StorePtr current() const;
+    /// Notes a file that load() has read. The caller holds the lock.
     void remember(const char* file_name);
 
     mutable std::mutex mutex_;
     /// NULL until the environment's files have been read.
     StorePtr store_;
-    /// What load() was called with, each once, in the order of the last calls.
+    /// The files that load() has read. Each stands once, at the place of its last call.
     std::vector<std::string> files_;
 };
 

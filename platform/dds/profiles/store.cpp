@@ -4,38 +4,46 @@
 
 #include "pexa/domain.h"
 #include "platform/dds/interface/wildcard.hpp"
+#include "platform/dds/profiles/values.hpp"
 
 namespace pexa::dds {
 namespace {
 
 template <typename Record>
-bool apply(const ProfileEntry<Record>& entry, Record& qos) {
+Status apply(const ProfileEntry<Record>& entry, Record& qos) {
     for (const ProfileSetting& setting : entry.settings) {
-        if (!setting.field->copy(setting.policy->locate(&qos), setting.value)) {
-            return false;
+        const PolicyMember& member = *setting.member;
+        const Status stored = put_over(*member.type, member.locate(setting.row->locate(&qos)),
+                                       member.locate_constant(setting.policy));
+        if (stored != Status::ok) {
+            return stored;
         }
     }
-    return true;
+    return Status::ok;
 }
 
-bool matches_filter(const std::string& filter, const char* topic_name) {
-    return topic_name != nullptr && matches(topic_name, filter, {'*', '?'});
-}
-
+/// @return whether the entry sets something for a topic of that name.
 template <typename Record>
-bool apply(const QosProfile& profile, const char* topic_name, Record& qos) {
-    for (const auto& entry : profile.entries<Record>()) {
-        if (!entry->topic_filter && !apply(*entry, qos)) {
-            return false;
+bool is_for(const ProfileEntry<Record>& entry, const char* topic_name) {
+    return !entry.topic_filter ||
+           (topic_name != nullptr && matches(topic_name, *entry.topic_filter, {'*', '?'}));
+}
+
+/// Entries without filter come first.
+template <typename Record>
+Status apply(const QosProfile& profile, const char* topic_name, Record& qos) {
+    for (const bool has_filter : {false, true}) {
+        for (const auto& entry : profile.entries<Record>()) {
+            if (entry->topic_filter.has_value() != has_filter || !is_for(*entry, topic_name)) {
+                continue;
+            }
+            const Status applied = apply(*entry, qos);
+            if (applied != Status::ok) {
+                return applied;
+            }
         }
     }
-    for (const auto& entry : profile.entries<Record>()) {
-        if (entry->topic_filter && matches_filter(*entry->topic_filter, topic_name) &&
-            !apply(*entry, qos)) {
-            return false;
-        }
-    }
-    return true;
+    return Status::ok;
 }
 
 }  // namespace
@@ -104,8 +112,7 @@ std::optional<std::string> ProfileStore::fault_of_bases(const QosProfile& profil
 }
 
 template <typename Record>
-DDS_ReturnCode_t ProfileStore::fill(const QosProfile& profile, const char* topic_name,
-                                    Record& qos) const {
+Status ProfileStore::fill(const QosProfile& profile, const char* topic_name, Record& qos) const {
     std::vector<const QosProfile*> chain{&profile};
     while (chain.back()->base) {
         chain.push_back(find(*chain.back()->base));
@@ -113,23 +120,19 @@ DDS_ReturnCode_t ProfileStore::fill(const QosProfile& profile, const char* topic
     std::reverse(chain.begin(), chain.end());
     OwnedQos<Record> result;
     for (const QosProfile* member : chain) {
-        if (!apply(*member, topic_name, result.get())) {
-            return DDS_RETCODE_OUT_OF_RESOURCES;
+        const Status applied = apply(*member, topic_name, result.get());
+        if (applied != Status::ok) {
+            return applied;
         }
     }
     return qos_record::copy(policies_of<Record>(), &qos, &result.get());
 }
 
-template DDS_ReturnCode_t ProfileStore::fill(const QosProfile&, const char*,
-                                             DDS_DomainParticipantQos&) const;
-template DDS_ReturnCode_t ProfileStore::fill(const QosProfile&, const char*, DDS_TopicQos&) const;
-template DDS_ReturnCode_t ProfileStore::fill(const QosProfile&, const char*,
-                                             DDS_PublisherQos&) const;
-template DDS_ReturnCode_t ProfileStore::fill(const QosProfile&, const char*,
-                                             DDS_SubscriberQos&) const;
-template DDS_ReturnCode_t ProfileStore::fill(const QosProfile&, const char*,
-                                             DDS_DataWriterQos&) const;
-template DDS_ReturnCode_t ProfileStore::fill(const QosProfile&, const char*,
-                                             DDS_DataReaderQos&) const;
+template Status ProfileStore::fill(const QosProfile&, const char*, DDS_DomainParticipantQos&) const;
+template Status ProfileStore::fill(const QosProfile&, const char*, DDS_TopicQos&) const;
+template Status ProfileStore::fill(const QosProfile&, const char*, DDS_PublisherQos&) const;
+template Status ProfileStore::fill(const QosProfile&, const char*, DDS_SubscriberQos&) const;
+template Status ProfileStore::fill(const QosProfile&, const char*, DDS_DataWriterQos&) const;
+template Status ProfileStore::fill(const QosProfile&, const char*, DDS_DataReaderQos&) const;
 
 }  // namespace pexa::dds

@@ -1,5 +1,5 @@
-/// @file profile_store.hpp
-/// @brief Named QoS profiles and what they inherit.
+/// @file store.hpp
+/// @brief Named QoS profiles and their inheritance.
 #pragma once
 
 #include <map>
@@ -9,24 +9,23 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/dds/profiles/fields.hpp"
 #include "platform/dds/qos/conversion.hpp"
 
 namespace pexa::dds {
 
 /// A value that a profile sets.
 struct ProfileSetting {
-    const PolicyRow* policy;
-    const FieldRow* field;
-    const void* value;  ///< the policy that holds it
+    const PolicyRow* row;
+    const PolicyMember* member;
+    const void* policy;  ///< the record that holds the value
 };
 
-/// What one element of a profile says of one kind of entity.
+/// An element of a profile, which concerns one kind of entity.
 template <typename Record>
 struct ProfileEntry {
     std::optional<std::string> topic_filter;
     OwnedQos<Record> values;
-    std::vector<ProfileSetting> settings;  ///< which of the values count, in @ref values
+    std::vector<ProfileSetting> settings;  ///< the values that the element sets
 };
 
 struct ProfileName {
@@ -35,17 +34,17 @@ struct ProfileName {
     bool operator==(const ProfileName&) const = default;
 };
 
-/// The QoS of every kind of entity under one name.
+/// A QoS for every kind of entity.
 struct QosProfile {
     template <typename Record>
     using Entries = std::vector<std::unique_ptr<ProfileEntry<Record>>>;
 
     template <typename Record>
-    [[nodiscard]] Entries<Record>& entries() {
+    Entries<Record>& entries() {
         return std::get<Entries<Record>>(all);
     }
     template <typename Record>
-    [[nodiscard]] const Entries<Record>& entries() const {
+    const Entries<Record>& entries() const {
         return std::get<Entries<Record>>(all);
     }
 
@@ -59,21 +58,21 @@ struct QosProfile {
 /// Profiles by library and name. A profile finds its base by name when it is used.
 class ProfileStore {
 public:
-    /// Enters a profile, in place of one of the same name.
+    /// Enters a profile. It replaces a profile of the same name.
     void put(const ProfileName& name, std::shared_ptr<const QosProfile> profile);
     /// @return NULL for an unknown profile.
-    [[nodiscard]] const QosProfile* find(const ProfileName& name) const;
-    [[nodiscard]] std::size_t size() const;
-    [[nodiscard]] std::vector<std::string> libraries() const;
-    /// @return the names in a library, none for one that is not loaded.
-    [[nodiscard]] std::vector<std::string> profiles(const std::string& library) const;
+    const QosProfile* find(const ProfileName& name) const;
+    std::size_t size() const;
+    std::vector<std::string> libraries() const;
+    /// @return the names in a library; an unknown library is empty.
+    std::vector<std::string> profiles(const std::string& library) const;
 
-    /// The profile that stands for what nobody sets, if any.
-    [[nodiscard]] const std::optional<ProfileName>& default_profile() const { return default_; }
+    /// The profile for entities that are created without a QoS, if there is one.
+    const std::optional<ProfileName>& default_profile() const { return default_; }
     void set_default_profile(std::optional<ProfileName> name) { default_ = std::move(name); }
 
-    /// @return nothing, or what is wrong with a profile's bases
-    [[nodiscard]] std::optional<std::string> fault_of_bases(const QosProfile& profile) const;
+    /// @return the fault of a profile's bases, if there is one
+    std::optional<std::string> fault_of_bases(const QosProfile& profile) const;
 
     /// Gives the QoS of a profile for entities of a topic: the DDS standard's defaults, then what
     /// the bases set, the farthest first, then what the profile sets. Of each, entries without
@@ -83,8 +82,7 @@ public:
     /// @param topic_name NULL matches no filter
     /// @return OUT_OF_RESOURCES without memory
     template <typename Record>
-    [[nodiscard]] DDS_ReturnCode_t fill(const QosProfile& profile, const char* topic_name,
-                                        Record& qos) const;
+    Status fill(const QosProfile& profile, const char* topic_name, Record& qos) const;
 
 private:
     std::map<std::string, std::map<std::string, std::shared_ptr<const QosProfile>>> libraries_;

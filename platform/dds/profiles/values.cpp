@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstring>
 #include <new>
 
 #include "pexa/domain.h"
@@ -115,16 +116,12 @@ std::optional<std::vector<DDS_Octet>> decode_base64(std::string_view text) {
     return octets;
 }
 
-std::string_view text_of(const char* text) {
-    return text != nullptr ? text : std::string_view();
-}
-
-/// @return the property of that name, a new one if there is none, NULL without memory.
+/// Adds the property of that name if there is none. @return NULL without memory
 DDS_Property_t* find_or_add(DDS_PropertySeq& properties, const char* name) {
     const DDS_Long length = DDS_PropertySeq_get_length(&properties);
     for (DDS_Long i = 0; i < length; ++i) {
         DDS_Property_t* known = DDS_PropertySeq_get_reference(&properties, i);
-        if (text_of(known->name) == text_of(name)) {
+        if (view_of(known->name) == view_of(name)) {
             return known;
         }
     }
@@ -140,30 +137,24 @@ bool set_property(DDS_PropertySeq& properties, const char* name, const char* val
     return property != nullptr && DDS_String_replace(&property->value, value) != nullptr;
 }
 
-}  // namespace
-
-std::optional<int> read_enumerator(xml::Parser& faults, const Element& element,
-                                   std::span<const std::string_view> names,
-                                   std::string_view suffix) {
-    std::string_view text = without_prefix(text_of(faults, element));
-    if (text.ends_with(suffix)) {
-        text.remove_suffix(suffix.size());
-    }
-    for (std::size_t number = 0; number < names.size(); ++number) {
-        if (names[number] == text) {
-            return static_cast<int>(number);
-        }
-    }
+void read_enumerator(xml::Parser& faults, const Element& element, const Enumeration& enumeration,
+                     void* value) {
+    const std::string_view text = without_prefix(text_of(faults, element));
     std::string message = "expected";
-    for (const std::string_view name : names) {
-        message.append(" ").append(name).append(suffix);
+    for (std::size_t i = 0; i < enumeration.names.size(); ++i) {
+        const std::string_view name = without_prefix(enumeration.names[i]);
+        if (text == name || text == name.substr(0, name.size() - enumeration.suffix.size())) {
+            // Enumerations of the C interface have the size of int.
+            const auto number = static_cast<int>(i);
+            std::memcpy(value, &number, sizeof number);
+            return;
+        }
+        message.append(" ").append(name);
     }
     add_fault(faults, element, message);
-    return std::nullopt;
 }
 
-void ProfileValue<DDS_Boolean>::read(xml::Parser& faults, const Element& element,
-                                     DDS_Boolean& value) {
+void read_boolean(xml::Parser& faults, const Element& element, DDS_Boolean& value) {
     if (const auto read = xml::to_truth_value(text_of(faults, element))) {
         value = *read ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
     } else {
@@ -171,7 +162,7 @@ void ProfileValue<DDS_Boolean>::read(xml::Parser& faults, const Element& element
     }
 }
 
-void ProfileValue<DDS_Long>::read(xml::Parser& faults, const Element& element, DDS_Long& value) {
+void read_number(xml::Parser& faults, const Element& element, DDS_Long& value) {
     if (const auto number = to_number<DDS_Long>(text_of(faults, element))) {
         value = *number;
     } else {
@@ -179,7 +170,7 @@ void ProfileValue<DDS_Long>::read(xml::Parser& faults, const Element& element, D
     }
 }
 
-void LimitProfileValue::read(xml::Parser& faults, const Element& element, DDS_Long& value) {
+void read_limit(xml::Parser& faults, const Element& element, DDS_Long& value) {
     const std::string_view text = text_of(faults, element);
     const auto number = to_number<DDS_Long>(text);
     if (without_prefix(text) == "LENGTH_UNLIMITED") {
@@ -191,8 +182,7 @@ void LimitProfileValue::read(xml::Parser& faults, const Element& element, DDS_Lo
     }
 }
 
-void ProfileValue<DDS_Duration_t>::read(xml::Parser& faults, const Element& element,
-                                        DDS_Duration_t& value) {
+void read_duration(xml::Parser& faults, const Element& element, DDS_Duration_t& value) {
     static constexpr std::array<std::string_view, 2> names{"sec", "nanosec"};
     check_attributes(faults, element);
     if (first_child(element) == nullptr) {
@@ -219,16 +209,11 @@ void ProfileValue<DDS_Duration_t>::read(xml::Parser& faults, const Element& elem
     }
 }
 
-void ProfileValue<char*>::read(xml::Parser& faults, const Element& element, char*& value) {
+void read_string(xml::Parser& faults, const Element& element, char*& value) {
     require(DDS_String_replace(&value, text_of(faults, element).c_str()) != nullptr);
 }
 
-bool ProfileValue<char*>::copy(char*& to, char* const& from) {
-    return DDS_String_replace(&to, from) != nullptr;
-}
-
-void ProfileValue<DDS_OctetSeq>::read(xml::Parser& faults, const Element& element,
-                                      DDS_OctetSeq& value) {
+void read_octets(xml::Parser& faults, const Element& element, DDS_OctetSeq& value) {
     const auto octets = decode_base64(text_of(faults, element));
     if (!octets) {
         add_fault(faults, element, "expected bytes in base64");
@@ -239,12 +224,7 @@ void ProfileValue<DDS_OctetSeq>::read(xml::Parser& faults, const Element& elemen
     std::copy(octets->begin(), octets->end(), DDS_OctetSeq_get_contiguous_buffer(&value));
 }
 
-bool ProfileValue<DDS_OctetSeq>::copy(DDS_OctetSeq& to, const DDS_OctetSeq& from) {
-    return DDS_OctetSeq_copy(&to, &from) != nullptr;
-}
-
-void ProfileValue<DDS_StringSeq>::read(xml::Parser& faults, const Element& element,
-                                       DDS_StringSeq& value) {
+void read_strings(xml::Parser& faults, const Element& element, DDS_StringSeq& value) {
     static constexpr std::array<std::string_view, 1> names{"element"};
     check_attributes(faults, element);
     if (!is_within_limit(faults, element)) {
@@ -254,15 +234,10 @@ void ProfileValue<DDS_StringSeq>::read(xml::Parser& faults, const Element& eleme
     for_each_child(
         faults, element, names, Repetition::allowed,
         [&](const Element& child, std::size_t) { texts.push_back(text_of(faults, child)); });
-    require(store_strings(texts, value) == DDS_RETCODE_OK);
+    require(store_strings(texts, value) == Status::ok);
 }
 
-bool ProfileValue<DDS_StringSeq>::copy(DDS_StringSeq& to, const DDS_StringSeq& from) {
-    return DDS_StringSeq_copy(&to, &from) != nullptr;
-}
-
-void ProfileValue<DDS_PropertySeq>::read(xml::Parser& faults, const Element& element,
-                                         DDS_PropertySeq& value) {
+void read_properties(xml::Parser& faults, const Element& element, DDS_PropertySeq& value) {
     static constexpr std::array<std::string_view, 1> names{"element"};
     static constexpr std::array<std::string_view, 2> parts{"name", "value"};
     check_attributes(faults, element);
@@ -284,14 +259,47 @@ void ProfileValue<DDS_PropertySeq>::read(xml::Parser& faults, const Element& ele
                    });
 }
 
-bool ProfileValue<DDS_PropertySeq>::copy(DDS_PropertySeq& to, const DDS_PropertySeq& from) {
+Status add_properties(DDS_PropertySeq& to, const DDS_PropertySeq& from) {
     for (DDS_Long i = 0; i < length_of(from); ++i) {
         const DDS_Property_t& property = element_of(from, i);
         if (!set_property(to, property.name, property.value)) {
-            return false;
+            return Status::out_of_resources;
         }
     }
-    return true;
+    return Status::ok;
+}
+
+}  // namespace
+
+void read_value(xml::Parser& faults, const Element& element, const ValueType& type, void* value) {
+    switch (type.kind) {
+        case ValueKind::boolean:
+            return read_boolean(faults, element, *static_cast<DDS_Boolean*>(value));
+        case ValueKind::enumerator:
+            return read_enumerator(faults, element, type.enumeration, value);
+        case ValueKind::number:
+            return read_number(faults, element, *static_cast<DDS_Long*>(value));
+        case ValueKind::limit:
+            return read_limit(faults, element, *static_cast<DDS_Long*>(value));
+        case ValueKind::duration:
+            return read_duration(faults, element, *static_cast<DDS_Duration_t*>(value));
+        case ValueKind::string:
+            return read_string(faults, element, *static_cast<char**>(value));
+        case ValueKind::octets:
+            return read_octets(faults, element, *static_cast<DDS_OctetSeq*>(value));
+        case ValueKind::strings:
+            return read_strings(faults, element, *static_cast<DDS_StringSeq*>(value));
+        case ValueKind::properties:
+            return read_properties(faults, element, *static_cast<DDS_PropertySeq*>(value));
+    }
+}
+
+Status put_over(const ValueType& type, void* value, const void* from) {
+    if (type.kind == ValueKind::properties) {
+        return add_properties(*static_cast<DDS_PropertySeq*>(value),
+                              *static_cast<const DDS_PropertySeq*>(from));
+    }
+    return type.copy(value, from);
 }
 
 }  // namespace pexa::dds

@@ -16,7 +16,7 @@ void* locate(const PolicyRow& row, void* record) {
 }
 
 const void* locate(const PolicyRow& row, const void* record) {
-    // Only the address is made; what it points at stays constant.
+    // Only the address is made; the policy behind it stays constant.
     return row.locate(const_cast<void*>(record));
 }
 
@@ -27,31 +27,32 @@ void report(const char* context, const QELLogMessageTemplate& message, Arguments
 }
 
 bool equal_rows(const PolicyRow& row, const void* left, const void* right) {
-    return row.change == Change::never ||
-           row.operations->equal(locate(row, left), locate(row, right));
+    return row.policy->change == Change::never ||
+           row.policy->equal(locate(row, left), locate(row, right));
 }
 
 }  // namespace
 
 void initialize(const PolicyTable& table, void* record) noexcept {
     for (const PolicyRow& row : table.rows) {
-        row.operations->initialize(locate(row, record));
+        row.policy->initialize(locate(row, record));
     }
     table.adjust_defaults(record);
 }
 
-DDS_ReturnCode_t copy(const PolicyTable& table, void* record, const void* from) noexcept {
+Status copy(const PolicyTable& table, void* record, const void* from) noexcept {
     for (const PolicyRow& row : table.rows) {
-        if (!row.operations->copy(locate(row, record), locate(row, from))) {
-            return DDS_RETCODE_OUT_OF_RESOURCES;
+        const Status copied = row.policy->copy(locate(row, record), locate(row, from));
+        if (copied != Status::ok) {
+            return copied;
         }
     }
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
 void finalize(const PolicyTable& table, void* record) noexcept {
     for (const PolicyRow& row : table.rows) {
-        row.operations->finalize(locate(row, record));
+        row.policy->finalize(locate(row, record));
     }
 }
 
@@ -64,56 +65,55 @@ bool equal(const PolicyTable& table, const void* left, const void* right) noexce
     return true;
 }
 
-DDS_ReturnCode_t check(const PolicyTable& table, const char* context, const void* record) noexcept {
+Status check(const PolicyTable& table, const char* context, const void* record) noexcept {
     for (const PolicyRow& row : table.rows) {
-        if (const char* fault = row.operations->fault(locate(row, record))) {
-            report(context, inconsistent_policy_ss, row.name, fault);
-            return DDS_RETCODE_INCONSISTENT_POLICY;
+        if (const QosFault fault = row.policy->fault(locate(row, record))) {
+            report(context, inconsistent_policy_ss, row.name, fault.text);
+            return Status::inconsistent_policy;
         }
     }
-    if (const char* contradiction = table.contradiction(record)) {
-        report(context, inconsistent_policies_s, contradiction);
-        return DDS_RETCODE_INCONSISTENT_POLICY;
+    if (const QosFault fault = table.contradiction(record)) {
+        report(context, inconsistent_policies_s, fault.text);
+        return Status::inconsistent_policy;
     }
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
-DDS_ReturnCode_t check_change(const PolicyTable& table, const char* context, const void* current,
-                              const void* wanted) noexcept {
-    const DDS_ReturnCode_t result = check(table, context, wanted);
-    if (result != DDS_RETCODE_OK) {
+Status check_change(const PolicyTable& table, const char* context, const void* current,
+                    const void* wanted) noexcept {
+    const Status result = check(table, context, wanted);
+    if (result != Status::ok) {
         return result;
     }
     for (const PolicyRow& row : table.rows) {
-        if (row.change == Change::until_enabled && !equal_rows(row, current, wanted)) {
+        if (row.policy->change == Change::until_enabled && !equal_rows(row, current, wanted)) {
             report(context, immutable_policy_s, row.name);
-            return DDS_RETCODE_IMMUTABLE_POLICY;
+            return Status::immutable_policy;
         }
     }
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
-DDS_ReturnCode_t to_engine(const PolicyTable& table, const void* record,
-                           engine::Qos& qos) noexcept {
+Status to_engine(const PolicyTable& table, const void* record, engine::Qos& qos) noexcept {
     try {
         for (const PolicyRow& row : table.rows) {
-            row.operations->to_engine(locate(row, record), qos);
+            row.policy->to_engine(locate(row, record), qos);
         }
     } catch (const std::bad_alloc&) {
-        // The engine's QoS is made of standard containers, which have no other way to say so.
-        return DDS_RETCODE_OUT_OF_RESOURCES;
+        // The engine's QoS consists of standard containers, which report missing memory only so.
+        return Status::out_of_resources;
     }
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
-DDS_ReturnCode_t from_engine(const PolicyTable& table, const engine::Qos& qos,
-                             void* record) noexcept {
+Status from_engine(const PolicyTable& table, const engine::Qos& qos, void* record) noexcept {
     for (const PolicyRow& row : table.rows) {
-        if (!row.operations->from_engine(qos, locate(row, record))) {
-            return DDS_RETCODE_OUT_OF_RESOURCES;
+        const Status stored = row.policy->from_engine(qos, locate(row, record));
+        if (stored != Status::ok) {
+            return stored;
         }
     }
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
 }  // namespace pexa::dds::qos_record

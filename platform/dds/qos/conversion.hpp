@@ -1,7 +1,7 @@
-/// @file qos_conversion.hpp
-/// @brief What the entities do with QoS records: keep, check, change, hand to the engine.
+/// @file conversion.hpp
+/// @brief Operations of the entities on QoS records: keep, check, change, hand to the engine.
 ///
-/// All templates are defined for the seven records of pexa/qos.h. None throws, none keeps a
+/// The templates take each of the seven records of pexa/qos.h. They do not throw, and they keep no
 /// reference to an argument.
 #pragma once
 
@@ -12,18 +12,14 @@ namespace pexa::dds {
 /// The operations behind the templates below, over any table.
 namespace qos_record {
 void initialize(const PolicyTable& table, void* record) noexcept;
-[[nodiscard]] DDS_ReturnCode_t copy(const PolicyTable& table, void* record,
-                                    const void* from) noexcept;
+Status copy(const PolicyTable& table, void* record, const void* from) noexcept;
 void finalize(const PolicyTable& table, void* record) noexcept;
-[[nodiscard]] bool equal(const PolicyTable& table, const void* left, const void* right) noexcept;
-[[nodiscard]] DDS_ReturnCode_t check(const PolicyTable& table, const char* context,
-                                     const void* record) noexcept;
-[[nodiscard]] DDS_ReturnCode_t check_change(const PolicyTable& table, const char* context,
-                                            const void* current, const void* wanted) noexcept;
-[[nodiscard]] DDS_ReturnCode_t to_engine(const PolicyTable& table, const void* record,
-                                         engine::Qos& qos) noexcept;
-[[nodiscard]] DDS_ReturnCode_t from_engine(const PolicyTable& table, const engine::Qos& qos,
-                                           void* record) noexcept;
+bool equal(const PolicyTable& table, const void* left, const void* right) noexcept;
+Status check(const PolicyTable& table, const char* context, const void* record) noexcept;
+Status check_change(const PolicyTable& table, const char* context, const void* current,
+                    const void* wanted) noexcept;
+Status to_engine(const PolicyTable& table, const void* record, engine::Qos& qos) noexcept;
+Status from_engine(const PolicyTable& table, const engine::Qos& qos, void* record) noexcept;
 }  // namespace qos_record
 
 /// A QoS record that an object owns: the defaults of the DDS standard until something is assigned.
@@ -36,11 +32,10 @@ public:
     ~OwnedQos() { qos_record::finalize(policies_of<Record>(), &record_); }
 
     /// Deep copy. @return OK, or OUT_OF_RESOURCES with the record unchanged.
-    [[nodiscard]] DDS_ReturnCode_t assign(const Record& from) noexcept {
+    Status assign(const Record& from) noexcept {
         OwnedQos copy;
-        const DDS_ReturnCode_t result =
-            qos_record::copy(policies_of<Record>(), &copy.record_, &from);
-        if (result == DDS_RETCODE_OK) {
+        const Status result = qos_record::copy(policies_of<Record>(), &copy.record_, &from);
+        if (result == Status::ok) {
             const Record old = record_;
             record_ = copy.record_;
             copy.record_ = old;
@@ -48,8 +43,8 @@ public:
         return result;
     }
 
-    [[nodiscard]] const Record& get() const noexcept { return record_; }
-    [[nodiscard]] Record& get() noexcept { return record_; }
+    const Record& get() const noexcept { return record_; }
+    Record& get() noexcept { return record_; }
 
 private:
     Record record_;
@@ -57,26 +52,25 @@ private:
 
 /// Says whether an entity can have this QoS.
 ///
-/// @param context the operation's name for the middleware's log, which says what is wrong
+/// @param context the operation's name for the report in the middleware's log
 /// @return OK or INCONSISTENT_POLICY
 template <typename Record>
-[[nodiscard]] DDS_ReturnCode_t check_qos(const char* context, const Record& wanted) noexcept {
+Status check_qos(const char* context, const Record& wanted) noexcept {
     return qos_record::check(policies_of<Record>(), context, &wanted);
 }
 
-/// Says whether an enabled entity of QoS @p current can take over @p wanted; policies that the port
-/// fills in are not looked at.
+/// Says whether an enabled entity can change its QoS from @p current to @p wanted. Policies that
+/// the port fills in do not count.
 ///
 /// @return OK, INCONSISTENT_POLICY or IMMUTABLE_POLICY, the failures after a report
 template <typename Record>
-[[nodiscard]] DDS_ReturnCode_t check_qos_change(const char* context, const Record& current,
-                                                const Record& wanted) noexcept {
+Status check_qos_change(const char* context, const Record& current, const Record& wanted) noexcept {
     return qos_record::check_change(policies_of<Record>(), context, &current, &wanted);
 }
 
-/// @return whether all policies are equal but those that the port fills in.
+/// @return whether all policies are equal. Policies that the port fills in do not count.
 template <typename Record>
-[[nodiscard]] bool equal_qos(const Record& left, const Record& right) noexcept {
+bool equal_qos(const Record& left, const Record& right) noexcept {
     return qos_record::equal(policies_of<Record>(), &left, &right);
 }
 
@@ -85,16 +79,16 @@ template <typename Record>
 ///
 /// @return OK or OUT_OF_RESOURCES
 template <typename Record>
-[[nodiscard]] DDS_ReturnCode_t to_engine(const Record& record, engine::Qos& qos) noexcept {
+Status to_engine(const Record& record, engine::Qos& qos) noexcept {
     return qos_record::to_engine(policies_of<Record>(), &record, qos);
 }
 
-/// Stores what @p qos contains in the initialised @p record; policies that it does not contain stay
-/// as they are.
+/// Stores the policies of @p qos in the initialised @p record. Policies that @p qos lacks stay as
+/// they are.
 ///
 /// @return OK or OUT_OF_RESOURCES, the record then holding the policies converted so far
 template <typename Record>
-[[nodiscard]] DDS_ReturnCode_t from_engine(const engine::Qos& qos, Record& record) noexcept {
+Status from_engine(const engine::Qos& qos, Record& record) noexcept {
     return qos_record::from_engine(policies_of<Record>(), qos, &record);
 }
 

@@ -1,4 +1,4 @@
-/// @file qos_duration.hpp
+/// @file duration.hpp
 /// @brief Durations and times of the C interface as nanoseconds of the engine.
 #pragma once
 
@@ -10,20 +10,20 @@ namespace pexa::dds {
 inline constexpr engine::Nanoseconds nanoseconds_per_second = 1'000'000'000;
 
 /// @return whether the duration is infinite, or not negative with nanoseconds below a second.
-[[nodiscard]] constexpr bool is_valid(const DDS_Duration_t& duration) {
+constexpr bool is_valid(const DDS_Duration_t& duration) {
     return duration.sec == DDS_DURATION_INFINITE_SEC ||
            (duration.sec >= 0 && duration.nanosec < nanoseconds_per_second);
 }
 
 /// Everything from the seconds of DDS_DURATION_INFINITE on is infinite.
-[[nodiscard]] constexpr engine::Nanoseconds to_nanoseconds(const DDS_Duration_t& duration) {
+constexpr engine::Nanoseconds to_nanoseconds(const DDS_Duration_t& duration) {
     return duration.sec == DDS_DURATION_INFINITE_SEC
                ? engine::infinite
                : duration.sec * nanoseconds_per_second + duration.nanosec;
 }
 
 /// @param time not negative; a time that the record cannot hold becomes infinite.
-[[nodiscard]] constexpr DDS_Duration_t to_duration(engine::Nanoseconds time) {
+constexpr DDS_Duration_t to_duration(engine::Nanoseconds time) {
     if (time / nanoseconds_per_second >= DDS_DURATION_INFINITE_SEC) {
         return {DDS_DURATION_INFINITE_SEC, DDS_DURATION_INFINITE_NSEC};
     }

@@ -14,23 +14,22 @@ template <typename Record>
 class KeptQos {
 public:
     /// @param out initialised
-    [[nodiscard]] DDS_ReturnCode_t copy_to(Record& out) const {
+    Status copy_to(Record& out) const {
         const std::lock_guard guard(mutex_);
         return qos_record::copy(policies_of<Record>(), &out, &qos_.get());
     }
 
-    [[nodiscard]] DDS_ReturnCode_t assign(const Record& from) {
+    Status assign(const Record& from) {
         const std::lock_guard guard(mutex_);
         return qos_.assign(from);
     }
 
-    /// Replaces a default. @param wanted NULL for the DDS standard's
-    [[nodiscard]] DDS_ReturnCode_t assign_checked(const Operation& operation,
-                                                  const Record* wanted) {
+    /// Replaces a default. @param wanted NULL for the default of the DDS standard
+    Status assign_checked(const Operation& operation, const Record* wanted) {
         const OwnedQos<Record> standard;
         const Record& record = wanted != nullptr ? *wanted : standard.get();
-        const DDS_ReturnCode_t checked = check_qos(operation.name(), record);
-        return checked == DDS_RETCODE_OK ? assign(record) : checked;
+        const Status checked = check_qos(operation.name(), record);
+        return checked == Status::ok ? assign(record) : checked;
     }
 
     /// Runs @p function over the record; it must not call the engine.

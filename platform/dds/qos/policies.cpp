@@ -1,138 +1,136 @@
 #include "platform/dds/qos/policies.hpp"
 
-#include "platform/dds/interface/member_of.hpp"
-#include "platform/dds/qos/owned_policies.hpp"
-#include "platform/dds/qos/plain_policies.hpp"
+#include "platform/dds/qos/policy_members.hpp"
 
 namespace pexa::dds {
 namespace {
 
-template <typename Policy>
-constexpr PolicyOperations plain_operations{
-    PlainPolicyOperations<Policy>::initialize, PlainPolicyOperations<Policy>::copy,
-    PlainPolicyOperations<Policy>::finalize,   PlainPolicyOperations<Policy>::equal,
-    PlainPolicyOperations<Policy>::fault,      PlainPolicyOperations<Policy>::to_engine,
-    PlainPolicyOperations<Policy>::from_engine};
+template <typename Record>
+constexpr Policy policy_of{policy_tables::rows_of<Record>.change,
+                           policy_tables::rows_of<Record>.members,
+                           policy_tables::rows_of<Record>.contradiction};
 
-template <auto Member>
-void* locate(void* record) {
-    return &(static_cast<typename MemberOf<Member>::Record*>(record)->*Member);
+/// A row that still knows its member.
+template <auto Pointer>
+struct TypedRow {
+    static constexpr auto pointer = Pointer;
+    PolicyRow row;
+};
+
+template <auto Pointer>
+constexpr TypedRow<Pointer> row(const char* name) {
+    using Record = ValueOfMember<Pointer>;
+    static_assert(
+        std::is_same_v<typename decltype(policy_tables::rows_of<Record>)::Record, Record>);
+    return {{name, &policy_of<Record>, locate_member<Pointer>}};
 }
 
-/// Rows of all records can be written alike, because members of the same name have the same type.
-template <auto Member>
-constexpr PolicyRow row(const char* name, Change change, const PolicyOperations& operations) {
-    return {name, change, &operations, locate<Member>};
-}
-
-template <auto Member>
-constexpr PolicyRow row(const char* name, Change change) {
-    return {name, change, &plain_operations<typename MemberOf<Member>::Type>, locate<Member>};
-}
-
-using enum Change;
+/// The rows of a record. A policy without its row does not compile.
+template <typename First, typename... Others>
+struct RecordRows {
+    constexpr explicit RecordRows(First first, Others... others) : rows{first.row, others.row...} {
+        static_assert(
+            covers_record<RecordOfMember<First::pointer>, First::pointer, Others::pointer...>);
+    }
+    std::array<PolicyRow, 1 + sizeof...(Others)> rows;
+};
 
 using FactoryQos = DDS_DomainParticipantFactoryQos;
-constexpr PolicyRow factory_rows[] = {
-    row<&FactoryQos::entity_factory>("entity_factory", always, entity_factory_operations),
+constexpr RecordRows factory_rows{
+    row<&FactoryQos::entity_factory>("entity_factory"),
 };
 
 using ParticipantQos = DDS_DomainParticipantQos;
-constexpr PolicyRow participant_rows[] = {
-    row<&ParticipantQos::user_data>("user_data", always, user_data_operations),
-    row<&ParticipantQos::entity_factory>("entity_factory", always, entity_factory_operations),
-    row<&ParticipantQos::wire_protocol>("wire_protocol", never, wire_protocol_operations),
-    row<&ParticipantQos::participant_name>("participant_name", until_enabled,
-                                           entity_name_operations),
-    row<&ParticipantQos::property>("property", until_enabled, property_operations),
+constexpr RecordRows participant_rows{
+    row<&ParticipantQos::user_data>("user_data"),
+    row<&ParticipantQos::entity_factory>("entity_factory"),
+    row<&ParticipantQos::wire_protocol>("wire_protocol"),
+    row<&ParticipantQos::participant_name>("participant_name"),
+    row<&ParticipantQos::property>("property"),
 };
 
 using TopicQos = DDS_TopicQos;
-constexpr PolicyRow topic_rows[] = {
-    row<&TopicQos::topic_data>("topic_data", always, topic_data_operations),
-    row<&TopicQos::durability>("durability", until_enabled),
-    row<&TopicQos::durability_service>("durability_service", until_enabled),
-    row<&TopicQos::deadline>("deadline", always),
-    row<&TopicQos::latency_budget>("latency_budget", always),
-    row<&TopicQos::liveliness>("liveliness", until_enabled),
-    row<&TopicQos::reliability>("reliability", until_enabled),
-    row<&TopicQos::destination_order>("destination_order", until_enabled),
-    row<&TopicQos::history>("history", until_enabled),
-    row<&TopicQos::resource_limits>("resource_limits", until_enabled),
-    row<&TopicQos::transport_priority>("transport_priority", always),
-    row<&TopicQos::lifespan>("lifespan", always),
-    row<&TopicQos::ownership>("ownership", until_enabled),
+constexpr RecordRows topic_rows{
+    row<&TopicQos::topic_data>("topic_data"),
+    row<&TopicQos::durability>("durability"),
+    row<&TopicQos::durability_service>("durability_service"),
+    row<&TopicQos::deadline>("deadline"),
+    row<&TopicQos::latency_budget>("latency_budget"),
+    row<&TopicQos::liveliness>("liveliness"),
+    row<&TopicQos::reliability>("reliability"),
+    row<&TopicQos::destination_order>("destination_order"),
+    row<&TopicQos::history>("history"),
+    row<&TopicQos::resource_limits>("resource_limits"),
+    row<&TopicQos::transport_priority>("transport_priority"),
+    row<&TopicQos::lifespan>("lifespan"),
+    row<&TopicQos::ownership>("ownership"),
 };
 
 using PublisherQos = DDS_PublisherQos;
-constexpr PolicyRow publisher_rows[] = {
-    row<&PublisherQos::presentation>("presentation", until_enabled),
-    row<&PublisherQos::partition>("partition", always, partition_operations),
-    row<&PublisherQos::group_data>("group_data", always, group_data_operations),
-    row<&PublisherQos::entity_factory>("entity_factory", always, entity_factory_operations),
+constexpr RecordRows publisher_rows{
+    row<&PublisherQos::presentation>("presentation"),
+    row<&PublisherQos::partition>("partition"),
+    row<&PublisherQos::group_data>("group_data"),
+    row<&PublisherQos::entity_factory>("entity_factory"),
 };
 
 using SubscriberQos = DDS_SubscriberQos;
-constexpr PolicyRow subscriber_rows[] = {
-    row<&SubscriberQos::presentation>("presentation", until_enabled),
-    row<&SubscriberQos::partition>("partition", always, partition_operations),
-    row<&SubscriberQos::group_data>("group_data", always, group_data_operations),
-    row<&SubscriberQos::entity_factory>("entity_factory", always, entity_factory_operations),
+constexpr RecordRows subscriber_rows{
+    row<&SubscriberQos::presentation>("presentation"),
+    row<&SubscriberQos::partition>("partition"),
+    row<&SubscriberQos::group_data>("group_data"),
+    row<&SubscriberQos::entity_factory>("entity_factory"),
 };
 
 using WriterQos = DDS_DataWriterQos;
-constexpr PolicyRow writer_rows[] = {
-    row<&WriterQos::durability>("durability", until_enabled),
-    row<&WriterQos::durability_service>("durability_service", until_enabled),
-    row<&WriterQos::deadline>("deadline", always),
-    row<&WriterQos::latency_budget>("latency_budget", always),
-    row<&WriterQos::liveliness>("liveliness", until_enabled),
-    row<&WriterQos::reliability>("reliability", until_enabled),
-    row<&WriterQos::destination_order>("destination_order", until_enabled),
-    row<&WriterQos::history>("history", until_enabled),
-    row<&WriterQos::resource_limits>("resource_limits", until_enabled),
-    row<&WriterQos::transport_priority>("transport_priority", always),
-    row<&WriterQos::lifespan>("lifespan", always),
-    row<&WriterQos::user_data>("user_data", always, user_data_operations),
-    row<&WriterQos::ownership>("ownership", until_enabled),
-    row<&WriterQos::ownership_strength>("ownership_strength", always),
-    row<&WriterQos::writer_data_lifecycle>("writer_data_lifecycle", always),
-    row<&WriterQos::batch>("batch", until_enabled),
+constexpr RecordRows writer_rows{
+    row<&WriterQos::durability>("durability"),
+    row<&WriterQos::durability_service>("durability_service"),
+    row<&WriterQos::deadline>("deadline"),
+    row<&WriterQos::latency_budget>("latency_budget"),
+    row<&WriterQos::liveliness>("liveliness"),
+    row<&WriterQos::reliability>("reliability"),
+    row<&WriterQos::destination_order>("destination_order"),
+    row<&WriterQos::history>("history"),
+    row<&WriterQos::resource_limits>("resource_limits"),
+    row<&WriterQos::transport_priority>("transport_priority"),
+    row<&WriterQos::lifespan>("lifespan"),
+    row<&WriterQos::user_data>("user_data"),
+    row<&WriterQos::ownership>("ownership"),
+    row<&WriterQos::ownership_strength>("ownership_strength"),
+    row<&WriterQos::writer_data_lifecycle>("writer_data_lifecycle"),
+    row<&WriterQos::batch>("batch"),
 };
 
 using ReaderQos = DDS_DataReaderQos;
-constexpr PolicyRow reader_rows[] = {
-    row<&ReaderQos::durability>("durability", until_enabled),
-    row<&ReaderQos::deadline>("deadline", always),
-    row<&ReaderQos::latency_budget>("latency_budget", always),
-    row<&ReaderQos::liveliness>("liveliness", until_enabled),
-    row<&ReaderQos::reliability>("reliability", until_enabled),
-    row<&ReaderQos::destination_order>("destination_order", until_enabled),
-    row<&ReaderQos::history>("history", until_enabled),
-    row<&ReaderQos::resource_limits>("resource_limits", until_enabled),
-    row<&ReaderQos::user_data>("user_data", always, user_data_operations),
-    row<&ReaderQos::ownership>("ownership", until_enabled),
-    row<&ReaderQos::time_based_filter>("time_based_filter", always),
-    row<&ReaderQos::reader_data_lifecycle>("reader_data_lifecycle", always),
+constexpr RecordRows reader_rows{
+    row<&ReaderQos::durability>("durability"),
+    row<&ReaderQos::deadline>("deadline"),
+    row<&ReaderQos::latency_budget>("latency_budget"),
+    row<&ReaderQos::liveliness>("liveliness"),
+    row<&ReaderQos::reliability>("reliability"),
+    row<&ReaderQos::destination_order>("destination_order"),
+    row<&ReaderQos::history>("history"),
+    row<&ReaderQos::resource_limits>("resource_limits"),
+    row<&ReaderQos::user_data>("user_data"),
+    row<&ReaderQos::ownership>("ownership"),
+    row<&ReaderQos::time_based_filter>("time_based_filter"),
+    row<&ReaderQos::reader_data_lifecycle>("reader_data_lifecycle"),
 };
 
-const char* no_contradiction(const void*) {
-    return nullptr;
-}
-
 template <typename Record>
-const char* history_contradiction(const void* record) {
+QosFault history_contradiction(const void* record) {
     const auto& qos = *static_cast<const Record*>(record);
-    return fits(qos.history, qos.resource_limits)
-               ? nullptr
-               : "history.depth above resource_limits.max_samples_per_instance";
+    const bool fit = policy_tables::fits(qos.history.kind, qos.history.depth,
+                                         qos.resource_limits.max_samples_per_instance);
+    return {fit ? nullptr : "history.depth above resource_limits.max_samples_per_instance"};
 }
 
-const char* reader_contradiction(const void* record) {
+QosFault reader_contradiction(const void* record) {
     const auto& qos = *static_cast<const ReaderQos*>(record);
     if (to_nanoseconds(qos.deadline.period) <
         to_nanoseconds(qos.time_based_filter.minimum_separation)) {
-        return "deadline.period below time_based_filter.minimum_separation";
+        return {"deadline.period below time_based_filter.minimum_separation"};
     }
     return history_contradiction<ReaderQos>(record);
 }
@@ -143,20 +141,14 @@ void make_reliable(void* record) {
     static_cast<WriterQos*>(record)->reliability.kind = DDS_RELIABLE_RELIABILITY_QOS;
 }
 
-constexpr PolicyTable factory_table{"DDS_DomainParticipantFactoryQos", factory_rows, keep_defaults,
-                                    no_contradiction};
-constexpr PolicyTable participant_table{"DDS_DomainParticipantQos", participant_rows, keep_defaults,
-                                        no_contradiction};
-constexpr PolicyTable topic_table{"DDS_TopicQos", topic_rows, keep_defaults,
-                                  history_contradiction<TopicQos>};
-constexpr PolicyTable publisher_table{"DDS_PublisherQos", publisher_rows, keep_defaults,
-                                      no_contradiction};
-constexpr PolicyTable subscriber_table{"DDS_SubscriberQos", subscriber_rows, keep_defaults,
-                                       no_contradiction};
-constexpr PolicyTable writer_table{"DDS_DataWriterQos", writer_rows, make_reliable,
+constexpr PolicyTable factory_table{factory_rows.rows, keep_defaults, no_contradiction};
+constexpr PolicyTable participant_table{participant_rows.rows, keep_defaults, no_contradiction};
+constexpr PolicyTable topic_table{topic_rows.rows, keep_defaults, history_contradiction<TopicQos>};
+constexpr PolicyTable publisher_table{publisher_rows.rows, keep_defaults, no_contradiction};
+constexpr PolicyTable subscriber_table{subscriber_rows.rows, keep_defaults, no_contradiction};
+constexpr PolicyTable writer_table{writer_rows.rows, make_reliable,
                                    history_contradiction<WriterQos>};
-constexpr PolicyTable reader_table{"DDS_DataReaderQos", reader_rows, keep_defaults,
-                                   reader_contradiction};
+constexpr PolicyTable reader_table{reader_rows.rows, keep_defaults, reader_contradiction};
 
 }  // namespace
 

@@ -7,46 +7,46 @@ namespace pexa::dds {
 namespace {
 
 template <typename Record>
-DDS_ReturnCode_t initialize(const char* operation, Record* self) {
+Status initialize(const char* operation, Record* self) {
     if (self == nullptr) {
         return Operation(operation).bad_parameter("self");
     }
     qos_record::initialize(policies_of<Record>(), self);
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
 template <typename Record>
-DDS_ReturnCode_t copy(const char* operation, Record* self, const Record* from) {
+Status copy(const char* operation, Record* self, const Record* from) {
     if (self == nullptr) {
         return Operation(operation).bad_parameter("self");
     }
     if (from == nullptr) {
         return Operation(operation).bad_parameter("from");
     }
-    return self == from ? DDS_RETCODE_OK : qos_record::copy(policies_of<Record>(), self, from);
+    return self == from ? Status::ok : qos_record::copy(policies_of<Record>(), self, from);
 }
 
 template <typename Record>
-DDS_ReturnCode_t finalize(const char* operation, Record* self) {
+Status finalize(const char* operation, Record* self) {
     if (self == nullptr) {
         return Operation(operation).bad_parameter("self");
     }
     qos_record::finalize(policies_of<Record>(), self);
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
 }  // namespace
 }  // namespace pexa::dds
 
-#define PEXA_DEFINE_QOS_OPERATIONS(Qos)                         \
-    DDS_ReturnCode_t Qos##_initialize(Qos* self) {              \
-        return pexa::dds::initialize(#Qos "_initialize", self); \
-    }                                                           \
-    DDS_ReturnCode_t Qos##_copy(Qos* self, const Qos* from) {   \
-        return pexa::dds::copy(#Qos "_copy", self, from);       \
-    }                                                           \
-    DDS_ReturnCode_t Qos##_finalize(Qos* self) {                \
-        return pexa::dds::finalize(#Qos "_finalize", self);     \
+#define PEXA_DEFINE_QOS_OPERATIONS(Qos)                                              \
+    DDS_ReturnCode_t Qos##_initialize(Qos* self) {                                   \
+        return pexa::dds::exported(pexa::dds::initialize(#Qos "_initialize", self)); \
+    }                                                                                \
+    DDS_ReturnCode_t Qos##_copy(Qos* self, const Qos* from) {                        \
+        return pexa::dds::exported(pexa::dds::copy(#Qos "_copy", self, from));       \
+    }                                                                                \
+    DDS_ReturnCode_t Qos##_finalize(Qos* self) {                                     \
+        return pexa::dds::exported(pexa::dds::finalize(#Qos "_finalize", self));     \
     }
 
 extern "C" {

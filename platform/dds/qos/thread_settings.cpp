@@ -5,7 +5,7 @@
 
 #include "pexa/osapi.h"
 #include "platform/dds/interface/standard_sequences.hpp"
-#include "platform/dds/qos/plain_policies.hpp"
+#include "platform/internal/number_of.hpp"
 
 static_assert(DDS_THREAD_SETTINGS_KIND_MASK_DEFAULT == QEL_OSAPI_THREAD_OPTION_DEFAULT &&
               DDS_THREAD_SETTINGS_FLOATING_POINT == QEL_OSAPI_THREAD_OPTION_FLOATING_POINT &&
@@ -31,14 +31,14 @@ DDS_Boolean copy(DDS_ThreadSettings_t* self, const DDS_ThreadSettings_t* source)
     if (self == nullptr || source == nullptr) {
         return DDS_BOOLEAN_FALSE;
     }
-    // The list first, for it alone can fail.
+    // The list comes first, because only its copy can fail.
     if (self != source && DDS_LongSeq_copy(&self->cpu_list, &source->cpu_list) == nullptr) {
         return DDS_BOOLEAN_FALSE;
     }
     self->mask = source->mask;
     self->priority = source->priority;
     self->stack_size = source->stack_size;
-    // A caller may have stored any number, which is no value of the enumeration then.
+    // Not an assignment: a caller may have stored a number that is no value of the enumeration.
     std::memcpy(&self->cpu_rotation, &source->cpu_rotation, sizeof self->cpu_rotation);
     return DDS_BOOLEAN_TRUE;
 }

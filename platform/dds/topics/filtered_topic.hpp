@@ -2,7 +2,6 @@
 /// @brief Topics that let a part of the samples through.
 #pragma once
 
-#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -22,23 +21,22 @@ public:
     /// Compiles the expression with new parameters and lets it decide from now on.
     /// @param parameters NULL for none
     /// @return BAD_PARAMETER after a report, the old filter staying
-    [[nodiscard]] DDS_ReturnCode_t set_parameters(const Operation& operation,
-                                                  const DDS_StringSeq* parameters);
-    [[nodiscard]] DDS_ReturnCode_t get_parameters(DDS_StringSeq& parameters) const;
-    [[nodiscard]] const char* expression() const { return expression_.c_str(); }
-    [[nodiscard]] Topic* related_topic() const { return &related_; }
-    [[nodiscard]] TopicDescription* as_description() { return this; }
-    [[nodiscard]] const char* topic_name() const override { return related_.name(); }
+    Status set_parameters(const Operation& operation, const DDS_StringSeq* parameters);
+    Status get_parameters(DDS_StringSeq& parameters) const;
+    const char* expression() const { return expression_.c_str(); }
+    Topic* related_topic() const { return &related_; }
+    TopicDescription* as_description() { return this; }
+    const char* topic_name() const override { return related_.name(); }
 
-    [[nodiscard]] engine::EntityId engine_topic(const Operation& operation) override;
+    Result<engine::EntityId> engine_topic(const Operation& operation) override;
 
-    [[nodiscard]] DDS_ReturnCode_t close(const Operation& operation);
+    Status close(const Operation& operation);
 
 private:
     Topic& related_;
-    TopicUse use_{related_};
+    HeldTopic held_topic_{related_};
     std::string expression_;
-    /// Guards what follows, and the engine's topic while it is made and changed.
+    /// Guards the members below, and the engine's topic while it is made and changed.
     mutable std::mutex mutex_;
     std::vector<std::string> parameters_;
     engine::ContentFilter filter_;

@@ -1,5 +1,5 @@
 /// @file topic.hpp
-/// @brief Topics and what readers can be made on.
+/// @brief Topics, and topic descriptions, which readers are made on.
 #pragma once
 
 #include <atomic>
@@ -7,7 +7,6 @@
 #include <string>
 
 #include "platform/dds/entity/qos_entity.hpp"
-#include "platform/dds/listeners/listener_dispatch.hpp"
 #include "platform/dds/payload/type_adapter.hpp"
 
 namespace pexa::dds {
@@ -21,27 +20,30 @@ public:
     TopicDescription& operator=(const TopicDescription&) = delete;
     virtual ~TopicDescription() = default;
 
-    [[nodiscard]] const char* name() const { return name_.c_str(); }
-    [[nodiscard]] const char* type_name() const { return type_->name(); }
-    [[nodiscard]] const std::shared_ptr<const TypeAdapter>& type() const { return type_; }
-    [[nodiscard]] Participant* participant() const { return &participant_; }
+    const char* name() const { return name_.c_str(); }
+    const char* type_name() const { return type_->name(); }
+    const std::shared_ptr<const TypeAdapter>& type() const { return type_; }
+    Participant* participant() const { return &participant_; }
 
-    /// @return the engine's topic, no_entity while the topic is disabled or when it fails.
-    [[nodiscard]] virtual engine::EntityId engine_topic(const Operation& operation) = 0;
+    /// @return the engine's topic; PRECONDITION_NOT_MET while the topic is disabled, or after a
+    /// report the engine's failure.
+    virtual Result<engine::EntityId> engine_topic(const Operation& operation) = 0;
     /// @return the name of the topic that the samples come from.
-    [[nodiscard]] virtual const char* topic_name() const { return name(); }
+    virtual const char* topic_name() const { return name(); }
     /// @return this, if it is a topic.
-    [[nodiscard]] virtual Topic* as_topic() { return nullptr; }
+    virtual Topic* as_topic() { return nullptr; }
 
-    [[nodiscard]] bool in_use() const { return users_.load() != 0; }
+    bool in_use() const { return users_.load() != 0; }
 
 protected:
     TopicDescription(Participant& participant, const char* name,
                      std::shared_ptr<const TypeAdapter> type)
         : participant_(participant), name_(name), type_(std::move(type)) {}
 
+    static Result<engine::EntityId> result_of(engine::EntityId id);
+
 private:
-    friend class TopicUse;
+    friend class HeldTopic;
 
     Participant& participant_;
     std::string name_;
@@ -50,14 +52,14 @@ private:
 };
 
 /// Keeps a topic from being deleted while it is used.
-class TopicUse {
+class HeldTopic {
 public:
-    explicit TopicUse(TopicDescription& topic) : topic_(&topic) { ++topic.users_; }
-    TopicUse(const TopicUse&) = delete;
-    TopicUse& operator=(const TopicUse&) = delete;
-    ~TopicUse() { end(); }
+    explicit HeldTopic(TopicDescription& topic) : topic_(&topic) { ++topic.users_; }
+    HeldTopic(const HeldTopic&) = delete;
+    HeldTopic& operator=(const HeldTopic&) = delete;
+    ~HeldTopic() { release(); }
 
-    void end() {
+    void release() {
         if (topic_ != nullptr) {
             --topic_->users_;
             topic_ = nullptr;
@@ -68,33 +70,43 @@ private:
     TopicDescription* topic_;
 };
 
+/// From a status change of a topic in the engine to the application's listener.
+class TopicDispatch final : public engine::Listener {
+public:
+    explicit TopicDispatch(Topic& topic) : topic_(topic) {}
+
+    void on_status(engine::EntityId id, engine::StatusMask kind,
+                   const engine::CommunicationStatus& status) override;
+
+private:
+    Topic& topic_;
+};
+
 class Topic final : public QosEntity<DDS_TopicQos>, public TopicDescription {
 public:
     using Handle = DDS_Topic;
 
-    Topic(Participant& participant, const char* name, std::shared_ptr<const TypeAdapter> type);
+    /// @param parent the participant as an entity
+    /// @param defaults the participant's, for its topics
+    Topic(Participant& participant, const Entity& parent, const DefaultQos<DDS_TopicQos>& defaults,
+          const char* name, std::shared_ptr<const TypeAdapter> type);
 
-    [[nodiscard]] Entity* as_entity() { return this; }
-    [[nodiscard]] TopicDescription* as_description() { return this; }
-    [[nodiscard]] Topic* as_topic() override { return this; }
-    [[nodiscard]] const char* topic_name() const override { return name(); }
-    [[nodiscard]] engine::EntityId engine_topic(const Operation& operation) override;
-    [[nodiscard]] engine::StatusMask statuses() const override {
-        return engine::inconsistent_topic_status;
-    }
-    [[nodiscard]] DDS_ReturnCode_t get_inconsistent_topic_status(
-        DDS_InconsistentTopicStatus& status) const;
+    Entity* as_entity() { return this; }
+    TopicDescription* as_description() { return this; }
+    Topic* as_topic() override { return this; }
+    const char* topic_name() const override { return name(); }
+    Result<engine::EntityId> engine_topic(const Operation& operation) override;
+    engine::StatusMask statuses() const override { return engine::inconsistent_topic_status; }
+    Status get_inconsistent_topic_status(DDS_InconsistentTopicStatus& status) const;
     /// A topic matches no peers.
-    [[nodiscard]] static DDS_InstanceHandle_t peer_handle(engine::LocalHandle /*peer*/) {
-        return DDS_HANDLE_NIL;
-    }
+    static DDS_InstanceHandle_t peer_handle(engine::LocalHandle /*peer*/) { return DDS_HANDLE_NIL; }
 
     /// Makes another topic of the engine with the policies of this one.
-    [[nodiscard]] engine::Created create_filtered(const engine::ContentFilter& filter) const;
+    engine::Created create_filtered(const engine::ContentFilter& filter) const;
 
 private:
-    [[nodiscard]] engine::Created create_in_engine(const Operation& operation) override;
-    [[nodiscard]] engine::Listener* dispatch() override { return &dispatch_; }
+    engine::Created create_in_engine(const Operation& operation) override;
+    engine::Listener* dispatch() override { return &dispatch_; }
 
     TopicDispatch dispatch_{*this};
 };

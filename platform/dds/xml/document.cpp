@@ -42,12 +42,11 @@ public:
     }
 
 private:
-    [[nodiscard]] DDS_Long line() const {
-        return static_cast<DDS_Long>(XML_GetCurrentLineNumber(parser_));
-    }
+    DDS_Long line() const { return static_cast<DDS_Long>(XML_GetCurrentLineNumber(parser_)); }
 
     void stop() { XML_StopParser(parser_, XML_FALSE); }
 
+    /// Ends the reading. The first fault counts.
     void refuse(const char* message) {
         if (!fault_) {
             fault_ = DocumentFault{line(), message};
@@ -58,7 +57,7 @@ private:
     template <typename Work>
     static void guarded(void* self, Work work) {
         auto& reader = *static_cast<Reader*>(self);
-        // Expat may still call for what it had read when it was stopped.
+        // Expat may still call for text that it had read before it was stopped.
         if (reader.fault_ || reader.exception_ != nullptr) {
             return;
         }
@@ -72,8 +71,8 @@ private:
 
     static void on_start(void* self, const XML_Char* name, const XML_Char** attributes) {
         guarded(self, [&](Reader& reader) {
-            if (const char* exceeded = reader.exceeded_by(name, attributes)) {
-                reader.refuse(exceeded);
+            reader.count_element(name, attributes);
+            if (reader.fault_) {
                 return;
             }
             reader.texts_.emplace_back();
@@ -106,24 +105,26 @@ private:
         });
     }
 
-    /// Counts an element. @return which limit it exceeds, or NULL.
-    const char* exceeded_by(std::string_view name, const XML_Char** attributes) {
+    /// Counts an element, and refuses one that exceeds a limit.
+    void count_element(std::string_view name, const XML_Char** attributes) {
         if (texts_.size() == DDS_XML_MAX_DEPTH) {
-            return "the elements are nested too deeply";
+            return refuse("the elements are nested too deeply");
         }
         if (++element_count_ > DDS_XML_MAX_ELEMENTS) {
-            return "the document has too many elements";
+            return refuse("the document has too many elements");
         }
         if (name.size() > DDS_XML_MAX_TEXT_LENGTH) {
-            return "the element's name is too long";
+            return refuse("the element's name is too long");
         }
         std::size_t count = 0;
         for (; attributes[count] != nullptr; ++count) {
             if (std::string_view(attributes[count]).size() > DDS_XML_MAX_TEXT_LENGTH) {
-                return "an attribute is too long";
+                return refuse("an attribute is too long");
             }
         }
-        return count / 2 > DDS_XML_MAX_ATTRIBUTES ? "the element has too many attributes" : nullptr;
+        if (count / 2 > DDS_XML_MAX_ATTRIBUTES) {
+            refuse("the element has too many attributes");
+        }
     }
 
     XML_Parser parser_;

@@ -10,8 +10,8 @@
 
 namespace pexa::dds::xml {
 
-/// Gets the elements of a document in their order. What it throws ends the reading and comes out of
-/// read_document().
+/// Gets the elements of a document in their order. An exception of a handler ends the reading, and
+/// read_document() throws it.
 class DocumentHandler {
 public:
     DocumentHandler() = default;
@@ -25,14 +25,13 @@ public:
     virtual void on_end(const char* name, const std::string& text, DDS_Long line) = 0;
 };
 
-/// Why a document is none.
+/// The reason why a document cannot be read.
 struct DocumentFault {
     DDS_Long line;
     std::string message;
 };
 
 /// @return nothing when the whole document was read.
-[[nodiscard]] std::optional<DocumentFault> read_document(std::string_view text,
-                                                         DocumentHandler& handler);
+std::optional<DocumentFault> read_document(std::string_view text, DocumentHandler& handler);
 
 }  // namespace pexa::dds::xml

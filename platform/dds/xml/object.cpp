@@ -13,7 +13,7 @@ PlainObject::PlainObject(DDS_XMLObject* parent_object, const char* tag_name,
         attributes.emplace_back(names_and_values[0], names_and_values[1]);
     }
     // Last, for an object whose constructor throws is not destroyed.
-    if (initialize(this, nullptr, parent_object, tag_name) == DDS_BOOLEAN_FALSE) {
+    if (initialize(this, nullptr, parent_object, tag_name) != Status::ok) {
         throw std::bad_alloc();
     }
 }
@@ -57,19 +57,19 @@ void TreeDelete::operator()(DDS_XMLObject* root) const {
     }
 }
 
-DDS_Boolean initialize(DDS_XMLObject* self, DDS_XMLExtensionClass* extension_class,
-                       DDS_XMLObject* parent, const char* tag_name) {
+Status initialize(DDS_XMLObject* self, DDS_XMLExtensionClass* extension_class,
+                  DDS_XMLObject* parent, const char* tag_name) {
     if (self == nullptr) {
-        return DDS_BOOLEAN_FALSE;
+        return Status::bad_parameter;
     }
     *self = {};
     self->tagName = DDS_String_dup(tag_name);
     if (self->tagName == nullptr) {
-        return DDS_BOOLEAN_FALSE;
+        return Status::out_of_resources;
     }
     self->extensionClass = extension_class;
     self->parent = parent;
-    return DDS_BOOLEAN_TRUE;
+    return Status::ok;
 }
 
 void finalize(DDS_XMLObject* self) {
@@ -80,3 +80,33 @@ void finalize(DDS_XMLObject* self) {
 }
 
 }  // namespace pexa::dds::xml
+
+namespace xml = pexa::dds::xml;
+
+DDS_Boolean DDS_XMLObject_initialize(DDS_XMLObject* self, DDS_XMLExtensionClass* extensionClass,
+                                     DDS_XMLObject* parent, const char* tagName,
+                                     DDS_Long /*reserved*/) {
+    return xml::initialize(self, extensionClass, parent, tagName) == pexa::Status::ok
+               ? DDS_BOOLEAN_TRUE
+               : DDS_BOOLEAN_FALSE;
+}
+
+void DDS_XMLObject_finalize(DDS_XMLObject* self) {
+    xml::finalize(self);
+}
+
+const char* DDS_XMLObject_get_tag_name(const DDS_XMLObject* self) {
+    return self != nullptr ? self->tagName : nullptr;
+}
+
+DDS_XMLObject* DDS_XMLObject_get_first_child(const DDS_XMLObject* self) {
+    return self != nullptr ? self->firstChild : nullptr;
+}
+
+DDS_XMLObject* DDS_XMLObject_get_next_sibling(const DDS_XMLObject* self) {
+    return self != nullptr ? self->nextSibling : nullptr;
+}
+
+DDS_XMLObject* DDS_XMLObject_get_parent(const DDS_XMLObject* self) {
+    return self != nullptr ? self->parent : nullptr;
+}

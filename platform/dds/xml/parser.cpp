@@ -1,54 +1,17 @@
 #include "platform/dds/xml/parser.hpp"
 
-#include <cstdio>
-#include <memory>
+#include <new>
 #include <utility>
 
 #include "pexa/log.h"
 #include "pexa/string.h"
 #include "platform/dds/xml/document.hpp"
+#include "platform/dds/xml/file.hpp"
 #include "platform/dds/xml/saving.hpp"
 #include "platform/dds/xml/tree_builder.hpp"
 
 namespace pexa::dds::xml {
 namespace {
-
-struct FileClose {
-    void operator()(std::FILE* file) const { static_cast<void>(std::fclose(file)); }
-};
-using FilePtr = std::unique_ptr<std::FILE, FileClose>;
-
-/// @return whether the file could be read; of one that is too long for a document only so much
-/// that it still is.
-bool read(const std::string& file_name, std::string& content) {
-    const FilePtr file(std::fopen(file_name.c_str(), "rbe"));
-    if (file == nullptr) {
-        return false;
-    }
-    char block[16384];
-    std::size_t count = 0;
-    while (content.size() <= DDS_XML_MAX_DOCUMENT_SIZE &&
-           (count = std::fread(block, 1, sizeof block, file.get())) > 0) {
-        content.append(block, count);
-    }
-    return std::ferror(file.get()) == 0;
-}
-
-/// Replaces a file as a whole, so that a failure leaves the old one.
-bool replace(const std::string& file_name, const std::string& content) {
-    const std::string draft = file_name + ".new";
-    const auto write = [&] {
-        FilePtr file(std::fopen(draft.c_str(), "wbe"));
-        return file != nullptr &&
-               std::fwrite(content.data(), 1, content.size(), file.get()) == content.size() &&
-               std::fclose(file.release()) == 0;
-    };
-    if (write() && std::rename(draft.c_str(), file_name.c_str()) == 0) {
-        return true;
-    }
-    static_cast<void>(std::remove(draft.c_str()));
-    return false;
-}
 
 void report(QELLogLevel level, const char* context, const std::string& line) {
     QELLog_printContextAndMsg(QEL_LOG_MODULE_DDS, DDS_SUBMODULE_MASK_QOS, level, context,
@@ -84,8 +47,7 @@ DDS_XMLExtensionClass* Parser::find_class(std::string_view tag_name) const {
     return nullptr;
 }
 
-DDS_ReturnCode_t Parser::register_class(const Operation& operation,
-                                        DDS_XMLExtensionClass& extension_class) {
+Status Parser::register_class(const Operation& operation, DDS_XMLExtensionClass& extension_class) {
     if (used_) {
         return operation.precondition_not_met("no document has been parsed");
     }
@@ -93,15 +55,15 @@ DDS_ReturnCode_t Parser::register_class(const Operation& operation,
         return operation.precondition_not_met("no class of this tag name is registered");
     }
     classes_.push_back(&extension_class);
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
-DDS_ReturnCode_t Parser::result_of_parse(const Operation& operation) const {
+Status Parser::result_of_parse(const Operation& operation) const {
     report_faults(operation);
-    return root_ != nullptr || fault_count_ == 0 ? DDS_RETCODE_OK : DDS_RETCODE_ERROR;
+    return root_ != nullptr || fault_count_ == 0 ? Status::ok : Status::error;
 }
 
-DDS_ReturnCode_t Parser::parse_file(const Operation& operation, const char* file_name) {
+Status Parser::parse_file(const Operation& operation, const char* file_name) {
     if (used_) {
         return operation.precondition_not_met("no document has been parsed");
     }
@@ -109,8 +71,8 @@ DDS_ReturnCode_t Parser::parse_file(const Operation& operation, const char* file
     return result_of_parse(operation);
 }
 
-DDS_ReturnCode_t Parser::parse_string(const Operation& operation, const char* name,
-                                      const char* text, std::size_t length) {
+Status Parser::parse_string(const Operation& operation, const char* name, const char* text,
+                            std::size_t length) {
     if (used_) {
         return operation.precondition_not_met("no document has been parsed");
     }
@@ -119,14 +81,13 @@ DDS_ReturnCode_t Parser::parse_string(const Operation& operation, const char* na
 }
 
 void Parser::read_file(const std::string& file_name) {
-    std::string content;
-    if (!read(file_name, content)) {
-        used_ = true;
-        file_name_ = file_name;
-        add_fault(0, "", "the file cannot be read");
+    if (const auto content = xml::read_file(file_name)) {
+        read_text(file_name, *content);
         return;
     }
-    read_text(file_name, content);
+    used_ = true;
+    file_name_ = file_name;
+    add_fault(0, "", "the file cannot be read");
 }
 
 void Parser::read_text(const std::string& name, std::string_view text) {
@@ -140,13 +101,13 @@ void Parser::read_text(const std::string& name, std::string_view text) {
     }
 }
 
-DDS_ReturnCode_t Parser::get_fault(DDS_Long index, DDS_XMLError& error) const {
+Status Parser::get_fault(DDS_Long index, DDS_XMLError& error) const {
     if (index < 0 || static_cast<std::size_t>(index) >= faults_.size()) {
-        return DDS_RETCODE_NO_DATA;
+        return Status::no_data;
     }
     const Fault& fault = faults_[static_cast<std::size_t>(index)];
     error = {file_name_.c_str(), fault.line, fault.tag_name.c_str(), fault.message.c_str()};
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
 void Parser::add_fault(DDS_Long line, std::string_view tag_name, std::string_view message) {
@@ -168,7 +129,7 @@ void Parser::report_faults(const Operation& operation) const {
     }
 }
 
-bool Parser::save(std::string& text) const {
+std::optional<std::string> Parser::saved() const {
     // Called through the classes' save functions, which no exception may pass.
     const auto append = [](void* data, const char* part, std::size_t length) noexcept {
         try {
@@ -178,35 +139,34 @@ bool Parser::save(std::string& text) const {
         }
         return DDS_BOOLEAN_TRUE;
     };
+    std::string text;
     QELXMLSaveContext context{0, 0, append, &text};
     save_tree(*root_, context);
-    return context.error == 0;
+    return context.error == 0 ? std::optional(std::move(text)) : std::nullopt;
 }
 
-DDS_ReturnCode_t Parser::save_file(const Operation& operation, const char* file_name) const {
+Status Parser::save_file(const Operation& operation, const char* file_name) const {
     if (root_ == nullptr) {
         return operation.precondition_not_met("a document has been parsed");
     }
-    std::string text;
-    if (!save(text) || !replace(file_name, text)) {
-        return operation.failed("saving the tree", DDS_RETCODE_ERROR);
+    const auto text = saved();
+    if (!text || replace_file(file_name, *text) != Status::ok) {
+        return operation.failed("saving the tree", Status::error);
     }
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
-char* Parser::save_string(const Operation& operation) const {
-    std::string text;
+Result<char*> Parser::save_string(const Operation& operation) const {
     if (root_ == nullptr) {
-        static_cast<void>(operation.precondition_not_met("a document has been parsed"));
-        return nullptr;
+        return operation.precondition_not_met("a document has been parsed");
     }
-    if (!save(text)) {
-        static_cast<void>(operation.failed("saving the tree", DDS_RETCODE_ERROR));
-        return nullptr;
+    const auto text = saved();
+    if (!text) {
+        return operation.failed("saving the tree", Status::error);
     }
-    char* copy = DDS_String_dup(text.c_str());
+    char* copy = DDS_String_dup(text->c_str());
     if (copy == nullptr) {
-        static_cast<void>(operation.out_of_memory());
+        return operation.out_of_memory();
     }
     return copy;
 }
@@ -221,8 +181,63 @@ void add_current_fault(const char* context, const char* message, DDS_Long line) 
                    "line " + std::to_string(line) + ": " + message);
         }
     } catch (const std::bad_alloc&) {
-        // The parser counts it all the same; a callback of C lets no exception through.
+        // The parser has counted the fault; no exception may pass a callback of C.
     }
 }
 
 }  // namespace pexa::dds::xml
+
+namespace dds = pexa::dds;
+namespace xml = pexa::dds::xml;
+
+DDS_XMLParser* DDS_XMLParser_new() {
+    return dds::guarded(dds::Operation(__func__), [] { return new xml::Parser; });
+}
+
+void DDS_XMLParser_delete(DDS_XMLParser* self) {
+    delete dds::object_of(self);
+}
+
+DDS_ReturnCode_t DDS_XMLParser_register_extension_class(DDS_XMLParser* self,
+                                                        DDS_XMLExtensionClass* extensionClass) {
+    return dds::call(__func__, self, &xml::Parser::register_class,
+                     dds::required("extensionClass", extensionClass));
+}
+
+DDS_ReturnCode_t DDS_XMLParser_parse_file(DDS_XMLParser* self, const char* fileName) {
+    return dds::call(__func__, self, &xml::Parser::parse_file, dds::required("fileName", fileName));
+}
+
+DDS_ReturnCode_t DDS_XMLParser_parse_string(DDS_XMLParser* self, const char* name, const char* text,
+                                            size_t length) {
+    return dds::call(__func__, self, &xml::Parser::parse_string, dds::required("name", name),
+                     dds::required("text", text), length);
+}
+
+DDS_XMLObject* DDS_XMLParser_get_root(DDS_XMLParser* self) {
+    return dds::call(__func__, self, &xml::Parser::root);
+}
+
+DDS_Boolean DDS_XMLParser_has_failed(DDS_XMLParser* self) {
+    return dds::call(__func__, self, &xml::Parser::has_failed);
+}
+
+DDS_Long DDS_XMLParser_get_error_count(DDS_XMLParser* self) {
+    return dds::call(__func__, self, &xml::Parser::fault_count);
+}
+
+DDS_ReturnCode_t DDS_XMLParser_get_error(DDS_XMLParser* self, DDS_Long index, DDS_XMLError* error) {
+    return dds::call(__func__, self, &xml::Parser::get_fault, index, dds::required("error", error));
+}
+
+void DDS_XMLParser_report_error(const char* message, const char* functionName, DDS_Long line) {
+    xml::add_current_fault(functionName, message, line);
+}
+
+DDS_ReturnCode_t DDS_XMLParser_save_file(DDS_XMLParser* self, const char* fileName) {
+    return dds::call(__func__, self, &xml::Parser::save_file, dds::required("fileName", fileName));
+}
+
+char* DDS_XMLParser_save_string(DDS_XMLParser* self) {
+    return dds::call(__func__, self, &xml::Parser::save_string);
+}

@@ -2,6 +2,7 @@
 /// @brief From a document to a tree of objects.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,17 +24,17 @@ struct HandleTraits<DDS_XMLParser> {
 
 namespace xml {
 
-/// What is wrong with a document.
+/// A fault of a document, or a warning about it.
 struct Fault {
     DDS_Long line;
     std::string tag_name;
     std::string message;
 };
 
-/// What a parser makes of elements directly below the root that nobody is registered for.
+/// How a parser treats an element directly below the root that it does not know.
 enum class ForeignElements {
     faults,
-    warnings,  ///< other readers of the document may be
+    warnings,  ///< another reader of the document may know it
 };
 
 /// Reads one document and owns its tree.
@@ -47,39 +48,38 @@ public:
     Parser& operator=(const Parser&) = delete;
     ~Parser() = default;
 
-    [[nodiscard]] DDS_ReturnCode_t register_class(const Operation& operation,
-                                                  DDS_XMLExtensionClass& extension_class);
-    /// These two report what they find.
-    [[nodiscard]] DDS_ReturnCode_t parse_file(const Operation& operation, const char* file_name);
-    [[nodiscard]] DDS_ReturnCode_t parse_string(const Operation& operation, const char* name,
-                                                const char* text, std::size_t length);
+    Status register_class(const Operation& operation, DDS_XMLExtensionClass& extension_class);
+    /// Like parse_string() it reports the faults and warnings.
+    Status parse_file(const Operation& operation, const char* file_name);
+    Status parse_string(const Operation& operation, const char* name, const char* text,
+                        std::size_t length);
     /// As parse_file(), but leaves it to the caller to report.
     void read_file(const std::string& file_name);
     /// As parse_string(), but leaves it to the caller to report.
     void read_text(const std::string& name, std::string_view text);
 
-    [[nodiscard]] DDS_XMLObject* root() const { return root_.get(); }
-    [[nodiscard]] bool has_failed() const { return fault_count_ != 0; }
-    [[nodiscard]] DDS_Long fault_count() const { return fault_count_; }
-    [[nodiscard]] DDS_ReturnCode_t get_fault(DDS_Long index, DDS_XMLError& error) const;
+    DDS_XMLObject* root() const { return root_.get(); }
+    bool has_failed() const { return fault_count_ != 0; }
+    DDS_Long fault_count() const { return fault_count_; }
+    Status get_fault(DDS_Long index, DDS_XMLError& error) const;
 
-    /// Adds what is wrong with the contents. It counts also if an exception is thrown.
+    /// Adds a fault of the contents. It counts also if there is no memory to keep it.
     void add_fault(DDS_Long line, std::string_view tag_name, std::string_view message);
-    /// Adds what may be wrong with the contents.
+    /// Adds a warning about the contents.
     void add_warning(DDS_Long line, std::string_view tag_name, std::string_view message);
-    /// Writes a line to the middleware's log for each fault and warning that is kept.
+    /// Writes a line to the middleware's log for each fault and warning that was kept.
     void report_faults(const Operation& operation) const;
 
-    [[nodiscard]] DDS_ReturnCode_t save_file(const Operation& operation,
-                                             const char* file_name) const;
-    [[nodiscard]] char* save_string(const Operation& operation) const;
+    Status save_file(const Operation& operation, const char* file_name) const;
+    Result<char*> save_string(const Operation& operation) const;
 
 private:
     friend class TreeBuilder;
 
-    [[nodiscard]] DDS_XMLExtensionClass* find_class(std::string_view tag_name) const;
-    [[nodiscard]] DDS_ReturnCode_t result_of_parse(const Operation& operation) const;
-    [[nodiscard]] bool save(std::string& text) const;
+    DDS_XMLExtensionClass* find_class(std::string_view tag_name) const;
+    Status result_of_parse(const Operation& operation) const;
+    /// @return the tree as a text; nothing if a class failed or without memory.
+    std::optional<std::string> saved() const;
 
     ForeignElements foreign_elements_;
     std::vector<DDS_XMLExtensionClass*> classes_;

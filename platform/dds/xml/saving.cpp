@@ -171,3 +171,33 @@ void save_numbers(const char* tag_name, const DDS_LongSeq* numbers, QELXMLSaveCo
 }
 
 }  // namespace pexa::dds::xml
+
+namespace xml = pexa::dds::xml;
+
+void QELXMLSaveContext_indent(QELXMLSaveContext* context) {
+    xml::write_indentation(context);
+}
+
+void DDS_XMLHelper_save_freeform(QELXMLSaveContext* context, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    xml::write_formatted(context, format, arguments);
+    va_end(arguments);
+}
+
+void DDS_XMLHelper_save_tag(const char* tagName, int kind, QELXMLSaveContext* context) {
+    xml::save_tag(tagName, kind, context);
+}
+
+void DDS_XMLHelper_save_long(const char* tagName, DDS_Long value, QELXMLSaveContext* context) {
+    xml::save_text(tagName, std::to_string(value), context);
+}
+
+void DDS_XMLHelper_save_string(const char* tagName, const char* value, QELXMLSaveContext* context) {
+    xml::save_text(tagName, value != nullptr ? value : "", context);
+}
+
+void DDS_XMLHelper_save_long_seq(const char* tagName, const DDS_LongSeq* value,
+                                 QELXMLSaveContext* context) {
+    xml::save_numbers(tagName, value, context);
+}

@@ -13,7 +13,7 @@ constexpr std::array<std::string_view, 6> top_elements{
 
 thread_local TreeBuilder* current_builder = nullptr;
 
-/// Where the parse is, for the length of a callback.
+/// Keeps the place of the parse in the context for the time of a callback.
 class Place {
 public:
     Place(DDS_XMLContext& context, const char* name, DDS_Long line) : context_(context) {
@@ -44,7 +44,7 @@ TreeBuilder* TreeBuilder::current() {
 }
 
 void TreeBuilder::add_fault(std::string_view message, DDS_Long line) {
-    // The element's name is there during a callback of the document only.
+    // The context has the element's name only during a callback of the document.
     const char* tag_name = context_.tagName;
     if (tag_name == nullptr && object_ != nullptr) {
         tag_name = object_->tagName;
@@ -163,3 +163,7 @@ void TreeBuilder::on_end(const char* name, const std::string& text, DDS_Long lin
 }
 
 }  // namespace pexa::dds::xml
+
+DDS_Long DDS_XMLContext_get_current_line_number(const DDS_XMLContext* context) {
+    return context != nullptr ? context->line : 0;
+}

@@ -17,20 +17,21 @@ public:
     void on_start(const char* name, const char* const* attributes, DDS_Long line) override;
     void on_end(const char* name, const std::string& text, DDS_Long line) override;
 
-    /// Hands over what was built; a builder that keeps it deletes it.
-    [[nodiscard]] TreePtr take_tree() { return std::move(tree_); }
+    /// Hands the tree over; a tree that is not taken is deleted with the builder.
+    TreePtr take_tree() { return std::move(tree_); }
 
     /// @return NULL while no parse runs on this thread.
-    [[nodiscard]] static TreeBuilder* current();
+    static TreeBuilder* current();
     /// Adds a fault of the innermost open element. @param line 0 for the line being parsed
     void add_fault(std::string_view message, DDS_Long line);
 
 private:
-    /// Reports an element that must not stand where it does.
+    /// Reports an element in the wrong place.
     void check_place(std::string_view name);
     void start_object(const char* name, const char* const* attributes);
     void enter(DDS_XMLObject* object);
-    /// Runs a callback of a class; that it marks the context counts as a fault.
+    /// Runs a callback of a class. If it sets the error indicator without a report, a fault is
+    /// added.
     template <typename Callback>
     void call(Callback callback);
 
@@ -42,7 +43,7 @@ private:
     DDS_XMLObject* object_ = nullptr;
     /// Open elements that belong to an object of a class, its own included.
     int inside_class_ = 0;
-    /// Open elements that nobody wants.
+    /// Open elements without an object: one that a class refused, and those inside it.
     int skipped_ = 0;
 };
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "pexa/xml.h"
+#include "platform/dds/xml/parser.hpp"
 #include "platform/dds/xml/white_space.hpp"
 
 namespace pexa::dds::xml {
@@ -21,6 +23,21 @@ constexpr char to_lower(char letter) {
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
+/// Stores the value of a text. A text that is none is a fault of the parse.
+DDS_Boolean read_truth_value(DDS_Boolean* flag, const char* text, DDS_XMLContext* context) {
+    const auto value = to_truth_value(text != nullptr ? text : "");
+    if (flag != nullptr && value) {
+        *flag = *value ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+        return DDS_BOOLEAN_TRUE;
+    }
+    add_current_fault("DDS_XMLHelper_str_to_boolean", truth_value_expected,
+                      context != nullptr ? context->line : 0);
+    if (context != nullptr) {
+        context->error = 1;
+    }
+    return DDS_BOOLEAN_FALSE;
+}
+
 }  // namespace
 
 std::optional<bool> to_truth_value(std::string_view text) {
@@ -34,3 +51,8 @@ std::optional<bool> to_truth_value(std::string_view text) {
 }
 
 }  // namespace pexa::dds::xml
+
+DDS_Boolean DDS_XMLHelper_str_to_boolean(DDS_Boolean* flag, const char* text,
+                                         DDS_XMLContext* context) {
+    return pexa::dds::xml::read_truth_value(flag, text, context);
+}

@@ -1,5 +1,5 @@
 /// @file white_space.hpp
-/// @brief What counts as white space in XML.
+/// @brief White space in XML.
 #pragma once
 
 #include <string_view>
@@ -9,7 +9,7 @@ namespace pexa::dds::xml {
 inline constexpr std::string_view white_space = " \t\r\n";
 
 /// @return the text without the white space at both ends.
-[[nodiscard]] constexpr std::string_view trimmed(std::string_view text) {
+constexpr std::string_view trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(white_space);
     if (first == std::string_view::npos) {
         return text.substr(text.size());

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/engine/cyclone/entity_table.hpp"
+#include "platform/engine/cyclone/entity_records.hpp"
 #include "platform/engine/cyclone/results.hpp"
 #include "platform/engine/cyclone/state_masks.hpp"
 #include "platform/engine/cyclone/statuses.hpp"
@@ -15,7 +15,7 @@ namespace {
 using cyclone::created;
 using cyclone::status_of;
 
-// The engine refuses masks with statuses that the entity does not have.
+// Cyclone refuses masks with statuses that the entity does not have.
 StatusMask statuses_of(EntityId entity) {
     if (cyclone::readers().find(entity)) {
         return cyclone::reader_statuses;
@@ -27,7 +27,8 @@ StatusMask statuses_of(EntityId entity) {
         return cyclone::topic_statuses;
     }
     std::uint32_t unused = 0;
-    const std::uint32_t of_subscriber = cyclone::engine_status_mask(cyclone::subscriber_statuses);
+    const std::uint32_t of_subscriber =
+        cyclone::to_cyclone_status_mask(cyclone::subscriber_statuses);
     return dds_read_status(entity, &unused, of_subscriber) == DDS_RETCODE_OK
                ? cyclone::subscriber_statuses
                : 0;
@@ -36,7 +37,7 @@ StatusMask statuses_of(EntityId entity) {
 }  // namespace
 
 Created create_read_condition(EntityId reader, const StateMask& states) noexcept {
-    const std::uint32_t mask = cyclone::engine_state_mask(states);
+    const std::uint32_t mask = cyclone::to_cyclone(states);
     if (mask == 0) {
         return {Status::bad_parameter, no_entity};
     }
@@ -53,7 +54,7 @@ Status set_guard_condition(EntityId condition, bool triggered) noexcept {
 
 Status set_status_condition(EntityId entity, StatusMask mask) noexcept {
     const StatusMask possible = mask & statuses_of(entity);
-    return status_of(dds_set_status_mask(entity, cyclone::engine_status_mask(possible)));
+    return status_of(dds_set_status_mask(entity, cyclone::to_cyclone_status_mask(possible)));
 }
 
 bool is_triggered(EntityId condition) noexcept {
@@ -78,7 +79,7 @@ Status wait(EntityId wait_set, Nanoseconds timeout, std::vector<EntityId>& trigg
     if (attached < 0) {
         return status_of(attached);
     }
-    // At least one place, so that a condition attached meanwhile can be reported too.
+    // One place more than needed: a condition may be attached meanwhile.
     std::vector<dds_attach_t> found(static_cast<std::size_t>(attached) + 1);
     const dds_return_t count = dds_waitset_wait(wait_set, found.data(), found.size(), timeout);
     if (count <= 0) {

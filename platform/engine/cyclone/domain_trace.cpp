@@ -4,14 +4,14 @@
 #include <optional>
 #include <unordered_set>
 
-extern "C" void pexa_engine_store_trace_mask(struct ddsi_domaingv* domain, std::uint32_t mask);
+extern "C" void pexa_cyclone_store_trace_mask(struct ddsi_domaingv* domain, std::uint32_t mask);
 
 namespace pexa::engine::cyclone {
 
 namespace {
 
 // Held while a domain's record is written, so that a type, and with it its domain, cannot go away
-// meanwhile. The engine calls in with locks held, therefore nothing calls the engine under it.
+// meanwhile. Cyclone calls in with locks held, therefore nothing calls Cyclone under it.
 struct TracedTypes {
     std::mutex mutex;
     std::unordered_set<const ddsi_sertype*> types;
@@ -20,14 +20,14 @@ struct TracedTypes {
 };
 
 TracedTypes& traced_types() {
-    // Never destroyed: the engine's threads may free types until the process ends.
+    // Never destroyed: Cyclone's threads may free types until the process ends.
     static auto* const traced = new TracedTypes;
     return *traced;
 }
 
 void store_mask(const ddsi_sertype* type, std::uint32_t mask) {
     void* const domain = ddsrt_atomic_ldvoidp(&type->gv);
-    pexa_engine_store_trace_mask(static_cast<ddsi_domaingv*>(domain), mask);
+    pexa_cyclone_store_trace_mask(static_cast<ddsi_domaingv*>(domain), mask);
 }
 
 }  // namespace

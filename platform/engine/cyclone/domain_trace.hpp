@@ -1,7 +1,7 @@
 /// @file domain_trace.hpp
 /// @brief The trace categories of running domains.
 ///
-/// The engine reads a domain's categories from its configuration when the domain starts and has no
+/// Cyclone reads a domain's categories from its configuration when the domain starts and has no
 /// operation to change them. They stand in a record that is reached through a registered type, so
 /// a domain follows the mask from its first topic on.
 #pragma once
@@ -18,7 +18,7 @@ void follow_trace_mask(const ddsi_sertype* type);
 /// To be called before a type is freed, while its domain still exists.
 void forget_domain_of(const ddsi_sertype* type);
 
-/// @param mask the engine's bits
+/// @param mask Cyclone's bits
 void set_trace_mask(std::uint32_t mask);
 
 }  // namespace pexa::engine::cyclone

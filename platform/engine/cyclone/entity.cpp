@@ -4,8 +4,10 @@
 #include <cstring>
 #include <vector>
 
-#include "platform/engine/cyclone/entity_table.hpp"
-#include "platform/engine/cyclone/listener_bridge.hpp"
+#include "platform/engine/cyclone/entity_records.hpp"
+#include "platform/engine/cyclone/entity_tree.hpp"
+#include "platform/engine/cyclone/listener_call.hpp"
+#include "platform/engine/cyclone/listener_conversion.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
 #include "platform/engine/cyclone/results.hpp"
 #include "platform/engine/engine.hpp"
@@ -21,8 +23,7 @@ bool is_endpoint(EntityId entity) {
     return cyclone::readers().find(entity) || cyclone::writers().find(entity);
 }
 
-// The engine's collector of endpoints waits for every thread that is in the engine, and a callback
-// is.
+// Cyclone's collector of endpoints waits for every thread that is in Cyclone. A callback is.
 bool waits_for_callbacks(EntityId entity) {
     const std::vector<EntityId> contents = cyclone::contents_of(entity);
     return is_participant(entity) || is_endpoint(entity) ||
@@ -33,20 +34,20 @@ bool waits_for_callbacks(EntityId entity) {
 
 Created create_participant(std::uint32_t domain_id, const Qos& qos,
                            ListenerSetting listener) noexcept {
-    return note_creation(dds_create_participant(domain_id, cyclone::to_engine(qos).get(),
-                                                cyclone::make_listener(listener).get()),
+    return note_creation(dds_create_participant(domain_id, cyclone::to_cyclone(qos).get(),
+                                                cyclone::to_cyclone(listener).get()),
                          no_entity, listener);
 }
 
 Created create_publisher(EntityId participant, const Qos& qos, ListenerSetting listener) noexcept {
-    return note_creation(dds_create_publisher(participant, cyclone::to_engine(qos).get(),
-                                              cyclone::make_listener(listener).get()),
+    return note_creation(dds_create_publisher(participant, cyclone::to_cyclone(qos).get(),
+                                              cyclone::to_cyclone(listener).get()),
                          participant, listener);
 }
 
 Created create_subscriber(EntityId participant, const Qos& qos, ListenerSetting listener) noexcept {
-    return note_creation(dds_create_subscriber(participant, cyclone::to_engine(qos).get(),
-                                               cyclone::make_listener(listener).get()),
+    return note_creation(dds_create_subscriber(participant, cyclone::to_cyclone(qos).get(),
+                                               cyclone::to_cyclone(listener).get()),
                          participant, listener);
 }
 
@@ -69,7 +70,7 @@ Status get_guid(EntityId entity, Guid& guid) noexcept {
 }
 
 Status delete_entity(EntityId entity) noexcept {
-    // The engine would keep such a topic, unreachable, until its last endpoint is gone.
+    // Cyclone would keep such a topic, unreachable, until its last endpoint is deleted.
     const auto topic = cyclone::topics().find(entity);
     if (topic && topic->endpoints != 0) {
         return Status::precondition_not_met;
@@ -88,13 +89,13 @@ Status get_qos(EntityId entity, Qos& qos) noexcept {
     const cyclone::QosPtr found(dds_create_qos());
     const Status result = status_of(dds_get_qos(entity, found.get()));
     if (result == Status::ok) {
-        qos = cyclone::from_engine(found.get());
+        qos = cyclone::from_cyclone(found.get());
     }
     return result;
 }
 
 Status set_qos(EntityId entity, const Qos& qos) noexcept {
-    const Status result = status_of(dds_set_qos(entity, cyclone::to_engine(qos).get()));
+    const Status result = status_of(dds_set_qos(entity, cyclone::to_cyclone(qos).get()));
     const auto writer = cyclone::writers().find(entity);
     if (result == Status::ok && writer && qos.autodispose_unregistered_instances) {
         writer->autodispose = *qos.autodispose_unregistered_instances;

@@ -1,5 +1,5 @@
 /// @file instance_index.hpp
-/// @brief The instances of a type that the engine knows at present, in the order of their keys.
+/// @brief The instances of a type that Cyclone knows at present, in the order of their keys.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 namespace pexa::engine::cyclone {
 
-/// Mirrors the engine's own map from keys to instances, which can neither be listed nor asked for
+/// Mirrors Cyclone's own map from keys to instances, which can neither be listed nor asked for
 /// an order. An instance of several domains counts once for each. Thread-safe; takes no other lock.
 class InstanceIndex {
 public:
@@ -20,7 +20,7 @@ public:
 
     /// @param previous NULL for the start
     /// @return the first key after @p previous
-    [[nodiscard]] std::optional<KeyHash> next(const KeyHash* previous) const;
+    std::optional<KeyHash> next(const KeyHash* previous) const;
 
 private:
     mutable std::mutex mutex_;

@@ -2,7 +2,7 @@
 
 #include <dds/dds.h>
 
-#include "platform/engine/cyclone/entity_table.hpp"
+#include "platform/engine/cyclone/entity_records.hpp"
 #include "platform/engine/cyclone/payload_access.hpp"
 #include "platform/engine/cyclone/results.hpp"
 #include "platform/engine/engine.hpp"
@@ -10,16 +10,6 @@
 namespace pexa::engine {
 
 namespace {
-
-Status get_writer_key(cyclone::WriterRecord& writer, const KeyHash& instance, Payload& key) {
-    const std::lock_guard lock(writer.instances_mutex);
-    const auto found = writer.instances.find(instance);
-    if (found == writer.instances.end()) {
-        return Status::bad_parameter;
-    }
-    key = found->second;
-    return Status::ok;
-}
 
 Status get_reader_key(EntityId reader, const KeyHash& instance, Payload& key) {
     const LocalHandle handle = cyclone::find_instance(reader, instance);
@@ -43,7 +33,6 @@ LocalHandle cyclone::find_instance(EntityId endpoint, const KeyHash& instance) {
 
 bool knows_instance(EntityId endpoint, const KeyHash& instance) noexcept {
     if (const auto writer = cyclone::writers().find(endpoint)) {
-        const std::lock_guard lock(writer->instances_mutex);
         return writer->instances.contains(instance);
     }
     return cyclone::find_instance(endpoint, instance) != 0;
@@ -51,7 +40,7 @@ bool knows_instance(EntityId endpoint, const KeyHash& instance) noexcept {
 
 Status get_key(EntityId endpoint, const KeyHash& instance, Payload& key) noexcept {
     if (const auto writer = cyclone::writers().find(endpoint)) {
-        return get_writer_key(*writer, instance, key);
+        return writer->instances.get_key(instance, key);
     }
     return get_reader_key(endpoint, instance, key);
 }

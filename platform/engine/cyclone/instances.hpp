@@ -1,12 +1,12 @@
 /// @file instances.hpp
-/// @brief Instances by key hash and by the engine's own handles.
+/// @brief Instances by key hash and by Cyclone's own handles.
 #pragma once
 
 #include "platform/engine/values.hpp"
 
 namespace pexa::engine::cyclone {
 
-/// @return the engine's handle of an instance of the endpoint's type, 0 when the engine knows none
-[[nodiscard]] LocalHandle find_instance(EntityId endpoint, const KeyHash& instance);
+/// @return Cyclone's handle of an instance of the endpoint's type, 0 when Cyclone knows none
+LocalHandle find_instance(EntityId endpoint, const KeyHash& instance);
 
 }  // namespace pexa::engine::cyclone

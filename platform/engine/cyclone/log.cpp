@@ -2,7 +2,6 @@
 
 #include <dds/dds.h>
 
-#include <array>
 #include <atomic>
 #include <mutex>
 
@@ -12,47 +11,44 @@ namespace pexa::engine {
 
 namespace {
 
-struct CategoryBit {
+struct CategoryRow {
+    std::uint32_t bits;
     LogCategory category;
-    std::uint32_t bit;
 };
 
-// A line with several bits counts as the first of them.
-constexpr std::array<CategoryBit, log_category_count> category_bits{{
-    {LogCategory::fatal, DDS_LC_FATAL},
-    {LogCategory::error, DDS_LC_ERROR},
-    {LogCategory::warning, DDS_LC_WARNING},
-    {LogCategory::info, DDS_LC_INFO},
-    {LogCategory::config, DDS_LC_CONFIG},
-    {LogCategory::discovery, DDS_LC_DISCOVERY},
-    {LogCategory::data, DDS_LC_DATA},
-    {LogCategory::radmin, DDS_LC_RADMIN},
-    {LogCategory::timing, DDS_LC_TIMING},
-    {LogCategory::traffic, DDS_LC_TRAFFIC},
-    {LogCategory::topic, DDS_LC_TOPIC},
-    {LogCategory::tcp, DDS_LC_TCP},
-    {LogCategory::plist, DDS_LC_PLIST},
-    {LogCategory::whc, DDS_LC_WHC},
-    {LogCategory::throttle, DDS_LC_THROTTLE},
-    {LogCategory::rhc, DDS_LC_RHC},
-    {LogCategory::content, DDS_LC_CONTENT},
-    {LogCategory::trace, DDS_LC_TRACE},
-}};
+// A line with bits of several rows belongs to the first of them.
+constexpr CategoryRow category_rows[] = {
+    {DDS_LC_FATAL, LogCategory::fatal},
+    {DDS_LC_ERROR, LogCategory::error},
+    {DDS_LC_WARNING, LogCategory::warning},
+    {DDS_LC_INFO, LogCategory::info},
+    {DDS_LC_CONFIG, LogCategory::configuration},
+    {DDS_LC_DISCOVERY, LogCategory::discovery},
+    {DDS_LC_DATA | DDS_LC_RADMIN, LogCategory::traffic},
+    {DDS_LC_TIMING, LogCategory::internals},
+    {DDS_LC_TRAFFIC, LogCategory::traffic},
+    {DDS_LC_TOPIC, LogCategory::topics},
+    {DDS_LC_TCP, LogCategory::traffic},
+    {DDS_LC_PLIST | DDS_LC_WHC, LogCategory::storage},
+    {DDS_LC_THROTTLE, LogCategory::traffic},
+    {DDS_LC_RHC | DDS_LC_CONTENT, LogCategory::storage},
+    {DDS_LC_TRACE, LogCategory::internals},
+};
 
-LogCategory category_of(std::uint32_t priority) {
-    for (const CategoryBit& entry : category_bits) {
-        if ((priority & entry.bit) != 0) {
-            return entry.category;
+LogCategory category_of(std::uint32_t bits) {
+    for (const CategoryRow& row : category_rows) {
+        if ((bits & row.bits) != 0) {
+            return row.category;
         }
     }
-    return LogCategory::trace;
+    return LogCategory::internals;
 }
 
-std::uint32_t engine_mask(LogMask mask) {
+std::uint32_t to_cyclone(LogMask mask) {
     std::uint32_t bits = 0;
-    for (const CategoryBit& entry : category_bits) {
-        if ((mask & log_bit(entry.category)) != 0) {
-            bits |= entry.bit;
+    for (const CategoryRow& row : category_rows) {
+        if ((mask & log_bit(row.category)) != 0) {
+            bits |= row.bits;
         }
     }
     return bits;
@@ -64,7 +60,7 @@ struct Target {
 };
 
 std::mutex installation_mutex;
-// Written only while neither of the engine's sinks leads here.
+// Written only while neither of Cyclone's sinks leads here.
 Target target;
 std::atomic<LogMask> chosen_mask{log_bit(LogCategory::fatal) | log_bit(LogCategory::error) |
                                  log_bit(LogCategory::warning)};
@@ -98,7 +94,7 @@ void set_log_sink(LogSink sink, void* context) noexcept {
     if (sink == nullptr) {
         return;
     }
-    // The same function and argument for both: the engine then hands over a line only once.
+    // With the same function and argument for both, Cyclone hands over each line only once.
     dds_set_log_sink(forward_log, &target);
     dds_set_trace_sink(forward_log, &target);
 }
@@ -106,12 +102,8 @@ void set_log_sink(LogSink sink, void* context) noexcept {
 void set_log_mask(LogMask mask) noexcept {
     const std::lock_guard lock(installation_mutex);
     chosen_mask.store(mask, std::memory_order_relaxed);
-    dds_set_log_mask(engine_mask(mask));
-    cyclone::set_trace_mask(engine_mask(mask));
-}
-
-LogMask log_mask() noexcept {
-    return chosen_mask.load(std::memory_order_relaxed);
+    dds_set_log_mask(to_cyclone(mask));
+    cyclone::set_trace_mask(to_cyclone(mask));
 }
 
 }  // namespace pexa::engine

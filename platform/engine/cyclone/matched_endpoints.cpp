@@ -49,7 +49,7 @@ Status fill(const EndpointPtr& endpoint, EndpointData& data) {
     data.participant_guid = guid_of(endpoint->participant_key);
     data.topic_name = endpoint->topic_name;
     data.type_name = endpoint->type_name;
-    data.qos = cyclone::from_engine(endpoint->qos);
+    data.qos = cyclone::from_cyclone(endpoint->qos);
     return Status::ok;
 }
 

@@ -1,5 +1,5 @@
 /// @file payload_access.hpp
-/// @brief Makes payload handles of engine samples.
+/// @brief Makes payloads of Cyclone samples.
 #pragma once
 
 #include "platform/engine/cyclone/serdata.hpp"
@@ -9,7 +9,7 @@ namespace pexa::engine {
 
 struct PayloadAccess {
     /// Takes over the reference.
-    [[nodiscard]] static Payload adopt(cyclone::SerdataPtr data) {
+    static Payload adopt(cyclone::SerdataPtr data) {
         Payload payload;
         payload.buffer_ = data.release();
         return payload;

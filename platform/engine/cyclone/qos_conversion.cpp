@@ -1,6 +1,8 @@
 #include "platform/engine/cyclone/qos_conversion.hpp"
 
 #include <array>
+#include <functional>
+#include <tuple>
 
 namespace pexa::engine::cyclone {
 
@@ -9,11 +11,11 @@ namespace {
 static_assert(infinite == DDS_INFINITY);
 static_assert(unlimited == DDS_LENGTH_UNLIMITED);
 
-struct EngineFree {
+struct CycloneFree {
     void operator()(void* memory) const { dds_free(memory); }
 };
 template <typename T>
-using EnginePtr = std::unique_ptr<T, EngineFree>;
+using CyclonePtr = std::unique_ptr<T, CycloneFree>;
 
 // One policy in both directions. Absent policies are left out, either way.
 struct PolicyRow {
@@ -23,6 +25,12 @@ struct PolicyRow {
 
 using PutBytes = void (*)(dds_qos_t*, const void*, size_t);
 using GetBytes = bool (*)(const dds_qos_t*, void**, size_t*);
+
+// A number in Cyclone's type for it, into ours.
+template <typename Ours, typename Theirs>
+void assign(Ours& ours, const Theirs& theirs) {
+    ours = static_cast<Ours>(theirs);
+}
 
 template <auto Member, PutBytes put_bytes, GetBytes get_bytes>
 constexpr PolicyRow bytes_row{[](const Qos& qos, dds_qos_t* out) {
@@ -36,25 +44,41 @@ constexpr PolicyRow bytes_row{[](const Qos& qos, dds_qos_t* out) {
                                   if (!get_bytes(qos, &value, &size)) {
                                       return;
                                   }
-                                  const EnginePtr<std::byte> bytes(static_cast<std::byte*>(value));
+                                  const CyclonePtr<std::byte> bytes(static_cast<std::byte*>(value));
                                   (out.*Member).emplace(bytes.get(), bytes.get() + size);
                               }};
 
-template <auto Member, typename Value, void (*put_value)(dds_qos_t*, Value),
-          bool (*get_value)(const dds_qos_t*, Value*)>
-constexpr PolicyRow value_row{
-    [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& value = qos.*Member) {
-            put_value(out, static_cast<Value>(*value));
-        }
-    },
-    [](const dds_qos_t* qos, Qos& out) {
-        using Ours = typename std::remove_reference_t<decltype(out.*Member)>::value_type;
-        Value value{};
-        if (get_value(qos, &value)) {
-            out.*Member = static_cast<Ours>(value);
-        }
-    }};
+// A policy of numbers, enumerators and truth values. Each part names one of them in the policy's
+// record, in the order of Cyclone's arguments.
+template <auto member, auto put, auto get, auto... part>
+constexpr PolicyRow numbers_row = []<typename... Value>(void (*)(dds_qos_t*, Value...)) {
+    return PolicyRow{[](const Qos& qos, dds_qos_t* out) {
+                         if (const auto& policy = qos.*member) {
+                             put(out, static_cast<Value>(std::invoke(part, *policy))...);
+                         }
+                     },
+                     [](const dds_qos_t* qos, Qos& out) {
+                         std::tuple<Value...> values{};
+                         const auto get_all = [qos](Value&... value) {
+                             return get(qos, &value...);
+                         };
+                         if (!std::apply(get_all, values)) {
+                             return;
+                         }
+                         auto& policy = (out.*member).emplace();
+                         const auto set_all = [&policy](const Value&... value) {
+                             (assign(std::invoke(part, policy), value), ...);
+                         };
+                         std::apply(set_all, values);
+                     }};
+}(put);
+
+// A policy that is one value.
+constexpr auto whole = [](auto& policy) -> auto& {
+    return policy;
+};
+template <auto member, auto put, auto get>
+constexpr PolicyRow value_row = numbers_row<member, put, get, whole>;
 
 constexpr PolicyRow entity_name_row{[](const Qos& qos, dds_qos_t* out) {
                                         if (qos.entity_name) {
@@ -66,7 +90,7 @@ constexpr PolicyRow entity_name_row{[](const Qos& qos, dds_qos_t* out) {
                                         if (!dds_qget_entity_name(qos, &name)) {
                                             return;
                                         }
-                                        const EnginePtr<char> owner(name);
+                                        const CyclonePtr<char> owner(name);
                                         out.entity_name = name;
                                     }};
 
@@ -81,14 +105,14 @@ constexpr PolicyRow properties_row{[](const Qos& qos, dds_qos_t* out) {
                                        if (!dds_qget_propnames(qos, &count, &found)) {
                                            return;
                                        }
-                                       const EnginePtr<char*> names(found);
+                                       const CyclonePtr<char*> names(found);
                                        for (std::uint32_t i = 0; i < count; ++i) {
-                                           const EnginePtr<char> name(names.get()[i]);
+                                           const CyclonePtr<char> name(names.get()[i]);
                                            char* value = nullptr;
                                            if (!dds_qget_prop(qos, name.get(), &value)) {
                                                continue;
                                            }
-                                           const EnginePtr<char> owner(value);
+                                           const CyclonePtr<char> owner(value);
                                            out.properties.emplace_back(name.get(), value);
                                        }
                                    }};
@@ -110,132 +134,28 @@ constexpr PolicyRow partition_row{
         if (!dds_qget_partition(qos, &count, &found)) {
             return;
         }
-        const EnginePtr<char*> names(found);
+        const CyclonePtr<char*> names(found);
         auto& partition = out.partition.emplace();
         for (std::uint32_t i = 0; i < count; ++i) {
-            partition.emplace_back(EnginePtr<char>(names.get()[i]).get());
+            partition.emplace_back(CyclonePtr<char>(names.get()[i]).get());
         }
     }};
 
-constexpr PolicyRow durability_service_row{
-    [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& service = qos.durability_service) {
-            dds_qset_durability_service(
-                out, service->cleanup_delay, static_cast<dds_history_kind_t>(service->history.kind),
-                service->history.depth, service->limits.max_samples, service->limits.max_instances,
-                service->limits.max_samples_per_instance);
-        }
-    },
-    [](const dds_qos_t* qos, Qos& out) {
-        DurabilityServicePolicy service;
-        dds_history_kind_t kind{};
-        if (!dds_qget_durability_service(qos, &service.cleanup_delay, &kind, &service.history.depth,
-                                         &service.limits.max_samples, &service.limits.max_instances,
-                                         &service.limits.max_samples_per_instance)) {
-            return;
-        }
-        service.history.kind = static_cast<HistoryKind>(kind);
-        out.durability_service = service;
-    }};
-
-constexpr PolicyRow presentation_row{
-    [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& presentation = qos.presentation) {
-            dds_qset_presentation(
-                out, static_cast<dds_presentation_access_scope_kind_t>(presentation->access_scope),
-                presentation->coherent_access, presentation->ordered_access);
-        }
-    },
-    [](const dds_qos_t* qos, Qos& out) {
-        PresentationPolicy presentation;
-        dds_presentation_access_scope_kind_t scope{};
-        if (!dds_qget_presentation(qos, &scope, &presentation.coherent_access,
-                                   &presentation.ordered_access)) {
-            return;
-        }
-        presentation.access_scope = static_cast<AccessScope>(scope);
-        out.presentation = presentation;
-    }};
-
-constexpr PolicyRow liveliness_row{
-    [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& liveliness = qos.liveliness) {
-            dds_qset_liveliness(out, static_cast<dds_liveliness_kind_t>(liveliness->kind),
-                                liveliness->lease_duration);
-        }
-    },
-    [](const dds_qos_t* qos, Qos& out) {
-        LivelinessPolicy liveliness;
-        dds_liveliness_kind_t kind{};
-        if (!dds_qget_liveliness(qos, &kind, &liveliness.lease_duration)) {
-            return;
-        }
-        liveliness.kind = static_cast<LivelinessKind>(kind);
-        out.liveliness = liveliness;
-    }};
-
-constexpr PolicyRow reliability_row{
-    [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& reliability = qos.reliability) {
-            dds_qset_reliability(out, static_cast<dds_reliability_kind_t>(reliability->kind),
-                                 reliability->max_blocking_time);
-        }
-    },
-    [](const dds_qos_t* qos, Qos& out) {
-        ReliabilityPolicy reliability;
-        dds_reliability_kind_t kind{};
-        if (!dds_qget_reliability(qos, &kind, &reliability.max_blocking_time)) {
-            return;
-        }
-        reliability.kind = static_cast<ReliabilityKind>(kind);
-        out.reliability = reliability;
-    }};
-
-constexpr PolicyRow history_row{
-    [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& history = qos.history) {
-            dds_qset_history(out, static_cast<dds_history_kind_t>(history->kind), history->depth);
-        }
-    },
-    [](const dds_qos_t* qos, Qos& out) {
-        HistoryPolicy history;
-        dds_history_kind_t kind{};
-        if (!dds_qget_history(qos, &kind, &history.depth)) {
-            return;
-        }
-        history.kind = static_cast<HistoryKind>(kind);
-        out.history = history;
-    }};
-
-constexpr PolicyRow resource_limits_row{
-    [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& limits = qos.resource_limits) {
-            dds_qset_resource_limits(out, limits->max_samples, limits->max_instances,
-                                     limits->max_samples_per_instance);
-        }
-    },
-    [](const dds_qos_t* qos, Qos& out) {
-        ResourceLimitsPolicy limits;
-        if (dds_qget_resource_limits(qos, &limits.max_samples, &limits.max_instances,
-                                     &limits.max_samples_per_instance)) {
-            out.resource_limits = limits;
-        }
-    }};
-
-constexpr PolicyRow reader_data_lifecycle_row{
-    [](const Qos& qos, dds_qos_t* out) {
-        if (const auto& lifecycle = qos.reader_data_lifecycle) {
-            dds_qset_reader_data_lifecycle(out, lifecycle->autopurge_nowriter_samples_delay,
-                                           lifecycle->autopurge_disposed_samples_delay);
-        }
-    },
-    [](const dds_qos_t* qos, Qos& out) {
-        ReaderDataLifecyclePolicy lifecycle;
-        if (dds_qget_reader_data_lifecycle(qos, &lifecycle.autopurge_nowriter_samples_delay,
-                                           &lifecycle.autopurge_disposed_samples_delay)) {
-            out.reader_data_lifecycle = lifecycle;
-        }
-    }};
+constexpr auto history_kind = [](auto& service) -> auto& {
+    return service.history.kind;
+};
+constexpr auto history_depth = [](auto& service) -> auto& {
+    return service.history.depth;
+};
+constexpr auto limit_of_samples = [](auto& service) -> auto& {
+    return service.limits.max_samples;
+};
+constexpr auto limit_of_instances = [](auto& service) -> auto& {
+    return service.limits.max_instances;
+};
+constexpr auto limit_per_instance = [](auto& service) -> auto& {
+    return service.limits.max_samples_per_instance;
+};
 
 constexpr std::array policies{
     bytes_row<&Qos::user_data, dds_qset_userdata, dds_qget_userdata>,
@@ -243,37 +163,42 @@ constexpr std::array policies{
     bytes_row<&Qos::group_data, dds_qset_groupdata, dds_qget_groupdata>,
     entity_name_row,
     properties_row,
-    value_row<&Qos::durability, dds_durability_kind_t, dds_qset_durability, dds_qget_durability>,
-    durability_service_row,
-    presentation_row,
-    value_row<&Qos::deadline, dds_duration_t, dds_qset_deadline, dds_qget_deadline>,
-    value_row<&Qos::latency_budget, dds_duration_t, dds_qset_latency_budget,
-              dds_qget_latency_budget>,
-    value_row<&Qos::ownership, dds_ownership_kind_t, dds_qset_ownership, dds_qget_ownership>,
-    value_row<&Qos::ownership_strength, std::int32_t, dds_qset_ownership_strength,
-              dds_qget_ownership_strength>,
-    liveliness_row,
-    value_row<&Qos::time_based_filter, dds_duration_t, dds_qset_time_based_filter,
-              dds_qget_time_based_filter>,
+    value_row<&Qos::durability, dds_qset_durability, dds_qget_durability>,
+    numbers_row<&Qos::durability_service, dds_qset_durability_service, dds_qget_durability_service,
+                &DurabilityServicePolicy::cleanup_delay, history_kind, history_depth,
+                limit_of_samples, limit_of_instances, limit_per_instance>,
+    numbers_row<&Qos::presentation, dds_qset_presentation, dds_qget_presentation,
+                &PresentationPolicy::access_scope, &PresentationPolicy::coherent_access,
+                &PresentationPolicy::ordered_access>,
+    value_row<&Qos::deadline, dds_qset_deadline, dds_qget_deadline>,
+    value_row<&Qos::latency_budget, dds_qset_latency_budget, dds_qget_latency_budget>,
+    value_row<&Qos::ownership, dds_qset_ownership, dds_qget_ownership>,
+    value_row<&Qos::ownership_strength, dds_qset_ownership_strength, dds_qget_ownership_strength>,
+    numbers_row<&Qos::liveliness, dds_qset_liveliness, dds_qget_liveliness, &LivelinessPolicy::kind,
+                &LivelinessPolicy::lease_duration>,
+    value_row<&Qos::time_based_filter, dds_qset_time_based_filter, dds_qget_time_based_filter>,
     partition_row,
-    reliability_row,
-    value_row<&Qos::transport_priority, std::int32_t, dds_qset_transport_priority,
-              dds_qget_transport_priority>,
-    value_row<&Qos::lifespan, dds_duration_t, dds_qset_lifespan, dds_qget_lifespan>,
-    value_row<&Qos::destination_order, dds_destination_order_kind_t, dds_qset_destination_order,
-              dds_qget_destination_order>,
-    history_row,
-    resource_limits_row,
-    value_row<&Qos::autodispose_unregistered_instances, bool, dds_qset_writer_data_lifecycle,
+    numbers_row<&Qos::reliability, dds_qset_reliability, dds_qget_reliability,
+                &ReliabilityPolicy::kind, &ReliabilityPolicy::max_blocking_time>,
+    value_row<&Qos::transport_priority, dds_qset_transport_priority, dds_qget_transport_priority>,
+    value_row<&Qos::lifespan, dds_qset_lifespan, dds_qget_lifespan>,
+    value_row<&Qos::destination_order, dds_qset_destination_order, dds_qget_destination_order>,
+    numbers_row<&Qos::history, dds_qset_history, dds_qget_history, &HistoryPolicy::kind,
+                &HistoryPolicy::depth>,
+    numbers_row<&Qos::resource_limits, dds_qset_resource_limits, dds_qget_resource_limits,
+                &ResourceLimitsPolicy::max_samples, &ResourceLimitsPolicy::max_instances,
+                &ResourceLimitsPolicy::max_samples_per_instance>,
+    value_row<&Qos::autodispose_unregistered_instances, dds_qset_writer_data_lifecycle,
               dds_qget_writer_data_lifecycle>,
-    reader_data_lifecycle_row,
-    value_row<&Qos::ignore_local, dds_ignorelocal_kind_t, dds_qset_ignorelocal,
-              dds_qget_ignorelocal>,
+    numbers_row<&Qos::reader_data_lifecycle, dds_qset_reader_data_lifecycle,
+                dds_qget_reader_data_lifecycle,
+                &ReaderDataLifecyclePolicy::autopurge_nowriter_samples_delay,
+                &ReaderDataLifecyclePolicy::autopurge_disposed_samples_delay>,
 };
 
 }  // namespace
 
-QosPtr to_engine(const Qos& qos) {
+QosPtr to_cyclone(const Qos& qos) {
     QosPtr out(dds_create_qos());
     for (const PolicyRow& policy : policies) {
         policy.put(qos, out.get());
@@ -281,7 +206,7 @@ QosPtr to_engine(const Qos& qos) {
     return out;
 }
 
-Qos from_engine(const dds_qos_t* qos) {
+Qos from_cyclone(const dds_qos_t* qos) {
     Qos out;
     for (const PolicyRow& policy : policies) {
         policy.get(qos, out);

@@ -1,5 +1,5 @@
 /// @file qos_conversion.hpp
-/// @brief QoS values to and from the engine's QoS object.
+/// @brief QoS values to and from Cyclone's QoS object.
 #pragma once
 
 #include <dds/dds.h>
@@ -16,9 +16,9 @@ struct QosDelete {
 using QosPtr = std::unique_ptr<dds_qos_t, QosDelete>;
 
 /// @return an object with the policies that are present in @p qos
-[[nodiscard]] QosPtr to_engine(const Qos& qos);
+QosPtr to_cyclone(const Qos& qos);
 
 /// @return the policies that are set in @p qos
-[[nodiscard]] Qos from_engine(const dds_qos_t* qos);
+Qos from_cyclone(const dds_qos_t* qos);
 
 }  // namespace pexa::engine::cyclone

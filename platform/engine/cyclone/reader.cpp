@@ -5,9 +5,10 @@
 #include <cstdlib>
 #include <new>
 
-#include "platform/engine/cyclone/entity_table.hpp"
+#include "platform/engine/cyclone/entity_records.hpp"
+#include "platform/engine/cyclone/entity_tree.hpp"
 #include "platform/engine/cyclone/instances.hpp"
-#include "platform/engine/cyclone/listener_bridge.hpp"
+#include "platform/engine/cyclone/listener_conversion.hpp"
 #include "platform/engine/cyclone/payload_access.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
 #include "platform/engine/cyclone/results.hpp"
@@ -20,8 +21,8 @@ namespace {
 
 using cyclone::status_of;
 
-// Room for what the engine returns from one call. Large room is taken from the heap, which gives
-// memory for it only as far as it is used.
+// Room for the samples that Cyclone returns from one call. Large room comes from the heap, where
+// memory that is never used costs nothing.
 class RawSamples {
 public:
     explicit RawSamples(std::size_t capacity) {
@@ -35,8 +36,8 @@ public:
 
     // Whether there is memory.
     explicit operator bool() const { return infos_ != nullptr; }
-    [[nodiscard]] ddsi_serdata** data() { return data_; }
-    [[nodiscard]] dds_sample_info_t* infos() { return infos_; }
+    ddsi_serdata** data() { return data_; }
+    dds_sample_info_t* infos() { return infos_; }
 
 private:
     struct Free {
@@ -58,7 +59,7 @@ struct Request {
     std::uint32_t max_samples;
 };
 
-// Nothing for parameters that no reader takes.
+// Returns nothing for a bad number of samples.
 std::optional<Request> make_request(EntityId reader, Access access, const StateMask& states,
                                     std::int32_t max_samples) {
     if (max_samples == unlimited) {
@@ -68,7 +69,7 @@ std::optional<Request> make_request(EntityId reader, Access access, const StateM
         return std::nullopt;
     }
     max_samples = std::min(max_samples, max_samples_per_call);
-    return Request{reader, access, cyclone::engine_state_mask(states),
+    return Request{reader, access, cyclone::to_cyclone(states),
                    static_cast<std::uint32_t>(max_samples)};
 }
 
@@ -109,7 +110,7 @@ Status fetch(const Request& request, LocalHandle instance, std::vector<Sample>& 
         if (!has_room) {
             continue;
         }
-        const SampleInfo info = cyclone::from_engine(raw.infos()[i], data->key);
+        const SampleInfo info = cyclone::from_cyclone(raw.infos()[i], data->key);
         samples.push_back({PayloadAccess::adopt(std::move(data)), info});
     }
     return has_room ? Status::ok : Status::out_of_resources;
@@ -117,7 +118,7 @@ Status fetch(const Request& request, LocalHandle instance, std::vector<Sample>& 
 
 }  // namespace
 
-SampleInfo cyclone::from_engine(const dds_sample_info_t& info, const KeyHash& instance) {
+SampleInfo cyclone::from_cyclone(const dds_sample_info_t& info, const KeyHash& instance) {
     SampleInfo out;
     out.sample_state = info.sample_state;
     out.view_state = static_cast<std::uint32_t>(info.view_state) >> view_shift;
@@ -141,8 +142,8 @@ Created create_reader(EntityId subscriber, EntityId topic, const Qos& qos,
         return {Status::bad_parameter, no_entity};
     }
     auto record = std::make_shared<cyclone::ReaderRecord>(std::move(topic_record));
-    const dds_entity_t reader = dds_create_reader(subscriber, topic, cyclone::to_engine(qos).get(),
-                                                  cyclone::make_listener(listener).get());
+    const dds_entity_t reader = dds_create_reader(subscriber, topic, cyclone::to_cyclone(qos).get(),
+                                                  cyclone::to_cyclone(listener).get());
     if (reader > 0) {
         cyclone::readers().add(reader, std::move(record));
     }
@@ -191,6 +192,8 @@ Status read_or_take_next_instance(EntityId reader, Access access, const StateMas
     return Status::no_data;
 }
 
+// Cyclone returns at once. Samples that writers of this process keep are there when create_reader()
+// returns; those of other processes arrive after the writers have matched.
 Status wait_for_historical_data(EntityId reader, Nanoseconds max_wait) noexcept {
     return status_of(dds_reader_wait_for_historical_data(reader, max_wait));
 }

@@ -1,5 +1,5 @@
 /// @file results.hpp
-/// @brief Translation of the engine's return values.
+/// @brief Translation of Cyclone's return values.
 #pragma once
 
 #include <dds/dds.h>
@@ -9,14 +9,14 @@
 namespace pexa::engine::cyclone {
 
 /// @param result a return code, or a count or handle, which are ok.
-[[nodiscard]] constexpr Status status_of(dds_return_t result) {
+constexpr Status status_of(dds_return_t result) {
     if (result >= 0) {
         return Status::ok;
     }
     return result >= DDS_RETCODE_ILLEGAL_OPERATION ? static_cast<Status>(-result) : Status::error;
 }
 
-[[nodiscard]] constexpr Created created(dds_entity_t result) {
+constexpr Created created(dds_entity_t result) {
     return result > 0 ? Created{Status::ok, result} : Created{status_of(result), no_entity};
 }
 

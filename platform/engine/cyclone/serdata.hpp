@@ -1,5 +1,5 @@
 /// @file serdata.hpp
-/// @brief Encoded samples in the engine's memory.
+/// @brief Encoded samples in Cyclone's memory.
 #pragma once
 
 #include <dds/ddsi/ddsi_serdata.h>
@@ -12,23 +12,21 @@
 
 namespace pexa::engine::cyclone {
 
-/// One allocation: this header, then the payload. The engine counts the references and fixes the
+/// One allocation: this header, then the payload. Cyclone counts the references and fixes the
 /// meaning of the base's members; `type` is not owned and may dangle once topics are deleted, so
 /// nothing that can happen later looks at it.
 struct Serdata : ddsi_serdata {
     KeyHash key{};
     std::uint64_t type_number = 0;
     std::uint32_t size = 0;
-    /// Of the copies that stand for an instance in the engine's map: the type in whose index they
+    /// Of the copies that stand for an instance in Cyclone's map: the type in whose index they
     /// are. Empty otherwise.
     std::shared_ptr<SharedType> indexed_in;
 
-    [[nodiscard]] std::byte* data() { return reinterpret_cast<std::byte*>(this + 1); }
-    [[nodiscard]] const std::byte* data() const {
-        return reinterpret_cast<const std::byte*>(this + 1);
-    }
-    [[nodiscard]] std::span<const std::byte> bytes() const { return {data(), size}; }
-    [[nodiscard]] std::span<std::byte> writable_bytes() { return {data(), size}; }
+    std::byte* data() { return reinterpret_cast<std::byte*>(this + 1); }
+    const std::byte* data() const { return reinterpret_cast<const std::byte*>(this + 1); }
+    std::span<const std::byte> bytes() const { return {data(), size}; }
+    std::span<std::byte> writable_bytes() { return {data(), size}; }
 
     void set_key(const KeyHash& hash);
 };
@@ -40,13 +38,12 @@ struct SerdataRelease {
 using SerdataPtr = std::unique_ptr<Serdata, SerdataRelease>;
 
 /// @return a sample with room for @p size bytes and without key, or NULL without memory
-[[nodiscard]] SerdataPtr make_serdata(const ddsi_sertype* type, ddsi_serdata_kind kind,
-                                      std::size_t size);
+SerdataPtr make_serdata(const ddsi_sertype* type, ddsi_serdata_kind kind, std::size_t size);
 
 /// @return the sample that stands for the instance of @p data: its key and nothing else
-[[nodiscard]] SerdataPtr make_key_serdata(const Serdata& data);
+SerdataPtr make_key_serdata(const Serdata& data);
 
-/// What the engine takes for a sample of the application, in look-ups, filters and key queries.
+/// What Cyclone takes for a sample of the application, in look-ups, filters and key queries.
 struct SampleView {
     KeyHash key{};                  ///< in: the instance to look for
     const Serdata* data = nullptr;  ///< out: the sample; a reference only from key queries

@@ -21,7 +21,7 @@ struct KnownTypes {
 };
 
 KnownTypes& known_types() {
-    // Never destroyed: the engine's threads may release samples until the process ends.
+    // Never destroyed: Cyclone's threads may release samples until the process ends.
     static auto* const known = new KnownTypes;
     return *known;
 }
@@ -71,7 +71,7 @@ uint32_t hash(const ddsi_sertype* type) {
     return static_cast<uint32_t>(shared_of(type).number());
 }
 
-// The one representation serves every endpoint; the engine counts the use by itself.
+// The one representation serves every endpoint; Cyclone counts the use by itself.
 ddsi_sertype* derive(const ddsi_sertype* base, dds_data_representation_id_t representation,
                      dds_type_consistency_enforcement_qospolicy_t) {
     return representation == DDS_DATA_REPRESENTATION_XCDR1 ? const_cast<ddsi_sertype*>(base)

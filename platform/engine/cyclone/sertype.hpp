@@ -1,5 +1,5 @@
 /// @file sertype.hpp
-/// @brief The engine's view of a data type.
+/// @brief Cyclone's view of a data type.
 #pragma once
 
 #include <dds/ddsi/ddsi_sertype.h>
@@ -16,18 +16,18 @@ namespace pexa::engine::cyclone {
 class SharedType {
 public:
     /// @return the one of this Type object, made if there is none
-    [[nodiscard]] static std::shared_ptr<SharedType> of(std::shared_ptr<const Type> type);
+    static std::shared_ptr<SharedType> of(std::shared_ptr<const Type> type);
 
     explicit SharedType(std::shared_ptr<const Type> type);
     SharedType(const SharedType&) = delete;
     SharedType& operator=(const SharedType&) = delete;
     ~SharedType();
 
-    [[nodiscard]] const Type& type() const { return *type_; }
-    [[nodiscard]] bool keyed() const { return keyed_; }
+    const Type& type() const { return *type_; }
+    bool keyed() const { return keyed_; }
     /// Never used again for another one, unlike an address.
-    [[nodiscard]] std::uint64_t number() const { return number_; }
-    [[nodiscard]] InstanceIndex& instances() { return instances_; }
+    std::uint64_t number() const { return number_; }
+    InstanceIndex& instances() { return instances_; }
 
 private:
     std::shared_ptr<const Type> type_;
@@ -36,16 +36,16 @@ private:
     InstanceIndex instances_;
 };
 
-/// What the engine registers for a type in a domain. The engine counts the references.
+/// What Cyclone registers for a type in a domain. Cyclone counts the references.
 struct Sertype : ddsi_sertype {
     std::shared_ptr<SharedType> shared;
 };
 
-[[nodiscard]] inline SharedType& shared_of(const ddsi_sertype* type) {
+inline SharedType& shared_of(const ddsi_sertype* type) {
     return *static_cast<const Sertype*>(type)->shared;
 }
 
-/// @return a new engine type with one reference, for dds_create_topic_sertype()
-[[nodiscard]] ddsi_sertype* make_sertype(std::shared_ptr<SharedType> shared);
+/// @return a new Cyclone type with one reference, for dds_create_topic_sertype()
+ddsi_sertype* make_sertype(std::shared_ptr<SharedType> shared);
 
 }  // namespace pexa::engine::cyclone

@@ -1,5 +1,5 @@
 /// @file state_masks.hpp
-/// @brief Sample, view and instance states in the engine's form and in ours.
+/// @brief Sample, view and instance states in Cyclone's form and in ours.
 #pragma once
 
 #include <dds/dds.h>
@@ -8,7 +8,7 @@
 
 namespace pexa::engine::cyclone {
 
-// The engine keeps the three kinds of state in one mask, one after the other.
+// Cyclone keeps the three kinds of state in one mask, one after the other.
 constexpr unsigned view_shift = 2;
 constexpr unsigned instance_shift = 4;
 static_assert(sample_read == DDS_READ_SAMPLE_STATE && sample_not_read == DDS_NOT_READ_SAMPLE_STATE);
@@ -18,9 +18,9 @@ static_assert(instance_alive << instance_shift == DDS_ALIVE_INSTANCE_STATE &&
               instance_disposed << instance_shift == DDS_NOT_ALIVE_DISPOSED_INSTANCE_STATE &&
               instance_no_writers << instance_shift == DDS_NOT_ALIVE_NO_WRITERS_INSTANCE_STATE);
 
-/// @return the engine's mask, or 0 when nothing can match: the engine takes a kind without bits for
+/// @return Cyclone's mask, or 0 when nothing can match: Cyclone takes a kind without bits for
 /// any state
-[[nodiscard]] constexpr std::uint32_t engine_state_mask(const StateMask& states) {
+constexpr std::uint32_t to_cyclone(const StateMask& states) {
     const std::uint32_t sample = states.sample_states & DDS_ANY_SAMPLE_STATE;
     const std::uint32_t view = (states.view_states << view_shift) & DDS_ANY_VIEW_STATE;
     const std::uint32_t instance =
@@ -28,6 +28,6 @@ static_assert(instance_alive << instance_shift == DDS_ALIVE_INSTANCE_STATE &&
     return sample == 0 || view == 0 || instance == 0 ? 0 : sample | view | instance;
 }
 
-[[nodiscard]] SampleInfo from_engine(const dds_sample_info_t& info, const KeyHash& instance);
+SampleInfo from_cyclone(const dds_sample_info_t& info, const KeyHash& instance);
 
 }  // namespace pexa::engine::cyclone

@@ -1,8 +1,9 @@
 #include <dds/dds.h>
 
 #include "platform/engine/cyclone/domain_trace.hpp"
-#include "platform/engine/cyclone/entity_table.hpp"
-#include "platform/engine/cyclone/listener_bridge.hpp"
+#include "platform/engine/cyclone/entity_records.hpp"
+#include "platform/engine/cyclone/entity_tree.hpp"
+#include "platform/engine/cyclone/listener_conversion.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
 #include "platform/engine/cyclone/results.hpp"
 #include "platform/engine/cyclone/serdata.hpp"
@@ -34,13 +35,13 @@ Created create_topic(EntityId participant, const char* name, std::shared_ptr<con
     }
 
     const dds_entity_t topic =
-        dds_create_topic_sertype(participant, name, &sertype, cyclone::to_engine(qos).get(),
-                                 cyclone::make_listener(listener).get(), nullptr);
+        dds_create_topic_sertype(participant, name, &sertype, cyclone::to_cyclone(qos).get(),
+                                 cyclone::to_cyclone(listener).get(), nullptr);
     if (topic < 0) {
         ddsi_sertype_unref(sertype);
         return {status_of(topic), no_entity};
     }
-    // Now the registered one, which may have been there before.
+    // Now the registered type, which may have existed before.
     record->sertype = sertype;
     cyclone::follow_trace_mask(sertype);
     if (filter) {
@@ -48,6 +49,7 @@ Created create_topic(EntityId participant, const char* name, std::shared_ptr<con
         const Status filtered =
             status_of(dds_set_topic_filter_and_arg(topic, filter_sample, record->filter.get()));
         if (filtered != Status::ok) {
+            // It was just created, and nobody else knows it.
             static_cast<void>(dds_delete(topic));
             return {filtered, no_entity};
         }

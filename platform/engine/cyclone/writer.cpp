@@ -1,13 +1,11 @@
 #include <dds/dds.h>
 #include <dds/ddsi/q_protocol.h>
 
-#include <limits>
 #include <mutex>
-#include <new>
 
-#include "platform/engine/cyclone/entity_table.hpp"
-#include "platform/engine/cyclone/listener_bridge.hpp"
-#include "platform/engine/cyclone/payload_access.hpp"
+#include "platform/engine/cyclone/entity_records.hpp"
+#include "platform/engine/cyclone/entity_tree.hpp"
+#include "platform/engine/cyclone/listener_conversion.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
 #include "platform/engine/cyclone/results.hpp"
 #include "platform/engine/engine.hpp"
@@ -22,11 +20,12 @@ using cyclone::WriterRecord;
 
 constexpr std::size_t encapsulation_size = 4;
 
-// What a late reader gets is decided by the durability service policy, not by the history.
+// In Cyclone the durability service policy, not the history, decides what a late reader gets.
 Qos with_late_reader_history(const Qos& qos, EntityId topic) {
     Qos out = qos;
     Qos of_topic;
     if (!qos.history || !qos.resource_limits || !qos.durability_service) {
+        // If the topic is deleted meanwhile, the creation of the writer fails.
         static_cast<void>(get_qos(topic, of_topic));
     }
     DurabilityServicePolicy service = qos.durability_service.value_or(
@@ -38,19 +37,21 @@ Qos with_late_reader_history(const Qos& qos, EntityId topic) {
     return out;
 }
 
-// Batching is a switch of the process that a writer looks at when it is created.
-dds_entity_t create_engine_writer(EntityId publisher, EntityId topic, const Qos& qos,
-                                  const ListenerSetting& listener) {
+// Batching is a switch of the process, which Cyclone looks at when a writer is created. So the
+// first batching writer overrides the configuration of Cyclone, and a writer that the application
+// creates with Cyclone's own interface at this very moment batches, too.
+dds_entity_t create_cyclone_writer(EntityId publisher, EntityId topic, const Qos& qos,
+                                   const ListenerSetting& listener) {
     static std::mutex batching_mutex;
-    const cyclone::QosPtr engine_qos = cyclone::to_engine(qos);
-    const cyclone::ListenerPtr engine_listener = cyclone::make_listener(listener);
+    const cyclone::QosPtr cyclone_qos = cyclone::to_cyclone(qos);
+    const cyclone::ListenerPtr cyclone_listener = cyclone::to_cyclone(listener);
     const std::lock_guard lock(batching_mutex);
     const bool batches = qos.batching.value_or(false);
     if (batches) {
         dds_write_set_batch(true);
     }
     const dds_entity_t writer =
-        dds_create_writer(publisher, topic, engine_qos.get(), engine_listener.get());
+        dds_create_writer(publisher, topic, cyclone_qos.get(), cyclone_listener.get());
     if (batches) {
         dds_write_set_batch(false);
     }
@@ -88,49 +89,14 @@ Status encode(const WriterRecord& writer, ddsi_serdata_kind kind, const KeyHash&
     return Status::ok;
 }
 
-Status remember_instance(WriterRecord& writer, const cyclone::Serdata& data) {
-    try {
-        const std::lock_guard lock(writer.instances_mutex);
-        const auto [entry, is_new] = writer.instances.try_emplace(data.key);
-        if (!is_new) {
-            return Status::ok;
-        }
-        SerdataPtr key = cyclone::make_key_serdata(data);
-        if (key) {
-            entry->second = PayloadAccess::adopt(std::move(key));
-            return Status::ok;
-        }
-        writer.instances.erase(entry);
-    } catch (const std::bad_alloc&) {
-        return Status::out_of_resources;
-    }
-    return Status::out_of_resources;
-}
-
-void forget_instance(WriterRecord& writer, const KeyHash& instance) {
-    const std::lock_guard lock(writer.instances_mutex);
-    writer.instances.erase(instance);
-}
-
-// A heartbeat that any thread sends names the oldest sample of the history as the first that there
-// is. What the history has dropped by then is lost even if it is sent afterwards.
-std::int64_t most_collected(const Qos& qos) {
-    if (!qos.batching.value_or(false)) {
-        return 0;
-    }
-    const HistoryPolicy history = qos.history.value_or(HistoryPolicy{});
-    return history.kind == HistoryKind::keep_all ? std::numeric_limits<std::int64_t>::max()
-                                                 : history.depth;
-}
-
-void send_collected(EntityId writer, WriterRecord& record) {
-    record.collection.clear();
+void send_batch(EntityId writer, WriterRecord& record) {
+    record.batch.clear();
     dds_write_flush(writer);
 }
 
 Status forward(EntityId writer, SerdataPtr data) {
     const Status result = status_of(dds_forwardcdr(writer, data.get()));
-    // The engine has taken over the reference, unless it did not get as far as the writer.
+    // Cyclone has taken over the reference, unless it did not get as far as the writer.
     const bool refused = result == Status::bad_parameter || result == Status::illegal_operation ||
                          result == Status::already_deleted;
     if (!refused) {
@@ -147,16 +113,13 @@ Created create_writer(EntityId publisher, EntityId topic, const Qos& qos,
     if (!topic_record) {
         return {Status::bad_parameter, no_entity};
     }
-    // The engine refuses every write to a topic with a filter.
+    // Cyclone refuses every write to a topic with a filter.
     if (topic_record->filter) {
         return {Status::illegal_operation, no_entity};
     }
-    auto record = std::make_shared<WriterRecord>(std::move(topic_record));
-    record->autodispose = qos.autodispose_unregistered_instances.value_or(true);
-    record->collection.set_limit(most_collected(qos));
-
+    auto record = std::make_shared<WriterRecord>(std::move(topic_record), qos);
     const dds_entity_t writer =
-        create_engine_writer(publisher, topic, with_late_reader_history(qos, topic), listener);
+        create_cyclone_writer(publisher, topic, with_late_reader_history(qos, topic), listener);
     if (writer > 0) {
         cyclone::writers().add(writer, std::move(record));
     }
@@ -180,21 +143,21 @@ Status write(EntityId writer, WriteKind kind, const KeyHash& instance, std::size
 
     const bool keyed = record->use.topic().type->keyed();
     if (keyed && kind != WriteKind::unregister) {
-        const Status remembered = remember_instance(*record, *data);
+        const Status remembered = record->instances.add(*data);
         if (remembered != Status::ok) {
             return remembered;
         }
     }
     // The write may wait, for readers of this process or for acknowledgements.
-    if (record->collection.is_old()) {
-        send_collected(writer, *record);
+    if (record->batch.is_old()) {
+        send_batch(writer, *record);
     }
     const Status written = forward(writer, std::move(data));
-    if (record->collection.add()) {
-        send_collected(writer, *record);
+    if (record->batch.add()) {
+        send_batch(writer, *record);
     }
     if (keyed && kind == WriteKind::unregister && written == Status::ok) {
-        forget_instance(*record, instance);
+        record->instances.remove(instance);
     }
     return written;
 }
@@ -210,12 +173,12 @@ Status register_instance(EntityId writer, const KeyHash& instance, std::size_t s
     if (encoded != Status::ok || !record->use.topic().type->keyed()) {
         return encoded;
     }
-    return remember_instance(*record, *key);
+    return record->instances.add(*key);
 }
 
 void flush(EntityId writer) noexcept {
     if (const auto record = cyclone::writers().find(writer)) {
-        send_collected(writer, *record);
+        send_batch(writer, *record);
     }
 }
 

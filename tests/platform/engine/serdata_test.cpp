@@ -10,10 +10,10 @@
 namespace pexa::engine::cyclone {
 namespace {
 
-// One fragment as the engine's receive buffers hold it.
+// One fragment as Cyclone's receive buffers hold it.
 class Fragment {
 public:
-    Fragment(const Buffer& whole, std::uint32_t begin, std::uint32_t end)
+    Fragment(const Bytes& whole, std::uint32_t begin, std::uint32_t end)
         : memory_(sizeof(nn_rmsg) + whole.size()) {
         rdata_.rmsg = reinterpret_cast<nn_rmsg*>(memory_.data());
         rdata_.min = begin;
@@ -21,13 +21,13 @@ public:
         std::memcpy(NN_RMSG_PAYLOADOFF(rdata_.rmsg, 0), whole.data() + begin,
                     std::min<std::size_t>(end, whole.size()) - begin);
     }
-    [[nodiscard]] nn_rdata* link(nn_rdata* next) {
+    nn_rdata* link(nn_rdata* next) {
         rdata_.nextfrag = next;
         return &rdata_;
     }
 
 private:
-    Buffer memory_;
+    Bytes memory_;
     nn_rdata rdata_{};
 };
 
@@ -38,7 +38,7 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
         std::vector<Range> ranges;
         bool joined;
     };
-    const Buffer whole = note(3, "eightlet");
+    const Bytes whole = note(3, "eightlet");
     const auto size = static_cast<std::uint32_t>(whole.size());
     const Case cases[] = {
         {"one", {{0, size}}, true},
@@ -67,7 +67,7 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
 
         ASSERT_EQ(data != nullptr, testcase.joined);
         if (data) {
-            EXPECT_EQ(Buffer(data->bytes().begin(), data->bytes().end()), whole);
+            EXPECT_EQ(Bytes(data->bytes().begin(), data->bytes().end()), whole);
             EXPECT_EQ(data->key, note_hash(3));
         }
     }
@@ -76,11 +76,13 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
 
 TEST(KeyHashAlone, MakesASampleOfTheInstanceWithoutPayload) {
     ddsi_sertype* const type = make_sertype(SharedType::of(std::make_shared<NoteType>()));
+    KeyHash whole = note_hash(6);
+    whole.back() = std::byte{9};
     ddsi_keyhash hash;
-    std::memcpy(hash.value, note_hash(6).data(), sizeof hash.value);
+    std::memcpy(hash.value, whole.data(), sizeof hash.value);
     const SerdataPtr data(static_cast<Serdata*>(ddsi_serdata_from_keyhash(type, &hash)));
     const SerdataPtr written = make_serdata(type, SDK_DATA, note(6, "").size());
-    written->set_key(note_hash(6));
+    written->set_key(whole);
     EXPECT_TRUE(ddsi_serdata_eqkey(data.get(), written.get()));
     EXPECT_EQ(data->hash, written->hash);
     EXPECT_TRUE(data->bytes().empty());

@@ -12,7 +12,7 @@ template <typename Operation>
 auto with(const Texts& texts, Operation operation) {
     DDS_StringSeq sequence{};
     DDS_StringSeq_initialize(&sequence);
-    EXPECT_EQ(pexa::dds::store_strings(texts, sequence), DDS_RETCODE_OK);
+    EXPECT_EQ(pexa::dds::store_strings(texts, sequence), pexa::Status::ok);
     auto result = operation(&sequence);
     DDS_StringSeq_finalize(&sequence);
     return result;

@@ -49,7 +49,7 @@ void expect_example(DDS_ReturnCode_t (*get)(DDS_DomainParticipantFactory*, Recor
                   topic...),
               DDS_RETCODE_OK);
     OwnedQos<Record> expected;
-    ASSERT_EQ(pexa::dds::from_engine(example(), expected.get()), DDS_RETCODE_OK);
+    ASSERT_EQ(pexa::dds::from_engine(example(), expected.get()), pexa::Status::ok);
     if constexpr (requires { expected.get().entity_factory; }) {
         expected.get().entity_factory.autoenable_created_entities = 0;
     }

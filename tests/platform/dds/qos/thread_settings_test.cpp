@@ -1,34 +1,23 @@
-#include <gtest/gtest.h>
-
 #include <cstring>
 
 #include "pexa/thread_settings.h"
-#include "tests/support/heap_faults.hpp"
-#include "tests/support/reports.hpp"
+#include "tests/support/faults.hpp"
+#include "tests/support/text.hpp"
 
 namespace {
 
-class ThreadSettings : public testing::Test {
-public:
-    ThreadSettings() {
-        const DDS_Long cpus[] = {3, 1};
-        DDS_ThreadSettings_t_initialize(&filled_);
-        DDS_ThreadSettings_t_initialize(&other_);
-        filled_.mask = DDS_THREAD_SETTINGS_STDIO | DDS_THREAD_SETTINGS_PRIORITY_ENFORCE;
-        filled_.cpu_rotation = DDS_THREAD_SETTINGS_CPU_RR_ROTATION;
-        EXPECT_TRUE(DDS_LongSeq_from_array(&filled_.cpu_list, cpus, 2));
+TEST(ThreadSettings, DifferWhenAnyMemberDoesAndStayAsTheyAreWhenACopyFails) {
+    const DDS_Long cpus[] = {3, 1};
+    DDS_ThreadSettings_t filled;
+    DDS_ThreadSettings_t standard;
+    DDS_ThreadSettings_t other;
+    for (DDS_ThreadSettings_t* settings : {&filled, &standard, &other}) {
+        DDS_ThreadSettings_t_initialize(settings);
     }
-    ~ThreadSettings() override {
-        DDS_ThreadSettings_t_finalize(&filled_);
-        DDS_ThreadSettings_t_finalize(&other_);
-    }
+    filled.mask = DDS_THREAD_SETTINGS_STDIO | DDS_THREAD_SETTINGS_PRIORITY_ENFORCE;
+    filled.cpu_rotation = DDS_THREAD_SETTINGS_CPU_RR_ROTATION;
+    ASSERT_TRUE(DDS_LongSeq_from_array(&filled.cpu_list, cpus, 2));
 
-protected:
-    DDS_ThreadSettings_t filled_;
-    DDS_ThreadSettings_t other_;
-};
-
-TEST_F(ThreadSettings, DifferWhenAnyMemberDoes) {
     void (*const changes[])(DDS_ThreadSettings_t&) = {
         [](DDS_ThreadSettings_t& s) { s.mask = DDS_THREAD_SETTINGS_FLOATING_POINT; },
         [](DDS_ThreadSettings_t& s) { s.priority = 8; },
@@ -42,31 +31,28 @@ TEST_F(ThreadSettings, DifferWhenAnyMemberDoes) {
         },
     };
     for (const auto change : changes) {
-        ASSERT_TRUE(DDS_ThreadSettings_t_copy(&other_, &filled_));
-        EXPECT_TRUE(DDS_ThreadSettings_is_equal(&filled_, &other_));
-        change(other_);
-        EXPECT_FALSE(DDS_ThreadSettings_is_equal(&filled_, &other_));
+        ASSERT_TRUE(DDS_ThreadSettings_t_copy(&other, &filled));
+        EXPECT_TRUE(DDS_ThreadSettings_is_equal(&filled, &other));
+        change(other);
+        EXPECT_FALSE(DDS_ThreadSettings_is_equal(&filled, &other));
     }
-    EXPECT_TRUE(DDS_ThreadSettings_t_copy(&filled_, &other_));
-    EXPECT_TRUE(DDS_ThreadSettings_is_equal(&filled_, &other_));
-    EXPECT_TRUE(DDS_ThreadSettings_t_copy(&filled_, &filled_));
-    EXPECT_EQ(DDS_LongSeq_get_length(&filled_.cpu_list), 2);
-    DDS_ThreadSettings_t_initialize(nullptr);
-    DDS_ThreadSettings_t_finalize(nullptr);
-    EXPECT_FALSE(DDS_ThreadSettings_t_copy(nullptr, &filled_));
-    EXPECT_FALSE(DDS_ThreadSettings_is_equal(&filled_, nullptr));
-}
+    EXPECT_TRUE(DDS_ThreadSettings_t_copy(&filled, &filled));
+    EXPECT_EQ(DDS_LongSeq_get_length(&filled.cpu_list), 2);
+    EXPECT_FALSE(DDS_ThreadSettings_t_copy(nullptr, &filled));
+    EXPECT_FALSE(DDS_ThreadSettings_is_equal(&filled, nullptr));
 
-TEST_F(ThreadSettings, StayAsTheyAreWhenACopyFails) {
-    const Reports silence;
-    heap_faults::sweep([this] {
+    const orvane::test::Reports silence;
+    orvane::test::sweep(orvane::test::heap_allocation, [&] {
         DDS_ThreadSettings_t copy;
         DDS_ThreadSettings_t_initialize(&copy);
-        const bool copied = DDS_ThreadSettings_t_copy(&copy, &filled_) != 0;
-        EXPECT_TRUE(DDS_ThreadSettings_is_equal(&copy, copied ? &filled_ : &other_));
+        const bool copied = DDS_ThreadSettings_t_copy(&copy, &filled) != 0;
+        EXPECT_TRUE(DDS_ThreadSettings_is_equal(&copy, copied ? &filled : &standard));
         DDS_ThreadSettings_t_finalize(&copy);
         return copied;
     });
+    for (DDS_ThreadSettings_t* settings : {&filled, &standard, &other}) {
+        DDS_ThreadSettings_t_finalize(settings);
+    }
 }
 
 }  // namespace
