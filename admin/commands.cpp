@@ -1,26 +1,53 @@
 #include "admin/commands.hpp"
 
+#include "admin/entities.hpp"
 #include "admin/logger_bridge.hpp"
 #include "admin/state.hpp"
 #include "admin/translations.hpp"
+#include "core/exported.hpp"
 #include "core/filter.hpp"
+#include "core/report.hpp"
+#include "core/shared_field.hpp"
+#include "core/state_kind.hpp"
 #include "orvane/core.h"
 #include "pexa/string.h"
+#include "platform/internal/number_of.hpp"
+#include "platform/internal/sequence_define.hpp"
+#include "types/table.hpp"
+#include "types/typed_reader.hpp"
+#include "types/typed_writer.hpp"
+#include "types/value_operations.hpp"
 
 namespace orvane::admin {
 namespace {
 
 constexpr const char* process_context = "QEL_KX_Orvane_processCommand";
+constexpr const char* take_context = "QEL_KX_Orvane_CommandRequestListener_on_data_available";
+
+using CommandReader = types::DataReader<QEL_KX_ADMIN_CommandRequest>;
+using ResponseWriter = types::DataWriter<QEL_KX_ADMIN_CommandResponse>;
+using Identity = types::ValueOperations<QEL_KX_HostAndAppId>;
+
+/// Calls @p action with the elements of a sequence and their numbers.
+template <typename Element, typename Sequence, typename Action>
+void for_each_element(Sequence& typed, Action action) {
+    PEXASequence* const sequence = pexa::any_sequence(&typed);
+    const PEXASequenceElement* const element = &types::Description<Element>::sequence_element;
+    const DDS_Long count = PEXASequence_get_length(sequence, element);
+    for (DDS_Long index = 0; index < count; ++index) {
+        action(*static_cast<Element*>(PEXASequence_get_reference(sequence, element, index)), index);
+    }
+}
 
 /// A response that frees its text with its scope, also when its initialisation ran out of memory.
 class Response {
 public:
-    Response() { QEL_KX_ADMIN_CommandResponse_initialize(&sample_); }
+    Response() { types::ValueOperations<QEL_KX_ADMIN_CommandResponse>::initialize(&sample_); }
     Response(const Response&) = delete;
     Response& operator=(const Response&) = delete;
-    ~Response() { QEL_KX_ADMIN_CommandResponse_finalize(&sample_); }
+    ~Response() { types::ValueOperations<QEL_KX_ADMIN_CommandResponse>::finalize(&sample_); }
 
-    [[nodiscard]] QEL_KX_ADMIN_CommandResponse& sample() noexcept { return sample_; }
+    QEL_KX_ADMIN_CommandResponse& sample() noexcept { return sample_; }
 
 private:
     QEL_KX_ADMIN_CommandResponse sample_{};
@@ -28,86 +55,80 @@ private:
 
 QEL_KX_ADMIN_CommandResult execute_filter_level(QEL_KX_Orvane& logger, DDS_Long level,
                                                 QEL_KX_ADMIN_CommandResponse& response) {
-    if (set_filter_level(logger, level) == DDS_RETCODE_OK) {
+    if (set_filter_level(logger, level) == pexa::Status::ok) {
         return QEL_KX_COMMAND_RESULT_OK;
     }
     constexpr const char* refusal = "Orvane: Trouble setting new Filter Level.";
     // Into the buffer that the response owns and frees.
     DDS_String_copyBounded(response.message, refusal, ORVANE_RESPONSE_MESSAGE_BOUND + 1);
-    QEL_KX_Orvane_printMessage(refusal, process_context, QEL_KX_LEVEL_WARNING);
+    core::report(process_context, refusal, QEL_KX_LEVEL_WARNING);
     return QEL_KX_COMMAND_RESULT_ERROR;
 }
 
 QEL_KX_ADMIN_CommandResult execute_verbosities(
     QEL_KX_Orvane& logger, QEL_KX_ADMIN_QELLoggerCategoryAndVerbositySeq& pairs) {
-    const DDS_Long count = QEL_KX_ADMIN_QELLoggerCategoryAndVerbositySeq_get_length(&pairs);
-    for (DDS_Long index = 0; index < count; ++index) {
-        const QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity* const pair =
-            QEL_KX_ADMIN_QELLoggerCategoryAndVerbositySeq_get_reference(&pairs, index);
-        set_middleware_verbosity(logger,
-                                 static_cast<PEXA_Config_LogCategory>(
-                                     categories.to_middleware(number_of(pair->category))),
-                                 verbosities.to_middleware(number_of(pair->verbosity)));
-    }
+    for_each_element<QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity>(
+        pairs, [&](const QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity& pair, DDS_Long) {
+            set_middleware_verbosity(logger,
+                                     static_cast<PEXA_Config_LogCategory>(
+                                         categories.to_middleware(pexa::number_of(pair.category))),
+                                     verbosities.to_middleware(pexa::number_of(pair.verbosity)));
+        });
     return QEL_KX_COMMAND_RESULT_OK;
 }
 
 QEL_KX_ADMIN_CommandResult execute(QEL_KX_Orvane& logger, QEL_KX_ADMIN_Command& command,
                                    QEL_KX_ADMIN_CommandResponse& response) {
-    switch (number_of(command._d)) {
+    constexpr const types::TypeTable& kinds = types::Description<QEL_KX_ADMIN_CommandKind>::table;
+    // A number of no enumerator must not be read as an enumerator.
+    if (!kinds.has_enumerator(pexa::number_of(command._d))) {
+        return QEL_KX_COMMAND_RESULT_NOT_SUPPORTED;
+    }
+    switch (command._d) {
         case QEL_KX_SET_LOG_LEVEL:
             return execute_filter_level(logger, command._u.filterLevel, response);
         case QEL_KX_SET_QEL_LOGGER_LEVEL:
             return execute_verbosities(logger, command._u.categoryAndVerbosity);
         case QEL_KX_SET_QEL_LOGGER_PRINT_FORMAT:
-            // Answered OK all the same: what the middleware took shows in the State.
+            // The answer is OK in any case. The State shows the format in force.
             static_cast<void>(set_middleware_print_format(
-                logger, print_formats.to_middleware(number_of(command._u.printFormat))));
+                logger, print_formats.to_middleware(pexa::number_of(command._u.printFormat))));
             return QEL_KX_COMMAND_RESULT_OK;
-        default:
-            return QEL_KX_COMMAND_RESULT_NOT_SUPPORTED;
     }
-}
-
-void report_take(const char* text) {
-    QEL_KX_Orvane_printMessage(text, "QEL_KX_Orvane_CommandRequestListener_on_data_available",
-                               QEL_KX_LEVEL_ERROR);
+    return QEL_KX_COMMAND_RESULT_NOT_SUPPORTED;
 }
 
 }  // namespace
 
 void take_commands(QEL_KX_Orvane& logger, DDS_DataReader* reader) {
-    if (state_kind(logger) != QEL_KX_STATE_OPERATIONAL) {
+    if (core::state_kind(logger) != QEL_KX_STATE_OPERATIONAL) {
         return;
     }
-    QEL_KX_ADMIN_CommandRequestDataReader* const command_reader =
-        QEL_KX_ADMIN_CommandRequestDataReader_narrow(reader);
+    DDS_DataReader* const command_reader = CommandReader::narrow(reader);
     if (command_reader == nullptr) {
-        report_take("Unable to narrow DataReader");
+        core::report(take_context, "Unable to narrow DataReader");
         return;
     }
     QEL_KX_ADMIN_CommandRequestSeq requests{};
     DDS_SampleInfoSeq infos{};
-    const DDS_ReturnCode_t result = QEL_KX_ADMIN_CommandRequestDataReader_take(
+    const DDS_ReturnCode_t result = CommandReader::read_or_take(
         command_reader, &requests, &infos, DDS_LENGTH_UNLIMITED, DDS_ANY_SAMPLE_STATE,
-        DDS_ANY_VIEW_STATE, DDS_ANY_INSTANCE_STATE);
+        DDS_ANY_VIEW_STATE, DDS_ANY_INSTANCE_STATE, DDS_BOOLEAN_TRUE);
     if (result == DDS_RETCODE_NO_DATA) {
         return;
     }
     if (result != DDS_RETCODE_OK) {
-        report_take("Unable to take ComandRequest from DataReader");
+        core::report(take_context, "Unable to take ComandRequest from DataReader");
         return;
     }
-    const DDS_Long count = QEL_KX_ADMIN_CommandRequestSeq_get_length(&requests);
-    for (DDS_Long index = 0; index < count; ++index) {
-        if (DDS_SampleInfoSeq_get_reference(&infos, index)->valid_data != 0) {
-            process_command(logger,
-                            *QEL_KX_ADMIN_CommandRequestSeq_get_reference(&requests, index));
-        }
-    }
-    if (QEL_KX_ADMIN_CommandRequestDataReader_return_loan(command_reader, &requests, &infos) !=
-        DDS_RETCODE_OK) {
-        report_take("Unable to return loan in CommandRequest's DataReader");
+    for_each_element<QEL_KX_ADMIN_CommandRequest>(
+        requests, [&](QEL_KX_ADMIN_CommandRequest& request, DDS_Long index) {
+            if (DDS_SampleInfoSeq_get_reference(&infos, index)->valid_data != 0) {
+                process_command(logger, request);
+            }
+        });
+    if (CommandReader::return_loan(command_reader, &requests, &infos) != DDS_RETCODE_OK) {
+        core::report(take_context, "Unable to return loan in CommandRequest's DataReader");
     }
 }
 
@@ -115,22 +136,21 @@ void process_command(QEL_KX_Orvane& logger, QEL_KX_ADMIN_CommandRequest& request
     Response response;
     QEL_KX_ADMIN_CommandResponse& sample = response.sample();
     with_state(logger, [&](const QEL_KX_ADMIN_State& state) {
-        QEL_KX_HostAndAppId_copy(&sample.hostAndAppId, &state.hostAndAppId);
+        Identity::copy(&sample.hostAndAppId, &state.hostAndAppId);
     });
-    QEL_KX_HostAndAppId_copy(&sample.originatorHostAndAppId, &request.originatorHostAndAppId);
+    Identity::copy(&sample.originatorHostAndAppId, &request.originatorHostAndAppId);
     sample.invocation = request.invocation;
     sample.commandResult = execute(logger, request.command, sample);
-    if (QEL_KX_ADMIN_CommandResponseDataWriter_write(
-            QEL_KX_DDSEntities_getCommandResponseWriter(logger.ddsEntities), &sample,
+    if (ResponseWriter::write(
+            field_of<&QEL_KX_DDSEntities::commandResponseWriter>(logger.ddsEntities), &sample,
             &DDS_HANDLE_NIL) != DDS_RETCODE_OK) {
-        QEL_KX_Orvane_printMessage("Unable to write Command Response", process_context,
-                                   QEL_KX_LEVEL_ERROR);
+        core::report(process_context, "Unable to write Command Response");
     }
 }
 
-DDS_ReturnCode_t set_filter_level(QEL_KX_Orvane& logger, DDS_Long level) {
+pexa::Status set_filter_level(QEL_KX_Orvane& logger, DDS_Long level) {
     if (level < 0) {
-        return DDS_RETCODE_ERROR;
+        return pexa::Status::error;
     }
     bool changed = false;
     with_state(logger, [&](QEL_KX_ADMIN_State& state) {
@@ -143,11 +163,24 @@ DDS_ReturnCode_t set_filter_level(QEL_KX_Orvane& logger, DDS_Long level) {
             core::refresh_filter();
         }
     });
-    if (changed && !write_state(logger)) {
-        QEL_KX_Orvane_printMessage("Unable to write State", "QEL_KX_Orvane_setFilterLevel",
-                                   QEL_KX_LEVEL_WARNING);
+    if (changed && write_state(logger) != pexa::Status::ok) {
+        core::report("QEL_KX_Orvane_setFilterLevel", "Unable to write State", QEL_KX_LEVEL_WARNING);
     }
-    return DDS_RETCODE_OK;
+    return pexa::Status::ok;
 }
 
 }  // namespace orvane::admin
+
+namespace admin = orvane::admin;
+
+void QEL_KX_Orvane_CommandRequestListener_on_data_available(void* logger, DDS_DataReader* reader) {
+    admin::take_commands(*static_cast<QEL_KX_Orvane*>(logger), reader);
+}
+
+void QEL_KX_Orvane_processCommand(QEL_KX_Orvane* logger, QEL_KX_ADMIN_CommandRequest* request) {
+    admin::process_command(*logger, *request);
+}
+
+DDS_ReturnCode_t QEL_KX_Orvane_setFilterLevel(QEL_KX_Orvane* logger, DDS_Long level) {
+    return orvane::core::to_return_code(admin::set_filter_level(*logger, level));
+}

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "orvane/admin.h"
+#include "platform/internal/status.hpp"
 
 namespace orvane::admin {
 
@@ -10,7 +11,7 @@ namespace orvane::admin {
 /// @{
 void take_commands(QEL_KX_Orvane& logger, DDS_DataReader* reader);
 void process_command(QEL_KX_Orvane& logger, QEL_KX_ADMIN_CommandRequest& request);
-[[nodiscard]] DDS_ReturnCode_t set_filter_level(QEL_KX_Orvane& logger, DDS_Long level);
+pexa::Status set_filter_level(QEL_KX_Orvane& logger, DDS_Long level);
 /// @}
 
 }  // namespace orvane::admin

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "admin/entity_qos.hpp"
+#include "core/outcome.hpp"
 #include "pexa/base.h"
 
 namespace orvane::admin {
@@ -12,17 +13,15 @@ namespace orvane::admin {
 /// @param entity receives what @p create returns
 /// @param obtain_qos gets the QoS record to fill, returns a code
 /// @param create gets the filled QoS, returns the entity or NULL
-/// @return NULL, or the text that says what failed
 template <typename Qos, typename Entity, typename ObtainQos, typename Create>
-[[nodiscard]] const char* create_with_qos(Entity*& entity, ObtainQos obtain_qos,
-                                          const char* qos_failure, Create create,
-                                          const char* create_failure) {
+core::Outcome create_with_qos(Entity*& entity, ObtainQos obtain_qos, const char* qos_failure,
+                              Create create, const char* create_failure) {
     ScopedQos<Qos> qos;
     if (obtain_qos(qos.get()) != DDS_RETCODE_OK) {
-        return qos_failure;
+        return core::Outcome::failed(qos_failure);
     }
     entity = create(qos.get());
-    return entity != nullptr ? nullptr : create_failure;
+    return core::Outcome::done_if(entity != nullptr, create_failure);
 }
 
 }  // namespace orvane::admin

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstring>
 
+#include "core/shared_field.hpp"
 #include "pexa/domain.h"
 #include "pexa/string.h"
 
@@ -127,7 +128,7 @@ DDS_ReturnCode_t participant_qos(const QEL_KX_DDSEntities* entities, DDS_DomainP
                 entities->participantFactory, defaults);
         },
         [&](DDS_DomainParticipantQos& forced, Source) {
-            const char* const kind = QEL_KX_Options_getApplicationKind(options);
+            const char* const kind = core::load(options->application_kind);
             if (kind == nullptr || *kind == '\0') {
                 return DDS_RETCODE_OK;
             }
@@ -231,3 +232,44 @@ DDS_ReturnCode_t reader_qos(const QEL_KX_DDSEntities* entities, DDS_DataReaderQo
 }
 
 }  // namespace orvane::admin
+
+namespace admin = orvane::admin;
+
+DDS_Boolean QEL_KX_DDSEntities_doesQosLibraryAndProfileExist(const QEL_KX_DDSEntities* entities,
+                                                             const char* library,
+                                                             const char* profile) {
+    return entities != nullptr && admin::profile_exists(*entities, library, profile) ? 1 : 0;
+}
+
+DDS_ReturnCode_t QEL_KX_DDSEntities_getDomainParticipantQos(const QEL_KX_DDSEntities* entities,
+                                                            DDS_DomainParticipantQos* qos,
+                                                            const QEL_KX_Options* options) {
+    return admin::participant_qos(entities, qos, options);
+}
+
+DDS_ReturnCode_t QEL_KX_DDSEntities_getPublisherQos(const QEL_KX_DDSEntities* entities,
+                                                    DDS_PublisherQos* qos) {
+    return admin::publisher_qos(entities, qos);
+}
+
+DDS_ReturnCode_t QEL_KX_DDSEntities_getSubscriberQos(const QEL_KX_DDSEntities* entities,
+                                                     DDS_SubscriberQos* qos) {
+    return admin::subscriber_qos(entities, qos);
+}
+
+DDS_ReturnCode_t QEL_KX_DDSEntities_getTopicQos(const QEL_KX_DDSEntities* entities,
+                                                DDS_TopicQos* qos, const char* topicName) {
+    return admin::topic_qos(entities, qos, topicName);
+}
+
+DDS_ReturnCode_t QEL_KX_DDSEntities_getDataWriterQos(const QEL_KX_DDSEntities* entities,
+                                                     DDS_DataWriterQos* qos,
+                                                     const char* topicName) {
+    return admin::writer_qos(entities, qos, topicName);
+}
+
+DDS_ReturnCode_t QEL_KX_DDSEntities_getDataReaderQos(const QEL_KX_DDSEntities* entities,
+                                                     DDS_DataReaderQos* qos,
+                                                     const char* topicName) {
+    return admin::reader_qos(entities, qos, topicName);
+}

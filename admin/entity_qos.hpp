@@ -36,31 +36,27 @@ public:
     ScopedQos& operator=(const ScopedQos&) = delete;
     ~ScopedQos() { finalize_qos(&qos_); }
 
-    [[nodiscard]] Qos* get() noexcept { return &qos_; }
+    Qos* get() noexcept { return &qos_; }
 
 private:
     Qos qos_{};
 };
 
-[[nodiscard]] bool profile_exists(const QEL_KX_DDSEntities& entities, const char* library,
-                                  const char* profile);
+bool profile_exists(const QEL_KX_DDSEntities& entities, const char* library, const char* profile);
 
 /// @name Getters
 /// Contracts: QEL_KX_DDSEntities_get…Qos.
 /// @{
-[[nodiscard]] DDS_ReturnCode_t participant_qos(const QEL_KX_DDSEntities* entities,
-                                               DDS_DomainParticipantQos* qos,
-                                               const QEL_KX_Options* options);
-[[nodiscard]] DDS_ReturnCode_t publisher_qos(const QEL_KX_DDSEntities* entities,
-                                             DDS_PublisherQos* qos);
-[[nodiscard]] DDS_ReturnCode_t subscriber_qos(const QEL_KX_DDSEntities* entities,
-                                              DDS_SubscriberQos* qos);
-[[nodiscard]] DDS_ReturnCode_t topic_qos(const QEL_KX_DDSEntities* entities, DDS_TopicQos* qos,
-                                         const char* topic_name);
-[[nodiscard]] DDS_ReturnCode_t writer_qos(const QEL_KX_DDSEntities* entities,
-                                          DDS_DataWriterQos* qos, const char* topic_name);
-[[nodiscard]] DDS_ReturnCode_t reader_qos(const QEL_KX_DDSEntities* entities,
-                                          DDS_DataReaderQos* qos, const char* topic_name);
+DDS_ReturnCode_t participant_qos(const QEL_KX_DDSEntities* entities, DDS_DomainParticipantQos* qos,
+                                 const QEL_KX_Options* options);
+DDS_ReturnCode_t publisher_qos(const QEL_KX_DDSEntities* entities, DDS_PublisherQos* qos);
+DDS_ReturnCode_t subscriber_qos(const QEL_KX_DDSEntities* entities, DDS_SubscriberQos* qos);
+DDS_ReturnCode_t topic_qos(const QEL_KX_DDSEntities* entities, DDS_TopicQos* qos,
+                           const char* topic_name);
+DDS_ReturnCode_t writer_qos(const QEL_KX_DDSEntities* entities, DDS_DataWriterQos* qos,
+                            const char* topic_name);
+DDS_ReturnCode_t reader_qos(const QEL_KX_DDSEntities* entities, DDS_DataReaderQos* qos,
+                            const char* topic_name);
 /// @}
 
 }  // namespace orvane::admin

@@ -6,10 +6,18 @@
 
 #include "admin/state.hpp"
 #include "admin/translations.hpp"
+#include "core/exported.hpp"
+#include "core/instance.hpp"
+#include "core/logging.hpp"
+#include "core/report.hpp"
+#include "core/write_thread.hpp"
 #include "orvane/core.h"
+#include "platform/internal/number_of.hpp"
 
 namespace orvane::admin {
 namespace {
+
+using pexa::Status;
 
 static_assert(ORVANE_QEL_LOGGER_CATEGORY_COUNT == PEXA_CONFIG_LOG_CATEGORY_COUNT);
 
@@ -17,7 +25,7 @@ static_assert(ORVANE_QEL_LOGGER_CATEGORY_COUNT == PEXA_CONFIG_LOG_CATEGORY_COUNT
 PEXA_Config_Logger* middleware_logger(const char* context) {
     PEXA_Config_Logger* const logger = PEXA_Config_Logger_get_instance();
     if (logger == nullptr) {
-        QEL_KX_Orvane_printMessage("Unable to get QEL Logger", context, QEL_KX_LEVEL_ERROR);
+        core::report(context, "Unable to get QEL Logger");
     }
     return logger;
 }
@@ -44,10 +52,10 @@ void write_device(const PEXA_Config_LogMessage* message) {
     if (message == nullptr || message->text == nullptr) {
         return;
     }
-    if (std::atomic_ref(gQEL_KX_Orvane_initialized).load(std::memory_order_acquire) != 0) {
-        QEL_KX_Orvane_logMessageWithLevelCategory(
-            std::atomic_ref(QEL_KX_Orvane_instance).load(std::memory_order_acquire),
-            levels.to_library(static_cast<DDS_UnsignedLong>(number_of(message->level))),
+    if (core::is_running()) {
+        core::log_now(
+            core::instance(),
+            levels.to_library(static_cast<DDS_UnsignedLong>(pexa::number_of(message->level))),
             message->text, QEL_KX_MIDDLEWARE_LOGGER_CATEGORY);
         return;
     }
@@ -112,30 +120,65 @@ void set_middleware_verbosity(QEL_KX_Orvane& logger, PEXA_Config_LogCategory cat
     // The thread outlives this call: it is stopped after the last command has been executed.
     if (category == PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION &&
         logger.logMessageWriteThread != nullptr) {
-        LogMessageWriteThread_setCommunicationsLogVerbosity(logger.logMessageWriteThread,
-                                                            verbosity);
+        core::set_communications_verbosity(*logger.logMessageWriteThread, verbosity);
     }
     refresh_verbosities(logger);
-    if (!write_state(logger)) {
-        QEL_KX_Orvane_printMessage("Unable to write Verbosity State",
-                                   "QEL_KX_Orvane_setQELLoggerVerbosityByCategory",
-                                   QEL_KX_LEVEL_WARNING);
+    if (write_state(logger) != Status::ok) {
+        core::report("QEL_KX_Orvane_setQELLoggerVerbosityByCategory",
+                     "Unable to write Verbosity State", QEL_KX_LEVEL_WARNING);
     }
 }
 
-bool set_middleware_print_format(QEL_KX_Orvane& logger, PEXA_Config_LogPrintFormat format) {
+Status set_middleware_print_format(QEL_KX_Orvane& logger, PEXA_Config_LogPrintFormat format) {
     constexpr const char* context = "QEL_KX_Orvane_setQELLoggerPrintFormat";
     PEXA_Config_Logger* const middleware = middleware_logger(context);
     if (middleware == nullptr) {
-        return false;
+        return Status::error;
     }
     PEXA_Config_Logger_set_print_format(middleware, format);
     store_print_format(logger, middleware);
-    if (write_state(logger)) {
-        return true;
+    if (write_state(logger) == Status::ok) {
+        return Status::ok;
     }
-    QEL_KX_Orvane_printMessage("Unable to write PrintFormat State", context, QEL_KX_LEVEL_WARNING);
-    return false;
+    core::report(context, "Unable to write PrintFormat State", QEL_KX_LEVEL_WARNING);
+    return Status::error;
 }
 
 }  // namespace orvane::admin
+
+namespace admin = orvane::admin;
+
+const PEXA_Config_LoggerDevice QEL_KX_Orvane_localDevice = {nullptr, QEL_KX_Orvane_writeDevice,
+                                                            nullptr};
+
+void QEL_KX_Orvane_writeDevice(const PEXA_Config_LoggerDevice*,
+                               const PEXA_Config_LogMessage* message) {
+    admin::write_device(message);
+}
+
+void QEL_KX_Orvane_maskSystemVerbosity(PEXA_Config_LogVerbosity* saved) {
+    admin::mask_verbosity(saved);
+}
+
+void QEL_KX_Orvane_unmaskSystemVerbosity(const PEXA_Config_LogVerbosity* saved) {
+    admin::unmask_verbosity(saved);
+}
+
+void QEL_KX_Orvane_updateQELLoggerCategoryAndVerbosityState(QEL_KX_Orvane* logger) {
+    admin::refresh_verbosities(*logger);
+}
+
+void QEL_KX_Orvane_updateQELLoggerPrintFormatState(QEL_KX_Orvane* logger) {
+    admin::refresh_print_format(*logger);
+}
+
+void QEL_KX_Orvane_setQELLoggerVerbosityByCategory(QEL_KX_Orvane* logger,
+                                                   PEXA_Config_LogCategory category,
+                                                   PEXA_Config_LogVerbosity verbosity) {
+    admin::set_middleware_verbosity(*logger, category, verbosity);
+}
+
+DDS_Boolean QEL_KX_Orvane_setQELLoggerPrintFormat(QEL_KX_Orvane* logger,
+                                                  PEXA_Config_LogPrintFormat format) {
+    return orvane::core::to_boolean(admin::set_middleware_print_format(*logger, format));
+}

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "orvane/admin.h"
+#include "platform/internal/status.hpp"
 
 namespace orvane::admin {
 
@@ -15,8 +16,8 @@ void refresh_verbosities(QEL_KX_Orvane& logger);
 void refresh_print_format(QEL_KX_Orvane& logger);
 void set_middleware_verbosity(QEL_KX_Orvane& logger, PEXA_Config_LogCategory category,
                               PEXA_Config_LogVerbosity verbosity);
-[[nodiscard]] bool set_middleware_print_format(QEL_KX_Orvane& logger,
-                                               PEXA_Config_LogPrintFormat format);
+/// @return an error after a report.
+pexa::Status set_middleware_print_format(QEL_KX_Orvane& logger, PEXA_Config_LogPrintFormat format);
 /// @}
 
 }  // namespace orvane::admin

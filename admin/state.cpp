@@ -1,20 +1,34 @@
 #include "admin/state.hpp"
 
+#include "admin/entities.hpp"
+#include "core/exported.hpp"
+#include "core/report.hpp"
+#include "core/shared_field.hpp"
+#include "types/typed_writer.hpp"
+
 namespace orvane::admin {
 namespace {
+
+using pexa::Status;
+
+using StateWriter = types::DataWriter<QEL_KX_ADMIN_State>;
 
 constexpr const char* initial_context = "QEL_KX_DDSEntities_stateWriterOnPublicationMatched";
 constexpr const char* write_context = "QEL_KX_Orvane_writeState";
 constexpr const char* no_writer = "could not get KX state data writer";
 
-/// Publications have to follow the order of the changes, but no lock may be held while the engine
-/// writes: on this very thread a write runs the logger device and the listeners of readers in this
-/// process, which may change the State again, or wait for the global lock while its holder wants to
-/// publish the end of the logger. So one thread at a time publishes, each time a copy made under
-/// the mutex, and whoever comes meanwhile leaves a request that the publishing thread serves
-/// after its own. Every change is then followed by a publication that contains it, none by an older
-/// one, and nobody waits. Nothing is published too late: whoever publishes either holds the global
-/// lock or is in a callback of the entities, and their deletion waits for its end.
+/// Publications follow the order of the changes, and yet no lock is held while the engine writes.
+/// On the writing thread a write runs the logger device and the listeners of readers in this
+/// process. They may change the State again, or wait for the global lock while its holder publishes
+/// the end of the logger.
+///
+/// So only the thread that has the turn publishes. It publishes a copy that it made under the
+/// mutex. Another thread leaves a request and goes on. The publishing thread then publishes a new
+/// copy for the requests. In this way every change is followed by a publication that contains it,
+/// and no thread waits.
+///
+/// No publication comes too late: its thread either holds the global lock or is in a callback of
+/// the entities, and the deletion of the entities waits for the end of their callbacks.
 struct Turn {
     bool taken = false;
     unsigned requests = 0;
@@ -49,16 +63,15 @@ DDS_ReturnCode_t publish(QEL_KX_Orvane& logger, QEL_KX_ADMIN_StateDataWriter* wr
         copy = *logger.state;
         handle = logger.stateInstanceHandle;
     }
-    return QEL_KX_ADMIN_StateDataWriter_write(writer, &copy, &handle);
+    return StateWriter::write(writer, &copy, &handle);
 }
 
-bool publish_reporting(QEL_KX_Orvane& logger, QEL_KX_ADMIN_StateDataWriter* writer) {
+Status publish_reporting(QEL_KX_Orvane& logger, QEL_KX_ADMIN_StateDataWriter* writer) {
     if (publish(logger, writer) == DDS_RETCODE_OK) {
-        return true;
+        return Status::ok;
     }
-    QEL_KX_Orvane_printMessage("Unable to write State in DataWriter", write_context,
-                               QEL_KX_LEVEL_ERROR);
-    return false;
+    core::report(write_context, "Unable to write State in DataWriter");
+    return Status::error;
 }
 
 /// @return false when no request was left, and the turn is given back.
@@ -74,6 +87,7 @@ bool take_request() noexcept {
 
 void serve_requests(QEL_KX_Orvane& logger, QEL_KX_ADMIN_StateDataWriter* writer) {
     while (take_request()) {
+        // A failure has been reported. The threads of the requests have gone on.
         static_cast<void>(publish_reporting(logger, writer));
     }
 }
@@ -94,8 +108,8 @@ bool take_initial_turn(QEL_KX_Orvane& logger, QEL_KX_ADMIN_State& copy) noexcept
     return true;
 }
 
-/// @return false when there is nothing to publish yet. A first publication that is just going on
-/// made its copy before the change that this call is to publish, so it is asked for another one.
+/// @return false before the first publication, when there is no reader. A first publication that is
+/// under way made its copy before this call's change, so it gets a request for another one.
 bool publication_begun() noexcept {
     const std::lock_guard lock(state_mutex);
     if (QEL_KX_DDSEntities_gInitialStateSent != 0) {
@@ -109,18 +123,9 @@ bool publication_begun() noexcept {
 
 }  // namespace
 
-void initialize_logger(QEL_KX_Orvane* logger) {
-    if (logger == nullptr) {
-        QEL_KX_Orvane_printMessage("QEL_KX_Orvane is NULL", "QEL_KX_Orvane_initialize",
-                                   QEL_KX_LEVEL_ERROR);
-        return;
-    }
-    *logger = QEL_KX_Orvane{};
-}
-
 void set_state_kind(QEL_KX_Orvane& logger, QEL_KX_ADMIN_StateKind kind) noexcept {
     const std::lock_guard lock(state_mutex);
-    std::atomic_ref(logger.state->state).store(kind, std::memory_order_release);
+    core::store(logger.state->state, kind, std::memory_order_release);
 }
 
 void identify_state(QEL_KX_Orvane& logger, DDS_UnsignedLong host_id, DDS_UnsignedLong app_id,
@@ -146,21 +151,19 @@ void publish_initial_state(QEL_KX_Orvane& logger, DDS_DataWriter* writer) {
         return;
     }
     QEL_KX_ADMIN_StateDataWriter* const state_writer =
-        writer != nullptr ? QEL_KX_ADMIN_StateDataWriter_narrow(writer) : nullptr;
+        writer != nullptr ? StateWriter::narrow(writer) : nullptr;
     if (state_writer == nullptr) {
-        QEL_KX_Orvane_printMessage(no_writer, initial_context, QEL_KX_LEVEL_ERROR);
+        core::report(initial_context, no_writer);
         return;
     }
     QEL_KX_ADMIN_State copy;
     if (!take_initial_turn(logger, copy)) {
         return;
     }
-    const DDS_InstanceHandle_t handle =
-        QEL_KX_ADMIN_StateDataWriter_register_instance(state_writer, &copy);
+    const DDS_InstanceHandle_t handle = StateWriter::register_instance(state_writer, &copy);
     if (DDS_InstanceHandle_is_valid(&handle) == 0) {
         drop_turn();
-        QEL_KX_Orvane_printMessage("Unable to register the State instance", initial_context,
-                                   QEL_KX_LEVEL_ERROR);
+        core::report(initial_context, "Unable to register the State instance");
         return;
     }
     set_state_handle(logger, handle);
@@ -172,49 +175,46 @@ void publish_initial_state(QEL_KX_Orvane& logger, DDS_DataWriter* writer) {
     serve_requests(logger, state_writer);
 }
 
-bool write_state(QEL_KX_Orvane& logger) {
+Status write_state(QEL_KX_Orvane& logger) {
     if (!publication_begun()) {
-        return true;
+        return Status::ok;
     }
-    QEL_KX_ADMIN_StateDataWriter* const writer =
-        QEL_KX_DDSEntities_getStateWriter(logger.ddsEntities);
+    DDS_DataWriter* const writer = field_of<&QEL_KX_DDSEntities::stateWriter>(logger.ddsEntities);
     if (writer == nullptr) {
-        QEL_KX_Orvane_printMessage(no_writer, write_context, QEL_KX_LEVEL_ERROR);
-        return false;
+        core::report(write_context, no_writer);
+        return Status::error;
     }
-    DDS_DataWriter* const untyped = QEL_KX_ADMIN_StateDataWriter_as_datawriter(writer);
+    DDS_DataWriter* const untyped = StateWriter::as_datawriter(writer);
     if (untyped == nullptr) {
-        QEL_KX_Orvane_printMessage("could not get State DataWriter as DDS DataWriter",
-                                   write_context, QEL_KX_LEVEL_ERROR);
-        return false;
+        core::report(write_context, "could not get State DataWriter as DDS DataWriter");
+        return Status::error;
     }
     if (DDS_Entity_is_enabled(DDS_DataWriter_as_entity(untyped)) == 0) {
-        return true;
+        return Status::ok;
     }
     if (!take_turn()) {
-        return true;
+        return Status::ok;
     }
-    const bool written = publish_reporting(logger, writer);
+    const Status written = publish_reporting(logger, writer);
     serve_requests(logger, writer);
     return written;
 }
 
-void disable() {
-    QEL_KX_Orvane* const logger =
-        std::atomic_ref(QEL_KX_Orvane_instance).load(std::memory_order_acquire);
-    if (logger == nullptr) {
-        return;
-    }
-    set_state_kind(*logger, QEL_KX_STATE_NONOPERATIONAL);
-    if (logger->logMessageWriteThread != nullptr) {
-        std::atomic_ref(logger->logMessageWriteThread->run).store(0, std::memory_order_relaxed);
-    }
-    if (!write_state(*logger)) {
-        QEL_KX_Orvane_printMessage("Unable to Write State", "QEL_KX_Orvane_disable",
-                                   QEL_KX_LEVEL_WARNING);
-    }
-}
-
 }  // namespace orvane::admin
 
+namespace admin = orvane::admin;
+
 QELBool QEL_KX_DDSEntities_gInitialStateSent = 0;
+
+QELBool QEL_KX_DDSEntities_hasInitialStateBeenSent(void) {
+    return admin::initial_state_sent() ? 1 : 0;
+}
+
+void QEL_KX_DDSEntities_stateWriterOnPublicationMatched(void* listenerData, DDS_DataWriter* writer,
+                                                        const DDS_PublicationMatchedStatus*) {
+    admin::publish_initial_state(*static_cast<QEL_KX_Orvane*>(listenerData), writer);
+}
+
+DDS_Boolean QEL_KX_Orvane_writeState(QEL_KX_Orvane* logger) {
+    return orvane::core::to_boolean(admin::write_state(*logger));
+}

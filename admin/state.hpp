@@ -7,27 +7,22 @@
 /// not the printer.
 #pragma once
 
-#include <atomic>
 #include <mutex>
 
 #include "orvane/admin.h"
 #include "orvane/core.h"
+#include "platform/internal/status.hpp"
 
 namespace orvane::admin {
 
 inline constinit std::mutex state_mutex;
 
-/// Lets @p change see or alter the State while nobody else does.
+/// Runs @p change with the mutex held.
 /// @param change gets the sample; must not call the engine, log, or print.
 template <typename Change>
 void with_state(QEL_KX_Orvane& logger, Change change) {
     const std::lock_guard lock(state_mutex);
     change(*logger.state);
-}
-
-/// Any thread, without the mutex; what was done before the kind was set has happened.
-[[nodiscard]] inline QEL_KX_ADMIN_StateKind state_kind(const QEL_KX_Orvane& logger) noexcept {
-    return std::atomic_ref(logger.state->state).load(std::memory_order_acquire);
 }
 
 void set_state_kind(QEL_KX_Orvane& logger, QEL_KX_ADMIN_StateKind kind) noexcept;
@@ -37,17 +32,13 @@ void set_state_kind(QEL_KX_Orvane& logger, QEL_KX_ADMIN_StateKind kind) noexcept
 void identify_state(QEL_KX_Orvane& logger, DDS_UnsignedLong host_id, DDS_UnsignedLong app_id,
                     DDS_DomainId_t domain_id) noexcept;
 
-/// Zero-fills a record; NULL is reported.
-void initialize_logger(QEL_KX_Orvane* logger);
-
 /// @name Publication
 /// @{
 void set_initial_state_sent(QELBool sent) noexcept;
-[[nodiscard]] bool initial_state_sent() noexcept;
+bool initial_state_sent() noexcept;
 void publish_initial_state(QEL_KX_Orvane& logger, DDS_DataWriter* writer);
-/// @return false after a reported failure.
-[[nodiscard]] bool write_state(QEL_KX_Orvane& logger);
-void disable();
+/// @return an error after a report.
+pexa::Status write_state(QEL_KX_Orvane& logger);
 /// @}
 
 }  // namespace orvane::admin

@@ -5,6 +5,8 @@
 
 #include "admin/creation.hpp"
 #include "pexa/domain.h"
+#include "platform/internal/status.hpp"
+#include "types/type_support.hpp"
 
 namespace orvane::admin {
 namespace {
@@ -21,19 +23,19 @@ struct TopicRow {
 
 constexpr std::array<TopicRow, QEL_KX_TOPIC_COUNT> topic_rows{{
     {QEL_KX_LOG_TOPIC_NAME, QEL_KX_LOG_REGISTERED_TYPE_NAME,
-     QEL_KX_LogMessageTypeSupport_register_type, &QEL_KX_DDSEntities::logTopic,
+     types::TypeSupport<QEL_KX_LogMessage>::register_type, &QEL_KX_DDSEntities::logTopic,
      "Unable to register type for LogMessage", "Unable to create QoS for LogMessage Topic",
      "Unable to create logTopic"},
     {QEL_KX_STATE_TOPIC_NAME, QEL_KX_STATE_REGISTERED_TYPE_NAME,
-     QEL_KX_ADMIN_StateTypeSupport_register_type, &QEL_KX_DDSEntities::stateTopic,
+     types::TypeSupport<QEL_KX_ADMIN_State>::register_type, &QEL_KX_DDSEntities::stateTopic,
      "Unable to register State type", "Unable to get QoS of State's Topic",
      "Unable to create stateTopic"},
     {QEL_KX_COMMAND_REQUEST_TOPIC_NAME, QEL_KX_COMMAND_REQUEST_REGISTERED_TYPE_NAME,
-     QEL_KX_ADMIN_CommandRequestTypeSupport_register_type, &QEL_KX_DDSEntities::commandRequestTopic,
-     "Unable to register CommandRequest type", "Unable to get QoS for CommandRequest's Topic",
-     "Unable to create CommandRequest Topic"},
+     types::TypeSupport<QEL_KX_ADMIN_CommandRequest>::register_type,
+     &QEL_KX_DDSEntities::commandRequestTopic, "Unable to register CommandRequest type",
+     "Unable to get QoS for CommandRequest's Topic", "Unable to create CommandRequest Topic"},
     {QEL_KX_COMMAND_RESPONSE_TOPIC_NAME, QEL_KX_COMMAND_RESPONSE_REGISTERED_TYPE_NAME,
-     QEL_KX_ADMIN_CommandResponseTypeSupport_register_type,
+     types::TypeSupport<QEL_KX_ADMIN_CommandResponse>::register_type,
      &QEL_KX_DDSEntities::commandResponseTopic, "Unable to register CommandResponse Type",
      "Unable to get QoS for CommandResponse Topic", "Unable to create commandResponse Topic"},
 }};
@@ -46,7 +48,7 @@ public:
         std::to_chars(text_.data(), text_.data() + text_.size() - 1, static_cast<DDS_Long>(id));
     }
 
-    [[nodiscard]] char* text() noexcept { return text_.data(); }
+    char* text() noexcept { return text_.data(); }
 
 private:
     std::array<char, 16> text_{};
@@ -64,12 +66,12 @@ public:
         }
     }
 
-    [[nodiscard]] bool lend() noexcept {
+    pexa::Status lend() noexcept {
         constexpr auto count = static_cast<DDS_Long>(std::tuple_size_v<decltype(texts_)>);
         lent_ = DDS_StringSeq_loan_contiguous(&sequence_, texts_.data(), count, count) != 0;
-        return lent_;
+        return lent_ ? pexa::Status::ok : pexa::Status::error;
     }
-    [[nodiscard]] const DDS_StringSeq* sequence() const noexcept { return &sequence_; }
+    const DDS_StringSeq* sequence() const noexcept { return &sequence_; }
 
 private:
     std::array<char*, 2> texts_;
@@ -79,7 +81,7 @@ private:
 
 }  // namespace
 
-const char* obtain_topic(QEL_KX_DDSEntities& entities, TopicOf which) {
+core::Outcome obtain_topic(QEL_KX_DDSEntities& entities, TopicOf which) {
     const auto index = static_cast<std::size_t>(which);
     const TopicRow& row = topic_rows[index];
     DDS_Topic*& topic = entities.*row.topic;
@@ -88,12 +90,12 @@ const char* obtain_topic(QEL_KX_DDSEntities& entities, TopicOf which) {
             DDS_DomainParticipant_lookup_topicdescription(entities.participant, row.name);
         existing != nullptr) {
         topic = DDS_Topic_narrow(existing);
-        return topic != nullptr ? nullptr : row.create_failure;
+        return core::Outcome::done_if(topic != nullptr, row.create_failure);
     }
     if (row.register_type(entities.participant, row.type_name) != DDS_RETCODE_OK) {
-        return row.register_failure;
+        return core::Outcome::failed(row.register_failure);
     }
-    const char* const failure = create_with_qos<DDS_TopicQos>(
+    const core::Outcome created = create_with_qos<DDS_TopicQos>(
         topic, [&](DDS_TopicQos* qos) { return topic_qos(&entities, qos, row.name); },
         row.qos_failure,
         [&](const DDS_TopicQos* qos) {
@@ -102,23 +104,23 @@ const char* obtain_topic(QEL_KX_DDSEntities& entities, TopicOf which) {
         },
         row.create_failure);
     entities.createdTopics[index] = topic;
-    return failure;
+    return created;
 }
 
-const char* create_filtered_topic(QEL_KX_DDSEntities& entities) {
+core::Outcome create_filtered_topic(QEL_KX_DDSEntities& entities) {
     SignedDecimal host_id{entities.rtpsHostId};
     SignedDecimal app_id{entities.rtpsAppId};
     FilterParameters parameters{host_id.text(), app_id.text()};
-    if (!parameters.lend()) {
-        return "Unable to initialize the parameters of commandRequest's Content Filtered Topic";
+    if (parameters.lend() != pexa::Status::ok) {
+        return core::Outcome::failed(
+            "Unable to initialize the parameters of commandRequest's Content Filtered Topic");
     }
     entities.commandRequestFilteredTopic = DDS_DomainParticipant_create_contentfilteredtopic(
         entities.participant, QEL_KX_COMMAND_REQUEST_FILTERED_TOPIC_NAME,
         entities.commandRequestTopic, QEL_KX_COMMAND_REQUEST_FILTER_EXPRESSION,
         parameters.sequence());
-    return entities.commandRequestFilteredTopic != nullptr
-               ? nullptr
-               : "Unable to create commandRequest Content Filtered Topic";
+    return core::Outcome::done_if(entities.commandRequestFilteredTopic != nullptr,
+                                  "Unable to create commandRequest Content Filtered Topic");
 }
 
 }  // namespace orvane::admin

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 
+#include "core/outcome.hpp"
 #include "orvane/admin.h"
 
 namespace orvane::admin {
@@ -13,11 +14,9 @@ enum class TopicOf : std::size_t { log, state, command_request, command_response
 
 /// Looks the topic up in the participant; registers its type and creates it if it is not there. A
 /// topic that existed is used as it is.
-/// @return NULL, or the text that says what failed.
-[[nodiscard]] const char* obtain_topic(QEL_KX_DDSEntities& entities, TopicOf which);
+core::Outcome obtain_topic(QEL_KX_DDSEntities& entities, TopicOf which);
 
 /// The logger's own view of the command requests; needs the request topic and the identity.
-/// @return NULL, or the text that says what failed.
-[[nodiscard]] const char* create_filtered_topic(QEL_KX_DDSEntities& entities);
+core::Outcome create_filtered_topic(QEL_KX_DDSEntities& entities);
 
 }  // namespace orvane::admin

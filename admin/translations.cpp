@@ -2,41 +2,37 @@
 
 #include "orvane/admin.h"
 
-namespace orvane::admin {
-namespace {
+namespace admin = orvane::admin;
 
-struct LevelName {
-    DDS_Long level;
-    char name[QEL_KX_LEVEL_NAME_SIZE];
-};
-
-constexpr std::array<LevelName, 8> level_names{{{QEL_KX_LEVEL_FATAL, "KX Fatal"},
-                                                {QEL_KX_LEVEL_SEVERE, "KX Severe"},
-                                                {QEL_KX_LEVEL_ERROR, "KX Error"},
-                                                {QEL_KX_LEVEL_WARNING, "KX Warning"},
-                                                {QEL_KX_LEVEL_NOTICE, "KX Notice"},
-                                                {QEL_KX_LEVEL_INFO, "KX Info"},
-                                                {QEL_KX_LEVEL_DEBUG, "KX Debug"},
-                                                {QEL_KX_LEVEL_TRACE, "KX Trace"}}};
-constexpr char other_level_name[QEL_KX_LEVEL_NAME_SIZE] = "KX Silent";
-
-const char* level_name(DDS_Long level) noexcept {
-    for (const LevelName& row : level_names) {
-        if (row.level == level) {
-            return row.name;
-        }
-    }
-    return other_level_name;
+QEL_KX_ADMIN_QELLoggerCategory QEL_KX_translateFromQELLoggerCategoryToKXCategory(
+    DDS_Long category) {
+    return static_cast<QEL_KX_ADMIN_QELLoggerCategory>(
+        admin::categories.to_library(static_cast<DDS_UnsignedLong>(category)));
 }
 
-}  // namespace
-
-DDS_ReturnCode_t copy_level_name(DDS_Long level, char* buffer) noexcept {
-    if (buffer == nullptr) {
-        return DDS_RETCODE_BAD_PARAMETER;
-    }
-    std::memcpy(buffer, level_name(level), QEL_KX_LEVEL_NAME_SIZE);
-    return DDS_RETCODE_OK;
+PEXA_Config_LogCategory QEL_KX_translateFromKXCategoryToQELLoggerCategory(DDS_Long category) {
+    return static_cast<PEXA_Config_LogCategory>(admin::categories.to_middleware(category));
 }
 
-}  // namespace orvane::admin
+QEL_KX_ADMIN_QELLoggerVerbosity QEL_KX_translateFromQELLoggerVerbosityToKXVerbosity(
+    PEXA_Config_LogVerbosity verbosity) {
+    return static_cast<QEL_KX_ADMIN_QELLoggerVerbosity>(admin::verbosities.to_library(verbosity));
+}
+
+PEXA_Config_LogVerbosity QEL_KX_translateFromKXVerbosityToQELLoggerVerbosity(DDS_Long verbosity) {
+    return admin::verbosities.to_middleware(verbosity);
+}
+
+QEL_KX_ADMIN_QELLoggerPrintFormat QEL_KX_translateFromQELLoggerPrintFormatToKXPrintFormat(
+    PEXA_Config_LogPrintFormat format) {
+    return static_cast<QEL_KX_ADMIN_QELLoggerPrintFormat>(admin::print_formats.to_library(format));
+}
+
+PEXA_Config_LogPrintFormat QEL_KX_translateFromKXPrintFormatToQELLoggerPrintFormat(
+    DDS_Long format) {
+    return admin::print_formats.to_middleware(format);
+}
+
+DDS_Long QEL_KX_translateFromQELLoggerLogLevelToKXLevel(DDS_Long level) {
+    return admin::levels.to_library(static_cast<DDS_UnsignedLong>(level));
+}

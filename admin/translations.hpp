@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cstddef>
-#include <cstring>
 
 #include "orvane/core.h"
 #include "orvane/types.h"
@@ -13,16 +12,7 @@
 
 namespace orvane::admin {
 
-/// The number that an enumeration's variable holds, which need not be one of the enumerators.
-template <typename Enumeration>
-[[nodiscard]] DDS_Long number_of(const Enumeration& value) noexcept {
-    static_assert(sizeof(Enumeration) == sizeof(DDS_Long));
-    DDS_Long number = 0;
-    std::memcpy(&number, &value, sizeof(number));
-    return number;
-}
-
-/// Pairs of numbers that mean the same, and what a number that is in no pair is taken for.
+/// Pairs of numbers with the same meaning, and the pair that stands for all other numbers.
 template <std::size_t Count>
 struct Dictionary {
     struct Pair {
@@ -32,7 +22,7 @@ struct Dictionary {
     std::array<Pair, Count> pairs;
     Pair otherwise;
 
-    [[nodiscard]] constexpr DDS_Long to_library(DDS_UnsignedLong middleware) const noexcept {
+    constexpr DDS_Long to_library(DDS_UnsignedLong middleware) const noexcept {
         for (const Pair& pair : pairs) {
             if (pair.middleware == middleware) {
                 return pair.own;
@@ -41,7 +31,7 @@ struct Dictionary {
         return otherwise.own;
     }
 
-    [[nodiscard]] constexpr DDS_UnsignedLong to_middleware(DDS_Long own) const noexcept {
+    constexpr DDS_UnsignedLong to_middleware(DDS_Long own) const noexcept {
         for (const Pair& pair : pairs) {
             if (pair.own == own) {
                 return pair.middleware;
@@ -85,8 +75,5 @@ inline constexpr Dictionary<4> levels{{{{QEL_KX_LEVEL_ERROR, PEXA_CONFIG_LOG_LEV
                                         {QEL_KX_LEVEL_NOTICE, PEXA_CONFIG_LOG_LEVEL_STATUS_LOCAL},
                                         {QEL_KX_LEVEL_DEBUG, PEXA_CONFIG_LOG_LEVEL_DEBUG}}},
                                       {QEL_KX_LEVEL_INFO, PEXA_CONFIG_LOG_LEVEL_STATUS_REMOTE}};
-
-/// @param buffer NULL or QEL_KX_LEVEL_NAME_SIZE bytes
-[[nodiscard]] DDS_ReturnCode_t copy_level_name(DDS_Long level, char* buffer) noexcept;
 
 }  // namespace orvane::admin

@@ -7,8 +7,8 @@
 namespace orvane::core {
 namespace {
 
-// Makes reading what has changed and storing the result one step, so that of two changes at the
-// same time the result is never the older one's. No other lock is taken with it.
+// Makes reading the settings and storing the threshold one step. After two changes at the same time
+// the threshold then follows the later one. No other lock is taken while it is held.
 constinit std::mutex mutex;
 constinit const QEL_KX_Orvane* followed = nullptr;
 

@@ -13,7 +13,7 @@ namespace orvane::core {
  */
 inline constinit std::atomic<DDS_Long> last_traced_level = std::numeric_limits<DDS_Long>::max();
 
-[[nodiscard]] inline bool leaves_no_trace(DDS_Long level) noexcept {
+inline bool leaves_no_trace(DDS_Long level) noexcept {
     return level > last_traced_level.load(std::memory_order_relaxed);
 }
 
@@ -23,7 +23,7 @@ inline constinit std::atomic<DDS_Long> last_traced_level = std::numeric_limits<D
  */
 void follow_filter_of(const QEL_KX_Orvane* self) noexcept;
 
-/// To be called after one of the two has changed.
+/// Must be called after a change of the level or of the echo.
 void refresh_filter() noexcept;
 
 }  // namespace orvane::core

@@ -13,12 +13,17 @@ namespace orvane::core {
  */
 inline constinit std::atomic<QELSystemClock*> live_clock = nullptr;
 
-[[nodiscard]] inline QEL_KX_Orvane* instance() noexcept {
+inline QEL_KX_Orvane* instance() noexcept {
     return load(QEL_KX_Orvane_instance, std::memory_order_acquire);
 }
 
+/// Whether there is a complete instance. Any thread; the flag publishes the instance.
+inline bool is_running() noexcept {
+    return load(gQEL_KX_Orvane_initialized, std::memory_order_acquire) != 0;
+}
+
 /// Whether @p self is the instance; to be relied on with the global lock held only.
-[[nodiscard]] inline bool is_live(const QEL_KX_Orvane* self) noexcept {
+inline bool is_live(const QEL_KX_Orvane* self) noexcept {
     return self != nullptr && self == instance();
 }
 

@@ -1,11 +1,13 @@
-#include "admin/state.hpp"
+#include "core/logging.hpp"
+
 #include "core/filter.hpp"
 #include "core/instance.hpp"
 #include "core/logging_lock.hpp"
+#include "core/message_queue.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
+#include "core/state_kind.hpp"
 #include "orvane/admin.h"
-#include "orvane/core.h"
 #include "pexa/osapi.h"
 
 namespace orvane::core {
@@ -13,18 +15,17 @@ namespace {
 
 constexpr const char* no_category = "";
 
-/// @return why the parameters are refused, or NULL.
-const char* refusal_of(const QEL_KX_LogMessageParams* params) noexcept {
+Outcome validate(const QEL_KX_LogMessageParams* params) noexcept {
     if (params == nullptr) {
-        return "Message params is NULL";
+        return Outcome::failed("Message params is NULL");
     }
     if (params->message == nullptr) {
-        return "Message to be logged is NULL";
+        return Outcome::failed("Message to be logged is NULL");
     }
     if (params->category == nullptr) {
-        return "Message category is NULL";
+        return Outcome::failed("Message category is NULL");
     }
-    return params->timestamp.sec < 0 ? "Invalid message timestamp" : nullptr;
+    return Outcome::done_if(params->timestamp.sec >= 0, "Invalid message timestamp");
 }
 
 /// What the middleware reports while it publishes a message must not become a message again.
@@ -36,13 +37,31 @@ bool is_write_thread(const QEL_KX_Orvane& self, DDS_UnsignedLong thread_id) noex
 void echo(const QEL_KX_Orvane& self, const QEL_KX_LogMessageParams& params) {
     if (self.options != nullptr && load(self.options->echo_to_stdout) == 1 &&
         params.message[0] != '\0') {
-        QEL_KX_Orvane_printMessage(params.message, "", params.level);
+        print_message(params.message, "", params.level);
     }
 }
 
 bool passes_filter(const QEL_KX_Orvane& self, DDS_Long level) noexcept {
-    return self.state != nullptr && admin::state_kind(self) == QEL_KX_STATE_OPERATIONAL &&
+    return self.state != nullptr && state_kind(self) == QEL_KX_STATE_OPERATIONAL &&
            level <= load(self.filterLevel);
+}
+
+QEL_KX_HostAndAppId identity_of(const QEL_KX_DDSEntities* entities) noexcept {
+    return entities == nullptr ? QEL_KX_HostAndAppId{}
+                               : QEL_KX_HostAndAppId{static_cast<DDS_Long>(entities->rtpsHostId),
+                                                     static_cast<DDS_Long>(entities->rtpsAppId)};
+}
+
+/// Refers to the texts of the parameters. The queue copies them.
+QEL_KX_MessageQueueRecord make_record(const QEL_KX_Orvane& self,
+                                      const QEL_KX_LogMessageParams& params) noexcept {
+    QEL_KX_MessageQueueRecord record = {};
+    record.sample.hostAndAppId = identity_of(self.ddsEntities);
+    record.sample.level = params.level;
+    record.sample.category = const_cast<char*>(params.category);
+    record.sample.message = const_cast<char*>(params.message);
+    record.timestamp = params.timestamp;
+    return record;
 }
 
 /// With the global lock held, which keeps the instance's record and all that it points at alive.
@@ -57,35 +76,9 @@ void accept(QEL_KX_Orvane& self, const QEL_KX_LogMessageParams& params, const ch
     }
     echo(self, params);
     if (passes_filter(self, params.level)) {
-        const QEL_KX_MessageQueueRecord record = {
-            QEL_KX_DDSEntities_getRtpsHostId(self.ddsEntities),
-            QEL_KX_DDSEntities_getRtpsAppId(self.ddsEntities),
-            params.level,
-            params.category,
-            params.message,
-            params.timestamp};
-        QEL_KX_MessageQueue_push(self.messageQueue, &record);
+        // The queue has reported a loss, and a logging call does not fail because of it.
+        static_cast<void>(push(*self.messageQueue, make_record(self, params)));
     }
-}
-
-DDS_ReturnCode_t log_message(QEL_KX_Orvane* self, const QEL_KX_LogMessageParams* params) {
-    constexpr const char* context = "QEL_KX_Orvane_logMessageWithParams";
-    switch (lock_for_logging()) {
-        case LoggingLock::Held:
-            break;
-        case LoggingLock::Abandoned:
-            return DDS_RETCODE_OK;
-        case LoggingLock::Refused:
-            return report(context, "Unable to lock: It is not safe to log message");
-    }
-    if (const char* refusal = refusal_of(params); refusal != nullptr) {
-        report(context, refusal);
-    } else if (is_live(self)) {
-        accept(*self, *params, context);
-    }
-    return QELOsapi_global_unlock() == 0
-               ? DDS_RETCODE_OK
-               : report(context, "Unable to unlock when logging message.");
 }
 
 /// The clock that stamps messages for @p self, or NULL if that is not the instance.
@@ -93,72 +86,105 @@ QELSystemClock* clock_for(const QEL_KX_Orvane* self) noexcept {
     return is_live(self) ? live_clock.load(std::memory_order_acquire) : nullptr;
 }
 
-DDS_ReturnCode_t log_now(QEL_KX_Orvane* self, DDS_Long level, const char* message,
-                         const char* category) {
+}  // namespace
+
+void log_message(QEL_KX_Orvane* self, const QEL_KX_LogMessageParams* params) {
+    constexpr const char* context = "QEL_KX_Orvane_logMessageWithParams";
+    switch (lock_for_logging()) {
+        case LoggingLock::Held:
+            break;
+        case LoggingLock::Abandoned:
+            return;
+        case LoggingLock::Refused:
+            report(context, "Unable to lock: It is not safe to log message");
+            return;
+    }
+    if (const Outcome valid = validate(params); valid.has_failed()) {
+        report(context, valid);
+    } else if (is_live(self)) {
+        accept(*self, *params, context);
+    }
+    if (QELOsapi_global_unlock() != 0) {
+        report(context, "Unable to unlock when logging message.");
+    }
+}
+
+void log_now(QEL_KX_Orvane* self, DDS_Long level, const char* message, const char* category) {
     if (leaves_no_trace(level) && message != nullptr && category != nullptr) {
-        return DDS_RETCODE_OK;
+        return;
     }
     QEL_KX_LogMessageParams params = {level, message, category, {0, 0}};
     // Without an instance the parameters are still looked at, and the message goes nowhere.
     if (QELSystemClock* clock = clock_for(self); clock != nullptr) {
         QELNtpTime now;
         if (QELSystemClock_getTime(clock, &now) == 0) {
-            return report("QEL_KX_Orvane_logMessageWithLevelCategory",
-                          "Unable to get current Time from internal clock");
+            report("QEL_KX_Orvane_logMessageWithLevelCategory",
+                   "Unable to get current Time from internal clock");
+            return;
         }
         params.timestamp = QELNtpTime_toTime(now);
     }
-    return log_message(self, &params);
+    log_message(self, &params);
 }
 
-}  // namespace
 }  // namespace orvane::core
 
 namespace core = orvane::core;
 
 DDS_ReturnCode_t QEL_KX_Orvane_fatal(QEL_KX_Orvane* self, const char* message) {
-    return QEL_KX_Orvane_log(self, QEL_KX_LEVEL_FATAL, message);
+    core::log_now(self, QEL_KX_LEVEL_FATAL, message, core::no_category);
+    return DDS_RETCODE_OK;
 }
 
 DDS_ReturnCode_t QEL_KX_Orvane_severe(QEL_KX_Orvane* self, const char* message) {
-    return QEL_KX_Orvane_log(self, QEL_KX_LEVEL_SEVERE, message);
+    core::log_now(self, QEL_KX_LEVEL_SEVERE, message, core::no_category);
+    return DDS_RETCODE_OK;
 }
 
 DDS_ReturnCode_t QEL_KX_Orvane_error(QEL_KX_Orvane* self, const char* message) {
-    return QEL_KX_Orvane_log(self, QEL_KX_LEVEL_ERROR, message);
+    core::log_now(self, QEL_KX_LEVEL_ERROR, message, core::no_category);
+    return DDS_RETCODE_OK;
 }
 
 DDS_ReturnCode_t QEL_KX_Orvane_warning(QEL_KX_Orvane* self, const char* message) {
-    return QEL_KX_Orvane_log(self, QEL_KX_LEVEL_WARNING, message);
+    core::log_now(self, QEL_KX_LEVEL_WARNING, message, core::no_category);
+    return DDS_RETCODE_OK;
 }
 
 DDS_ReturnCode_t QEL_KX_Orvane_notice(QEL_KX_Orvane* self, const char* message) {
-    return QEL_KX_Orvane_log(self, QEL_KX_LEVEL_NOTICE, message);
+    core::log_now(self, QEL_KX_LEVEL_NOTICE, message, core::no_category);
+    return DDS_RETCODE_OK;
 }
 
 DDS_ReturnCode_t QEL_KX_Orvane_info(QEL_KX_Orvane* self, const char* message) {
-    return QEL_KX_Orvane_log(self, QEL_KX_LEVEL_INFO, message);
+    core::log_now(self, QEL_KX_LEVEL_INFO, message, core::no_category);
+    return DDS_RETCODE_OK;
 }
 
 DDS_ReturnCode_t QEL_KX_Orvane_debug(QEL_KX_Orvane* self, const char* message) {
-    return QEL_KX_Orvane_log(self, QEL_KX_LEVEL_DEBUG, message);
+    core::log_now(self, QEL_KX_LEVEL_DEBUG, message, core::no_category);
+    return DDS_RETCODE_OK;
 }
 
 DDS_ReturnCode_t QEL_KX_Orvane_trace(QEL_KX_Orvane* self, const char* message) {
-    return QEL_KX_Orvane_log(self, QEL_KX_LEVEL_TRACE, message);
+    core::log_now(self, QEL_KX_LEVEL_TRACE, message, core::no_category);
+    return DDS_RETCODE_OK;
 }
 
 DDS_ReturnCode_t QEL_KX_Orvane_log(QEL_KX_Orvane* self, DDS_Long level, const char* message) {
-    return QEL_KX_Orvane_logMessageWithLevelCategory(self, level, message, core::no_category);
+    core::log_now(self, level, message, core::no_category);
+    return DDS_RETCODE_OK;
 }
 
 DDS_ReturnCode_t QEL_KX_Orvane_logMessageWithLevelCategory(QEL_KX_Orvane* self, DDS_Long level,
                                                            const char* message,
                                                            const char* category) {
-    return core::log_now(self, level, message, category);
+    core::log_now(self, level, message, category);
+    return DDS_RETCODE_OK;
 }
 
 DDS_ReturnCode_t QEL_KX_Orvane_logMessageWithParams(QEL_KX_Orvane* self,
                                                     const QEL_KX_LogMessageParams* params) {
-    return core::log_message(self, params);
+    core::log_message(self, params);
+    return DDS_RETCODE_OK;
 }

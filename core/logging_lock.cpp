@@ -7,7 +7,7 @@
 namespace orvane::core {
 namespace {
 
-/// Objects that live; more than one when a creation fails and undoes what it has made.
+/// Number of living objects. There are two when a creation fails and destroys its parts.
 DDS_Long changes_under_way = 0;
 
 /// Tells a thread that found the lock taken that a change was the reason, even if it has ended

@@ -24,7 +24,7 @@ public:
      * With the global lock held: whether an object lives. It is then this thread's, and the caller
      * a listener that the change itself has called.
      */
-    [[nodiscard]] static bool is_under_way() noexcept;
+    static bool is_under_way() noexcept;
 };
 
 enum class LoggingLock {
@@ -35,6 +35,6 @@ enum class LoggingLock {
 };
 
 /// Takes the global lock for a logging call.
-[[nodiscard]] LoggingLock lock_for_logging() noexcept;
+LoggingLock lock_for_logging() noexcept;
 
 }  // namespace orvane::core

@@ -1,16 +1,19 @@
+#include "core/message_queue.hpp"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <optional>
 
+#include "core/exported.hpp"
 #include "core/report.hpp"
-#include "orvane/core.h"
 #include "pexa/buffer_pool.h"
 #include "pexa/osapi.h"
 #include "pexa/string.h"
 
 namespace orvane::core {
 namespace {
+
+using pexa::Status;
 
 using Element = QEL_KX_MessageQueueElement;
 using List = QEL_KX_MessageQueueList;
@@ -27,12 +30,12 @@ bool succeeded(QELOsapiSemaphoreStatus status) noexcept {
     return status == QEL_OSAPI_SEMAPHORE_STATUS_OK;
 }
 
-[[nodiscard]] bool lock(QEL_KX_MessageQueue& queue, const char* context) {
+Status lock(QEL_KX_MessageQueue& queue, const char* context) {
     if (succeeded(QELOsapiSemaphore_take(queue.mutex, nullptr))) {
-        return true;
+        return Status::ok;
     }
     report(context, "Unable to take message queue mutex");
-    return false;
+    return Status::error;
 }
 
 constexpr const char* mutex_not_given = "Unable to give message queue mutex";
@@ -60,7 +63,7 @@ void append(List& list, Node& node) noexcept {
 }
 
 /// @return the former head, in no list any more; NULL when there is none.
-[[nodiscard]] Element* unlink_head(List& list) noexcept {
+Element* unlink_head(List& list) noexcept {
     if (list.count == 0) {
         return nullptr;
     }
@@ -80,7 +83,7 @@ void append(List& list, Node& node) noexcept {
  * @return the copy, or NULL without memory.
  */
 template <std::size_t BufferSize>
-[[nodiscard]] const char* keep(const char* text, std::size_t bound, char (&buffer)[BufferSize]) {
+char* keep(const char* text, std::size_t bound, char (&buffer)[BufferSize]) {
     const std::size_t length = strnlen(text, bound);
     char* copy = length < BufferSize ? buffer : DDS_String_alloc(length);
     if (copy != nullptr) {
@@ -90,80 +93,72 @@ template <std::size_t BufferSize>
     return copy;
 }
 
-void free_if_owned(const char* text, const char* buffer) {
+void free_if_owned(char* text, const char* buffer) {
     if (text != buffer) {
-        DDS_String_free(const_cast<char*>(text));
+        DDS_String_free(text);
     }
 }
 
 void recycle(QEL_KX_MessageQueue& queue, Element& element) {
-    free_if_owned(element.record.message, element.messageBuffer);
-    free_if_owned(element.record.category, element.categoryBuffer);
+    free_if_owned(element.record.sample.message, element.messageBuffer);
+    free_if_owned(element.record.sample.category, element.categoryBuffer);
     MOSKFastBufferPool_returnBuffer(queue.elementPool, &element);
 }
 
-/// @return which long text there was no memory for, or NULL.
-[[nodiscard]] const char* fill(Element& element, const QEL_KX_MessageQueueRecord& record) {
+Outcome fill(Element& element, const QEL_KX_MessageQueueRecord& record) {
     element.node = {};
     element.record = record;
-    element.record.category = nullptr;
-    element.record.message = keep(record.message, ORVANE_LOG_MESSAGE_BOUND, element.messageBuffer);
-    if (element.record.message == nullptr) {
-        return "Unable to allocate message";
+    QEL_KX_LogMessage& sample = element.record.sample;
+    sample.category = nullptr;
+    sample.message = keep(record.sample.message, ORVANE_LOG_MESSAGE_BOUND, element.messageBuffer);
+    if (sample.message == nullptr) {
+        return Outcome::failed("Unable to allocate message");
     }
-    element.record.category =
-        keep(record.category, ORVANE_LOG_CATEGORY_BOUND, element.categoryBuffer);
-    if (element.record.category == nullptr) {
-        return "Unable to allocate category";
-    }
-    return nullptr;
+    sample.category =
+        keep(record.sample.category, ORVANE_LOG_CATEGORY_BOUND, element.categoryBuffer);
+    return Outcome::done_if(sample.category != nullptr, "Unable to allocate category");
 }
 
-/// Why a message is lost.
-struct Loss {
-    const char* reason;
-    DDS_Long level = QEL_KX_LEVEL_ERROR;
-};
-
-/// With the mutex held.
-[[nodiscard]] std::optional<Loss> enqueue(QEL_KX_MessageQueue& queue,
-                                          const QEL_KX_MessageQueueRecord& record) {
+/// With the mutex held. @return why the message is lost.
+Outcome enqueue(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& record) {
     if (queue.list.count == queue.maxSize) {
-        return Loss{"Max queue size reached, message will get lost", QEL_KX_LEVEL_WARNING};
+        return Outcome::failed("Max queue size reached, message will get lost",
+                               QEL_KX_LEVEL_WARNING);
     }
     auto* element = queue.elementPool == nullptr
                         ? nullptr
                         : static_cast<Element*>(MOSKFastBufferPool_getBuffer(queue.elementPool));
     if (element == nullptr) {
-        return Loss{"Unable to get new queue element"};
+        return Outcome::failed("Unable to get new queue element");
     }
-    if (const char* failure = fill(*element, record); failure != nullptr) {
+    if (const Outcome filled = fill(*element, record); filled.has_failed()) {
         recycle(queue, *element);
-        return Loss{failure};
+        return filled;
     }
     append(queue.list, element->node);
-    return std::nullopt;
+    return Outcome::done();
 }
 
-/// @return what could not be made, or NULL.
-const char* make_parts(QEL_KX_MessageQueue& queue) {
+Outcome make_parts(QEL_KX_MessageQueue& queue) {
     queue.mutex = QELOsapiSemaphore_new(QEL_OSAPI_SEMAPHORE_KIND_MUTEX, nullptr);
     if (queue.mutex == nullptr) {
-        return "Unable to create mutex";
+        return Outcome::failed("Unable to create mutex");
     }
     const QELOsapiSemaphoreProperty units = {0, std::max(queue.maxSize / share_that_wakes, 1)};
     queue.countingSemaphore = QELOsapiSemaphore_new(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, &units);
     if (queue.countingSemaphore == nullptr) {
-        return "Unable to create counting semaphore";
+        return Outcome::failed("Unable to create counting semaphore");
     }
     MOSKFastBufferPoolProperty property = MOSK_FAST_BUFFER_POOL_PROPERTY_DEFAULT;
     property.initial = queue.maxSize;
     property.maximal = queue.maxSize;
     queue.elementPool = MOSKFastBufferPool_new(sizeof(Element), element_alignment, &property);
-    return queue.elementPool == nullptr ? "Unable to create element pool" : nullptr;
+    return Outcome::done_if(queue.elementPool != nullptr, "Unable to create element pool");
 }
 
-QEL_KX_MessageQueue* create(const QEL_KX_MessageQueueProperty& property) {
+}  // namespace
+
+QEL_KX_MessageQueue* create_queue(const QEL_KX_MessageQueueProperty& property) {
     constexpr const char* context = "QEL_KX_MessageQueue_new";
     QEL_KX_MessageQueue* queue = nullptr;
     QELOsapiHeap_allocateStructure(&queue, QEL_KX_MessageQueue);
@@ -174,34 +169,34 @@ QEL_KX_MessageQueue* create(const QEL_KX_MessageQueueProperty& property) {
     std::memset(queue, 0, sizeof *queue);
     queue->maxSize = property.maxSize;
     make_empty(queue->list);
-    if (const char* failure = make_parts(*queue); failure != nullptr) {
-        report(context, failure);
+    if (const Outcome made = make_parts(*queue); made.has_failed()) {
+        report(context, made);
     }
     return queue;
 }
 
-DDS_Boolean push(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& record) {
+Status push(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& record) {
     constexpr const char* context = "QEL_KX_MessageQueue_push";
-    if (!lock(queue, context)) {
-        return DDS_BOOLEAN_FALSE;
+    if (lock(queue, context) != Status::ok) {
+        return Status::error;
     }
-    const std::optional<Loss> loss = enqueue(queue, record);
-    // Before anything is printed or given, so that the consumer need not wait for the mutex: in a
-    // flood it is the only one who can make room. What is printed tells of the loss first.
+    const Outcome queued = enqueue(queue, record);
+    // Comes before the reports and the other semaphore, so that the consumer need not wait for the
+    // mutex: in a flood only the consumer makes room. The loss is reported first all the same.
     const bool is_unlocked = succeeded(QELOsapiSemaphore_give(queue.mutex));
-    if (loss) {
-        report(context, loss->reason, loss->level);
+    if (queued.has_failed()) {
+        report(context, queued);
     }
     if (!is_unlocked) {
         report(context, mutex_not_given);
     }
-    if (loss) {
-        return DDS_BOOLEAN_FALSE;
+    if (queued.has_failed()) {
+        return Status::error;
     }
     if (!succeeded(QELOsapiSemaphore_give(queue.countingSemaphore))) {
         report(context, "Unable to give message queue counting semaphore");
     }
-    return DDS_BOOLEAN_TRUE;
+    return Status::ok;
 }
 
 const QEL_KX_MessageQueueRecord* front(QEL_KX_MessageQueue& queue, const QELNtpTime* timeout) {
@@ -216,7 +211,7 @@ const QEL_KX_MessageQueueRecord* front(QEL_KX_MessageQueue& queue, const QELNtpT
         QELOsapiThread_sleep(timeout);
         return nullptr;
     }
-    if (!lock(queue, context)) {
+    if (lock(queue, context) != Status::ok) {
         return nullptr;
     }
     const bool is_empty = queue.list.count == 0;
@@ -227,7 +222,7 @@ const QEL_KX_MessageQueueRecord* front(QEL_KX_MessageQueue& queue, const QELNtpT
 
 void pop(QEL_KX_MessageQueue& queue) {
     constexpr const char* context = "QEL_KX_MessageQueue_pop";
-    if (!lock(queue, context)) {
+    if (lock(queue, context) != Status::ok) {
         return;
     }
     if (Element* head = unlink_head(queue.list); head != nullptr) {
@@ -236,28 +231,30 @@ void pop(QEL_KX_MessageQueue& queue) {
     unlock(queue, context);
 }
 
-void destroy(QEL_KX_MessageQueue& queue) {
-    QELOsapiSemaphore_delete(queue.mutex);
-    QELOsapiSemaphore_delete(queue.countingSemaphore);
-    while (Element* head = unlink_head(queue.list)) {
-        recycle(queue, *head);
+void delete_queue(QEL_KX_MessageQueue* queue) {
+    if (queue == nullptr) {
+        return;
     }
-    MOSKFastBufferPool_delete(queue.elementPool);
-    QELOsapiHeap_freeStructure(&queue);
+    QELOsapiSemaphore_delete(queue->mutex);
+    QELOsapiSemaphore_delete(queue->countingSemaphore);
+    while (Element* head = unlink_head(queue->list)) {
+        recycle(*queue, *head);
+    }
+    MOSKFastBufferPool_delete(queue->elementPool);
+    QELOsapiHeap_freeStructure(queue);
 }
 
-}  // namespace
 }  // namespace orvane::core
 
 namespace core = orvane::core;
 
 QEL_KX_MessageQueue* QEL_KX_MessageQueue_new(const QEL_KX_MessageQueueProperty* property) {
-    return core::create(*property);
+    return core::create_queue(*property);
 }
 
 DDS_Boolean QEL_KX_MessageQueue_push(QEL_KX_MessageQueue* self,
                                      const QEL_KX_MessageQueueRecord* record) {
-    return core::push(*self, *record);
+    return core::to_boolean(core::push(*self, *record));
 }
 
 const QEL_KX_MessageQueueRecord* QEL_KX_MessageQueue_front(QEL_KX_MessageQueue* self,
@@ -270,9 +267,7 @@ void QEL_KX_MessageQueue_pop(QEL_KX_MessageQueue* self) {
 }
 
 void QEL_KX_MessageQueue_delete(QEL_KX_MessageQueue* self) {
-    if (self != nullptr) {
-        core::destroy(*self);
-    }
+    core::delete_queue(self);
 }
 
 DDS_Long QEL_KX_MessageQueue_getMessageQueueProperty(const QEL_KX_MessageQueue* self) {

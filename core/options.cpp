@@ -1,23 +1,21 @@
+#include "core/options.hpp"
+
 #include <cstring>
 
+#include "core/exported.hpp"
 #include "core/filter.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
-#include "orvane/core.h"
 #include "pexa/osapi.h"
 #include "pexa/string.h"
+#include "platform/internal/record_members.hpp"
 
 namespace orvane::core {
 namespace {
 
-/// Type of the field behind a pointer to member.
-template <typename Field>
-Field type_of_field(Field QEL_KX_Options::*);
+using pexa::Status;
 
-template <auto Field>
-using FieldType = decltype(type_of_field(Field));
-
-[[nodiscard]] bool is_missing(const QEL_KX_Options* self, const char* context) {
+bool is_missing(const QEL_KX_Options* self, const char* context) {
     if (self != nullptr) {
         return false;
     }
@@ -25,62 +23,122 @@ using FieldType = decltype(type_of_field(Field));
     return true;
 }
 
-[[nodiscard]] DDS_ReturnCode_t refuse(const char* context, const char* reason,
-                                      DDS_ReturnCode_t result = DDS_RETCODE_BAD_PARAMETER) {
+Status refuse(const char* context, const char* reason, Status result = Status::bad_parameter) {
     report(context, reason);
     return result;
 }
 
 template <auto Field>
-[[nodiscard]] FieldType<Field> get(const QEL_KX_Options* self, FieldType<Field> if_missing,
-                                   const char* context) {
+pexa::ValueOfMember<Field> get(const QEL_KX_Options* self, pexa::ValueOfMember<Field> if_missing,
+                               const char* context) {
     return is_missing(self, context) ? if_missing : load(self->*Field);
 }
 
 template <auto Field>
-[[nodiscard]] DDS_ReturnCode_t set(QEL_KX_Options* self, FieldType<Field> value,
-                                   const char* context) {
+Status set(QEL_KX_Options* self, pexa::ValueOfMember<Field> value, const char* context) {
     if (is_missing(self, context)) {
-        return DDS_RETCODE_NO_DATA;
+        return Status::no_data;
     }
     store(self->*Field, value);
-    return DDS_RETCODE_OK;
+    return Status::ok;
 }
 
 template <auto Field>
-[[nodiscard]] DDS_ReturnCode_t set_at_least(DDS_Long minimum, QEL_KX_Options* self, DDS_Long value,
-                                            const char* refusal, const char* context) {
+Status set_at_least(DDS_Long minimum, QEL_KX_Options* self, DDS_Long value, const char* refusal,
+                    const char* context) {
     if (is_missing(self, context)) {
-        return DDS_RETCODE_NO_DATA;
+        return Status::no_data;
     }
     return value < minimum ? refuse(context, refusal) : set<Field>(self, value, context);
 }
 
-/// Puts a copy of @p text into the place of an owned string. False without memory.
-[[nodiscard]] bool replace(char*& owned, const char* text) {
+/// Puts a copy of @p text into the place of an owned string.
+Status replace(char*& owned, const char* text) {
     char* copy = DDS_String_dup(text);
     if (copy == nullptr) {
-        return false;
+        return Status::out_of_resources;
     }
     DDS_String_free(owned);
     owned = copy;
-    return true;
+    return Status::ok;
 }
 
 template <auto Field>
-[[nodiscard]] DDS_ReturnCode_t set_text(QEL_KX_Options* self, const char* text, const char* if_null,
-                                        const char* without_memory, const char* context) {
+Status set_text(QEL_KX_Options* self, const char* text, const char* if_null,
+                const char* without_memory, const char* context) {
     if (is_missing(self, context)) {
-        return DDS_RETCODE_NO_DATA;
+        return Status::no_data;
     }
     if (text == nullptr) {
         return refuse(context, if_null);
     }
-    return replace(self->*Field, text) ? DDS_RETCODE_OK
-                                       : refuse(context, without_memory, DDS_RETCODE_ERROR);
+    return replace(self->*Field, text) == Status::ok
+               ? Status::ok
+               : refuse(context, without_memory, Status::error);
 }
 
-QEL_KX_Options* create_default() {
+struct OwnedText {
+    char* QEL_KX_Options::*field;
+    const char* without_memory;
+};
+
+constexpr OwnedText copied_texts[] = {
+    {&QEL_KX_Options::application_kind, "Unable to to copy Application Kind"},
+    {&QEL_KX_Options::qos_library, "Unable to copy QoS library"},
+    {&QEL_KX_Options::qos_profile, "Unable to copy QoS profile"},
+};
+
+Status copy(QEL_KX_Options* self, const QEL_KX_Options* origin) {
+    constexpr const char* context = "QEL_KX_Options_copy";
+    if (self == nullptr) {
+        report(context, "Pointer to destination QEL_KX_Options is NULL");
+        return Status::bad_parameter;
+    }
+    if (origin == nullptr) {
+        report(context, "Pointer to origin QEL_KX_Option s is NULL");
+        return Status::bad_parameter;
+    }
+    self->enabled = origin->enabled;
+    self->remote_administration_enabled = origin->remote_administration_enabled;
+    self->filter_level = origin->filter_level;
+    self->queue_size = origin->queue_size;
+    self->domain_id = origin->domain_id;
+    for (const OwnedText& text : copied_texts) {
+        const char* value = origin->*text.field;
+        if (value != nullptr && replace(self->*text.field, value) != Status::ok) {
+            report(context, text.without_memory);
+            return Status::out_of_resources;
+        }
+    }
+    DDS_ThreadSettings_t_copy(&self->thread, &origin->thread);
+    self->domain_participant = origin->domain_participant;
+    return Status::ok;
+}
+
+Status set_echo(QEL_KX_Options* self, QELBool echo) {
+    const Status result =
+        set<&QEL_KX_Options::echo_to_stdout>(self, echo, "QEL_KX_Options_setEchoToStdout");
+    refresh_filter();
+    return result;
+}
+
+DDS_ThreadSettings_t* thread_settings(QEL_KX_Options* self) {
+    return is_missing(self, "QEL_KX_Options_getThreadSettings") ? nullptr : &self->thread;
+}
+
+Status set_thread_settings(QEL_KX_Options* self, const DDS_ThreadSettings_t* settings) {
+    constexpr const char* context = "QEL_KX_Options_setThreadSettings";
+    if (is_missing(self, context)) {
+        return Status::no_data;
+    }
+    return DDS_ThreadSettings_t_copy(&self->thread, settings) != 0
+               ? Status::ok
+               : refuse(context, "couldn't copy thread settings", Status::error);
+}
+
+}  // namespace
+
+QEL_KX_Options* create_default_options() {
     QEL_KX_Options* options = nullptr;
     QELOsapiHeap_allocateStructure(&options, QEL_KX_Options);
     if (options == nullptr) {
@@ -98,96 +156,60 @@ QEL_KX_Options* create_default() {
     return options;
 }
 
-struct OwnedText {
-    char* QEL_KX_Options::*field;
-    const char* without_memory;
-};
-
-constexpr OwnedText copied_texts[] = {
-    {&QEL_KX_Options::application_kind, "Unable to to copy Application Kind"},
-    {&QEL_KX_Options::qos_library, "Unable to copy QoS library"},
-    {&QEL_KX_Options::qos_profile, "Unable to copy QoS profile"},
-};
-
-DDS_Boolean copy(QEL_KX_Options* self, const QEL_KX_Options* origin) {
-    constexpr const char* context = "QEL_KX_Options_copy";
-    if (self == nullptr) {
-        report(context, "Pointer to destination QEL_KX_Options is NULL");
-        return DDS_BOOLEAN_FALSE;
-    }
-    if (origin == nullptr) {
-        report(context, "Pointer to origin QEL_KX_Option s is NULL");
-        return DDS_BOOLEAN_FALSE;
-    }
-    self->enabled = origin->enabled;
-    self->remote_administration_enabled = origin->remote_administration_enabled;
-    self->filter_level = origin->filter_level;
-    self->queue_size = origin->queue_size;
-    self->domain_id = origin->domain_id;
-    for (const OwnedText& text : copied_texts) {
-        const char* value = origin->*text.field;
-        if (value != nullptr && !replace(self->*text.field, value)) {
-            report(context, text.without_memory);
-            return DDS_BOOLEAN_FALSE;
-        }
-    }
-    DDS_ThreadSettings_t_copy(&self->thread, &origin->thread);
-    self->domain_participant = origin->domain_participant;
-    return DDS_BOOLEAN_TRUE;
-}
-
-DDS_ReturnCode_t destroy(QEL_KX_Options* self) {
+void delete_options(QEL_KX_Options* self) {
     if (self == nullptr) {
         report("QEL_KX_Options_delete", "QEL_KX_Options was already NULL", QEL_KX_LEVEL_INFO);
-        return DDS_RETCODE_OK;
+        return;
     }
     DDS_ThreadSettings_t_finalize(&self->thread);
     DDS_String_free(self->qos_library);
     DDS_String_free(self->qos_profile);
     DDS_String_free(self->application_kind);
     QELOsapiHeap_freeStructure(self);
-    return DDS_RETCODE_OK;
 }
 
-DDS_ThreadSettings_t* thread_settings(QEL_KX_Options* self) {
-    return is_missing(self, "QEL_KX_Options_getThreadSettings") ? nullptr : &self->thread;
-}
-
-DDS_ReturnCode_t set_thread_settings(QEL_KX_Options* self, const DDS_ThreadSettings_t* settings) {
-    constexpr const char* context = "QEL_KX_Options_setThreadSettings";
-    if (is_missing(self, context)) {
-        return DDS_RETCODE_NO_DATA;
-    }
-    return DDS_ThreadSettings_t_copy(&self->thread, settings) != 0
-               ? DDS_RETCODE_OK
-               : refuse(context, "couldn't copy thread settings", DDS_RETCODE_ERROR);
-}
-
-DDS_ReturnCode_t set_participant(QEL_KX_Options* self, DDS_DomainParticipant* participant) {
+Status set_participant(QEL_KX_Options* self, DDS_DomainParticipant* participant) {
     constexpr const char* context = "QEL_KX_Options_setDomainParticipant";
     if (is_missing(self, context)) {
-        return DDS_RETCODE_NO_DATA;
+        return Status::no_data;
     }
     return participant == nullptr
                ? refuse(context, "domainParticipant is null")
                : set<&QEL_KX_Options::domain_participant>(self, participant, context);
 }
 
-}  // namespace
+Status set_filter_level(QEL_KX_Options* self, DDS_Long level) {
+    return set_at_least<&QEL_KX_Options::filter_level>(
+        0, self, level, "Filter Level must be positive or zero", "QEL_KX_Options_setFilterLevel");
+}
+
+Status set_queue_size(QEL_KX_Options* self, DDS_Long size) {
+    return set_at_least<&QEL_KX_Options::queue_size>(1, self, size, "Queue Size must be positive",
+                                                     "QEL_KX_Options_setQueueSize");
+}
+
+Status set_application_kind(QEL_KX_Options* self, const char* kind) {
+    return set_text<&QEL_KX_Options::application_kind>(
+        self, kind, "application kind is NULL", "Unable to allocate memory for Application Kind",
+        "QEL_KX_Options_setApplicationKind");
+}
+
 }  // namespace orvane::core
 
 namespace core = orvane::core;
+using core::to_return_code;
 
 QEL_KX_Options* QEL_KX_Options_createDefault(void) {
-    return core::create_default();
+    return core::create_default_options();
 }
 
 DDS_Boolean QEL_KX_Options_copy(QEL_KX_Options* self, const QEL_KX_Options* origin) {
-    return core::copy(self, origin);
+    return core::to_boolean(core::copy(self, origin));
 }
 
 DDS_ReturnCode_t QEL_KX_Options_delete(QEL_KX_Options* self) {
-    return core::destroy(self);
+    core::delete_options(self);
+    return DDS_RETCODE_OK;
 }
 
 DDS_DomainParticipant* QEL_KX_Options_getDomainParticipant(const QEL_KX_Options* self) {
@@ -197,7 +219,7 @@ DDS_DomainParticipant* QEL_KX_Options_getDomainParticipant(const QEL_KX_Options*
 
 DDS_ReturnCode_t QEL_KX_Options_setDomainParticipant(QEL_KX_Options* self,
                                                      DDS_DomainParticipant* participant) {
-    return core::set_participant(self, participant);
+    return to_return_code(core::set_participant(self, participant));
 }
 
 QELBool QEL_KX_Options_isRemoteAdministrationEnabled(const QEL_KX_Options* self) {
@@ -207,8 +229,8 @@ QELBool QEL_KX_Options_isRemoteAdministrationEnabled(const QEL_KX_Options* self)
 
 DDS_ReturnCode_t QEL_KX_Options_setRemoteAdministrationEnabled(QEL_KX_Options* self,
                                                                QELBool enabled) {
-    return core::set<&QEL_KX_Options::remote_administration_enabled>(
-        self, enabled, "QEL_KX_Options_setRemoteAdministrationEnabled");
+    return to_return_code(core::set<&QEL_KX_Options::remote_administration_enabled>(
+        self, enabled, "QEL_KX_Options_setRemoteAdministrationEnabled"));
 }
 
 DDS_Long QEL_KX_Options_getFilterLevel(const QEL_KX_Options* self) {
@@ -216,8 +238,7 @@ DDS_Long QEL_KX_Options_getFilterLevel(const QEL_KX_Options* self) {
 }
 
 DDS_ReturnCode_t QEL_KX_Options_setFilterLevel(QEL_KX_Options* self, DDS_Long level) {
-    return core::set_at_least<&QEL_KX_Options::filter_level>(
-        0, self, level, "Filter Level must be positive or zero", "QEL_KX_Options_setFilterLevel");
+    return to_return_code(core::set_filter_level(self, level));
 }
 
 DDS_Long QEL_KX_Options_getDomainId(const QEL_KX_Options* self) {
@@ -225,8 +246,8 @@ DDS_Long QEL_KX_Options_getDomainId(const QEL_KX_Options* self) {
 }
 
 DDS_ReturnCode_t QEL_KX_Options_setDomainId(QEL_KX_Options* self, DDS_Long domainId) {
-    return core::set_at_least<&QEL_KX_Options::domain_id>(
-        0, self, domainId, "Domain Id must be positive or zero", "QEL_KX_Options_setDomainId");
+    return to_return_code(core::set_at_least<&QEL_KX_Options::domain_id>(
+        0, self, domainId, "Domain Id must be positive or zero", "QEL_KX_Options_setDomainId"));
 }
 
 const char* QEL_KX_Options_getQosLibrary(const QEL_KX_Options* self) {
@@ -234,9 +255,9 @@ const char* QEL_KX_Options_getQosLibrary(const QEL_KX_Options* self) {
 }
 
 DDS_ReturnCode_t QEL_KX_Options_setQosLibrary(QEL_KX_Options* self, const char* qosLibrary) {
-    return core::set_text<&QEL_KX_Options::qos_library>(self, qosLibrary, "QoS Library is NULL",
-                                                        "Unable to allocate memory for qosLibrary",
-                                                        "QEL_KX_Options_setQoSLibrary");
+    return to_return_code(core::set_text<&QEL_KX_Options::qos_library>(
+        self, qosLibrary, "QoS Library is NULL", "Unable to allocate memory for qosLibrary",
+        "QEL_KX_Options_setQoSLibrary"));
 }
 
 const char* QEL_KX_Options_getQosProfile(const QEL_KX_Options* self) {
@@ -244,9 +265,9 @@ const char* QEL_KX_Options_getQosProfile(const QEL_KX_Options* self) {
 }
 
 DDS_ReturnCode_t QEL_KX_Options_setQosProfile(QEL_KX_Options* self, const char* qosProfile) {
-    return core::set_text<&QEL_KX_Options::qos_profile>(self, qosProfile, "QoS Profile is NULL",
-                                                        "Unable to allocate memory for qosProfile",
-                                                        "QEL_KX_Options_setQoSProfile");
+    return to_return_code(core::set_text<&QEL_KX_Options::qos_profile>(
+        self, qosProfile, "QoS Profile is NULL", "Unable to allocate memory for qosProfile",
+        "QEL_KX_Options_setQoSProfile"));
 }
 
 DDS_Long QEL_KX_Options_getQueueSize(const QEL_KX_Options* self) {
@@ -254,8 +275,7 @@ DDS_Long QEL_KX_Options_getQueueSize(const QEL_KX_Options* self) {
 }
 
 DDS_ReturnCode_t QEL_KX_Options_setQueueSize(QEL_KX_Options* self, DDS_Long queueSize) {
-    return core::set_at_least<&QEL_KX_Options::queue_size>(
-        1, self, queueSize, "Queue Size must be positive", "QEL_KX_Options_setQueueSize");
+    return to_return_code(core::set_queue_size(self, queueSize));
 }
 
 DDS_ThreadSettings_t* QEL_KX_Options_getThreadSettings(QEL_KX_Options* self) {
@@ -264,7 +284,7 @@ DDS_ThreadSettings_t* QEL_KX_Options_getThreadSettings(QEL_KX_Options* self) {
 
 DDS_ReturnCode_t QEL_KX_Options_setThreadSettings(QEL_KX_Options* self,
                                                   const DDS_ThreadSettings_t* settings) {
-    return core::set_thread_settings(self, settings);
+    return to_return_code(core::set_thread_settings(self, settings));
 }
 
 const char* QEL_KX_Options_getApplicationKind(const QEL_KX_Options* self) {
@@ -274,9 +294,7 @@ const char* QEL_KX_Options_getApplicationKind(const QEL_KX_Options* self) {
 
 DDS_ReturnCode_t QEL_KX_Options_setApplicationKind(QEL_KX_Options* self,
                                                    const char* applicationKind) {
-    return core::set_text<&QEL_KX_Options::application_kind>(
-        self, applicationKind, "application kind is NULL",
-        "Unable to allocate memory for Application Kind", "QEL_KX_Options_setApplicationKind");
+    return to_return_code(core::set_application_kind(self, applicationKind));
 }
 
 QELBool QEL_KX_Options_getEchoToStdout(const QEL_KX_Options* self) {
@@ -284,10 +302,7 @@ QELBool QEL_KX_Options_getEchoToStdout(const QEL_KX_Options* self) {
 }
 
 DDS_ReturnCode_t QEL_KX_Options_setEchoToStdout(QEL_KX_Options* self, QELBool echo) {
-    const DDS_ReturnCode_t result =
-        core::set<&QEL_KX_Options::echo_to_stdout>(self, echo, "QEL_KX_Options_setEchoToStdout");
-    core::refresh_filter();
-    return result;
+    return to_return_code(core::set_echo(self, echo));
 }
 
 QELBool QEL_KX_Options_getLogInfrastructureMessages(const QEL_KX_Options* self) {
@@ -297,6 +312,6 @@ QELBool QEL_KX_Options_getLogInfrastructureMessages(const QEL_KX_Options* self) 
 
 DDS_ReturnCode_t QEL_KX_Options_setLogInfrastructureMessages(QEL_KX_Options* self,
                                                              QELBool enabled) {
-    return core::set<&QEL_KX_Options::log_infrastructure_messages>(
-        self, enabled, "QEL_KX_Options_setLogInfrastructureMessages");
+    return to_return_code(core::set<&QEL_KX_Options::log_infrastructure_messages>(
+        self, enabled, "QEL_KX_Options_setLogInfrastructureMessages"));
 }

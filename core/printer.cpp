@@ -1,9 +1,11 @@
+#include "core/printer.hpp"
+
 #include <cstdio>
 #include <string_view>
 
-#include "orvane/admin.h"
-#include "orvane/core.h"
+#include "core/level_names.hpp"
 
+namespace orvane::core {
 namespace {
 
 constexpr const char* own_name = "QEL_KX_Orvane_printMessage";
@@ -15,20 +17,23 @@ DDS_ReturnCode_t print_line(std::string_view message, const char* context, DDS_L
         return DDS_RETCODE_BAD_PARAMETER;
     }
     const char* end = message.back() == '\n' ? "" : "\n";
-    char level_name[QEL_KX_LEVEL_NAME_SIZE];
-    const DDS_ReturnCode_t result = QEL_KX_translateFromKXLogLevelToString(level, level_name);
-    std::printf("%s: %s: %s%s", result == DDS_RETCODE_OK ? level_name : "KX Warning", context,
-                message.data(), end);
-    return result;
+    std::printf("%s: %s: %s%s", printed_level_name(level), context, message.data(), end);
+    return DDS_RETCODE_OK;
 }
 
 }  // namespace
 
-DDS_ReturnCode_t QEL_KX_Orvane_printMessage(const char* message, const char* context,
-                                            DDS_Long level) {
+DDS_ReturnCode_t print_message(const char* message, const char* context, DDS_Long level) {
     if (message == nullptr || context == nullptr) {
         std::printf("KX Error: %s: String passed as parameter is NULL.\n", own_name);
         return DDS_RETCODE_PRECONDITION_NOT_MET;
     }
     return print_line(message, context, level);
+}
+
+}  // namespace orvane::core
+
+DDS_ReturnCode_t QEL_KX_Orvane_printMessage(const char* message, const char* context,
+                                            DDS_Long level) {
+    return orvane::core::print_message(message, context, level);
 }

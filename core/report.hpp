@@ -1,13 +1,21 @@
+/// @file report.hpp
+/// @brief How an operation says that it failed.
 #pragma once
 
+#include "core/outcome.hpp"
+#include "core/printer.hpp"
 #include "orvane/core.h"
 
 namespace orvane::core {
 
-/// Says on standard output what went wrong in the operation @p context.
-inline DDS_ReturnCode_t report(const char* context, const char* message,
-                               DDS_Long level = QEL_KX_LEVEL_ERROR) {
-    return QEL_KX_Orvane_printMessage(message, context, level);
+/// Prints a line about the operation @p context on standard output. Neither text is empty.
+inline void report(const char* context, const char* message, DDS_Long level = QEL_KX_LEVEL_ERROR) {
+    print_message(message, context, level);
+}
+
+/// Says why an operation has failed.
+inline void report(const char* context, const Outcome& failure) {
+    report(context, failure.reason(), failure.level());
 }
 
 }  // namespace orvane::core

@@ -7,8 +7,7 @@ namespace orvane::core {
 
 /// Reads a field of a plain C record, or a plain C variable, that another thread may be writing.
 template <typename Field>
-[[nodiscard]] Field load(const Field& field,
-                         std::memory_order order = std::memory_order_relaxed) noexcept {
+Field load(const Field& field, std::memory_order order = std::memory_order_relaxed) noexcept {
     // A reference to something constant can be made in a later standard only; nothing is written.
     return std::atomic_ref<Field>(const_cast<Field&>(field)).load(order);
 }

@@ -1,19 +1,34 @@
+#include "lifecycle/creation.hpp"
+
 #include <cstring>
 
+#include "admin/commands.hpp"
+#include "admin/entities.hpp"
+#include "admin/logger_bridge.hpp"
 #include "admin/state.hpp"
 #include "core/filter.hpp"
 #include "core/instance.hpp"
 #include "core/logging_lock.hpp"
+#include "core/options.hpp"
+#include "core/outcome.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
+#include "core/write_thread.hpp"
 #include "orvane/admin.h"
-#include "orvane/core.h"
 #include "pexa/config_logger.h"
 #include "pexa/osapi.h"
 #include "pexa/subscription.h"
+#include "platform/internal/status.hpp"
+#include "types/plugin_support.hpp"
 
-namespace orvane::core {
+namespace orvane::lifecycle {
 namespace {
+
+using core::Outcome;
+using core::report;
+using pexa::Status;
+
+using StateSample = types::PluginSupport<QEL_KX_ADMIN_State>;
 
 constexpr const char* context = "QEL_KX_Orvane_createInstance";
 
@@ -24,29 +39,29 @@ constexpr const char* context = "QEL_KX_Orvane_createInstance";
  */
 QEL_KX_Options* options_made = nullptr;
 
-/// False without memory, which has been reported.
-[[nodiscard]] bool choose_options(QEL_KX_Orvane& self) {
-    self.options = load(gQEL_KX_Orvane_currentOptions);
+/// An error has been reported.
+Status choose_options(QEL_KX_Orvane& self) {
+    self.options = core::load(gQEL_KX_Orvane_currentOptions);
     if (self.options == nullptr) {
         report(context, "Creating Orvane with default options", QEL_KX_LEVEL_INFO);
-        options_made = QEL_KX_Options_createDefault();
+        options_made = core::create_default_options();
         self.options = options_made;
     }
-    return self.options != nullptr;
+    return self.options != nullptr ? Status::ok : Status::out_of_resources;
 }
 
-// The steps of a creation, in their order. Each gives the reason for which it failed, or NULL.
+// The steps of a creation, in their order.
 
-const char* make_clock(QEL_KX_Orvane& self) {
+Outcome make_clock(QEL_KX_Orvane& self) {
     self.clock = QELSystemClock_new();
-    live_clock.store(self.clock, std::memory_order_release);
-    return self.clock == nullptr ? "Unable to create clock" : nullptr;
+    core::live_clock.store(self.clock, std::memory_order_release);
+    return Outcome::done_if(self.clock != nullptr, "Unable to create clock");
 }
 
-const char* make_state(QEL_KX_Orvane& self) {
-    self.state = QEL_KX_ADMIN_StateTypeSupport_create_data();
+Outcome make_state(QEL_KX_Orvane& self) {
+    self.state = StateSample::create_data();
     if (self.state == nullptr) {
-        return "Unable to initialize QEL_KX_ADMIN_State";
+        return Outcome::failed("Unable to initialize QEL_KX_ADMIN_State");
     }
     self.state->state = QEL_KX_STATE_INITIALIZING;
     if (const char* kind = self.options->application_kind; kind != nullptr) {
@@ -56,108 +71,97 @@ const char* make_state(QEL_KX_Orvane& self) {
     }
     self.state->filterLevel = self.options->filter_level;
     self.stateInstanceHandle = DDS_HANDLE_NIL;
-    return nullptr;
+    return Outcome::done();
 }
 
-const char* make_entities(QEL_KX_Orvane& self) {
-    self.ddsEntities = QEL_KX_DDSEntities_create(&self);
-    return self.ddsEntities == nullptr ? "Unable to create DDSEntities" : nullptr;
+Outcome make_entities(QEL_KX_Orvane& self) {
+    self.ddsEntities = admin::create_entities(&self);
+    return Outcome::done_if(self.ddsEntities != nullptr, "Unable to create DDSEntities");
 }
 
 /// Without remote administration there is no reader, and the creation ends here.
-const char* listen_to_commands(QEL_KX_Orvane& self) {
+Outcome listen_to_commands(QEL_KX_Orvane& self) {
     DDS_DataReaderListener listener = {};
     listener.listener_data = &self;
     listener.on_data_available = QEL_KX_Orvane_CommandRequestListener_on_data_available;
-    return DDS_DataReader_set_listener(QEL_KX_DDSEntities_getCommandRequestReader(self.ddsEntities),
-                                       &listener, DDS_DATA_AVAILABLE_STATUS) == DDS_RETCODE_OK
-               ? nullptr
-               : "Unable to set listener for CommandRequests";
+    return Outcome::done_if(
+        DDS_DataReader_set_listener(self.ddsEntities->commandRequestReader, &listener,
+                                    DDS_DATA_AVAILABLE_STATUS) == DDS_RETCODE_OK,
+        "Unable to set listener for CommandRequests");
 }
 
-const char* start_write_thread(QEL_KX_Orvane& self) {
-    self.logMessageWriteThread =
-        LogMessageWriteThread_create(QEL_KX_DDSEntities_getLogMessageWriter(self.ddsEntities),
-                                     self.options->queue_size, &self.options->thread);
+Outcome start_write_thread(QEL_KX_Orvane& self) {
+    self.logMessageWriteThread = core::create_write_thread(
+        self.ddsEntities->logMessageWriter, self.options->queue_size, self.options->thread);
     if (self.logMessageWriteThread == nullptr) {
-        return "Unable to create LogMessage Thread";
+        return Outcome::failed("Unable to create LogMessage Thread");
     }
     self.messageQueue = self.logMessageWriteThread->messageQueue;
-    return nullptr;
+    return Outcome::done();
 }
 
 /// The State's identity and domain have been there since the entities exist, because a first reader
 /// may match from then on.
-const char* adopt_settings(QEL_KX_Orvane& self) {
-    store(self.filterLevel, self.options->filter_level);
-    follow_filter_of(&self);
-    QEL_KX_Orvane_updateQELLoggerPrintFormatState(&self);
-    QEL_KX_Orvane_updateQELLoggerCategoryAndVerbosityState(&self);
-    return nullptr;
+Outcome adopt_settings(QEL_KX_Orvane& self) {
+    core::store(self.filterLevel, self.options->filter_level);
+    core::follow_filter_of(&self);
+    admin::refresh_print_format(self);
+    admin::refresh_verbosities(self);
+    return Outcome::done();
 }
 
-const char* serve_waiting_commands(QEL_KX_Orvane& self) {
+Outcome serve_waiting_commands(QEL_KX_Orvane& self) {
     if (self.options->remote_administration_enabled == 1) {
-        QEL_KX_Orvane_CommandRequestListener_on_data_available(
-            &self, QEL_KX_DDSEntities_getCommandRequestReader(self.ddsEntities));
+        admin::take_commands(self, self.ddsEntities->commandRequestReader);
     }
-    return nullptr;
+    return Outcome::done();
 }
 
-const char* become_operational(QEL_KX_Orvane& self) {
+Outcome become_operational(QEL_KX_Orvane& self) {
     admin::set_state_kind(self, QEL_KX_STATE_OPERATIONAL);
-    return QEL_KX_Orvane_writeState(&self) == 0 ? "Unable to write State" : nullptr;
+    return Outcome::done_if(admin::write_state(self) == Status::ok, "Unable to write State");
 }
 
-const char* install_device(QEL_KX_Orvane& self) {
-    if (load(self.options->log_infrastructure_messages) == 0) {
-        return nullptr;
+Outcome install_device(QEL_KX_Orvane& self) {
+    if (core::load(self.options->log_infrastructure_messages) == 0) {
+        return Outcome::done();
     }
     if (PEXA_Config_Logger_set_output_device(PEXA_Config_Logger_get_instance(),
                                              &QEL_KX_Orvane_localDevice) == 0) {
-        return "Unable to hoop up QEL Logger";
+        return Outcome::failed("Unable to hoop up QEL Logger");
     }
     self.loggerDevice = &QEL_KX_Orvane_localDevice;
-    return nullptr;
+    return Outcome::done();
 }
 
-using Step = const char* (*)(QEL_KX_Orvane&);
-
-constexpr Step steps[] = {
+constexpr Outcome (*steps[])(QEL_KX_Orvane&) = {
     make_clock,         make_state,     make_entities,          listen_to_commands,
     start_write_thread, adopt_settings, serve_waiting_commands, become_operational,
     install_device};
 
-/// False after a reported failure.
-[[nodiscard]] bool build(QEL_KX_Orvane& self) {
-    if (!choose_options(self)) {
-        return false;
+/// An error has been reported.
+Status build(QEL_KX_Orvane& self) {
+    if (const Status chosen = choose_options(self); chosen != Status::ok) {
+        return chosen;
     }
-    for (const Step step : steps) {
-        if (const char* failure = step(self); failure != nullptr) {
-            report(context, failure);
-            return false;
-        }
+    if (const Outcome outcome = core::take_steps(steps, self); outcome.has_failed()) {
+        report(context, outcome);
+        return Status::error;
     }
-    return true;
+    return Status::ok;
 }
 
-QEL_KX_Orvane* create() {
-    if (QEL_KX_Orvane* existing = load(QEL_KX_Orvane_instance); existing != nullptr) {
-        return existing;
-    }
-    QEL_KX_Orvane* self = nullptr;
-    QELOsapiHeap_allocateStructure(&self, QEL_KX_Orvane);
+void initialize(QEL_KX_Orvane* self) {
     if (self == nullptr) {
-        report(context, "Unable to allocate memory for Orvane Instance");
-        return nullptr;
+        report("QEL_KX_Orvane_initialize", "QEL_KX_Orvane is NULL");
+        return;
     }
-    QEL_KX_Orvane_initialize(self);
-    return build(*self) ? self : QEL_KX_Orvane_destroy(self);
+    *self = QEL_KX_Orvane{};
 }
 
 void remove_device(const QEL_KX_Orvane& self) {
-    if (self.loggerDevice != nullptr && load(self.options->log_infrastructure_messages) != 0) {
+    if (self.loggerDevice != nullptr &&
+        core::load(self.options->log_infrastructure_messages) != 0) {
         PEXA_Config_Logger_set_output_device(PEXA_Config_Logger_get_instance(), nullptr);
     }
 }
@@ -167,7 +171,7 @@ void stop_listening(const QEL_KX_Orvane& self) {
     if (self.ddsEntities == nullptr) {
         return;
     }
-    DDS_DataReader* reader = QEL_KX_DDSEntities_getCommandRequestReader(self.ddsEntities);
+    DDS_DataReader* reader = self.ddsEntities->commandRequestReader;
     if (reader != nullptr) {
         DDS_DataReader_set_listener(reader, nullptr, DDS_STATUS_MASK_NONE);
     }
@@ -177,15 +181,15 @@ void stop_write_thread(QEL_KX_Orvane& self) {
     if (self.logMessageWriteThread == nullptr) {
         return;
     }
-    store(self.logMessageWriteThread->run, 0);
-    LogMessageWriteThread_delete(self.logMessageWriteThread);
+    core::store(self.logMessageWriteThread->run, 0);
+    core::delete_write_thread(self.logMessageWriteThread);
     self.logMessageWriteThread = nullptr;
     self.messageQueue = nullptr;
 }
 
 void forget_options(QEL_KX_Orvane& self) {
     if (options_made != nullptr && self.options == options_made) {
-        QEL_KX_Options_delete(options_made);
+        core::delete_options(options_made);
         options_made = nullptr;
     }
     self.options = nullptr;
@@ -193,41 +197,61 @@ void forget_options(QEL_KX_Orvane& self) {
 
 void delete_state(QEL_KX_Orvane& self) {
     if (self.state != nullptr) {
-        QEL_KX_ADMIN_StateTypeSupport_delete_data_ex(self.state, DDS_BOOLEAN_TRUE);
+        StateSample::destroy_data(self.state);
         self.state = nullptr;
     }
 }
 
-/**
- * Each part ends before what its callbacks use: device, commands, write thread, entities, the rest.
- * A listener that the deletion of the entities calls on this thread may log; it finds a record that
- * lacks what is gone.
- */
-QEL_KX_Orvane* destroy(QEL_KX_Orvane& self) {
-    const LifecycleChange change;
-    remove_device(self);
-    stop_listening(self);
-    stop_write_thread(self);
-    QEL_KX_DDSEntities_destroy(self.ddsEntities);
-    self.ddsEntities = nullptr;
-    live_clock.store(nullptr, std::memory_order_release);
-    QELSystemClock_delete(self.clock);
-    follow_filter_of(nullptr);
-    forget_options(self);
-    delete_state(self);
-    QELOsapiHeap_freeStructure(&self);
+}  // namespace
+
+QEL_KX_Orvane* create_instance() {
+    if (QEL_KX_Orvane* existing = core::instance(); existing != nullptr) {
+        return existing;
+    }
+    QEL_KX_Orvane* self = nullptr;
+    QELOsapiHeap_allocateStructure(&self, QEL_KX_Orvane);
+    if (self == nullptr) {
+        report(context, "Unable to allocate memory for Orvane Instance");
+        return nullptr;
+    }
+    initialize(self);
+    return build(*self) == Status::ok ? self : destroy(self);
+}
+
+// Each part ends before the parts that its callbacks use: device, commands, write thread, entities,
+// the rest. The deletion of the entities may call a listener on this thread, and the listener may
+// log. It then meets a record without the parts that are gone.
+QEL_KX_Orvane* destroy(QEL_KX_Orvane* self) {
+    if (self == nullptr) {
+        return nullptr;
+    }
+    const core::LifecycleChange change;
+    remove_device(*self);
+    stop_listening(*self);
+    stop_write_thread(*self);
+    admin::destroy_entities(self->ddsEntities);
+    self->ddsEntities = nullptr;
+    core::live_clock.store(nullptr, std::memory_order_release);
+    QELSystemClock_delete(self->clock);
+    core::follow_filter_of(nullptr);
+    forget_options(*self);
+    delete_state(*self);
+    QELOsapiHeap_freeStructure(self);
     return nullptr;
 }
 
-}  // namespace
-}  // namespace orvane::core
+}  // namespace orvane::lifecycle
 
-namespace core = orvane::core;
+namespace lifecycle = orvane::lifecycle;
 
 QEL_KX_Orvane* QEL_KX_Orvane_createInstance(void) {
-    return core::create();
+    return lifecycle::create_instance();
 }
 
 QEL_KX_Orvane* QEL_KX_Orvane_destroy(QEL_KX_Orvane* self) {
-    return self == nullptr ? nullptr : core::destroy(*self);
+    return lifecycle::destroy(self);
+}
+
+void QEL_KX_Orvane_initialize(QEL_KX_Orvane* logger) {
+    lifecycle::initialize(logger);
 }

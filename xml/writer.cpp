@@ -1,7 +1,7 @@
-#include "admin/translations.hpp"
 #include "core/shared_field.hpp"
 #include "orvane/xml.h"
 #include "pexa/osapi.h"
+#include "platform/internal/number_of.hpp"
 #include "xml/text_numbers.hpp"
 #include "xml/thread_setting_names.hpp"
 
@@ -98,7 +98,7 @@ void save_priority(DDS_Long priority, QELXMLSaveContext* context) {
 
 /// @return the name, or NULL.
 const char* rotation_name(const DDS_ThreadSettings_t& settings) noexcept {
-    const DDS_Long rotation = admin::number_of(settings.cpu_rotation);
+    const DDS_Long rotation = pexa::number_of(settings.cpu_rotation);
     for (const auto& kind : rotations) {
         if (kind.value == rotation) {
             return kind.name.to_be_written();

@@ -180,14 +180,9 @@ typedef struct QEL_KX_MessageQueueProperty {
     DDS_Long maxSize;
 } QEL_KX_MessageQueueProperty;
 
-/** A message with its origin. The fields up to the text are laid out like a QEL_KX_LogMessage. */
+/** A message as it is queued and published. */
 typedef struct QEL_KX_MessageQueueRecord {
-    /** RTPS host and application id of the logger's participant. */
-    DDS_UnsignedLong hostId;
-    DDS_UnsignedLong appId;
-    DDS_Long level;
-    const char* category;
-    const char* message;
+    QEL_KX_LogMessage sample;
     /** When it was logged; becomes the source timestamp of the sample. */
     DDS_Time_t timestamp;
 } QEL_KX_MessageQueueRecord;

@@ -1,29 +1,29 @@
-#include <algorithm>
+#include <list>
+#include <string>
 
 #include "pexa/domain.h"
-#include "tests/admin/admin_fixture.hpp"
+#include "tests/admin/administration.hpp"
 
-namespace admin_test {
+namespace orvane::test {
 namespace {
 
 constexpr const char* create_context = "QEL_KX_DDSEntities_create";
 constexpr const char* delete_context = "QEL_KX_DDSEntities_deleteContainedEntities";
 
-struct CreationFault {
+constexpr struct {
     const char* function;
     int call;
     const char* text;
-};
-
-constexpr CreationFault participant_faults[] = {
-    {"QELOsapiHeap_allocateStructureOfSize", 1, "Unable to allocate memory for QEL_KX_DDSEntities"},
+    /// Not with a participant of the application.
+    bool of_own_participant = false;
+} creation_faults[] = {
+    {"QELOsapiHeap_allocateStructureOfSize", 1, "Unable to allocate memory for QEL_KX_DDSEntities",
+     true},
     {"DDS_DomainParticipantFactory_get_default_participant_qos", 1,
-     "Unable to get Domain Participant QoS"},
-    {"DDS_String_replace", 1, "Unable to get Domain Participant QoS"},
-    {"DDS_DomainParticipantFactory_create_participant", 1, "Unable to create Domain Participant"},
-};
-
-constexpr CreationFault later_faults[] = {
+     "Unable to get Domain Participant QoS", true},
+    {"DDS_String_replace", 1, "Unable to get Domain Participant QoS", true},
+    {"DDS_DomainParticipantFactory_create_participant", 1, "Unable to create Domain Participant",
+     true},
     {"DDS_DomainParticipant_get_qos", 1,
      "Unable to get Domain Participant QoS to create update HostId and AppId:"},
     {"DDS_DomainParticipant_register_type", 1, "Unable to register type for LogMessage"},
@@ -65,101 +65,69 @@ constexpr CreationFault later_faults[] = {
     {"DDS_Publisher_create_datawriter", 3, "Unable to create CommandResponse DataWriter"},
 };
 
-class Entities : public AdminTest {
-protected:
-    /// The creation fails with the one line that says why.
-    static void expect_failure(BareLogger& bare, const CreationFault& fault) {
-        faults::reset();
-        faults::add({.function = fault.function, .call = fault.call});
-        bool built = true;
-        EXPECT_EQ(line("KX Error", create_context, fault.text),
-                  printed([&] { built = bare.build(); }));
-        EXPECT_FALSE(built) << fault.text;
-        faults::reset();
-    }
-};
+class Entities : public AdminTest {};
 
-TEST_F(Entities, EveryFailureWithAnOwnParticipantIsSaidAndUndone) {
-    BareLogger bare;
-    QEL_KX_Options_setApplicationKind(bare.options.get(), "tested");
-    for (const CreationFault& fault : participant_faults) {
-        expect_failure(bare, fault);
-        EXPECT_EQ(DDS_RETCODE_OK, DDS_DomainParticipantFactory_finalize_instance()) << fault.text;
-    }
-    for (const CreationFault& fault : later_faults) {
-        expect_failure(bare, fault);
-        // The factory refuses while a participant exists.
-        EXPECT_EQ(DDS_RETCODE_OK, DDS_DomainParticipantFactory_finalize_instance()) << fault.text;
+TEST_F(Entities, EveryFailureIsSaidAndLeavesTheParticipantEmptyOrGone) {
+    for (const bool is_shared : {false, true}) {
+        for (const auto& fault : creation_faults) {
+            if (is_shared && fault.of_own_participant) {
+                continue;
+            }
+            SCOPED_TRACE(fault.text);
+            DDS_DomainParticipant* shared = nullptr;
+            {
+                BareLogger bare;
+                QEL_KX_Options_setApplicationKind(bare.options(), "tested");
+                if (is_shared) {
+                    shared = DDS_DomainParticipantFactory_create_participant(
+                        Node::factory(), domain(), DDS_QOS_DEFAULT, nullptr, DDS_STATUS_MASK_NONE);
+                    QEL_KX_Options_setDomainParticipant(bare.options(), shared);
+                }
+                const Fault injected(fault.function, fault.call);
+                EXPECT_EQ(output_of([&] { EXPECT_FALSE(bare.make_entities()); }),
+                          line(create_context, fault.text));
+            }
+            if (is_shared) {
+                // The factory refuses while the participant has entities.
+                EXPECT_EQ(DDS_DomainParticipantFactory_delete_participant(Node::factory(), shared),
+                          DDS_RETCODE_OK);
+            }
+            // It refuses while a participant exists.
+            EXPECT_EQ(DDS_DomainParticipantFactory_finalize_instance(), DDS_RETCODE_OK);
+        }
     }
 }
 
-TEST_F(Entities, EveryFailureInASharedParticipantLeavesItEmpty) {
-    for (const CreationFault& fault : later_faults) {
-        DDS_DomainParticipant* const shared = DDS_DomainParticipantFactory_create_participant(
-            Tool::factory(), domain, DDS_QOS_DEFAULT, nullptr, DDS_STATUS_MASK_NONE);
-        BareLogger bare;
-        QEL_KX_Options_setDomainParticipant(bare.options.get(), shared);
-        expect_failure(bare, fault);
-        // The factory refuses while the participant has entities.
-        EXPECT_EQ(DDS_RETCODE_OK,
-                  DDS_DomainParticipantFactory_delete_participant(Tool::factory(), shared))
-            << fault.text;
-    }
-}
-
-TEST_F(Entities, NothingIsAllocatedForALoggerWithoutOptions) {
-    EXPECT_EQ(line("KX Error", create_context, "QEL_KX_Orvane is NULL"),
-              printed([] { EXPECT_EQ(nullptr, QEL_KX_DDSEntities_create(nullptr)); }));
+TEST_F(Entities, NullIsToleratedAndReportedWhereThatIsUseful) {
+    const Calls allocations("QELOsapiHeap_allocateStructureOfSize");
     QEL_KX_Orvane logger{};
+    EXPECT_EQ(output_of([&] {
+                  EXPECT_EQ(QEL_KX_DDSEntities_create(nullptr), nullptr);
+                  EXPECT_EQ(QEL_KX_DDSEntities_create(&logger), nullptr);
+              }),
+              line(create_context, "QEL_KX_Orvane is NULL") +
+                  line(create_context, "QEL_KX_Options is NULL, expected initialized variable"));
+    EXPECT_EQ(allocations.count(), 0);
     EXPECT_EQ(
-        line("KX Error", create_context, "QEL_KX_Options is NULL, expected initialized variable"),
-        printed([&] { EXPECT_EQ(nullptr, QEL_KX_DDSEntities_create(&logger)); }));
-    EXPECT_EQ(0, faults::calls("QELOsapiHeap_allocateStructureOfSize"));
-}
-
-TEST_F(Entities, NullRecordsAreToleratedAndReportedWhereThatIsUseful) {
-    EXPECT_EQ(line("KX Error", "QEL_KX_Orvane_initialize", "QEL_KX_Orvane is NULL"),
-              printed([] { QEL_KX_Orvane_initialize(nullptr); }));
-    EXPECT_EQ("", printed([] { QEL_KX_DDSEntities_destroy(nullptr); }));
-    EXPECT_EQ(line("KX Error", "QEL_KX_DDSEntities_initialize", "QEL_KX_DDSEntities is NULL"),
-              printed([] { QEL_KX_DDSEntities_initialize(nullptr); }));
-    EXPECT_EQ(
-        line("KX Warning", delete_context, "QEL_KX_DDSEntities is NULL. Cannot delete it again"),
-        printed([] {
-            EXPECT_EQ(DDS_RETCODE_OK, QEL_KX_DDSEntities_deleteContainedEntities(nullptr));
-        }));
-    EXPECT_EQ(0U, QEL_KX_DDSEntities_getRtpsHostId(nullptr));
-    EXPECT_EQ(nullptr, QEL_KX_DDSEntities_getStateWriter(nullptr));
-    EXPECT_EQ(0, QEL_KX_DDSEntities_doesQosLibraryAndProfileExist(nullptr, "l", "p"));
-}
-
-TEST_F(Entities, TeardownGoesFromTheReadersToTheParticipant) {
-    QEL_KX_DDSEntities_gInitialStateSent = 1;
-    BareLogger bare;
-    ASSERT_TRUE(bare.build());
-    EXPECT_EQ(0, QEL_KX_DDSEntities_hasInitialStateBeenSent()) << "of an earlier logger";
-    faults::reset();
-    EXPECT_EQ("", printed([&] {
-                  EXPECT_EQ(DDS_RETCODE_OK,
-                            QEL_KX_DDSEntities_deleteContainedEntities(bare.entities()));
-              }));
-    const std::vector<std::string> expected = {
-        "DDS_Subscriber_delete_contained_entities",
-        "DDS_DomainParticipant_delete_subscriber",
-        "DDS_Publisher_delete_contained_entities",
-        "DDS_DomainParticipant_delete_publisher",
-        "DDS_DomainParticipant_delete_contentfilteredtopic",
-        "DDS_DomainParticipant_delete_topic",
-        "DDS_DomainParticipant_delete_topic",
-        "DDS_DomainParticipant_delete_topic",
-        "DDS_DomainParticipant_delete_topic",
-        "DDS_DomainParticipant_delete_contained_entities",
-        "DDS_DomainParticipantFactory_delete_participant",
-    };
-    EXPECT_EQ(expected, faults::sequence());
-    EXPECT_EQ(DDS_RETCODE_OK, QEL_KX_DDSEntities_deleteContainedEntities(bare.entities()))
-        << "a second time there is nothing to delete";
-    EXPECT_EQ(expected.size(), faults::sequence().size());
+        output_of([] {
+            QEL_KX_DDSEntities_destroy(nullptr);
+            QEL_KX_DDSEntities_initialize(nullptr);
+            EXPECT_EQ(QEL_KX_DDSEntities_deleteContainedEntities(nullptr), DDS_RETCODE_OK);
+        }),
+        line("QEL_KX_DDSEntities_initialize", "QEL_KX_DDSEntities is NULL") +
+            line(delete_context, "QEL_KX_DDSEntities is NULL. Cannot delete it again", "Warning"));
+    EXPECT_EQ(QEL_KX_DDSEntities_getRtpsHostId(nullptr), 0U);
+    EXPECT_EQ(QEL_KX_DDSEntities_getStateWriter(nullptr), nullptr);
+    EXPECT_EQ(QEL_KX_DDSEntities_doesQosLibraryAndProfileExist(nullptr, "l", "p"), 0);
+    const QEL_KX_DDSEntities entities{};
+    DDS_DataWriterQos writer{};
+    DDS_DomainParticipantQos participant{};
+    EXPECT_EQ(QEL_KX_DDSEntities_getDataWriterQos(nullptr, &writer, "t"),
+              DDS_RETCODE_BAD_PARAMETER);
+    EXPECT_EQ(QEL_KX_DDSEntities_getDataWriterQos(&entities, nullptr, "t"),
+              DDS_RETCODE_BAD_PARAMETER);
+    EXPECT_EQ(QEL_KX_DDSEntities_getDomainParticipantQos(&entities, &participant, nullptr),
+              DDS_RETCODE_BAD_PARAMETER);
 }
 
 TEST_F(Entities, AFailingTeardownStepIsAWarningAndTheRestGoesOn) {
@@ -180,142 +148,91 @@ TEST_F(Entities, AFailingTeardownStepIsAWarningAndTheRestGoesOn) {
         {"DDS_DomainParticipantFactory_delete_participant", "Unable to delete participant"},
     };
     BareLogger bare;
-    ASSERT_TRUE(bare.build());
-    faults::reset();
+    ASSERT_TRUE(bare.make_entities());
+    std::list<Fault> faults;
     std::string expected;
     auto code = static_cast<int>(DDS_RETCODE_ERROR);
     for (const auto& row : cases) {
-        faults::add({row.function, 1, true, static_cast<DDS_ReturnCode_t>(code++)});
-        expected += line("KX Warning", delete_context, row.text);
+        faults.emplace_back(
+            row.function, FaultPlan{.after = true, .code = static_cast<DDS_ReturnCode_t>(code++)});
+        expected += line(delete_context, row.text, "Warning");
     }
-    faults::add({"DDS_DomainParticipant_delete_topic", 0, true, DDS_RETCODE_ERROR});
-    EXPECT_EQ(expected, printed([&] {
-                  EXPECT_EQ(code - 1, QEL_KX_DDSEntities_deleteContainedEntities(bare.entities()))
-                      << "the last failure counts";
-              }));
+    // An application may still use a topic.
+    faults.emplace_back("DDS_DomainParticipant_delete_topic", FaultPlan{.call = 0, .after = true});
+    const Calls deletions("DDS_DomainParticipant_delete_subscriber");
+    EXPECT_EQ(
+        output_of([&] {
+            EXPECT_EQ(QEL_KX_DDSEntities_deleteContainedEntities(bare.entities()), code - 1)
+                << "the last failure counts";
+            EXPECT_EQ(QEL_KX_DDSEntities_deleteContainedEntities(bare.entities()), DDS_RETCODE_OK)
+                << "a second time there is nothing to delete";
+        }),
+        expected);
+    EXPECT_EQ(deletions.count(), 1);
 }
 
 TEST_F(Entities, ASharedParticipantAndItsTopicsSurvive) {
-    Tool application;
+    const Node application;
     DDS_Topic* const known = application.topic<QEL_KX_LogMessage>();
-    faults::reset();
+    const Calls registrations("DDS_DomainParticipant_register_type");
     {
         BareLogger bare;
-        QEL_KX_Options_setDomainParticipant(bare.options.get(), application.participant());
-        ASSERT_TRUE(bare.build());
-        const QEL_KX_DDSEntities& entities = *bare.entities();
-        EXPECT_EQ(0, entities.participantCreated);
-        EXPECT_EQ(application.participant(), QEL_KX_DDSEntities_getDomainParticipant(&entities));
-        EXPECT_EQ(known, entities.logTopic);
-        EXPECT_EQ(nullptr, entities.createdTopics[0]);
-        EXPECT_EQ(entities.stateTopic, entities.createdTopics[1]);
-        EXPECT_EQ(entities.commandRequestTopic, entities.createdTopics[2]);
-        EXPECT_EQ(entities.commandResponseTopic, entities.createdTopics[3]);
-        EXPECT_EQ(3, faults::calls("DDS_DomainParticipant_register_type"));
+        QEL_KX_Options_setDomainParticipant(bare.options(), application.participant());
+        ASSERT_TRUE(bare.make_entities());
+        EXPECT_EQ(QEL_KX_DDSEntities_getDomainParticipant(bare.entities()),
+                  application.participant());
+        EXPECT_EQ(bare.entities()->logTopic, known);
+        EXPECT_EQ(registrations.count(), 3);
     }
-    EXPECT_EQ(3, faults::calls("DDS_DomainParticipant_delete_topic"));
-    DDS_DomainParticipant* const participant = application.participant();
-    EXPECT_EQ(DDS_Topic_as_topicdescription(known),
-              DDS_DomainParticipant_lookup_topicdescription(participant, "qel/orvane"));
-    EXPECT_EQ(nullptr, DDS_DomainParticipant_lookup_topicdescription(
-                           participant, "qel/orvane/administration/state"));
+    const auto topic_named = [&](const char* name) {
+        return DDS_DomainParticipant_lookup_topicdescription(application.participant(), name);
+    };
+    EXPECT_EQ(topic_named(QEL_KX_LOG_TOPIC_NAME), DDS_Topic_as_topicdescription(known));
+    for (const char* name : {QEL_KX_STATE_TOPIC_NAME, QEL_KX_COMMAND_REQUEST_TOPIC_NAME,
+                             QEL_KX_COMMAND_RESPONSE_TOPIC_NAME}) {
+        EXPECT_EQ(topic_named(name), nullptr);
+    }
 }
 
 TEST_F(Entities, ATopicOfAnotherTypeUnderOurNameFailsTheCreation) {
-    Tool application;
-    ASSERT_EQ(DDS_RETCODE_OK, QEL_KX_ADMIN_StateTypeSupport_register_type(application.participant(),
-                                                                          "another type"));
-    ASSERT_NE(nullptr, DDS_DomainParticipant_create_topic(application.participant(), "qel/orvane",
-                                                          "another type", DDS_QOS_DEFAULT, nullptr,
-                                                          DDS_STATUS_MASK_NONE));
+    const Node application;
+    ASSERT_EQ(QEL_KX_ADMIN_StateTypeSupport_register_type(application.participant(), "another"),
+              DDS_RETCODE_OK);
+    ASSERT_NE(DDS_DomainParticipant_create_topic(application.participant(), "qel/orvane", "another",
+                                                 DDS_QOS_DEFAULT, nullptr, DDS_STATUS_MASK_NONE),
+              nullptr);
     BareLogger bare;
-    QEL_KX_Options_setDomainParticipant(bare.options.get(), application.participant());
-    const std::string output = printed([&] { EXPECT_FALSE(bare.build()); });
-    EXPECT_NE(std::string::npos, output.find(line("KX Error", create_context,
-                                                  "Unable to create logMessage DataWriter")))
+    QEL_KX_Options_setDomainParticipant(bare.options(), application.participant());
+    const std::string output = output_of([&] { EXPECT_FALSE(bare.make_entities()); });
+    EXPECT_NE(output.find(line(create_context, "Unable to create logMessage DataWriter")),
+              std::string::npos)
         << output;
 }
 
-TEST_F(Entities, WithoutRemoteAdministrationThereIsNothingForCommands) {
-    BareLogger bare;
-    QEL_KX_Options_setRemoteAdministrationEnabled(bare.options.get(), 0);
-    ASSERT_TRUE(bare.build());
-    const QEL_KX_DDSEntities& entities = *bare.entities();
-    EXPECT_EQ(nullptr, entities.subscriber);
-    EXPECT_EQ(nullptr, QEL_KX_DDSEntities_getCommandRequestReader(&entities));
-    EXPECT_EQ(nullptr, QEL_KX_DDSEntities_getCommandResponseWriter(&entities));
-    EXPECT_EQ(nullptr, DDS_DomainParticipant_lookup_topicdescription(
-                           entities.participant, "qel/orvane/administration/command_request"));
-    EXPECT_NE(nullptr, QEL_KX_DDSEntities_getLogMessageWriter(&entities));
-    EXPECT_NE(nullptr, QEL_KX_DDSEntities_getStateWriter(&entities));
-}
-
-TEST_F(Entities, OnlyTheWriterThatIsFlushedBatches) {
-    BareLogger bare;
-    ASSERT_TRUE(bare.build());
-    const QEL_KX_DDSEntities& entities = *bare.entities();
-    const auto batches = [](DDS_DataWriter* writer) {
-        DDS_DataWriterQos qos;
-        DDS_DataWriterQos_initialize(&qos);
-        EXPECT_EQ(DDS_RETCODE_OK, DDS_DataWriter_get_qos(writer, &qos));
-        const DDS_Boolean enabled = qos.batch.enable;
-        DDS_DataWriterQos_finalize(&qos);
-        return enabled != 0;
-    };
-    EXPECT_TRUE(batches(QEL_KX_LogMessageDataWriter_as_datawriter(entities.logMessageWriter)));
-    EXPECT_FALSE(batches(QEL_KX_ADMIN_StateDataWriter_as_datawriter(entities.stateWriter)));
-    EXPECT_FALSE(batches(
-        QEL_KX_ADMIN_CommandResponseDataWriter_as_datawriter(entities.commandResponseWriter)));
-}
-
-TEST_F(Entities, TopicsHaveTheAgreedNamesAndTypes) {
-    BareLogger bare;
-    ASSERT_TRUE(bare.build());
-    const QEL_KX_DDSEntities& entities = *bare.entities();
-    const struct {
-        DDS_Topic* topic;
-        const char* name;
-        const char* type;
-    } cases[] = {
-        {entities.logTopic, "qel/orvane", "com::qel::kx::LogMessage"},
-        {entities.stateTopic, "qel/orvane/administration/state", "com::qel::kx::admin::State"},
-        {entities.commandRequestTopic, "qel/orvane/administration/command_request",
-         "com::qel::kx::admin::CommandRequest"},
-        {entities.commandResponseTopic, "qel/orvane/administration/command_response",
-         "com::qel::kx::admin::CommandResponse"},
-    };
-    for (const auto& row : cases) {
-        DDS_TopicDescription* const topic = DDS_Topic_as_topicdescription(row.topic);
-        EXPECT_STREQ(row.name, DDS_TopicDescription_get_name(topic));
-        EXPECT_STREQ(row.type, DDS_TopicDescription_get_type_name(topic));
-    }
-    DDS_ContentFilteredTopic* const filtered = entities.commandRequestFilteredTopic;
-    EXPECT_STREQ(
-        "CommandRequestContentFilteredTopic",
-        DDS_TopicDescription_get_name(DDS_ContentFilteredTopic_as_topicdescription(filtered)));
-    EXPECT_EQ(entities.commandRequestTopic, DDS_ContentFilteredTopic_get_related_topic(filtered));
-    EXPECT_STREQ("targetHostAndAppId.rtps_host_id = %0 and targetHostAndAppId.rtps_app_id = %1",
-                 DDS_ContentFilteredTopic_get_filter_expression(filtered));
-    EXPECT_EQ(DDS_ContentFilteredTopic_as_topicdescription(filtered),
-              DDS_DataReader_get_topicdescription(entities.commandRequestReader));
-}
-
 TEST_F(Entities, LargeIdsAreNegativeInTheFilterAndInTheState) {
-    faults::identity = {3232235521U, 0x80000000U};
+    const Stub<decltype(DDS_DomainParticipant_get_qos)> identity(
+        "DDS_DomainParticipant_get_qos",
+        [&identity](DDS_DomainParticipant* participant, DDS_DomainParticipantQos* qos) {
+            const DDS_ReturnCode_t result = identity.real(participant, qos);
+            qos->wire_protocol.rtps_host_id = 3232235521U;
+            qos->wire_protocol.rtps_app_id = 0x80000000U;
+            return result;
+        });
     BareLogger bare;
-    ASSERT_TRUE(bare.build());
-    EXPECT_EQ(3232235521U, QEL_KX_DDSEntities_getRtpsHostId(bare.entities()));
-    EXPECT_EQ(0x80000000U, QEL_KX_DDSEntities_getRtpsAppId(bare.entities()));
-    EXPECT_EQ(-1062731775, bare.state->hostAndAppId.rtps_host_id);
-    EXPECT_EQ(domain, bare.state->administrationDomainId);
+    ASSERT_TRUE(bare.make_entities());
+    EXPECT_EQ(QEL_KX_DDSEntities_getRtpsHostId(bare.entities()), 3232235521U);
+    EXPECT_EQ(QEL_KX_DDSEntities_getRtpsAppId(bare.entities()), 0x80000000U);
+    EXPECT_EQ(bare->state->hostAndAppId.rtps_host_id, -1062731775);
+    EXPECT_EQ(bare->state->hostAndAppId.rtps_app_id, -2147483647 - 1);
     DDS_StringSeq parameters{};
-    ASSERT_EQ(DDS_RETCODE_OK, DDS_ContentFilteredTopic_get_expression_parameters(
-                                  bare.entities()->commandRequestFilteredTopic, &parameters));
-    ASSERT_EQ(2, DDS_StringSeq_get_length(&parameters));
-    EXPECT_STREQ("-1062731775", DDS_StringSeq_get(&parameters, 0));
-    EXPECT_STREQ("-2147483648", DDS_StringSeq_get(&parameters, 1));
+    ASSERT_EQ(DDS_ContentFilteredTopic_get_expression_parameters(
+                  bare.entities()->commandRequestFilteredTopic, &parameters),
+              DDS_RETCODE_OK);
+    ASSERT_EQ(DDS_StringSeq_get_length(&parameters), 2);
+    EXPECT_STREQ(DDS_StringSeq_get(&parameters, 0), "-1062731775");
+    EXPECT_STREQ(DDS_StringSeq_get(&parameters, 1), "-2147483648");
     DDS_StringSeq_finalize(&parameters);
 }
 
 }  // namespace
-}  // namespace admin_test
+}  // namespace orvane::test

@@ -1,67 +1,109 @@
 #include <gtest/gtest.h>
 
 #include <future>
+#include <optional>
 #include <string>
 #include <thread>
 
+#include "core/filter.hpp"
+#include "core/instance.hpp"
 #include "core/logging_lock.hpp"
-#include "orvane/core.h"
-#include "pexa/osapi.h"
-#include "tests/core/faults.hpp"
-#include "tests/core/hand_made_instance.hpp"
-#include "tests/core/output.hpp"
+#include "core/shared_field.hpp"
+#include "tests/support/faults.hpp"
+#include "tests/support/logger.hpp"
+#include "tests/support/text.hpp"
 
+namespace orvane::test {
 namespace {
 
-using orvane::core::LifecycleChange;
-using orvane::test::Fault;
-using orvane::test::FixedTime;
-using orvane::test::HandMadeInstance;
-using orvane::test::output_of;
-
 constexpr DDS_Long last_second = 2147483647;
+constexpr const char* context = "QEL_KX_Orvane_logMessageWithParams";
 
-std::string line(const char* message, const char* level = "Error",
-                 const char* operation = "logMessageWithParams") {
-    return std::string("KX ") + level + ": QEL_KX_Orvane_" + operation + ": " + message + "\n";
-}
+/// An operational instance without entities and threads: what is logged stays in its queue.
+class Logging : public testing::Test {
+protected:
+    Logging() {
+        const QEL_KX_MessageQueueProperty property = {4};
+        entities_.rtpsHostId = 0xC0A80001;
+        entities_.rtpsAppId = 77;
+        record_.ddsEntities = &entities_;
+        record_.state->state = QEL_KX_STATE_OPERATIONAL;
+        record_.logMessageWriteThread = &write_thread_;
+        record_.messageQueue = QEL_KX_MessageQueue_new(&property);
+        record_.clock = QELSystemClock_new();
+        core::live_clock = record_.clock;
+        core::follow_filter_of(&record_);
+        core::store(QEL_KX_Orvane_instance, &record_);
+    }
+    ~Logging() override {
+        core::store(QEL_KX_Orvane_instance, nullptr);
+        core::follow_filter_of(nullptr);
+        core::live_clock = nullptr;
+        QELSystemClock_delete(record_.clock);
+        QEL_KX_MessageQueue_delete(record_.messageQueue);
+        record_.ddsEntities = nullptr;
+    }
 
-TEST(Logging, QueuesAMessageOfEachLevel) {
-    struct Call {
+    void set_filter_level(DDS_Long level) {
+        core::store(record_.filterLevel, level);
+        core::refresh_filter();
+    }
+
+    /// Takes the first message out of the queue. @return its text, if there is one
+    std::optional<std::string> pop() const {
+        constexpr QELNtpTime at_once = {0, 0};
+        const auto* front = QEL_KX_MessageQueue_front(record_.messageQueue, &at_once);
+        if (front == nullptr) {
+            return std::nullopt;
+        }
+        const QEL_KX_LogMessage& sample = front->sample;
+        std::string text = std::to_string(sample.hostAndAppId.rtps_host_id) + " " +
+                           std::to_string(sample.hostAndAppId.rtps_app_id) + " " +
+                           std::to_string(sample.level) + " [" + sample.category + "] " +
+                           sample.message + " " + std::to_string(front->timestamp.sec) + "." +
+                           std::to_string(front->timestamp.nanosec);
+        QEL_KX_MessageQueue_pop(record_.messageQueue);
+        return text;
+    }
+
+    BareLogger bare_;
+    QEL_KX_Orvane& record_ = *bare_.get();
+    QEL_KX_Orvane* logger_ = bare_.get();
+
+private:
+    QEL_KX_DDSEntities entities_ = {};
+    LogMessageWriteThread write_thread_ = {};
+};
+
+TEST_F(Logging, QueuesAMessageOfEachLevelWithItsOriginAndTime) {
+    const struct {
         DDS_ReturnCode_t (*log)(QEL_KX_Orvane*, const char*);
-        DDS_Long level;
-    };
-    HandMadeInstance instance;
-    instance.set_filter_level(QEL_KX_LEVEL_TRACE);
-    for (const Call& call : {Call{QEL_KX_Orvane_fatal, 100}, Call{QEL_KX_Orvane_severe, 200},
-                             Call{QEL_KX_Orvane_error, 300}, Call{QEL_KX_Orvane_warning, 400},
-                             Call{QEL_KX_Orvane_notice, 500}, Call{QEL_KX_Orvane_info, 600},
-                             Call{QEL_KX_Orvane_debug, 700}, Call{QEL_KX_Orvane_trace, 800}}) {
-        const FixedTime now({1700000000, 0});
-        EXPECT_EQ(output_of([&] { EXPECT_EQ(call.log(instance.get(), "text"), 0); }), "");
-        const auto queued = instance.pop();
-        ASSERT_TRUE(queued.has_value());
-        EXPECT_EQ(queued->level, call.level);
-        EXPECT_EQ(queued->message, "text");
-        EXPECT_EQ(queued->category, "");
-        EXPECT_EQ(queued->host_id, HandMadeInstance::host_id);
-        EXPECT_EQ(queued->app_id, HandMadeInstance::app_id);
-        EXPECT_EQ(queued->timestamp.sec, 1700000000);
-        EXPECT_EQ(queued->timestamp.nanosec, 0U);
+        const char* level;
+    } calls[] = {{QEL_KX_Orvane_fatal, "100"},  {QEL_KX_Orvane_severe, "200"},
+                 {QEL_KX_Orvane_error, "300"},  {QEL_KX_Orvane_warning, "400"},
+                 {QEL_KX_Orvane_notice, "500"}, {QEL_KX_Orvane_info, "600"},
+                 {QEL_KX_Orvane_debug, "700"},  {QEL_KX_Orvane_trace, "800"}};
+    set_filter_level(QEL_KX_LEVEL_TRACE);
+    const Stub<decltype(QELSystemClock_getTime)> clock("QELSystemClock_getTime",
+                                                       [](QELSystemClock*, QELNtpTime* now) {
+                                                           *now = {1700000000, 0};
+                                                           return 1;
+                                                       });
+    for (const auto& call : calls) {
+        EXPECT_EQ(output_of([&] { EXPECT_EQ(call.log(logger_, "text"), DDS_RETCODE_OK); }), "");
+        EXPECT_EQ(pop(), "-1062731775 77 " + std::string(call.level) + " [] text 1700000000.0");
     }
 }
 
-TEST(Logging, QueuesWhatIsAtMostAtTheFilterLevelWhileTheStateIsOperational) {
-    struct Case {
+TEST_F(Logging, QueuesWhatPassesTheFilterWhileTheStateIsOperational) {
+    constexpr struct {
         QEL_KX_ADMIN_StateKind state;
         DDS_Long filter_level;
         DDS_Long level;
-        bool queued;
-    };
-    constexpr Case cases[] = {
+        bool is_queued;
+    } cases[] = {
         {QEL_KX_STATE_OPERATIONAL, 600, 600, true},
         {QEL_KX_STATE_OPERATIONAL, 600, 601, false},
-        {QEL_KX_STATE_OPERATIONAL, 600, 100, true},
         {QEL_KX_STATE_OPERATIONAL, 0, 100, false},
         {QEL_KX_STATE_OPERATIONAL, 0, 0, true},
         {QEL_KX_STATE_OPERATIONAL, 0, -5, true},
@@ -69,24 +111,22 @@ TEST(Logging, QueuesWhatIsAtMostAtTheFilterLevelWhileTheStateIsOperational) {
         {QEL_KX_STATE_INITIALIZING, 600, 100, false},
         {QEL_KX_STATE_NONOPERATIONAL, 600, 100, false},
     };
-    HandMadeInstance instance;
-    for (const Case& each : cases) {
-        instance->state->state = each.state;
-        instance.set_filter_level(each.filter_level);
-        EXPECT_EQ(QEL_KX_Orvane_log(instance.get(), each.level, "text"), DDS_RETCODE_OK);
-        EXPECT_EQ(instance.pop().has_value(), each.queued)
-            << each.state << " " << each.filter_level << " " << each.level;
+    for (const auto& row : cases) {
+        record_.state->state = row.state;
+        set_filter_level(row.filter_level);
+        EXPECT_EQ(QEL_KX_Orvane_log(logger_, row.level, "text"), DDS_RETCODE_OK);
+        EXPECT_EQ(pop().has_value(), row.is_queued)
+            << row.state << " " << row.filter_level << " " << row.level;
     }
 }
 
-TEST(Logging, EchoesWhatTheFilterOrTheStateStopsToo) {
-    struct Case {
+TEST_F(Logging, EchoesWhatTheFilterOrTheStateStopsToo) {
+    constexpr struct {
         QELBool echo;
         const char* message;
         DDS_Long level;
         const char* output;
-    };
-    constexpr Case cases[] = {
+    } cases[] = {
         {1, "hello", 600, "KX Info: : hello\n"},
         {1, "hello\n", 600, "KX Info: : hello\n"},
         {1, "hello", -5, "KX Silent: : hello\n"},
@@ -96,157 +136,116 @@ TEST(Logging, EchoesWhatTheFilterOrTheStateStopsToo) {
         {2, "hello", 600, ""},
         {2, "hello", 800, ""},
     };
-    HandMadeInstance instance;
-    for (const QEL_KX_ADMIN_StateKind state :
-         {QEL_KX_STATE_OPERATIONAL, QEL_KX_STATE_NONOPERATIONAL}) {
-        instance->state->state = state;
-        for (const Case& each : cases) {
-            QEL_KX_Options_setEchoToStdout(instance->options, each.echo);
-            EXPECT_EQ(
-                output_of([&] { QEL_KX_Orvane_log(instance.get(), each.level, each.message); }),
-                each.output);
-            const bool passes = state == QEL_KX_STATE_OPERATIONAL && each.level <= 600;
-            EXPECT_EQ(instance.pop().has_value(), passes) << each.level << each.message;
+    for (const auto state : {QEL_KX_STATE_OPERATIONAL, QEL_KX_STATE_NONOPERATIONAL}) {
+        record_.state->state = state;
+        for (const auto& row : cases) {
+            QEL_KX_Options_setEchoToStdout(record_.options, row.echo);
+            EXPECT_EQ(output_of([&] { QEL_KX_Orvane_log(logger_, row.level, row.message); }),
+                      row.output);
+            EXPECT_EQ(pop().has_value(), state == QEL_KX_STATE_OPERATIONAL && row.level <= 600)
+                << row.level << row.message;
         }
     }
 }
 
-TEST(Logging, RefusesParametersThatAreIncomplete) {
-    struct Case {
+TEST_F(Logging, RefusesParametersThatAreIncomplete) {
+    constexpr struct {
         QEL_KX_LogMessageParams params;
         const char* report;
-    };
-    constexpr Case cases[] = {
+    } cases[] = {
         {{300, nullptr, nullptr, {-1, 0}}, "Message to be logged is NULL"},
         {{300, "text", nullptr, {-1, 0}}, "Message category is NULL"},
         {{300, "text", "", {-1, 0}}, "Invalid message timestamp"},
     };
-    HandMadeInstance instance;
-    QEL_KX_Options_setEchoToStdout(instance->options, 1);
-    for (QEL_KX_Orvane* logger : {instance.get(), static_cast<QEL_KX_Orvane*>(nullptr)}) {
-        for (const Case& each : cases) {
+    QEL_KX_Options_setEchoToStdout(record_.options, 1);
+    for (QEL_KX_Orvane* logger : {logger_, static_cast<QEL_KX_Orvane*>(nullptr)}) {
+        for (const auto& row : cases) {
             EXPECT_EQ(output_of([&] {
-                          EXPECT_EQ(QEL_KX_Orvane_logMessageWithParams(logger, &each.params), 0);
+                          EXPECT_EQ(QEL_KX_Orvane_logMessageWithParams(logger, &row.params),
+                                    DDS_RETCODE_OK);
                       }),
-                      line(each.report));
+                      line(context, row.report));
         }
         EXPECT_EQ(output_of([&] { QEL_KX_Orvane_logMessageWithParams(logger, nullptr); }),
-                  line("Message params is NULL"));
+                  line(context, "Message params is NULL"));
         EXPECT_EQ(output_of([&] { QEL_KX_Orvane_info(logger, nullptr); }),
-                  line("Message to be logged is NULL"));
+                  line(context, "Message to be logged is NULL"));
     }
-    EXPECT_FALSE(instance.pop().has_value());
-    // Every refusal has given the lock back.
-    EXPECT_NE(QELOsapi_global_unlock(), 0);
+    EXPECT_EQ(pop(), std::nullopt);
+    EXPECT_NE(QELOsapi_global_unlock(), 0) << "every refusal has given the lock back";
 }
 
-TEST(Logging, IgnoresAPointerThatIsNotTheInstance) {
-    HandMadeInstance instance;
-    QEL_KX_Options_setEchoToStdout(instance->options, 1);
-    // An address at which there is nothing.
-    auto* stale = reinterpret_cast<QEL_KX_Orvane*>(alignof(QEL_KX_Orvane));
-    const Fault clock("QELSystemClock_getTime");
-    for (QEL_KX_Orvane* logger : {stale, static_cast<QEL_KX_Orvane*>(nullptr)}) {
+TEST_F(Logging, DropsWhatTheWriteThreadLogsAndWhatIsForAnotherInstance) {
+    QEL_KX_Options_setEchoToStdout(record_.options, 1);
+    const auto expect_nothing = [this](QEL_KX_Orvane* logger) {
         EXPECT_EQ(output_of([&] { EXPECT_EQ(QEL_KX_Orvane_fatal(logger, "text"), 0); }), "");
-    }
-    EXPECT_FALSE(clock.has_struck());
-    EXPECT_FALSE(instance.pop().has_value());
-}
-
-struct Failure {
-    const char* function;
-    bool queued;
-    std::string output;
-};
-
-TEST(Logging, ReportsAFailureAndReturnsSuccess) {
-    const Failure failures[] = {
-        {"QELSystemClock_getTime", false,
-         line("Unable to get current Time from internal clock", "Error",
-              "logMessageWithLevelCategory")},
-        {"QELOsapi_global_lockUnless", false,
-         line("Unable to lock: It is not safe to log message")},
-        {"QELOsapiThread_getCurrentThreadID", false,
-         line("Unable to get current thread Id, message missed", "Warning")},
-        {"QELOsapi_global_unlock", true, line("Unable to unlock when logging message.")},
+        EXPECT_EQ(pop(), std::nullopt);
     };
-    HandMadeInstance instance;
-    for (const Failure& failure : failures) {
-        const Fault fault(failure.function);
-        EXPECT_EQ(output_of([&] { EXPECT_EQ(QEL_KX_Orvane_fatal(instance.get(), "text"), 0); }),
+    const Calls clock("QELSystemClock_getTime");
+    // An address at which there is nothing.
+    expect_nothing(reinterpret_cast<QEL_KX_Orvane*>(alignof(QEL_KX_Orvane)));
+    expect_nothing(nullptr);
+    EXPECT_EQ(clock.count(), 0);
+    record_.logMessageWriteThread->threadId = QELOsapiThread_getCurrentThreadID();
+    expect_nothing(logger_);
+}
+
+TEST_F(Logging, ReportsAFailureAndReturnsSuccess) {
+    const struct {
+        const char* function;
+        bool after;
+        bool is_queued;
+        std::string output;
+    } failures[] = {
+        {"QELSystemClock_getTime", false, false,
+         line("QEL_KX_Orvane_logMessageWithLevelCategory",
+              "Unable to get current Time from internal clock")},
+        {"QELOsapi_global_lockUnless", false, false,
+         line(context, "Unable to lock: It is not safe to log message")},
+        {"QELOsapiThread_getCurrentThreadID", false, false,
+         line(context, "Unable to get current thread Id, message missed", "Warning")},
+        {"QELOsapi_global_unlock", true, true,
+         line(context, "Unable to unlock when logging message.")},
+    };
+    for (const auto& failure : failures) {
+        const Fault fault(failure.function, {.after = failure.after});
+        EXPECT_EQ(output_of([&] { EXPECT_EQ(QEL_KX_Orvane_fatal(logger_, "text"), 0); }),
                   failure.output);
-        EXPECT_EQ(instance.pop().has_value(), failure.queued) << failure.output;
+        EXPECT_EQ(pop().has_value(), failure.is_queued) << failure.output;
     }
 }
 
-TEST(Logging, DropsWhatTheWriteThreadLogs) {
-    HandMadeInstance instance;
-    QEL_KX_Options_setEchoToStdout(instance->options, 1);
-    instance->logMessageWriteThread->threadId = QELOsapiThread_getCurrentThreadID();
-    EXPECT_EQ(output_of([&] { QEL_KX_Orvane_fatal(instance.get(), "text"); }), "");
-    EXPECT_FALSE(instance.pop().has_value());
-}
-
-/// Holds the global lock, on a thread of its own, as long as it lives.
-class Holder {
-public:
-    Holder() {
-        std::promise<void> held;
-        thread_ = std::jthread([&held, release = release_.get_future()]() mutable {
-            EXPECT_EQ(QELOsapi_global_lock(), 0);
-            held.set_value();
-            release.wait();
-            EXPECT_EQ(QELOsapi_global_unlock(), 0);
-        });
-        held.get_future().wait();
-    }
-    ~Holder() { release_.set_value(); }
-    Holder(const Holder&) = delete;
-    Holder& operator=(const Holder&) = delete;
-
-private:
-    std::promise<void> release_;
-    std::jthread thread_;
-};
-
-TEST(Logging, GivesUpSilentlyWhileTheInstanceIsBuiltOrTakenDown) {
-    HandMadeInstance instance;
-    const Holder holder;
-    const LifecycleChange change;
-    EXPECT_EQ(output_of([&] { EXPECT_EQ(QEL_KX_Orvane_fatal(instance.get(), "text"), 0); }), "");
-    EXPECT_FALSE(instance.pop().has_value());
-}
-
-TEST(Logging, GivesUpWithAReportInsideADeviceCallWhenSomebodyKeepsTheLock) {
-    HandMadeInstance instance;
-    const Holder holder;
-    QELOsapi_enterDeviceCall();
-    EXPECT_EQ(output_of([&] { QEL_KX_Orvane_fatal(instance.get(), "text"); }),
-              line("Unable to lock: It is not safe to log message"));
-    QELOsapi_leaveDeviceCall();
-}
-
-TEST(Logging, NeedsNeitherClockNorLockForWhatLeavesNoTrace) {
-    HandMadeInstance instance;
-    const Holder holder;
-    const Fault clock("QELSystemClock_getTime");
-    auto call =
-        std::async(std::launch::async, [&] { return QEL_KX_Orvane_debug(instance.get(), "text"); });
-    EXPECT_EQ(call.wait_for(std::chrono::seconds(10)), std::future_status::ready);
-    EXPECT_FALSE(clock.has_struck());
-}
-
-TEST(Logging, WaitsForTheLockOtherwise) {
-    HandMadeInstance instance;
-    std::future<DDS_ReturnCode_t> call;
+TEST_F(Logging, WaitsForTheLockUnlessItMayNeverComeOrIsNotNeeded) {
+    std::promise<void> held;
+    std::promise<void> release;
+    std::jthread holder([&] {
+        EXPECT_EQ(QELOsapi_global_lock(), 0);
+        held.set_value();
+        release.get_future().wait();
+        EXPECT_EQ(QELOsapi_global_unlock(), 0);
+    });
+    held.get_future().wait();
+    const Calls clock("QELSystemClock_getTime");
+    EXPECT_EQ(output_of([&] { QEL_KX_Orvane_debug(logger_, "leaves no trace"); }), "");
+    EXPECT_EQ(clock.count(), 0);
     {
-        const Holder holder;
-        call = std::async(std::launch::async,
-                          [&] { return QEL_KX_Orvane_fatal(instance.get(), "text"); });
-        EXPECT_EQ(call.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+        const core::LifecycleChange change;
+        EXPECT_EQ(output_of([&] { QEL_KX_Orvane_fatal(logger_, "while it changes"); }), "");
     }
-    EXPECT_EQ(call.get(), DDS_RETCODE_OK);
-    EXPECT_TRUE(instance.pop().has_value());
+    QELOsapi_enterDeviceCall();
+    EXPECT_EQ(output_of([&] { QEL_KX_Orvane_fatal(logger_, "in a device call"); }),
+              line(context, "Unable to lock: It is not safe to log message"));
+    QELOsapi_leaveDeviceCall();
+
+    std::promise<void> is_about_to_lock;
+    const Before lock("QELOsapi_global_lockUnless", [&] { is_about_to_lock.set_value(); });
+    std::jthread caller([&] { QEL_KX_Orvane_fatal(logger_, "text"); });
+    is_about_to_lock.get_future().wait();
+    EXPECT_EQ(pop(), std::nullopt);
+    release.set_value();
+    caller.join();
+    EXPECT_NE(pop(), std::nullopt);
 }
 
 }  // namespace
+}  // namespace orvane::test

@@ -1,80 +1,81 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "orvane/admin.h"
 #include "orvane/core.h"
-#include "tests/core/faults.hpp"
-#include "tests/core/output.hpp"
+#include "tests/support/text.hpp"
 
+namespace orvane::test {
 namespace {
 
-using orvane::test::Fault;
-using orvane::test::output_of;
-
-struct Line {
-    const char* message;
-    const char* context;
-    DDS_Long level;
-    DDS_ReturnCode_t result;
-    const char* output;
-};
-
-constexpr const char* null_text =
-    "KX Error: QEL_KX_Orvane_printMessage: String passed as parameter is NULL.\n";
-
-constexpr Line lines[] = {
-    {"text", "where", 300, DDS_RETCODE_OK, "KX Error: where: text\n"},
-    {"text", "where", -5, DDS_RETCODE_OK, "KX Silent: where: text\n"},
-    {"hello", "", 600, DDS_RETCODE_OK, "KX Info: : hello\n"},
-    {"ends itself\n", "where", 600, DDS_RETCODE_OK, "KX Info: where: ends itself\n"},
-    {"\n", "where", 600, DDS_RETCODE_OK, "KX Info: where: \n"},
-    {"100 %s %n", "%d", 600, DDS_RETCODE_OK, "KX Info: %d: 100 %s %n\n"},
-    {"", "where", 300, DDS_RETCODE_BAD_PARAMETER,
-     "KX Error: QEL_KX_Orvane_printMessage: Message to print is empty.\n"},
-    {nullptr, "where", 300, DDS_RETCODE_PRECONDITION_NOT_MET, null_text},
-    {"text", nullptr, 300, DDS_RETCODE_PRECONDITION_NOT_MET, null_text},
-};
-
 TEST(Printer, WritesLevelContextAndMessageAsOneLine) {
-    const auto expect_line = [](const Line& line) {
-        EXPECT_EQ(output_of([&] {
-                      EXPECT_EQ(QEL_KX_Orvane_printMessage(line.message, line.context, line.level),
-                                line.result)
-                          << line.output;
-                  }),
-                  line.output);
+    const std::string null_text =
+        line("QEL_KX_Orvane_printMessage", "String passed as parameter is NULL.");
+    const struct {
+        const char* message;
+        const char* context;
+        DDS_Long level;
+        DDS_ReturnCode_t result;
+        std::string output;
+    } lines[] = {
+        {"text", "where", 300, DDS_RETCODE_OK, "KX Error: where: text\n"},
+        {"hello", "", 600, DDS_RETCODE_OK, "KX Info: : hello\n"},
+        {"ends itself\n", "where", -5, DDS_RETCODE_OK, "KX Silent: where: ends itself\n"},
+        {"\n", "where", 600, DDS_RETCODE_OK, "KX Info: where: \n"},
+        {"100 %s %n", "%d", 600, DDS_RETCODE_OK, "KX Info: %d: 100 %s %n\n"},
+        {"", "where", 300, DDS_RETCODE_BAD_PARAMETER,
+         line("QEL_KX_Orvane_printMessage", "Message to print is empty.")},
+        {nullptr, "where", 300, DDS_RETCODE_PRECONDITION_NOT_MET, null_text},
+        {"text", nullptr, 300, DDS_RETCODE_PRECONDITION_NOT_MET, null_text},
     };
-    for (const Line& line : lines) {
-        expect_line(line);
-    }
-    for (const char* message : {"text", "text\n"}) {
-        const Fault fault("QEL_KX_translateFromKXLogLevelToString");
-        expect_line(
-            {message, "where", 300, DDS_RETCODE_BAD_PARAMETER, "KX Warning: where: text\n"});
+    for (const auto& row : lines) {
+        EXPECT_EQ(output_of([&] {
+                      EXPECT_EQ(QEL_KX_Orvane_printMessage(row.message, row.context, row.level),
+                                row.result);
+                  }),
+                  row.output);
     }
 }
 
+TEST(Printer, NamesEveryLevel) {
+    constexpr struct {
+        DDS_Long level;
+        const char* name;
+    } names[] = {{100, "KX Fatal"},  {200, "KX Severe"}, {300, "KX Error"}, {400, "KX Warning"},
+                 {500, "KX Notice"}, {600, "KX Info"},   {700, "KX Debug"}, {800, "KX Trace"},
+                 {350, "KX Silent"}, {0, "KX Silent"},   {-5, "KX Silent"}};
+    for (const auto& row : names) {
+        char buffer[QEL_KX_LEVEL_NAME_SIZE + 1];
+        std::memset(buffer, '#', sizeof(buffer));
+        EXPECT_EQ(QEL_KX_translateFromKXLogLevelToString(row.level, buffer), DDS_RETCODE_OK);
+        EXPECT_STREQ(buffer, row.name);
+        EXPECT_EQ(buffer[QEL_KX_LEVEL_NAME_SIZE], '#') << "wrote beyond the promised size";
+    }
+    EXPECT_EQ(QEL_KX_translateFromKXLogLevelToString(100, nullptr), DDS_RETCODE_BAD_PARAMETER);
+}
+
 TEST(Printer, KeepsLinesOfSeveralThreadsApart) {
-    constexpr std::size_t lines_per_thread = 500;
     const std::string message(300, 'x');
     const std::string output = output_of([&] {
         std::vector<std::jthread> threads;
-        threads.reserve(3);
-        for (int i = 0; i < 3; ++i) {
+        for (int thread = 0; thread < 3; ++thread) {
             threads.emplace_back([&] {
-                for (std::size_t line = 0; line < lines_per_thread; ++line) {
+                for (int count = 0; count < 500; ++count) {
                     QEL_KX_Orvane_printMessage(message.c_str(), "where", 600);
                 }
             });
         }
     });
-    const std::string line = "KX Info: where: " + message + "\n";
-    ASSERT_EQ(output.size(), 3 * lines_per_thread * line.size());
-    for (std::size_t at = 0; at < output.size(); at += line.size()) {
-        ASSERT_EQ(output.compare(at, line.size(), line), 0);
+    std::string expected;
+    for (int count = 0; count < 1500; ++count) {
+        expected += line("where", message, "Info");
     }
+    EXPECT_TRUE(output == expected);
 }
 
 }  // namespace
+}  // namespace orvane::test

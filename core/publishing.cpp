@@ -1,0 +1,64 @@
+#include "core/publishing.hpp"
+
+#include <cstdint>
+
+#include "core/batch_pacing.hpp"
+#include "core/message_queue.hpp"
+#include "core/report.hpp"
+#include "core/shared_field.hpp"
+#include "pexa/osapi.h"
+#include "pexa/publication.h"
+#include "types/typed_writer.hpp"
+
+namespace orvane::core {
+namespace {
+
+using LogMessageWriter = types::DataWriter<QEL_KX_LogMessage>;
+
+constexpr QELNtpTime no_wait = {0, 0};
+/// The queue has to have room for as long as the thread may take to wake up. This is no longer.
+constexpr QELNtpTime batch_pause = {0, QEL_NTP_TIME_FRAC_PER_MILLISECOND / 10};
+
+void write(LogMessageWriteThread& thread, const QEL_KX_MessageQueueRecord& record,
+           const char* context) {
+    const DDS_ReturnCode_t result = LogMessageWriter::write_w_timestamp(
+        thread.writer, &record.sample, &DDS_HANDLE_NIL, &record.timestamp);
+    if (result == DDS_RETCODE_TIMEOUT) {
+        return;
+    }
+    if (result != DDS_RETCODE_OK) {
+        report(context, "Unable to write LogMessage in DataWriter");
+    }
+    pop(*thread.messageQueue);
+}
+
+void flush(LogMessageWriteThread& thread) {
+    // Only a writer that does not exist or is not enabled can fail, and the write has said so.
+    static_cast<void>(DDS_DataWriter_flush(thread.writer));
+}
+
+}  // namespace
+
+void publish(LogMessageWriteThread& thread, const char* context) {
+    BatchPacing pacing;
+    std::uint64_t in_batch = 0;
+    while (load(thread.run) == 1) {
+        const QEL_KX_MessageQueueRecord* record =
+            front(*thread.messageQueue, in_batch > 0 ? &no_wait : &wait_period);
+        if (record != nullptr) {
+            write(thread, *record, context);
+            ++in_batch;
+        } else if (in_batch > 0) {
+            flush(thread);
+            if (pacing.wants_pause_after(in_batch)) {
+                QELOsapiThread_sleep(&batch_pause);
+            }
+            in_batch = 0;
+        }
+    }
+    if (in_batch > 0) {
+        flush(thread);
+    }
+}
+
+}  // namespace orvane::core

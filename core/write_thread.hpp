@@ -1,0 +1,18 @@
+/// @file write_thread.hpp
+/// @brief The life of the thread that publishes queued messages.
+#pragma once
+
+#include "orvane/core.h"
+
+namespace orvane::core {
+
+/// @name Contracts: LogMessageWriteThread_…
+/// @{
+LogMessageWriteThread* create_write_thread(QEL_KX_LogMessageDataWriter* writer, DDS_Long queue_size,
+                                           const DDS_ThreadSettings_t& settings);
+void delete_write_thread(LogMessageWriteThread* thread);
+DDS_ReturnCode_t set_communications_verbosity(LogMessageWriteThread& thread,
+                                              PEXA_Config_LogVerbosity verbosity);
+/// @}
+
+}  // namespace orvane::core

@@ -1,0 +1,139 @@
+#include "lifecycle/singleton.hpp"
+
+#include "admin/logger_bridge.hpp"
+#include "admin/state.hpp"
+#include "core/exported.hpp"
+#include "core/instance.hpp"
+#include "core/logging_lock.hpp"
+#include "core/report.hpp"
+#include "core/shared_field.hpp"
+#include "lifecycle/creation.hpp"
+#include "orvane/admin.h"
+#include "pexa/config_logger.h"
+#include "pexa/osapi.h"
+
+namespace orvane::lifecycle {
+namespace {
+
+using core::LifecycleChange;
+using core::report;
+using pexa::Status;
+
+/// Publishes the instance to threads that do not take the lock.
+void set_initialized(DDS_Long value) noexcept {
+    core::store(gQEL_KX_Orvane_initialized, value, std::memory_order_release);
+}
+
+void set_instance(QEL_KX_Orvane* created) noexcept {
+    core::store(QEL_KX_Orvane_instance, created, std::memory_order_release);
+}
+
+/// With the global lock held.
+void create(const char* context) {
+    const LifecycleChange change;
+    PEXA_Config_LogVerbosity verbosities[PEXA_CONFIG_LOG_CATEGORY_COUNT] = {};
+    admin::mask_verbosity(verbosities);
+    QEL_KX_Orvane* created = create_instance();
+    set_instance(created);
+    if (created == nullptr) {
+        // The middleware's logger stays silent. Its reports would be about an instance that does
+        // not exist.
+        report(context, "Unable to create Orvane singleton!");
+        return;
+    }
+    admin::unmask_verbosity(verbosities);
+    admin::refresh_verbosities(*created);
+    if (admin::write_state(*created) != Status::ok) {
+        report(context, "Unable to Write State", QEL_KX_LEVEL_WARNING);
+    }
+    set_initialized(1);
+}
+
+void disable() {
+    QEL_KX_Orvane* const logger = core::instance();
+    if (logger == nullptr) {
+        return;
+    }
+    admin::set_state_kind(*logger, QEL_KX_STATE_NONOPERATIONAL);
+    if (logger->logMessageWriteThread != nullptr) {
+        core::store(logger->logMessageWriteThread->run, 0);
+    }
+    if (admin::write_state(*logger) != Status::ok) {
+        report("QEL_KX_Orvane_disable", "Unable to Write State", QEL_KX_LEVEL_WARNING);
+    }
+}
+
+Status finalize() {
+    constexpr const char* context = "QEL_KX_Orvane_finalizeInstance";
+    if (!core::is_running()) {
+        return Status::ok;
+    }
+    if (QELOsapi_global_lock() != 0) {
+        report(context, "Unable to lock when finalizing Orvane singleton!");
+        return Status::error;
+    }
+    if (QEL_KX_Orvane* self = core::instance();
+        self != nullptr && !LifecycleChange::is_under_way()) {
+        const LifecycleChange change;
+        disable();
+        QEL_KX_Orvane* gone = destroy(self);
+        // As long as there seems to be an instance, no new options are accepted that this would
+        // forget.
+        core::store(gQEL_KX_Orvane_currentOptions, nullptr);
+        set_instance(gone);
+        set_initialized(0);
+    }
+    if (QELOsapi_global_unlock() != 0) {
+        report(context, "Unable to unlock when finalizing Orvane singleton!");
+        return Status::error;
+    }
+    return Status::ok;
+}
+
+}  // namespace
+
+QEL_KX_Orvane* get_instance() {
+    constexpr const char* context = "QEL_Orvane_getInstance";
+    if (core::is_running()) {
+        return core::instance();
+    }
+    if (QELOsapi_global_lock() != 0) {
+        report(context, "Unable to lock when creating Orvane singleton!");
+        return core::instance();
+    }
+    if (!core::is_running() && !LifecycleChange::is_under_way()) {
+        create(context);
+    }
+    if (QELOsapi_global_unlock() != 0) {
+        report(context, "Unable to unlock when creating Orvane singleton!");
+    }
+    return core::instance();
+}
+
+Status set_options(QEL_KX_Options* options) {
+    if (core::instance() != nullptr) {
+        return Status::precondition_not_met;
+    }
+    core::store(gQEL_KX_Orvane_currentOptions, options);
+    return Status::ok;
+}
+
+}  // namespace orvane::lifecycle
+
+namespace lifecycle = orvane::lifecycle;
+
+QEL_KX_Orvane* QEL_KX_Orvane_getInstance(void) {
+    return lifecycle::get_instance();
+}
+
+DDS_ReturnCode_t QEL_KX_Orvane_finalizeInstance(void) {
+    return orvane::core::to_return_code(lifecycle::finalize());
+}
+
+DDS_Boolean QEL_KX_Orvane_setOptions(QEL_KX_Options* options) {
+    return orvane::core::to_boolean(lifecycle::set_options(options));
+}
+
+void QEL_KX_Orvane_disable(void) {
+    lifecycle::disable();
+}

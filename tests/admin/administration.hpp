@@ -1,0 +1,42 @@
+/// @file administration.hpp
+/// @brief What the tests of the administration share.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "orvane/admin.h"
+#include "pexa/config_logger.h"
+#include "tests/support/faults.hpp"
+#include "tests/support/logger.hpp"
+#include "tests/support/node.hpp"
+#include "tests/support/text.hpp"
+
+namespace orvane::test {
+
+/// Where all samples are written.
+inline constexpr const char* write_function = "DDS_DataWriter_write_untypedI";
+
+inline PEXA_Config_Logger* middleware() {
+    return PEXA_Config_Logger_get_instance();
+}
+
+inline PEXA_Config_LogVerbosity verbosity_of(int category) {
+    return PEXA_Config_Logger_get_verbosity_by_category(
+        middleware(), static_cast<PEXA_Config_LogCategory>(category));
+}
+
+/// Begins and ends with the settings that the middleware's logger has in a new process.
+class AdminTest : public testing::Test {
+protected:
+    AdminTest() { reset(); }
+    ~AdminTest() override { reset(); }
+
+private:
+    static void reset() {
+        PEXA_Config_Logger_set_verbosity(middleware(), PEXA_CONFIG_LOG_VERBOSITY_ERROR);
+        PEXA_Config_Logger_set_print_format(middleware(), PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT);
+        QEL_KX_DDSEntities_gInitialStateSent = 0;
+    }
+};
+
+}  // namespace orvane::test
