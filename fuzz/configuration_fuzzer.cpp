@@ -1,5 +1,5 @@
-// An XML document with an `orvane` element. What has been read must be within its range, and be
-// the same when it has been written and read once more.
+// An XML document with an `orvane` element. Its values must be within their ranges, and be the same
+// when they are written and read once more.
 
 #include <cstddef>
 #include <cstdint>
@@ -13,11 +13,6 @@
 
 namespace {
 
-DDS_Boolean append(void* text, const char* part, std::size_t length) {
-    static_cast<std::string*>(text)->append(part, length);
-    return DDS_BOOLEAN_TRUE;
-}
-
 void demand(bool condition) {
     if (!condition) {
         std::abort();
@@ -28,8 +23,7 @@ void check_ranges(const QEL_KX_Options& options) {
     const DDS_ThreadSettings_t& thread = options.thread;
     demand(options.filter_level >= 0 && options.queue_size >= 1);
     demand((options.enabled & ~1) == 0 && (options.echo_to_stdout & ~1) == 0);
-    demand((thread.mask & ~0x1BU) == 0);
-    demand(thread.stack_size >= DDS_THREAD_STACK_SIZE_DEFAULT);
+    demand((thread.mask & ~0x1BU) == 0 && thread.stack_size >= DDS_THREAD_STACK_SIZE_DEFAULT);
     for (DDS_Long i = 0; i < thread.cpu_list.length; ++i) {
         demand(thread.cpu_list.contiguousBuffer[i] >= 0);
     }
@@ -46,6 +40,10 @@ std::optional<std::string> rewrite(const char* text, std::size_t length) {
     if (QEL_KX_XMLConfig* config =
             QEL_KX_XMLConfig_getXMLConfigFromXMLRoot(DDS_XMLParser_get_root(parser))) {
         check_ranges(*QEL_KX_XMLConfig_getKXOptions(config));
+        const auto append = [](void* whole, const char* part, std::size_t size) -> DDS_Boolean {
+            static_cast<std::string*>(whole)->append(part, size);
+            return DDS_BOOLEAN_TRUE;
+        };
         QELXMLSaveContext context{0, 0, append, &written.emplace()};
         QEL_KX_XMLConfig_save(&config->object, &context, nullptr);
         demand(context.error == 0);
@@ -58,7 +56,7 @@ std::optional<std::string> rewrite(const char* text, std::size_t length) {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-    // A line for each refused size would be all there is to see.
+    // The library prints a line for each refused size.
     return std::freopen("/dev/null", "w", stdout) != nullptr ? 0 : 1;
 }
 

@@ -1,6 +1,7 @@
 #include "core/report.hpp"
 #include "orvane/xml.h"
 #include "pexa/osapi.h"
+#include "xml/config_object.hpp"
 
 namespace orvane::xml {
 namespace {
@@ -21,7 +22,7 @@ DDS_XMLExtensionClass* create(DDS_XMLParseErrorFunction parse_error_function) {
     }
     listener->parseErrorFunction = parse_error_function;
     DDS_XMLExtensionClass* made = DDS_XMLExtensionClass_new(
-        "orvane", listener, nullptr, nullptr, QEL_KX_XMLConfig_onStartElement,
+        element_name, listener, nullptr, nullptr, QEL_KX_XMLConfig_onStartElement,
         QEL_KX_XMLConfig_onEndElement, QEL_KX_XMLConfig_new, QEL_KX_XMLConfig_delete,
         QEL_KX_XMLConfig_save);
     if (made == nullptr) {

@@ -1,25 +1,32 @@
+#include "core/exported.hpp"
+#include "core/instance.hpp"
+#include "core/options.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
+#include "lifecycle/singleton.hpp"
 #include "orvane/xml.h"
+#include "platform/internal/status.hpp"
 
 namespace orvane::xml {
 namespace {
 
-DDS_Boolean end(DDS_Boolean result, const char* message, DDS_Long level) {
-    core::report("QEL_KX_XMLConfig_startWithXMLConfiguration", message, level);
-    return result;
+using pexa::Status;
+
+constexpr const char* own_context = "QEL_KX_XMLConfig_startWithXMLConfiguration";
+
+Status refuse(const char* reason) {
+    core::report(own_context, reason);
+    return Status::error;
 }
 
-DDS_Boolean refuse(const char* message) {
-    return end(DDS_BOOLEAN_FALSE, message, QEL_KX_LEVEL_ERROR);
+/// The options want no logger, or none that is new.
+Status leave_alone(const char* reason) {
+    core::report(own_context, reason, QEL_KX_LEVEL_INFO);
+    return Status::ok;
 }
 
-DDS_Boolean leave_alone(const char* message) {
-    return end(DDS_BOOLEAN_TRUE, message, QEL_KX_LEVEL_INFO);
-}
-
-DDS_Boolean start(DDS_DomainParticipant* participant, QEL_KX_Options* options,
-                  const char* application_kind) {
+Status start(DDS_DomainParticipant* participant, QEL_KX_Options* options,
+             const char* application_kind) {
     if (options == nullptr) {
         return refuse("no options found in XML configuration");
     }
@@ -29,19 +36,20 @@ DDS_Boolean start(DDS_DomainParticipant* participant, QEL_KX_Options* options,
     if (core::load(options->enabled) == 0) {
         return leave_alone("KX not enabled in XML Options. It won't be created");
     }
-    if (QEL_KX_Orvane_isOrvaneRunning() != 0) {
+    if (core::is_running()) {
         return leave_alone("KX already running. XML Options don't apply");
     }
-    QEL_KX_Options_setDomainParticipant(options, participant);
+    // Only NULL is refused.
+    static_cast<void>(core::set_participant(options, participant));
     if (application_kind != nullptr &&
-        QEL_KX_Options_setApplicationKind(options, application_kind) != DDS_RETCODE_OK) {
+        core::set_application_kind(options, application_kind) != Status::ok) {
         return refuse("could not set the application kind");
     }
-    if (QEL_KX_Orvane_setOptions(options) == DDS_BOOLEAN_FALSE) {
+    if (lifecycle::set_options(options) != Status::ok) {
         return refuse("could not set KX options; instance already created");
     }
-    return QEL_KX_Orvane_getInstance() != nullptr ? DDS_BOOLEAN_TRUE
-                                                  : refuse("Orvane could not be started");
+    return lifecycle::get_instance() != nullptr ? Status::ok
+                                                : refuse("Orvane could not be started");
 }
 
 }  // namespace
@@ -50,5 +58,5 @@ DDS_Boolean start(DDS_DomainParticipant* participant, QEL_KX_Options* options,
 DDS_Boolean QEL_KX_XMLConfig_startWithXMLConfiguration(DDS_DomainParticipant* participant,
                                                        QEL_KX_Options* options,
                                                        const char* applicationKind) {
-    return orvane::xml::start(participant, options, applicationKind);
+    return orvane::core::to_boolean(orvane::xml::start(participant, options, applicationKind));
 }

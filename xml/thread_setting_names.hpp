@@ -13,11 +13,11 @@ namespace orvane::xml {
 /// A name with all its spellings: each is an end of the longest one.
 struct SettingName {
     const char* longest;
-    /// Where the spellings begin; the second is the one that is written.
+    /// Where the spellings begin; the second spelling is written.
     std::array<std::size_t, 3> beginnings;
 
     /// In any case.
-    [[nodiscard]] bool is_spelled(const char* text) const {
+    bool is_spelled(const char* text) const {
         for (const std::size_t beginning : beginnings) {
             if (MOSKString_iCompare(text, longest + beginning) == 0) {
                 return true;
@@ -26,7 +26,7 @@ struct SettingName {
         return false;
     }
 
-    [[nodiscard]] const char* to_be_written() const { return longest + beginnings[1]; }
+    const char* to_be_written() const { return longest + beginnings[1]; }
 };
 
 /// "DDS_THREAD_SETTINGS_X", "THREAD_SETTINGS_X" and "X".

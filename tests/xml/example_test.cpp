@@ -11,23 +11,23 @@ namespace {
 const std::string domain = std::to_string(ORVANE_TEST_DOMAIN);
 
 TEST(Example, LogsItsInputAsItsFileSays) {
-    constexpr std::size_t count = 500;
     Viewer viewer{ORVANE_TEST_DOMAIN};
     ChildProcess journal{{ORVANE_JOURNAL, ORVANE_SOURCE_DIR "/examples/xml/journal.xml", domain}};
-    // Also what was logged before the viewer was there arrives.
-    for (std::size_t line = 0; line < count; ++line) {
-        ASSERT_TRUE(journal.send_line("line " + std::to_string(line))) << journal.transcript();
+    // The messages that are logged before the viewer is there arrive too.
+    std::vector<std::string> lines;
+    for (int number = 0; number < 500; ++number) {
+        lines.push_back("line " + std::to_string(number));
+        ASSERT_TRUE(journal.send_line(lines.back())) << journal.transcript();
     }
-    EXPECT_TRUE(viewer.wait_for(count, "journal", patience)) << journal.transcript();
+    EXPECT_TRUE(viewer.wait_for(lines.size(), "journal", patience)) << journal.transcript();
     journal.close_input();
     EXPECT_EQ(journal.wait_for_end(patience), "exit 0") << journal.transcript();
     EXPECT_EQ(journal.output().out, (std::vector<std::string>{"logged 500, discarded 0"}));
-
-    const std::vector<ViewedMessage> messages = viewer.messages("journal");
-    ASSERT_EQ(messages.size(), count);
-    for (std::size_t line = 0; line < count; ++line) {
-        EXPECT_EQ(messages[line].text, "line " + std::to_string(line));
+    std::vector<std::string> viewed;
+    for (const ViewedMessage& message : viewer.messages("journal")) {
+        viewed.push_back(message.text);
     }
+    EXPECT_EQ(viewed, lines);
 }
 
 TEST(Example, DoesNotStartFromAFileItCannotUse) {

@@ -9,45 +9,13 @@
 
 #include "tests/integration/application.hpp"
 #include "tests/integration/viewer.hpp"
-#include "tests/xml/host.hpp"
+#include "tests/support/faults.hpp"
 #include "tests/xml/parsed_config.hpp"
-
-namespace {
-
-std::mutex timeouts_mutex;
-std::condition_variable timed_out;
-int timeouts = 0;
-
-}  // namespace
-
-extern "C" {
-
-DDS_ReturnCode_t __real_QEL_KX_LogMessageDataWriter_write_w_timestamp(
-    QEL_KX_LogMessageDataWriter* self, const QEL_KX_LogMessage* sample,
-    const DDS_InstanceHandle_t* handle, const DDS_Time_t* timestamp);
-DDS_ReturnCode_t __wrap_QEL_KX_LogMessageDataWriter_write_w_timestamp(
-    QEL_KX_LogMessageDataWriter* self, const QEL_KX_LogMessage* sample,
-    const DDS_InstanceHandle_t* handle, const DDS_Time_t* timestamp) {
-    const DDS_ReturnCode_t result =
-        __real_QEL_KX_LogMessageDataWriter_write_w_timestamp(self, sample, handle, timestamp);
-    if (result == DDS_RETCODE_TIMEOUT) {
-        const std::lock_guard lock(timeouts_mutex);
-        ++timeouts;
-        timed_out.notify_all();
-    }
-    return result;
-}
-}
 
 namespace orvane::tests {
 namespace {
 
 using namespace std::chrono_literals;
-
-bool await_timeouts(int count) {
-    std::unique_lock lock(timeouts_mutex);
-    return timed_out.wait_for(lock, patience, [&] { return timeouts >= count; });
-}
 
 void log(const std::string& category, const std::string& text) {
     QEL_KX_Orvane_logMessageWithLevelCategory(QEL_KX_Orvane_getInstance(), QEL_KX_LEVEL_INFO,
@@ -67,36 +35,51 @@ bool log_until(Viewer& viewer, std::size_t count, const std::string& category,
     return true;
 }
 
-/// Starts the logger of this process with a profile.
-[[nodiscard]] bool start(const test::Host& host, QEL_KX_Options* options) {
-    DDS_DomainParticipantFactory_load_qos_profiles(DDS_DomainParticipantFactory_get_instance(),
-                                                   ORVANE_SOURCE_DIR "/tests/xml/keep_all.xml");
-    QEL_KX_Options_setQosLibrary(options, "test");
-    QEL_KX_Options_setQosProfile(options, "keep_all");
-    return QEL_KX_XMLConfig_startWithXMLConfiguration(host.participant(), options, nullptr) != 0;
-}
-
 TEST(SlowViewer, GetsEveryMessageOfAProfileThatKeepsAllAlsoAfterWritesHaveTimedOut) {
-    // More bytes than the engine lets go out unacknowledged.
-    constexpr std::size_t count = 300;
+    std::mutex mutex;
+    std::condition_variable timed_out;
+    int timeouts = 0;
+    using Write = decltype(DDS_DataWriter_write_untypedI);
+    test::Stub<Write>* stub = nullptr;
+    test::Stub<Write> counting("DDS_DataWriter_write_untypedI", [&](auto... arguments) {
+        const DDS_ReturnCode_t result = stub->real(arguments...);
+        if (result == DDS_RETCODE_TIMEOUT) {
+            const std::lock_guard lock(mutex);
+            ++timeouts;
+            timed_out.notify_all();
+        }
+        return result;
+    });
+    stub = &counting;
+
     Viewer viewer{ORVANE_TEST_DOMAIN};
     const test::ParsedConfig config(
         test::with_orvane("<enabled>true</enabled><queue_size>1000</queue_size>"));
     const test::Host host;
-    ASSERT_TRUE(start(host, config.options()));
+    DDS_DomainParticipantFactory_load_qos_profiles(test::Node::factory(),
+                                                   ORVANE_SOURCE_DIR "/tests/xml/keep_all.xml");
+    QEL_KX_Options_setQosLibrary(config.options(), "test");
+    QEL_KX_Options_setQosProfile(config.options(), "keep_all");
+    ASSERT_NE(
+        QEL_KX_XMLConfig_startWithXMLConfiguration(host.participant(), config.options(), nullptr),
+        0);
     ASSERT_TRUE(log_until(viewer, 1, "hello", "hello")) << viewer.process().transcript();
 
+    // More bytes than the engine lets go out unacknowledged.
     std::vector<std::string> expected;
     viewer.process().send_signal(SIGSTOP);
-    for (std::size_t i = 0; i < count; ++i) {
-        expected.push_back(std::to_string(i) + std::string(3900, '.'));
+    for (int number = 0; number < 300; ++number) {
+        expected.push_back(std::to_string(number) + std::string(3900, '.'));
         log("kept", expected.back());
     }
-    EXPECT_TRUE(await_timeouts(3));
+    {
+        std::unique_lock lock(mutex);
+        EXPECT_TRUE(timed_out.wait_for(lock, patience, [&] { return timeouts >= 3; }));
+    }
     viewer.process().send_signal(SIGCONT);
 
     // Each write that timed out has left a message behind, which later ones push out.
-    EXPECT_TRUE(log_until(viewer, count, "kept", "later"));
+    EXPECT_TRUE(log_until(viewer, expected.size(), "kept", "later"));
     std::vector<std::string> viewed;
     for (const ViewedMessage& message : viewer.messages("kept")) {
         viewed.push_back(message.text);
