@@ -61,14 +61,15 @@ bool Logger::has_reader() const {
 LogReader::LogReader(std::int32_t domain) : participant_{tools::join_domain(domain)} {
     reader_ = tools::create_reader<QEL_KX_LogMessage>(
         participant_.get(), DDS_TRANSIENT_LOCAL_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
-    if (reader_ == nullptr || !wakeup_.open() || !wakeup_.on_data(reader_)) {
+    if (reader_ == nullptr || wait_set_.open() == tools::Status::failed ||
+        wait_set_.attach_data_of(reader_) == tools::Status::failed) {
         give_up("reader");
     }
 }
 
 void LogReader::take(std::chrono::milliseconds longest_wait,
                      std::vector<std::int64_t>& source_times) {
-    wakeup_.wait(longest_wait);
+    wait_set_.wait(longest_wait);
     tools::take_some<QEL_KX_LogMessage>(
         reader_, samples_per_take, [&](const QEL_KX_LogMessage&, const DDS_SampleInfo& info) {
             if (info.valid_data != 0) {

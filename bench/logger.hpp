@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tools/domain/entities.hpp"
+#include "tools/domain/wait_set.hpp"
 
 namespace orvane::bench {
 
@@ -25,7 +26,7 @@ public:
     struct Options {
         std::int32_t domain = 0;
         std::int32_t queue_size = 128;
-        /// Every reader gets all messages, from what bench/keep_all.xml says.
+        /// Every reader gets all messages, by the profile of bench/keep_all.xml.
         bool keep_all = false;
     };
 
@@ -39,8 +40,8 @@ public:
         QEL_KX_Orvane_logMessageWithLevelCategory(logger_, level, text, category);
     }
     /// Messages that wait for their publication.
-    [[nodiscard]] DDS_Long queued() const;
-    [[nodiscard]] bool has_reader() const;
+    DDS_Long queued() const;
+    bool has_reader() const;
 
 private:
     QEL_KX_Options* options_;
@@ -57,10 +58,10 @@ public:
     void take(std::chrono::milliseconds longest_wait, std::vector<std::int64_t>& source_times);
 
 private:
-    // The wakeup goes before the entities that it waits for.
+    // The wait set is deleted before its entities.
     tools::Participant participant_;
     DDS_DataReader* reader_;
-    tools::Wakeup wakeup_;
+    tools::WaitSet wait_set_;
 };
 
 }  // namespace orvane::bench

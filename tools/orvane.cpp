@@ -17,20 +17,20 @@ int run(int argc, char** argv) {
     app.require_subcommand(0, 1);
 
     TailOptions tail_options;
-    CLI::App* tail_command = add_tail_command(app, tail_options);
+    CLI::App* tail_command = add_tail_subcommand(app, tail_options);
     ListOptions list_options;
-    CLI::App* list_command = add_list_command(app, list_options);
-    // One record for all: only one of them can be asked for.
+    CLI::App* list_command = add_list_subcommand(app, list_options);
+    // The three subcommands share a record, because a command line has only one of them.
     SetOptions set_options;
-    add_set_level_command(app, set_options);
-    add_set_verbosity_command(app, set_options);
-    add_set_format_command(app, set_options);
+    add_set_level_subcommand(app, set_options);
+    add_set_verbosity_subcommand(app, set_options);
+    add_set_format_subcommand(app, set_options);
     CheckConfigOptions check_options;
-    CLI::App* check_command = add_check_config_command(app, check_options);
+    CLI::App* check_command = add_check_config_subcommand(app, check_options);
 
     try {
         app.parse(argc, argv);
-        // If the parser required one, it would say of an unknown command only that there is none.
+        // If the parser required a subcommand, it would not name an unknown one.
         if (app.get_subcommands().empty()) {
             throw CLI::RequiredError::Subcommand(1);
         }

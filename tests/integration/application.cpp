@@ -1,7 +1,6 @@
 #include "tests/integration/application.hpp"
 
 #include <algorithm>
-#include <optional>
 #include <sstream>
 
 #include "tests/integration/peer_protocol.hpp"
@@ -9,21 +8,14 @@
 namespace orvane::tests {
 namespace {
 
-std::vector<std::string> peer_command(int domain_id, const std::vector<std::string>& options,
-                                      std::vector<std::string> command) {
-    command.insert(command.end(), {ORVANE_APPLICATION, std::to_string(domain_id)});
-    command.insert(command.end(), options.begin(), options.end());
-    return command;
-}
-
-std::optional<std::string> answer_number(const Output& output, std::size_t number) {
-    std::size_t seen = 0;
-    for (const std::string& line : output.out) {
-        if (line.starts_with(answer_mark) && seen++ == number) {
-            return line.substr(answer_mark.size());
-        }
+std::string hexadecimal(std::string_view bytes) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string text;
+    for (const char character : bytes) {
+        const auto byte = static_cast<unsigned char>(character);
+        text += {digits[byte / 16], digits[byte % 16]};
     }
-    return std::nullopt;
+    return text.empty() ? "-" : text;
 }
 
 LoggedMessage parse_record(const std::string& line) {
@@ -35,32 +27,42 @@ LoggedMessage parse_record(const std::string& line) {
 
 }  // namespace
 
-Application::Application(int domain_id, const std::vector<std::string>& options,
-                         const std::vector<std::string>& launcher)
-    : process_{peer_command(domain_id, options, launcher)} {}
-
-void Application::start(const std::string& command) {
-    process_.send_line(command);
+std::vector<std::string> peer_command(const std::string& mode, int domain_id,
+                                      const std::vector<std::string>& options,
+                                      const std::vector<std::string>& launcher) {
+    std::vector<std::string> command{launcher};
+    command.insert(command.end(), {ORVANE_TEST_PEER, mode, std::to_string(domain_id)});
+    command.insert(command.end(), options.begin(), options.end());
+    return command;
 }
 
 std::string Application::answer() {
-    std::optional<std::string> found;
-    process_.wait_until(
+    std::string found;
+    const bool answered = process_.wait_until(
         [&](const Output& output) {
-            found = answer_number(output, answers_);
-            return found.has_value();
+            std::size_t seen = 0;
+            return std::any_of(output.out.begin(), output.out.end(), [&](const std::string& line) {
+                const bool wanted = line.starts_with(answer_mark) && seen++ == answers_;
+                found = wanted ? line : "";
+                return wanted;
+            });
         },
         patience);
-    if (!found) {
+    if (!answered) {
         return "no answer";
     }
     ++answers_;
-    return *found;
+    return found.substr(answer_mark.size());
 }
 
 std::string Application::ask(const std::string& command) {
     start(command);
     return answer();
+}
+
+bool Application::say(int level, std::string_view category, std::string_view text) {
+    return ask("say " + std::to_string(level) + ' ' + hexadecimal(category) + ' ' +
+               hexadecimal(text)) == "say";
 }
 
 std::vector<LoggedMessage> Application::logged() {
@@ -82,25 +84,17 @@ std::vector<std::string> Application::diagnostics() {
 }
 
 bool connect(Application& application, Viewer& viewer) {
-    using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds between_probes{100};
-    const Clock::time_point deadline = Clock::now() + patience;
-    for (int probe = 0; Clock::now() < deadline; ++probe) {
-        if (application.ask("probe " + std::to_string(probe)) != "probe") {
+    constexpr int most_severe = 100;
+    const std::string identity = application.ask("identity");
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    for (int probe = 0; std::chrono::steady_clock::now() < deadline; ++probe) {
+        // Only the newest probe shows that the viewer has caught up with the history.
+        const std::string category = "probe " + std::to_string(probe) + " of " + identity;
+        if (!application.say(most_severe, category, "")) {
             return false;
         }
-        const std::string identity = application.ask("identity");
-        const bool arrived = viewer.wait_until(
-            [&](const std::vector<ViewedMessage>& messages) {
-                return std::any_of(messages.begin(), messages.end(),
-                                   [&](const ViewedMessage& message) {
-                                       return message.category == probe_category &&
-                                              message.text == std::to_string(probe) &&
-                                              message.application == identity;
-                                   });
-            },
-            between_probes);
-        if (arrived) {
+        if (viewer.wait_for(1, category, between_probes)) {
             return true;
         }
     }
@@ -108,7 +102,7 @@ bool connect(Application& application, Viewer& viewer) {
 }
 
 bool await_all(Application& application, Viewer& viewer) {
-    return application.ask("mark") == "mark" && viewer.wait_for(1, mark_category, patience);
+    return application.say(600, "mark", "") && viewer.wait_for(1, "mark", patience);
 }
 
 std::string difference(const std::vector<LoggedMessage>& logged,
@@ -118,14 +112,11 @@ std::string difference(const std::vector<LoggedMessage>& logged,
     for (std::size_t i = 0; i < common; ++i) {
         const LoggedMessage& expected = logged[i];
         const ViewedMessage& actual = viewed[i];
-        if (actual.text != expected.text || actual.level != expected.level) {
+        if (actual.text != expected.text || actual.level != expected.level ||
+            actual.nanoseconds < expected.before || actual.nanoseconds > expected.after) {
             text << "message " << i << " was logged as " << expected.level << ' ' << expected.text
-                 << " but seen as " << actual.level << ' ' << actual.text;
-            return text.str();
-        }
-        if (actual.nanoseconds < expected.before || actual.nanoseconds > expected.after) {
-            text << "message " << i << " has the time " << actual.nanoseconds
-                 << " but was logged from " << expected.before << " to " << expected.after;
+                 << " from " << expected.before << " to " << expected.after << " but seen as "
+                 << actual.level << ' ' << actual.text << " of " << actual.nanoseconds;
             return text.str();
         }
     }

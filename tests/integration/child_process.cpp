@@ -6,31 +6,31 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
+#include <system_error>
 
 namespace orvane::tests {
 namespace {
 
-struct Pipe {
-    int read_end = -1;
-    int write_end = -1;
-};
+/// The two ends of a pipe, the one to read from first.
+using Pipe = std::array<int, 2>;
+
+void require(bool success, const char* operation) {
+    if (!success) {
+        throw std::system_error{errno, std::system_category(), operation};
+    }
+}
 
 Pipe make_pipe() {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) {
-        std::perror("pipe2");
-        std::abort();
-    }
-    return {ends[0], ends[1]};
+    Pipe ends{};
+    require(pipe2(ends.data(), O_CLOEXEC) == 0, "pipe2");
+    return ends;
 }
 
 /// Runs in the new process, where only async-signal-safe functions may be called.
 [[noreturn]] void become(char* const* arguments, int input, int out, int error) {
+    std::signal(SIGPIPE, SIG_DFL);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     dup2(input, STDIN_FILENO);
     dup2(out, STDOUT_FILENO);
@@ -41,13 +41,29 @@ Pipe make_pipe() {
 
 }  // namespace
 
-std::string ending(int wait_status) {
-    return WIFSIGNALED(wait_status) ? "signal " + std::to_string(WTERMSIG(wait_status))
-                                    : "exit " + std::to_string(WEXITSTATUS(wait_status));
-}
+ChildProcess::ChildProcess(std::vector<std::string> command) {
+    std::vector<char*> arguments;
+    for (std::string& word : command) {
+        arguments.push_back(word.data());
+    }
+    arguments.push_back(nullptr);
 
-ChildProcess::ChildProcess(const std::vector<std::string>& command) {
-    start(command);
+    // A write to a process that has ended must fail, and not end the test.
+    std::signal(SIGPIPE, SIG_IGN);
+    const Pipe input = make_pipe();
+    const Pipe out = make_pipe();
+    const Pipe error = make_pipe();
+    pid_ = fork();
+    require(pid_ >= 0, "fork");
+    if (pid_ == 0) {
+        become(arguments.data(), input[0], out[1], error[1]);
+    }
+    for (const int end_of_child : {input[0], out[1], error[1]}) {
+        close(end_of_child);
+    }
+    input_ = input[1];
+    streams_[0].descriptor = out[0];
+    streams_[1].descriptor = error[0];
     collector_ = std::thread{[this] { collect(); }};
 }
 
@@ -55,59 +71,28 @@ ChildProcess::~ChildProcess() {
     close_input();
     send_signal(SIGKILL);
     collector_.join();
-    close(out_.descriptor);
-    close(error_.descriptor);
-}
-
-void ChildProcess::start(const std::vector<std::string>& command) {
-    std::vector<std::string> words{command};
-    std::vector<char*> arguments;
-    arguments.reserve(words.size() + 1);
-    for (std::string& word : words) {
-        arguments.push_back(word.data());
+    for (const Stream& stream : streams_) {
+        close(stream.descriptor);
     }
-    arguments.push_back(nullptr);
-
-    // A write to a process that has ended is a result and no reason to end as well.
-    std::signal(SIGPIPE, SIG_IGN);
-    const Pipe input = make_pipe();
-    const Pipe out = make_pipe();
-    const Pipe error = make_pipe();
-    pid_ = fork();
-    if (pid_ < 0) {
-        std::perror("fork");
-        std::abort();
-    }
-    if (pid_ == 0) {
-        // The child gets the usual behaviour back.
-        std::signal(SIGPIPE, SIG_DFL);
-        become(arguments.data(), input.read_end, out.write_end, error.write_end);
-    }
-    close(input.read_end);
-    close(out.write_end);
-    close(error.write_end);
-    input_ = input.write_end;
-    out_.descriptor = out.read_end;
-    error_.descriptor = error.read_end;
 }
 
 void ChildProcess::collect() {
-    std::array<pollfd, 2> streams{{{out_.descriptor, POLLIN, 0}, {error_.descriptor, POLLIN, 0}}};
-    while (streams[0].fd >= 0 || streams[1].fd >= 0) {
-        if (poll(streams.data(), streams.size(), -1) < 0) {
+    std::array<pollfd, 2> polled{
+        {{streams_[0].descriptor, POLLIN, 0}, {streams_[1].descriptor, POLLIN, 0}}};
+    while (polled[0].fd >= 0 || polled[1].fd >= 0) {
+        if (poll(polled.data(), polled.size(), -1) < 0) {
             continue;
         }
-        if (streams[0].revents != 0 && !read_from(out_, &Output::out)) {
-            streams[0].fd = -1;
-        }
-        if (streams[1].revents != 0 && !read_from(error_, &Output::error)) {
-            streams[1].fd = -1;
+        for (std::size_t i = 0; i < polled.size(); ++i) {
+            if (polled[i].revents != 0 && !read_from(streams_[i])) {
+                polled[i] = {-1, 0, 0};
+            }
         }
     }
     reap();
 }
 
-bool ChildProcess::read_from(Stream& stream, std::vector<std::string> Output::*lines) {
+bool ChildProcess::read_from(Stream& stream) {
     std::array<char, 65536> buffer{};
     const ssize_t count = read(stream.descriptor, buffer.data(), buffer.size());
     if (count <= 0) {
@@ -118,7 +103,7 @@ bool ChildProcess::read_from(Stream& stream, std::vector<std::string> Output::*l
     std::size_t start = 0;
     for (std::size_t end = stream.unfinished.find('\n'); end != std::string::npos;
          end = stream.unfinished.find('\n', start)) {
-        (output_.*lines).push_back(stream.unfinished.substr(start, end - start));
+        (output_.*stream.lines).push_back(stream.unfinished.substr(start, end - start));
         start = end + 1;
     }
     stream.unfinished.erase(0, start);
@@ -127,18 +112,19 @@ bool ChildProcess::read_from(Stream& stream, std::vector<std::string> Output::*l
 }
 
 void ChildProcess::reap() {
-    // Under the lock, so that no signal is sent to a number that is somebody else's by then. The
-    // process has closed its output: it is ending, and the wait is short.
+    // Under the lock, so that no signal is sent to a number that belongs to another process by
+    // then. The process has closed its output: it is ending, and the wait is short.
     const std::lock_guard lock{mutex_};
-    while (waitpid(pid_, &output_.wait_status, 0) < 0 && errno == EINTR) {
+    int status = 0;
+    while (waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
     }
-    output_.ended = true;
+    output_.ending = WIFSIGNALED(status) ? "signal " + std::to_string(WTERMSIG(status))
+                                         : "exit " + std::to_string(WEXITSTATUS(status));
     changed_.notify_all();
 }
 
 bool ChildProcess::send_line(std::string_view line) const {
-    std::string text{line};
-    text += '\n';
+    const std::string text = std::string{line} + '\n';
     return write(input_, text.data(), text.size()) == static_cast<ssize_t>(text.size());
 }
 
@@ -151,7 +137,7 @@ void ChildProcess::close_input() {
 
 void ChildProcess::send_signal(int number) {
     const std::lock_guard lock{mutex_};
-    if (!output_.ended) {
+    if (output_.ending.empty()) {
         kill(pid_, number);
     }
 }
@@ -162,14 +148,15 @@ bool ChildProcess::wait_until(const std::function<bool(const Output&)>& conditio
     bool holds = false;
     changed_.wait_for(lock, longest, [&] {
         holds = condition(output_);
-        return holds || output_.ended;
+        return holds || !output_.ending.empty();
     });
     return holds;
 }
 
 std::string ChildProcess::wait_for_end(std::chrono::milliseconds longest) {
-    const bool ended = wait_until([](const Output& output) { return output.ended; }, longest);
-    return ended ? ending(output().wait_status) : "still running";
+    wait_until([](const Output& output) { return !output.ending.empty(); }, longest);
+    const std::string ending = output().ending;
+    return ending.empty() ? "still running" : ending;
 }
 
 Output ChildProcess::output() {
@@ -186,7 +173,7 @@ std::string ChildProcess::transcript() {
     for (const std::string& line : printed.error) {
         text += "[stderr] " + line + '\n';
     }
-    return text + (printed.ended ? ending(printed.wait_status) : "still running");
+    return text + (printed.ending.empty() ? "still running" : printed.ending);
 }
 
 }  // namespace orvane::tests

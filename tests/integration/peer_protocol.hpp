@@ -1,5 +1,5 @@
 /// @file peer_protocol.hpp
-/// @brief What the peer programs and the tests have agreed upon.
+/// @brief Names that the program test_peer and the tests share.
 #pragma once
 
 #include <cstdint>
@@ -8,16 +8,12 @@
 
 namespace orvane::tests {
 
-/// How the lines of a peer begin that are not the library's.
+/// The lines of the peer begin so; other lines are the library's.
 inline constexpr std::string_view answer_mark = "> ";
 inline constexpr std::string_view record_mark = "logged ";
 
-/// Category of the messages that the command "log" logs.
+/// MiddlewareCategory of the messages that the command "log" logs.
 inline constexpr const char* numbered_category = "numbered";
-/// Category of the messages that only show whether the viewer receives.
-inline constexpr const char* probe_category = "probe";
-/// Category of the message of the command "mark".
-inline constexpr const char* mark_category = "mark";
 
 /// Nanoseconds since 1970-01-01 UTC.
 inline std::int64_t wall_clock() {

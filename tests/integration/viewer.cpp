@@ -18,12 +18,6 @@ std::int64_t nanoseconds_of(const std::string& text) {
     return timegm(&calendar) * std::int64_t{1'000'000'000} + std::stoll(rest);
 }
 
-std::vector<std::string> tail_arguments(int domain_id, const std::vector<std::string>& options) {
-    std::vector<std::string> arguments{"tail", "--json", "--domain", std::to_string(domain_id)};
-    arguments.insert(arguments.end(), options.begin(), options.end());
-    return arguments;
-}
-
 }  // namespace
 
 std::vector<std::string> tool_command(const std::vector<std::string>& arguments,
@@ -36,7 +30,12 @@ std::vector<std::string> tool_command(const std::vector<std::string>& arguments,
 
 Viewer::Viewer(int domain_id, const std::vector<std::string>& options,
                const std::vector<std::string>& launcher)
-    : process_{tool_command(tail_arguments(domain_id, options), launcher)} {}
+    : process_{[&] {
+          std::vector<std::string> command =
+              tool_command({"tail", "--json", "--domain", std::to_string(domain_id)}, launcher);
+          command.insert(command.end(), options.begin(), options.end());
+          return command;
+      }()} {}
 
 void Viewer::parse(const Output& output) {
     for (; parsed_lines_ < output.out.size(); ++parsed_lines_) {
@@ -68,14 +67,7 @@ bool Viewer::wait_until(const std::function<bool(const std::vector<ViewedMessage
 
 bool Viewer::wait_for(std::size_t count, const std::string& category,
                       std::chrono::milliseconds longest) {
-    return wait_until(
-        [&](const std::vector<ViewedMessage>& messages) {
-            const auto present = std::count_if(
-                messages.begin(), messages.end(),
-                [&](const ViewedMessage& message) { return message.category == category; });
-            return static_cast<std::size_t>(present) >= count;
-        },
-        longest);
+    return wait_until([&](const auto&) { return messages(category).size() >= count; }, longest);
 }
 
 }  // namespace orvane::tests

@@ -1,22 +1,11 @@
-// A remote tool that comes and goes: joins the domain, reads logs and States, sends each logger
-// that it meets a command or two, and leaves, again and again until its input ends.
-//
-//   visiting_peer DOMAIN
-//
-// Prints "> visited" after the first command that was answered, and in the end
-// "> visits N answers N".
+#include "tests/integration/peer.hpp"
 
-#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
-#include <memory>
-#include <string>
 #include <thread>
-#include <vector>
+#include <utility>
 
-#include "orvane/core.h"
-#include "tests/integration/peer_protocol.hpp"
 #include "tools/domain/administration.hpp"
 #include "tools/domain/log_subscription.hpp"
 
@@ -26,7 +15,7 @@ namespace {
 using namespace std::chrono_literals;
 using tools::Administration;
 
-/// One of each kind in turn, so that every setting keeps changing.
+/// The commands in turn, so that every setting keeps changing.
 tools::Command command_number(int number) {
     switch (number % 4) {
         case 0:
@@ -45,68 +34,48 @@ tools::Command command_number(int number) {
     }
 }
 
-class Visitor {
-public:
-    explicit Visitor(int domain_id) : domain_id_(domain_id) {}
-
-    void visit() {
-        constexpr auto stay = 400ms;
-        const std::unique_ptr<tools::LogSubscription> logs =
-            tools::LogSubscription::open(domain_id_);
-        const std::unique_ptr<Administration> administration = Administration::open(domain_id_);
-        if (!logs || !administration) {
-            std::cerr << "visiting_peer: could not join\n";
-            std::exit(EXIT_FAILURE);
-        }
-        ++visits_;
-        const auto end = Administration::Clock::now() + stay;
-        while (Administration::Clock::now() < end) {
-            administration->wait(20ms);
-            attend(*administration);
-            std::vector<tools::LogRecord> records;
-            static_cast<void>(logs->take(records));
-        }
+/// One visit of the mode "visit".
+/// @param next_command goes on from visit to visit
+/// @return whether a command was answered
+bool visit(int domain_id, int& next_command) {
+    const std::unique_ptr<tools::LogSubscription> logs = tools::LogSubscription::open(domain_id);
+    const std::unique_ptr<Administration> administration = Administration::open(domain_id);
+    if (!logs || !administration) {
+        std::exit(EXIT_FAILURE);
     }
-
-    [[nodiscard]] std::string summary() const {
-        return "visits " + std::to_string(visits_) + " answers " + std::to_string(answers_);
-    }
-
-private:
-    void attend(Administration& administration) {
-        const std::optional<tools::Arrivals> arrivals = administration.take();
-        for (const tools::CommandAnswer& answer :
-             arrivals ? arrivals->answers : std::vector<tools::CommandAnswer>{}) {
-            if (answer.originator == administration.identity() && answers_++ == 0) {
-                std::cout << answer_mark << "visited" << std::endl;
+    bool answered = false;
+    const auto end = Administration::Clock::now() + 400ms;
+    while (Administration::Clock::now() < end) {
+        administration->wait(20ms);
+        if (const tools::Result<tools::Arrivals> arrivals = administration->take()) {
+            for (const tools::CommandResponse& response : arrivals->responses) {
+                answered |= response.originator == administration->identity();
             }
         }
-        for (const tools::Application& logger : administration.receivers()) {
-            static_cast<void>(
-                administration.send(logger, invocation_, command_number(invocation_)));
-            ++invocation_;
+        for (const tools::Application& logger : administration->command_readers()) {
+            const int number = next_command++;
+            // Loggers end at any time: that a command or a message gets lost is no failure.
+            static_cast<void>(administration->send(logger, number, command_number(number)));
         }
+        static_cast<void>(logs->take());
     }
-
-    int domain_id_;
-    int visits_ = 0;
-    int answers_ = 0;
-    int invocation_ = 0;
-};
+    return answered;
+}
 
 }  // namespace
-}  // namespace orvane::tests
 
-int main(int argc, char** argv) {
-    orvane::tests::Visitor visitor{argc > 1 ? std::stoi(argv[1]) : 0};
+void visit_until_input_ends(int domain_id) {
     std::atomic<bool> over{false};
     const std::jthread input{[&] {
         std::cin.get();
         over = true;
     }};
-    while (!over) {
-        visitor.visit();
+    bool told = false;
+    for (int next_command = 0; !over;) {
+        if (visit(domain_id, next_command) && !std::exchange(told, true)) {
+            tell("visited");
+        }
     }
-    std::cout << orvane::tests::answer_mark << visitor.summary() << std::endl;
-    return EXIT_SUCCESS;
 }
+
+}  // namespace orvane::tests

@@ -1,12 +1,12 @@
 // A viewer and commander of loggers that shares no code with them: Fast DDS and an encoding of its
-// own. It prints what it receives and sends what it is told to, one line each.
+// own. It prints the samples that it receives and sends the requests that it reads, one a line.
 //
 //   usage: foreign_peer DOMAIN [--carried-keys]
 //
 //   With --carried-keys it computes no key hash for samples that come without one: @key is then
 //   ff…ff.
 //
-//   input     request NAME=VALUE …      sends a command request; samples.hpp explains the words
+//   input     NAME=VALUE …              sends a command request; samples.hpp explains the words
 //   output    log, state or response, each followed by fields NAME=VALUE behind tabs:
 //               @encapsulation   of the payload
 //               @publisher       host and application id of the writer's participant
@@ -85,11 +85,6 @@ std::string nanoseconds(const rtps::Time_t& time) {
                           static_cast<std::int64_t>(fraction));
 }
 
-std::string publisher(const dds::SampleInfo& info) {
-    const std::string prefix = hexadecimal(info.sample_identity.writer_guid().guidPrefix.value, 8);
-    return prefix.substr(0, 8) + ':' + prefix.substr(8);
-}
-
 std::string describe(const TopicDescription& topic, const Bytes& payload,
                      const dds::SampleInfo& info) {
     const Sample sample = decode(topic, payload);
@@ -98,7 +93,8 @@ std::string describe(const TopicDescription& topic, const Bytes& payload,
         line += '\t' + name + '=' + printable(value);
     };
     add("@encapsulation", std::to_string(sample.encapsulation));
-    add("@publisher", publisher(info));
+    const std::uint8_t* prefix = info.sample_identity.writer_guid().guidPrefix.value;
+    add("@publisher", hexadecimal(prefix, 4) + ':' + hexadecimal(prefix + 4, 4));
     add("@nanoseconds", nanoseconds(info.source_timestamp));
     add("@key", hexadecimal(info.instance_handle.value, sample.key_hash.size()));
     add("@computed_key", hexadecimal(sample.key_hash.data(), sample.key_hash.size()));
@@ -116,22 +112,19 @@ public:
         Bytes payload;
         dds::SampleInfo info;
         while (reader->take_next_sample(&payload, &info) == ReturnCode_t::RETCODE_OK) {
-            if (info.valid_data) {
-                print(payload, info);
+            if (!info.valid_data) {
+                continue;
+            }
+            try {
+                print_line(describe(topic_, payload, info));
+            } catch (const std::exception& error) {
+                print_line(std::string{"error\t"} + topic_.record + " with " + error.what() + ": " +
+                           hexadecimal(payload.data(), payload.size()));
             }
         }
     }
 
 private:
-    void print(const Bytes& payload, const dds::SampleInfo& info) {
-        try {
-            print_line(describe(topic_, payload, info));
-        } catch (const std::exception& error) {
-            print_line(std::string{"error\t"} + topic_.record + " with " + error.what() + ": " +
-                       hexadecimal(payload.data(), payload.size()));
-        }
-    }
-
     const TopicDescription& topic_;
 };
 
@@ -163,7 +156,8 @@ public:
     Peer(const Peer&) = delete;
     Peer& operator=(const Peer&) = delete;
 
-    [[nodiscard]] bool start(std::uint32_t domain) {
+    /// @return whether there is a participant
+    bool start(std::uint32_t domain) {
         participant_ = dds::DomainParticipantFactory::get_instance()->create_participant(
             domain, loopback_only());
         if (participant_ == nullptr) {
@@ -173,10 +167,14 @@ public:
         read(log_topic, log_printer_, dds::TRANSIENT_LOCAL_DURABILITY_QOS);
         read(state_topic, state_printer_, dds::TRANSIENT_LOCAL_DURABILITY_QOS);
         read(response_topic, response_printer_, dds::VOLATILE_DURABILITY_QOS);
-        write_requests();
+        requests_ =
+            participant_->create_publisher(dds::PUBLISHER_QOS_DEFAULT)
+                ->create_datawriter(topic(request_topic),
+                                    keep_all<dds::DataWriterQos>(dds::VOLATILE_DURABILITY_QOS));
         return true;
     }
 
+    /// Throws an exception when the words are wrong.
     void send(const std::string& words) {
         Bytes request = encode_request(words);
         requests_->write(&request);
@@ -190,22 +188,19 @@ private:
                                           dds::TOPIC_QOS_DEFAULT);
     }
 
-    void read(const TopicDescription& description, Printer& printer,
-              dds::DurabilityQosPolicyKind durability) {
-        dds::DataReaderQos qos;
+    template <typename Qos>
+    static Qos keep_all(dds::DurabilityQosPolicyKind durability) {
+        Qos qos;
         qos.reliability().kind = dds::RELIABLE_RELIABILITY_QOS;
         qos.durability().kind = durability;
         qos.history().kind = dds::KEEP_ALL_HISTORY_QOS;
-        subscriber_->create_datareader(topic(description), qos, &printer);
+        return qos;
     }
 
-    void write_requests() {
-        dds::DataWriterQos qos;
-        qos.reliability().kind = dds::RELIABLE_RELIABILITY_QOS;
-        qos.durability().kind = dds::VOLATILE_DURABILITY_QOS;
-        qos.history().kind = dds::KEEP_ALL_HISTORY_QOS;
-        requests_ = participant_->create_publisher(dds::PUBLISHER_QOS_DEFAULT)
-                        ->create_datawriter(topic(request_topic), qos);
+    void read(const TopicDescription& description, Printer& printer,
+              dds::DurabilityQosPolicyKind durability) {
+        subscriber_->create_datareader(topic(description), keep_all<dds::DataReaderQos>(durability),
+                                       &printer);
     }
 
     Printer log_printer_{log_topic};
@@ -217,36 +212,22 @@ private:
     dds::DataWriter* requests_ = nullptr;
 };
 
-void execute(Peer& peer, const std::string& line) {
-    const std::string request = "request ";
-    if (!line.starts_with(request)) {
-        print_line("error\tunknown command: " + line);
-        return;
-    }
-    try {
-        peer.send(line.substr(request.size()));
-    } catch (const std::exception& error) {
-        print_line("error\t" + line + ": " + error.what());
-    }
-}
-
 }  // namespace
 }  // namespace foreign
 
 int main(int argc, char** argv) {
-    const std::vector<std::string> arguments{argv + 1, argv + argc};
-    if (arguments.empty()) {
+    if (argc < 2) {
         std::cerr << "usage: foreign_peer DOMAIN [--carried-keys]\n";
         return EXIT_FAILURE;
     }
-    const bool carried = arguments.size() > 1 && arguments[1] == "--carried-keys";
+    const bool carried = argc > 2 && std::string{argv[2]} == "--carried-keys";
     foreign::Peer peer{carried ? foreign::KeySource::carried : foreign::KeySource::computed};
-    if (!peer.start(static_cast<std::uint32_t>(std::stoul(arguments[0])))) {
+    if (!peer.start(static_cast<std::uint32_t>(std::stoul(argv[1])))) {
         std::cerr << "foreign_peer: could not start\n";
         return EXIT_FAILURE;
     }
     for (std::string line; std::getline(std::cin, line);) {
-        foreign::execute(peer, line);
+        peer.send(line);
     }
     return EXIT_SUCCESS;
 }

@@ -6,12 +6,6 @@
 namespace orvane::tests {
 namespace {
 
-std::vector<std::string> peer_command(int domain_id, const std::vector<std::string>& options) {
-    std::vector<std::string> command{ORVANE_FOREIGN_PEER, std::to_string(domain_id)};
-    command.insert(command.end(), options.begin(), options.end());
-    return command;
-}
-
 ForeignSample parse(const std::string& line) {
     ForeignSample sample;
     std::istringstream fields{line};
@@ -35,26 +29,12 @@ bool has(const ForeignSample& sample, const Fields& members) {
                          members.end());
 }
 
-std::vector<ForeignSample> samples_in(const Output& output, const std::string& kind) {
-    std::vector<ForeignSample> samples;
-    for (const std::string& line : output.out) {
-        if (line.starts_with(kind + '\t')) {
-            samples.push_back(parse(line));
-        }
-    }
-    return samples;
-}
-
 }  // namespace
 
-ForeignPeer::ForeignPeer(int domain_id, const std::vector<std::string>& options)
-    : process_{peer_command(domain_id, options)} {}
-
 bool ForeignPeer::meet(const std::string& identity) {
-    using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds between_requests{100};
-    const Clock::time_point deadline = Clock::now() + patience;
-    while (Clock::now() < deadline) {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (std::chrono::steady_clock::now() < deadline) {
         send(identity, "verbosities=");
         if (!await("response", {{"logger", identity}}, between_requests).members.empty()) {
             return true;
@@ -66,7 +46,7 @@ bool ForeignPeer::meet(const std::string& identity) {
 std::string ForeignPeer::send(const std::string& identity, const std::string& words) {
     static int last_invocation = 0;
     std::string invocation = std::to_string(++last_invocation);
-    process_.send_line("request target=" + identity + " invocation=" + invocation + ' ' + words);
+    process_.send_line("target=" + identity + " invocation=" + invocation + ' ' + words);
     return invocation;
 }
 
@@ -79,20 +59,15 @@ ForeignSample ForeignPeer::await(const std::string& kind, const Fields& members,
     ForeignSample found;
     process_.wait_until(
         [&](const Output& output) {
-            for (ForeignSample& sample : samples_in(output, kind)) {
-                if (has(sample, members)) {
-                    found = std::move(sample);
-                    return true;
-                }
-            }
-            return false;
+            return std::any_of(output.out.begin(), output.out.end(), [&](const std::string& line) {
+                ForeignSample sample = parse(line);
+                const bool matches = line.starts_with(kind + '\t') && has(sample, members);
+                found = matches ? std::move(sample) : ForeignSample{};
+                return matches;
+            });
         },
         longest);
     return found;
-}
-
-std::vector<ForeignSample> ForeignPeer::samples(const std::string& kind) {
-    return samples_in(process_.output(), kind);
 }
 
 std::vector<std::string> ForeignPeer::complaints() {

@@ -15,29 +15,30 @@ using Fields = std::map<std::string, std::string>;
 
 /// A sample as the peer understood it; without anything when none has come.
 struct ForeignSample {
-    Fields properties;  ///< what belongs to the sample as a whole
+    Fields properties;  ///< of the sample as a whole
     Fields members;
     std::string order;  ///< of the members, their names separated by spaces
 };
 
 class ForeignPeer {
 public:
-    explicit ForeignPeer(int domain_id, const std::vector<std::string>& options = {});
+    /// @param option as foreign_peer.cpp describes
+    explicit ForeignPeer(int domain_id, const std::string& option = "")
+        : process_{{ORVANE_FOREIGN_PEER, std::to_string(domain_id), option}} {}
 
     /// Repeats a request that changes nothing until the application answers.
     /// @return whether it did. @param identity "HOST:APP" as the application tells it
-    [[nodiscard]] bool meet(const std::string& identity);
+    bool meet(const std::string& identity);
 
     /// Sends a request. @return its invocation, which no other request of this test program has
     std::string send(const std::string& identity, const std::string& words);
     /// Sends a request and waits for the response.
     ForeignSample ask(const std::string& identity, const std::string& words);
 
-    /// Waits for a sample of @p kind whose members have at least these values.
+    /// Waits for a sample of @p kind ("log", "state" or "response") whose members have at least
+    /// these values.
     ForeignSample await(const std::string& kind, const Fields& members,
                         std::chrono::milliseconds longest = patience);
-    /// What has arrived so far: of the kinds "log", "state" and "response".
-    std::vector<ForeignSample> samples(const std::string& kind);
     /// What the peer could not understand.
     std::vector<std::string> complaints();
 

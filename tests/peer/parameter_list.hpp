@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -14,73 +13,41 @@ namespace foreign {
 using Bytes = std::vector<std::uint8_t>;
 
 inline constexpr std::size_t encapsulation_size = 4;
-inline constexpr std::uint32_t must_understand = 0x4000;
-inline constexpr std::uint32_t must_understand_extended = 0x40000000;
-inline constexpr std::uint16_t extended_id = 0x3F01;
-inline constexpr std::uint16_t list_end = 0x3F02 | must_understand;
-inline constexpr std::uint16_t ignored_id = 0x3F03;
+/// Its id, and the flag that it must be understood.
+inline constexpr std::uint16_t list_end = 0x3F02 | 0x4000;
 
-/// How far the byte at @p index of a number is shifted.
+/// How far the byte at @p index of a number is shifted: little-endian when @p encapsulation is odd.
 inline std::size_t shift_of(std::size_t index, std::size_t size, std::uint16_t encapsulation) {
-    const bool little_endian = encapsulation % 2 == 1;
-    return 8 * (little_endian ? index : size - 1 - index);
+    return 8 * (encapsulation % 2 == 1 ? index : size - 1 - index);
 }
 
-/// What the encoding leaves to its writer, or forbids.
-struct Style {
-    std::uint16_t encapsulation = 3;  ///< odd: little-endian
-    std::uint16_t options = 0;        ///< behind the encapsulation identifier
-    bool extended = false;            ///< form of the member headers
-    std::size_t slack = 0;            ///< bytes behind each member's value that its length counts
-};
-
+/// Every value has four bytes, so that nothing needs padding.
 class ParameterListWriter {
 public:
-    explicit ParameterListWriter(const Style& style) : style_{style} {
-        for (const std::uint16_t half : {style.encapsulation, style.options}) {
-            bytes.push_back(static_cast<std::uint8_t>(half >> 8));
-            bytes.push_back(static_cast<std::uint8_t>(half));
-        }
-    }
+    explicit ParameterListWriter(std::uint16_t encapsulation)
+        : bytes{static_cast<std::uint8_t>(encapsulation >> 8),
+                static_cast<std::uint8_t>(encapsulation), 0, 0},
+          encapsulation_{encapsulation} {}
 
-    void put_long(long value) {
-        align();
-        put(static_cast<std::uint32_t>(value), 4);
-    }
+    void put_long(long value) { put(static_cast<std::uint32_t>(value), 4); }
 
-    /// A header in the short form, which nothing else belongs to.
-    void put_header(std::uint32_t id, std::uint32_t length) {
-        align();
-        put(id, 2);
-        put(length, 2);
-    }
-
-    /// @param flag must_understand or 0
-    /// @param error what the stated length has too much
     template <typename PutValue>
-    void put_member(std::uint32_t id, PutValue put_value, std::uint32_t flag = 0, int error = 0) {
-        const std::size_t length_size = style_.extended ? 4 : 2;
-        if (style_.extended) {
-            put_header(extended_id | must_understand, 8);
-            put(flag == 0 ? id : id | must_understand_extended, 4);
-            put(0, 4);
-        } else {
-            put_header(id | flag, 0);
-        }
+    void put_member(std::uint32_t id, PutValue put_value) {
+        put(id, 2);
+        put(0, 2);
         const std::size_t start = bytes.size();
         put_value();
-        bytes.insert(bytes.end(), style_.slack, 0xFF);
-        overwrite(
-            start - length_size,
-            static_cast<std::uint32_t>(bytes.size() - start) + static_cast<std::uint32_t>(error),
-            length_size);
+        overwrite(start - 2, static_cast<std::uint32_t>(bytes.size() - start), 2);
+    }
+
+    void put_list_end() {
+        put(list_end, 2);
+        put(0, 2);
     }
 
     Bytes bytes;
 
 private:
-    void align() { bytes.resize((bytes.size() + 3) / 4 * 4); }
-
     void put(std::uint32_t value, std::size_t size) {
         bytes.resize(bytes.size() + size);
         overwrite(bytes.size() - size, value, size);
@@ -89,11 +56,11 @@ private:
     void overwrite(std::size_t position, std::uint32_t value, std::size_t size) {
         for (std::size_t i = 0; i < size; ++i) {
             bytes[position + i] =
-                static_cast<std::uint8_t>(value >> shift_of(i, size, style_.encapsulation));
+                static_cast<std::uint8_t>(value >> shift_of(i, size, encapsulation_));
         }
     }
 
-    Style style_;
+    std::uint16_t encapsulation_;
 };
 
 /// Reads strictly: whatever is not exactly as expected throws std::runtime_error.

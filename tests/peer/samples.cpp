@@ -2,7 +2,6 @@
 
 #include <fastrtps/utils/md5.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <sstream>
@@ -12,9 +11,6 @@ namespace foreign {
 namespace {
 
 using Pair = std::pair<std::string, std::string>;
-
-constexpr std::size_t pairs_in_state = 5;
-constexpr std::uint32_t unknown_id = 9;
 
 Pair split(const std::string& text, char separator) {
     const std::size_t place = text.find(separator);
@@ -49,7 +45,8 @@ std::string get_identity(ParameterListReader& reader) {
 
 std::string get_pairs(ParameterListReader& reader) {
     std::string text;
-    for (std::size_t i = 0; i < pairs_in_state; ++i) {
+    constexpr int pairs_in_state = 5;
+    for (int i = 0; i < pairs_in_state; ++i) {
         text += (i == 0 ? "" : ",") + std::to_string(reader.get_long());
         text += ':' + std::to_string(reader.get_long());
     }
@@ -72,7 +69,7 @@ std::string get_value(ParameterListReader& reader, ValueKind kind) {
 
 /// Keys consist of identities and numbers only.
 KeyHash key_hash(const TopicDescription& topic, const std::vector<std::string>& values) {
-    ParameterListWriter key{{.encapsulation = 2}};
+    ParameterListWriter key{2};
     for (std::uint32_t id = 0; id < topic.key_members; ++id) {
         key.put_member(id, [&] {
             if (topic.members[id].kind == ValueKind::identity) {
@@ -82,7 +79,7 @@ KeyHash key_hash(const TopicDescription& topic, const std::vector<std::string>& 
             }
         });
     }
-    key.put_header(list_end, 0);
+    key.put_list_end();
     MD5 md5;
     md5.init();
     md5.update(key.bytes.data() + encapsulation_size,
@@ -91,144 +88,58 @@ KeyHash key_hash(const TopicDescription& topic, const std::vector<std::string>& 
     return std::to_array(md5.digest);
 }
 
-/// The words of a request and what they make of it.
-class Request {
-public:
-    explicit Request(const std::string& text) : writer_{{}} {
-        std::istringstream words{text};
-        for (std::string word; words >> word;) {
-            const auto [name, value] = split(word, '=');
-            words_[name] = value;
+using Words = std::map<std::string, std::string>;
+
+Words words_of(const std::string& text) {
+    Words words{{"originator", "0:0"}, {"encapsulation", "3"}, {"level", "0"}};
+    std::istringstream list{text};
+    for (std::string word; list >> word;) {
+        const auto [name, value] = split(word, '=');
+        words[name] = value;
+    }
+    return words;
+}
+
+void put_command(ParameterListWriter& writer, const Words& words) {
+    // The value's member has the id behind that of its kind's number.
+    const long kind = words.contains("verbosities") ? 1 : words.contains("format") ? 2 : 0;
+    writer.put_member(0, [&] { writer.put_long(kind); });
+    writer.put_member(static_cast<std::uint32_t>(kind + 1), [&] {
+        if (kind != 1) {
+            return writer.put_long(std::stol(words.at(kind == 2 ? "format" : "level")));
         }
-    }
-
-    Bytes encode() {
-        writer_ = ParameterListWriter{
-            {.encapsulation = static_cast<std::uint16_t>(number("encapsulation", 3)),
-             .options = static_cast<std::uint16_t>(number("options", 0)),
-             .extended = words_.contains("extended"),
-             .slack = static_cast<std::size_t>(number("slack", 0))}};
-        for (const char item : word("members", "0123.")) {
-            put_item(item);
-        }
-        const long size = static_cast<long>(writer_.bytes.size());
-        writer_.bytes.resize(static_cast<std::size_t>(std::min(size, number("keep", size))));
-        return writer_.bytes;
-    }
-
-private:
-    [[nodiscard]] std::string word(const std::string& name, const std::string& otherwise) const {
-        return words_.contains(name) ? words_.at(name) : otherwise;
-    }
-    [[nodiscard]] long number(const std::string& name, long otherwise) const {
-        return words_.contains(name) ? std::stol(words_.at(name), nullptr, 0) : otherwise;
-    }
-
-    void put_item(char item) {
-        switch (item) {
-            case '.':
-                return writer_.put_header(list_end, 0);
-            case 'u':
-                return writer_.put_member(unknown_id, [&] { writer_.put_long(-1); });
-            case 'U':
-                return writer_.put_member(
-                    unknown_id, [&] { writer_.put_long(-1); }, must_understand);
-            case 'i':
-                writer_.put_header(ignored_id, 4);
-                return writer_.put_long(-1);
-            case 'x':
-                writer_.put_header(extended_id | must_understand, 4);
-                return writer_.put_long(unknown_id);
-            default:
-                return put_member(item);
-        }
-    }
-
-    void put_member(char id) {
-        const auto [wrong, error] = split(word("error", ":0"), ':');
-        writer_.put_member(
-            static_cast<std::uint32_t>(id - '0'), [&] { put_value(id); }, 0,
-            wrong == std::string{id} ? std::stoi(error) : 0);
-    }
-
-    void put_value(char id) {
-        switch (id) {
-            case '0':
-                return put_identity(writer_, word("target", "0:0"));
-            case '1':
-                return put_identity(writer_, word("originator", "0:0"));
-            case '2':
-                return writer_.put_long(number("invocation", 0));
-            default:
-                return put_command();
-        }
-    }
-
-    void put_command() {
-        // The value's member has the id behind that of its kind's number.
-        const long kind = words_.contains("verbosities") ? 1 : words_.contains("format") ? 2 : 0;
-        writer_.put_member(0, [&] { writer_.put_long(number("kind", kind)); });
-        writer_.put_member(static_cast<std::uint32_t>(kind + 1), [&] {
-            if (kind == 1) {
-                put_verbosities();
-            } else {
-                writer_.put_long(kind == 2 ? number("format", 0) : number("level", 0));
-            }
-        });
-        writer_.put_header(list_end, 0);
-    }
-
-    void put_verbosities() {
-        const std::vector<Pair> pairs = pairs_of(word("verbosities", ""));
-        writer_.put_long(number("count", static_cast<long>(pairs.size())));
+        const std::vector<Pair> pairs = pairs_of(words.at("verbosities"));
+        writer.put_long(static_cast<long>(pairs.size()));
         for (const auto& [category, verbosity] : pairs) {
-            writer_.put_long(std::stol(category));
-            writer_.put_long(std::stol(verbosity));
+            writer.put_long(std::stol(category));
+            writer.put_long(std::stol(verbosity));
         }
-    }
-
-    std::map<std::string, std::string> words_;
-    ParameterListWriter writer_;
-};
+    });
+    writer.put_list_end();
+}
 
 }  // namespace
 
-const TopicDescription log_topic{"log",
-                                 "qel/orvane",
-                                 "com::qel::kx::LogMessage",
-                                 2,
-                                 {{"logger", ValueKind::identity},
-                                  {"level", ValueKind::number},
-                                  {"category", ValueKind::text},
-                                  {"message", ValueKind::text}}};
-
-const TopicDescription state_topic{"state",
-                                   "qel/orvane/administration/state",
-                                   "com::qel::kx::admin::State",
-                                   1,
-                                   {{"logger", ValueKind::identity},
-                                    {"domain", ValueKind::number},
-                                    {"state", ValueKind::number},
-                                    {"kind", ValueKind::text},
-                                    {"level", ValueKind::number},
-                                    {"verbosities", ValueKind::pairs},
-                                    {"format", ValueKind::number}}};
-
-const TopicDescription request_topic{"request",
-                                     "qel/orvane/administration/command_request",
-                                     "com::qel::kx::admin::CommandRequest",
-                                     0,
-                                     {}};
-
-const TopicDescription response_topic{"response",
-                                      "qel/orvane/administration/command_response",
-                                      "com::qel::kx::admin::CommandResponse",
-                                      1,
-                                      {{"logger", ValueKind::identity},
-                                       {"originator", ValueKind::identity},
-                                       {"invocation", ValueKind::number},
-                                       {"result", ValueKind::number},
-                                       {"message", ValueKind::text}}};
+// clang-format off
+const TopicDescription log_topic{
+    "log", "qel/orvane", "com::qel::kx::LogMessage", 2,
+    {{"logger", ValueKind::identity}, {"level", ValueKind::number},
+     {"category", ValueKind::text}, {"message", ValueKind::text}}};
+const TopicDescription state_topic{
+    "state", "qel/orvane/administration/state", "com::qel::kx::admin::State", 1,
+    {{"logger", ValueKind::identity}, {"domain", ValueKind::number}, {"state", ValueKind::number},
+     {"kind", ValueKind::text}, {"level", ValueKind::number}, {"verbosities", ValueKind::pairs},
+     {"format", ValueKind::number}}};
+const TopicDescription request_topic{
+    "request", "qel/orvane/administration/command_request", "com::qel::kx::admin::CommandRequest",
+    0, {}};
+const TopicDescription response_topic{
+    "response", "qel/orvane/administration/command_response",
+    "com::qel::kx::admin::CommandResponse", 1,
+    {{"logger", ValueKind::identity}, {"originator", ValueKind::identity},
+     {"invocation", ValueKind::number}, {"result", ValueKind::number},
+     {"message", ValueKind::text}}};
+// clang-format on
 
 Sample decode(const TopicDescription& topic, const Bytes& payload) {
     Sample sample;
@@ -244,8 +155,16 @@ Sample decode(const TopicDescription& topic, const Bytes& payload) {
     return sample;
 }
 
-Bytes encode_request(const std::string& words) {
-    return Request{words}.encode();
+Bytes encode_request(const std::string& text) {
+    const Words words = words_of(text);
+    ParameterListWriter writer{
+        static_cast<std::uint16_t>(std::stol(words.at("encapsulation"), nullptr, 0))};
+    writer.put_member(0, [&] { put_identity(writer, words.at("target")); });
+    writer.put_member(1, [&] { put_identity(writer, words.at("originator")); });
+    writer.put_member(2, [&] { writer.put_long(std::stol(words.at("invocation"))); });
+    writer.put_member(3, [&] { put_command(writer, words); });
+    writer.put_list_end();
+    return writer.bytes;
 }
 
 }  // namespace foreign

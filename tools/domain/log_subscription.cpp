@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tools/domain/entities.hpp"
+#include "tools/domain/wait_set.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -21,34 +22,38 @@ LogRecord to_record(const QEL_KX_LogMessage& sample, const DDS_Time_t& timestamp
 
 class TypedSubscription final : public LogSubscription {
 public:
-    bool start(std::int32_t domain_id) {
+    Status start(std::int32_t domain_id) {
         participant_ = join_domain(domain_id);
         if (!participant_) {
-            return false;
+            return Status::failed;
         }
         reader_ = create_reader<QEL_KX_LogMessage>(
             participant_.get(), DDS_TRANSIENT_LOCAL_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
-        return reader_ != nullptr && wakeup_.open() && wakeup_.on_data(reader_);
+        if (reader_ == nullptr || wait_set_.open() == Status::failed) {
+            return Status::failed;
+        }
+        return wait_set_.attach_data_of(reader_);
     }
 
-    void wait(std::chrono::milliseconds longest) override { wakeup_.wait(longest); }
+    void wait(std::chrono::milliseconds longest) override { wait_set_.wait(longest); }
 
-    void interrupt() override { wakeup_.interrupt(); }
+    void interrupt() override { wait_set_.interrupt(); }
 
-    bool take(std::vector<LogRecord>& records) override {
-        const auto first = static_cast<std::ptrdiff_t>(records.size());
-        const bool succeeded = take_all<QEL_KX_LogMessage>(
-            reader_, samples_per_take,
-            [&](const QEL_KX_LogMessage& sample, const DDS_SampleInfo& info) {
-                if (info.valid_data != 0) {
-                    records.push_back(to_record(sample, info.source_timestamp));
-                }
-            });
+    Result<std::vector<LogRecord>> take() override {
+        std::vector<LogRecord> records;
+        const auto add = [&](const QEL_KX_LogMessage& sample, const DDS_SampleInfo& info) {
+            if (info.valid_data != 0) {
+                records.push_back(to_record(sample, info.source_timestamp));
+            }
+        };
+        if (take_all<QEL_KX_LogMessage>(reader_, samples_per_take, add) == Status::failed) {
+            return {};
+        }
         // A take groups the messages by instance, which here means by application and level.
-        std::stable_sort(records.begin() + first, records.end(), [](const auto& a, const auto& b) {
+        std::stable_sort(records.begin(), records.end(), [](const auto& a, const auto& b) {
             return a.nanoseconds < b.nanoseconds;
         });
-        return succeeded;
+        return records;
     }
 
     std::int32_t lost() override {
@@ -58,17 +63,17 @@ public:
     }
 
 private:
-    // The wakeup goes before the entities that it waits for.
+    // The wait set is deleted before its entities.
     Participant participant_;
     DDS_DataReader* reader_ = nullptr;
-    Wakeup wakeup_;
+    WaitSet wait_set_;
 };
 
 }  // namespace
 
 std::unique_ptr<LogSubscription> LogSubscription::open(std::int32_t domain_id) {
     auto subscription = std::make_unique<TypedSubscription>();
-    if (!subscription->start(domain_id)) {
+    if (subscription->start(domain_id) == Status::failed) {
         return nullptr;
     }
     return subscription;

@@ -8,11 +8,12 @@
 #include <vector>
 
 #include "tools/records/log_record.hpp"
+#include "tools/records/result.hpp"
 
 namespace orvane::tools {
 
-/// A reliable, transient-local, keep-all reader of a domain's log topic: it gets what running
-/// applications still keep, and everything from then on.
+/// A reliable, transient-local, keep-all reader of a domain's log topic: it gets the
+/// history of running applications and every message from then on.
 class LogSubscription {
 public:
     /// @return NULL when the domain cannot be joined; the middleware has said why.
@@ -25,9 +26,9 @@ public:
     /// Ends a wait, the running one or the next. May be called from any thread.
     virtual void interrupt() = 0;
 
-    /// Appends all messages that have arrived, in the order in which they were logged.
-    /// @return false when the reader failed
-    [[nodiscard]] virtual bool take(std::vector<LogRecord>& records) = 0;
+    /// All messages that have arrived, in the order in which they were logged.
+    /// @return nothing when the reader failed
+    virtual Result<std::vector<LogRecord>> take() = 0;
 
     /// Messages that the network lost for good.
     virtual std::int32_t lost() = 0;

@@ -2,7 +2,7 @@
 
 #include <fnmatch.h>
 
-#include "tools/records/log_query.hpp"
+#include "tools/text/application_text.hpp"
 
 namespace orvane::tools {
 

@@ -1,5 +1,5 @@
 /// @file logger_target.hpp
-/// @brief Whom a command is for.
+/// @brief The loggers that a command is for.
 #pragma once
 
 #include <optional>
@@ -18,11 +18,11 @@ public:
     /// @return nothing for the empty text
     static std::optional<LoggerTarget> parse(std::string_view text);
 
-    /// Whether a logger is meant that can execute commands, or soon will.
-    [[nodiscard]] bool matches(const LoggerState& logger) const;
+    /// @return whether the logger is one of the target and executes commands, now or soon
+    bool matches(const LoggerState& logger) const;
 
-    /// The one application that is meant, if only one can be.
-    [[nodiscard]] const std::optional<Application>& application() const { return application_; }
+    /// The application, unless the target is a pattern.
+    const std::optional<Application>& application() const { return application_; }
 
 private:
     std::optional<Application> application_;

@@ -1,9 +1,10 @@
 /// @file typed_topic.hpp
-/// @brief What generic code needs to know of a published type: its topic and its typed operations.
+/// @brief The topic and the typed operations of each published type, for generic code.
 #pragma once
 
 #include "orvane/orvane.h"
 #include "pexa/pexa.h"
+#include "tools/records/result.hpp"
 
 namespace orvane::tools {
 
@@ -55,7 +56,7 @@ struct TypedTopic<QEL_KX_ADMIN_CommandRequest> {
 
 /// Hands samples that are taken from a reader to @p visit, with their infos.
 /// @param most samples decoded at a time
-/// @return OK after some, NO_DATA when there were none, else what failed
+/// @return OK after some, NO_DATA when there were none, else the code of the failure
 template <typename Sample, typename Visit>
 DDS_ReturnCode_t take_some(DDS_DataReader* reader, DDS_Long most, const Visit& visit) {
     using Topic = TypedTopic<Sample>;
@@ -74,15 +75,15 @@ DDS_ReturnCode_t take_some(DDS_DataReader* reader, DDS_Long most, const Visit& v
     return Topic::return_loan(reader, &samples, &infos);
 }
 
-/// Hands everything that has arrived to @p visit, @p most samples decoded at a time.
-/// @return false when the reader failed
+/// Hands all samples that have arrived to @p visit, @p most decoded at a time.
+/// @return failed when the reader failed
 template <typename Sample, typename Visit>
-[[nodiscard]] bool take_all(DDS_DataReader* reader, DDS_Long most, const Visit& visit) {
+Status take_all(DDS_DataReader* reader, DDS_Long most, const Visit& visit) {
     DDS_ReturnCode_t result = DDS_RETCODE_OK;
     while (result == DDS_RETCODE_OK) {
         result = take_some<Sample>(reader, most, visit);
     }
-    return result == DDS_RETCODE_NO_DATA;
+    return result == DDS_RETCODE_NO_DATA ? Status::ok : Status::failed;
 }
 
 }  // namespace orvane::tools

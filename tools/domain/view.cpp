@@ -9,48 +9,48 @@ namespace orvane::tools {
 DomainView::DomainView(Administration& administration)
     : administration_(administration), last_news_(administration.now()) {}
 
-std::optional<News> DomainView::next(Milliseconds longest) {
+Result<News> DomainView::next(Milliseconds longest) {
     administration_.wait(longest);
-    std::optional<Arrivals> arrivals = administration_.take();
+    Result<Arrivals> arrivals = administration_.take();
     if (!arrivals) {
-        return std::nullopt;
+        return {};
     }
-    News news{.changes = {}, .answers = std::move(arrivals->answers)};
-    for (const StateReport& report : arrivals->states) {
-        apply(report, news.changes);
+    News news{.changes = {}, .responses = std::move(arrivals->responses)};
+    for (const StateUpdate& update : arrivals->states) {
+        apply(update, news.changes);
     }
-    const std::size_t publishers = administration_.publishers().size();
-    if (!news.changes.empty() || publishers != publishers_) {
+    const std::size_t state_writers = administration_.state_writers().size();
+    if (!news.changes.empty() || state_writers != state_writers_) {
         last_news_ = administration_.now();
     }
-    publishers_ = publishers;
+    state_writers_ = state_writers;
     return news;
 }
 
-void DomainView::apply(const StateReport& report, std::vector<LoggerChange>& changes) {
-    const auto known = loggers_.find(report.application);
+void DomainView::apply(const StateUpdate& update, std::vector<LoggerChange>& changes) {
+    const auto known = loggers_.find(update.application);
     if (known == loggers_.end()) {
-        if (report.state && report.alive) {
-            loggers_.emplace(report.application, *report.state);
-            changes.push_back({LoggerChange::Kind::appeared, *report.state, *report.state});
+        if (update.state && update.alive) {
+            loggers_.emplace(update.application, *update.state);
+            changes.push_back({LoggerChange::Kind::appeared, *update.state, *update.state});
         }
         return;
     }
     // The last State and the end may come as one.
-    if (report.state && *report.state != known->second) {
-        changes.push_back({LoggerChange::Kind::changed, known->second, *report.state});
-        known->second = *report.state;
+    if (update.state && *update.state != known->second) {
+        changes.push_back({LoggerChange::Kind::changed, known->second, *update.state});
+        known->second = *update.state;
     }
-    if (!report.alive) {
+    if (!update.alive) {
         changes.push_back({LoggerChange::Kind::gone, known->second, known->second});
         loggers_.erase(known);
     }
 }
 
 DomainView::Milliseconds DomainView::time_to_settle() {
-    const std::set<Application> publishers = administration_.publishers();
+    const std::set<Application> writers = administration_.state_writers();
     const bool all_heard =
-        std::all_of(publishers.begin(), publishers.end(),
+        std::all_of(writers.begin(), writers.end(),
                     [&](const Application& each) { return loggers_.contains(each); });
     if (!all_heard) {
         return Milliseconds::max();
@@ -64,22 +64,22 @@ bool DomainView::has(const LoggerTarget* target) const {
     });
 }
 
-bool DomainView::discover(const LoggerTarget* target, Milliseconds longest) {
-    const bool one_is_meant = target != nullptr && target->application();
+Status DomainView::discover(const LoggerTarget* target, Milliseconds longest) {
+    const bool is_application = target != nullptr && target->application();
     const auto deadline = administration_.now() + longest;
     while (!administration_.interrupted()) {
         const auto left = std::chrono::ceil<Milliseconds>(deadline - administration_.now());
-        const Milliseconds quiet = !has(target)   ? Milliseconds::max()
-                                   : one_is_meant ? Milliseconds::zero()
-                                                  : time_to_settle();
+        const Milliseconds quiet = !has(target)     ? Milliseconds::max()
+                                   : is_application ? Milliseconds::zero()
+                                                    : time_to_settle();
         if (quiet.count() <= 0 || left.count() <= 0) {
-            return true;
+            return Status::ok;
         }
         if (!next(std::min(left, quiet))) {
-            return false;
+            return Status::failed;
         }
     }
-    return true;
+    return Status::ok;
 }
 
 const LoggerState* DomainView::find(const Application& application) const {

@@ -1,5 +1,5 @@
 /// @file logger_state.hpp
-/// @brief What a logger tells of itself.
+/// @brief The State of a logger.
 #pragma once
 
 #include <array>
@@ -7,18 +7,18 @@
 #include <string>
 
 #include "orvane/types.h"
-#include "tools/records/log_record.hpp"
+#include "tools/records/application.hpp"
 
 namespace orvane::tools {
 
-using Category = QEL_KX_ADMIN_QELLoggerCategory;
+using MiddlewareCategory = QEL_KX_ADMIN_QELLoggerCategory;
 using Verbosity = QEL_KX_ADMIN_QELLoggerVerbosity;
 using PrintFormat = QEL_KX_ADMIN_QELLoggerPrintFormat;
 using StateKind = QEL_KX_ADMIN_StateKind;
 
 struct LoggerState {
     Application application;
-    std::string kind;  ///< of the application, as it calls itself
+    std::string kind;  ///< the application kind
     StateKind state = QEL_KX_STATE_INITIALIZING;
     std::int32_t filter_level = 0;
     std::int32_t domain_id = 0;  ///< where it can be administered

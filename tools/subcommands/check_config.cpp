@@ -31,8 +31,8 @@ struct Problem {
     bool operator==(const Problem&) const = default;
 };
 
-/// While it lives nothing reaches standard output: there the library says once more what it also
-/// hands over as a parse error, and it would end up among the settings.
+/// While it lives nothing reaches standard output. The library prints lines there about errors that
+/// it also hands over, and they would stand among the settings.
 class SilentOutput {
 public:
     SilentOutput() : kept_(dup(STDOUT_FILENO)) {
@@ -63,31 +63,33 @@ Checks& checks_of(DDS_XMLObject* object) {
     return *static_cast<Checks*>(DDS_XMLExtensionClass_get_user_data(object->extensionClass));
 }
 
-/// How deep an element that the library reads should stand.
-int depth_of(DDS_UnsignedLong element) {
-    const bool is_in_thread =
-        element >= QEL_KX_XML_ELEMENT_MASK && element <= QEL_KX_XML_ELEMENT_CPU_ROTATION;
-    return is_in_thread ? 3 : 2;
+/// How deep an element that the library reads should stand. Outside of `thread` the library takes
+/// the children of `orvane` only.
+int depth_of(const char* tag_name) {
+    QEL_KX_XMLConfig outside_of_thread{};
+    QEL_KX_XMLConfig_onStartElement(&outside_of_thread.object, tag_name, nullptr, nullptr);
+    return outside_of_thread.currentElement != QEL_KX_XML_ELEMENT_NONE ? 2 : 3;
 }
 
-/// Hands an element to the library and reports one that leaves it cold, and one that it takes for a
-/// child of another element.
+/// Hands an element to the library. Reports an element that the library ignores, and one that it
+/// takes for a child of another element.
 void check_start(DDS_XMLObject* object, const char* tag_name, const char* const* attributes,
                  DDS_XMLContext* context) {
     QEL_KX_XMLConfig& config = *reinterpret_cast<QEL_KX_XMLConfig*>(object);
     const int depth = ++checks_of(object).depth;
     if (depth == 2) {
-        // A refused level stays open, and a second one would not show.
+        // A refused level stays open, and the start of a second level would change nothing.
         config.currentElement = QEL_KX_XML_ELEMENT_NONE;
     }
     const DDS_UnsignedLong before = config.currentElement;
     QEL_KX_XMLConfig_onStartElement(object, tag_name, attributes, context);
+    const bool is_taken = config.currentElement != before;
     const bool is_cpu =
         before == QEL_KX_XML_ELEMENT_CPU_LIST && std::string_view(tag_name) == "element";
     const char* problem = nullptr;
-    if (depth > 1 && config.currentElement == before && !is_cpu) {
+    if (depth > 1 && !is_taken && !is_cpu) {
         problem = "unknown element, or in the wrong place: it has no effect";
-    } else if (config.currentElement != before && depth != depth_of(config.currentElement)) {
+    } else if (is_taken && depth != depth_of(tag_name)) {
         problem = "in the wrong place, and has an effect nevertheless";
     }
     if (problem != nullptr) {
@@ -115,11 +117,9 @@ public:
         DDS_XMLParser_parse_file(parser_.get(), file_name.c_str());
     }
 
-    [[nodiscard]] bool is_well_formed() const {
-        return DDS_XMLParser_get_root(parser_.get()) != nullptr;
-    }
+    bool is_well_formed() const { return DDS_XMLParser_get_root(parser_.get()) != nullptr; }
     /// NULL without one.
-    [[nodiscard]] DDS_XMLObject* orvane() const {
+    DDS_XMLObject* orvane() const {
         return QEL_KX_XMLConfig_getKXXMLObjectFromRoot(DDS_XMLParser_get_root(parser_.get()));
     }
 
@@ -149,7 +149,7 @@ private:
     std::unique_ptr<DDS_XMLParser, Delete> parser_;
 };
 
-/// What the middleware has reported; it would go to standard output.
+/// The lines of the middleware's log, which would go to standard output.
 std::vector<std::string>& middleware_reports() {
     static std::vector<std::string> reports;
     return reports;
@@ -178,21 +178,21 @@ std::optional<Problem> problem_of(std::string_view report, const std::string& fi
     return Problem{line, std::string(report)};
 }
 
-/// The profiles are read a second time, by those who use them.
+/// Reads the profiles as the middleware does, which reports their problems to its log.
 void add_problems_of_profiles(const std::string& file_name, std::vector<Problem>& problems) {
     middleware_reports().clear();
     DDS_DomainParticipantFactory_load_qos_profiles(DDS_DomainParticipantFactory_get_instance(),
                                                    file_name.c_str());
     for (const std::string& report : middleware_reports()) {
         const auto problem = problem_of(report, file_name);
-        // What concerns the file as a whole has been found before.
+        // A problem of the whole file has been found before.
         if (problem && std::find(problems.begin(), problems.end(), *problem) == problems.end()) {
             problems.push_back(*problem);
         }
     }
 }
 
-/// Writes a line that a file, or its name, has a part in.
+/// Writes a line with text of a file, which may hold any character.
 void print_error(std::string_view text) {
     std::string line;
     append_displayable(line, text);
@@ -208,20 +208,24 @@ void print_problems(std::vector<Problem> problems) {
     }
 }
 
-/// @return whether they could be written
-bool print_settings(DDS_XMLObject* orvane) {
+/// @return the exit status
+int print_settings(DDS_XMLObject* orvane) {
     const auto write = [](void* /*data*/, const char* text, std::size_t length) -> DDS_Boolean {
         return std::fwrite(text, 1, length, stdout) == length ? DDS_BOOLEAN_TRUE
                                                               : DDS_BOOLEAN_FALSE;
     };
     QELXMLSaveContext context{0, 0, write, nullptr};
     QEL_KX_XMLConfig_save(orvane, &context, nullptr);
-    return std::fflush(stdout) == 0 && context.error == 0;
+    if (std::fflush(stdout) != 0 || context.error != 0) {
+        fmt::print(stderr, "orvane: cannot write to standard output\n");
+        return exit_failure;
+    }
+    return exit_success;
 }
 
 }  // namespace
 
-CLI::App* add_check_config_command(CLI::App& app, CheckConfigOptions& options) {
+CLI::App* add_check_config_subcommand(CLI::App& app, CheckConfigOptions& options) {
     CLI::App* command = app.add_subcommand(
         "check-config", "Checks an XML configuration, and prints the settings that it means");
     command->add_option("FILE", options.file_name, "XML file with an orvane element, QoS profiles")
@@ -258,8 +262,7 @@ int check_config(const CheckConfigOptions& options) {
     }
     if (DDS_XMLObject* orvane = file->orvane(); orvane == nullptr) {
         print_error("orvane: no orvane element in " + options.file_name);
-    } else if (!print_settings(orvane)) {
-        fmt::print(stderr, "orvane: cannot write to standard output\n");
+    } else if (print_settings(orvane) != exit_success) {
         return exit_failure;
     }
     return is_good ? exit_success : exit_failure;

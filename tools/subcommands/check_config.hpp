@@ -12,7 +12,7 @@ struct CheckConfigOptions {
 };
 
 /// Declares the command and its options; parsing fills @p options.
-CLI::App* add_check_config_command(CLI::App& app, CheckConfigOptions& options);
+CLI::App* add_check_config_subcommand(CLI::App& app, CheckConfigOptions& options);
 
 /// @return the process's exit status
 int check_config(const CheckConfigOptions& options);

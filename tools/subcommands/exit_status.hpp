@@ -1,5 +1,5 @@
 /// @file exit_status.hpp
-/// @brief How the tool ends.
+/// @brief The exit statuses of the tool.
 #pragma once
 
 namespace orvane::tools {

@@ -6,7 +6,6 @@
 #include <CLI/CLI.hpp>
 #include <chrono>
 #include <cstdio>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,15 +33,16 @@ std::string listing(const std::vector<LoggerState>& loggers, const ListOptions& 
 }
 
 int list_once(DomainView& view, const ListOptions& options, bool is_terminal) {
-    if (!view.discover(nullptr, wait_of(options.timeout_seconds))) {
-        return report_lost_domain();
+    if (view.discover(nullptr, wait_of(options.timeout_seconds)) == Status::failed) {
+        return print_lost_domain();
     }
     const std::vector<LoggerState> loggers = view.loggers();
     if (loggers.empty()) {
         fmt::print(stderr, "orvane: no logger in domain {}\n", options.domain_id);
         return exit_success;
     }
-    return write_out(listing(loggers, options, is_terminal)) ? exit_success : exit_failure;
+    return write_out(listing(loggers, options, is_terminal)) == Status::ok ? exit_success
+                                                                           : exit_failure;
 }
 
 /// A line for each change.
@@ -66,20 +66,20 @@ std::string screen_text(const DomainView& view, const ListOptions& options) {
 
 int watch(DomainView& view, const ListOptions& options, bool is_terminal) {
     const bool redraws = is_terminal && !options.json;
-    if (redraws && !write_out(screen_text(view, options))) {
+    if (redraws && write_out(screen_text(view, options)) == Status::failed) {
         return exit_failure;
     }
     while (!view.administration().interrupted()) {
-        const std::optional<News> news = view.next(longest_wait);
+        const Result<News> news = view.next(longest_wait);
         if (!news) {
-            return report_lost_domain();
+            return print_lost_domain();
         }
         if (news->changes.empty()) {
             continue;
         }
         const std::string text =
             redraws ? screen_text(view, options) : changes_text(*news, options);
-        if (!write_out(text)) {
+        if (write_out(text) == Status::failed) {
             return exit_failure;
         }
     }
@@ -88,7 +88,7 @@ int watch(DomainView& view, const ListOptions& options, bool is_terminal) {
 
 }  // namespace
 
-CLI::App* add_list_command(CLI::App& app, ListOptions& options) {
+CLI::App* add_list_subcommand(CLI::App& app, ListOptions& options) {
     CLI::App* command = app.add_subcommand("list", "Shows the loggers of a domain");
     command->footer(
         "Examples:\n"

@@ -16,7 +16,7 @@ struct ListOptions {
 };
 
 /// Declares the command and its options; parsing fills @p options.
-CLI::App* add_list_command(CLI::App& app, ListOptions& options);
+CLI::App* add_list_subcommand(CLI::App& app, ListOptions& options);
 
 /// @return the process's exit status
 int list(const ListOptions& options);

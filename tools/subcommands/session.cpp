@@ -24,18 +24,18 @@ int with_domain(std::int32_t domain_id, const std::function<int(DomainView& view
     return action(view);
 }
 
-int report_lost_domain() {
+int print_lost_domain() {
     fmt::print(stderr, "orvane: a reader or the writer failed\n");
     return exit_failure;
 }
 
-bool write_out(const std::string& text) {
+Status write_out(const std::string& text) {
     if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() &&
         std::fflush(stdout) == 0) {
-        return true;
+        return Status::ok;
     }
     fmt::print(stderr, "orvane: could not write: {}\n", std::strerror(errno));
-    return false;
+    return Status::failed;
 }
 
 }  // namespace orvane::tools

@@ -1,5 +1,5 @@
-/// @file domain_session.hpp
-/// @brief The frame of a command that looks at the loggers of a domain.
+/// @file session.hpp
+/// @brief The start and the end of a subcommand that looks at the loggers of a domain.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +7,7 @@
 #include <string>
 
 #include "tools/domain/view.hpp"
+#include "tools/records/result.hpp"
 
 namespace orvane::tools {
 
@@ -14,10 +15,10 @@ namespace orvane::tools {
 /// @return the exit status of @p action, or failure when the domain could not be joined
 int with_domain(std::int32_t domain_id, const std::function<int(DomainView& view)>& action);
 
-/// Says on standard error that reading from the domain has failed. @return the exit status
-int report_lost_domain();
+/// Prints on the standard error that a reader or the writer failed. @return the exit status
+int print_lost_domain();
 
-/// Writes to the standard output, at once. @return false, after a report, when that failed
-[[nodiscard]] bool write_out(const std::string& text);
+/// Writes to the standard output, at once. Prints on the standard error why it failed.
+Status write_out(const std::string& text);
 
 }  // namespace orvane::tools

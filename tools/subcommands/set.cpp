@@ -14,13 +14,14 @@
 #include "tools/subcommands/arguments.hpp"
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/session.hpp"
+#include "tools/text/level_names.hpp"
 #include "tools/text/logger_text.hpp"
 #include "tools/text/setting_names.hpp"
 
 namespace orvane::tools {
 namespace {
 
-/// Throws what the parser reports as wrong usage.
+/// Throws the error that the parser prints as wrong usage.
 template <typename Value>
 Value require(std::optional<Value> value, const std::string& text, std::string_view what,
               const std::string& valid) {
@@ -44,8 +45,9 @@ Command parse_format_command(const std::vector<std::string>& words) {
 Command parse_verbosity_command(const std::vector<std::string>& words) {
     SetVerbosities command;
     for (std::size_t i = 0; i < words.size(); i += 2) {
-        const Category category = require(parse_category(words[i]), words[i], "category",
-                                          category_names() + " or its number, 0 to 4,");
+        const MiddlewareCategory category =
+            require(parse_middleware_category(words[i]), words[i], "category",
+                    middleware_category_names() + " or its number, 0 to 4,");
         if (i + 1 == words.size()) {
             throw CLI::ValidationError(fmt::format("a verbosity for {} is missing: one of {}",
                                                    words[i], verbosity_names()));
@@ -57,7 +59,7 @@ Command parse_verbosity_command(const std::vector<std::string>& words) {
                                        [&](const auto& pair) { return pair.first == category; });
         if (known) {
             throw CLI::ValidationError(
-                fmt::format("the category {} is given twice", category_name(category)));
+                fmt::format("the category {} is given twice", middleware_category_name(category)));
         }
         command.pairs.emplace_back(category, verbosity);
     }
@@ -66,7 +68,7 @@ Command parse_verbosity_command(const std::vector<std::string>& words) {
 
 using Parse = Command (*)(const std::vector<std::string>& words);
 
-/// What the three commands share. The words are taken as they come and parsed at the end.
+/// The arguments of all three subcommands. The words are parsed when all have been taken.
 CLI::Option* add_arguments(CLI::App& command, SetOptions& options, const std::string& words,
                            Parse parse) {
     command
@@ -86,7 +88,7 @@ CLI::Option* add_arguments(CLI::App& command, SetOptions& options, const std::st
     return command.add_option(words, options.words)->type_name("")->required();
 }
 
-void report_nobody(const DomainView& view, const SetOptions& options) {
+void print_no_target(const DomainView& view, const SetOptions& options) {
     std::string text = fmt::format("orvane: no logger of domain {} is '{}'", options.domain_id,
                                    options.target_text);
     const std::vector<LoggerState> loggers = view.loggers();
@@ -99,8 +101,8 @@ void report_nobody(const DomainView& view, const SetOptions& options) {
 
 int set_in(DomainView& view, const SetOptions& options) {
     const std::chrono::milliseconds longest = wait_of(options.timeout_seconds);
-    if (!view.discover(&options.target, longest)) {
-        return report_lost_domain();
+    if (view.discover(&options.target, longest) == Status::failed) {
+        return print_lost_domain();
     }
     std::vector<LoggerState> targets = view.loggers();
     std::erase_if(targets,
@@ -110,13 +112,13 @@ int set_in(DomainView& view, const SetOptions& options) {
         return exit_failure;
     }
     if (targets.empty()) {
-        report_nobody(view, options);
+        print_no_target(view, options);
         return exit_failure;
     }
     const auto start = view.administration().now();
     const auto outcomes = run_command(view, targets, options.command, longest);
     if (!outcomes) {
-        return report_lost_domain();
+        return print_lost_domain();
     }
     // A signal may have cut it short.
     const auto waited = std::min(longest, std::chrono::round<std::chrono::milliseconds>(
@@ -128,12 +130,12 @@ int set_in(DomainView& view, const SetOptions& options) {
     const bool all_ok = std::all_of(
         outcomes->begin(), outcomes->end(),
         [](const CommandOutcome& outcome) { return outcome.result == QEL_KX_COMMAND_RESULT_OK; });
-    return write_out(lines) && all_ok ? exit_success : exit_failure;
+    return write_out(lines) == Status::ok && all_ok ? exit_success : exit_failure;
 }
 
 }  // namespace
 
-CLI::App* add_set_level_command(CLI::App& app, SetOptions& options) {
+CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options) {
     CLI::App* command =
         app.add_subcommand("set-level", "Changes the filter level of loggers: what they publish");
     add_arguments(*command, options, "LEVEL", parse_level_command)
@@ -147,11 +149,12 @@ CLI::App* add_set_level_command(CLI::App& app, SetOptions& options) {
     return command;
 }
 
-CLI::App* add_set_verbosity_command(CLI::App& app, SetOptions& options) {
+CLI::App* add_set_verbosity_subcommand(CLI::App& app, SetOptions& options) {
     CLI::App* command = app.add_subcommand(
         "set-verbosity", "Changes what the middleware below loggers reports, by category");
     add_arguments(*command, options, "CATEGORY VERBOSITY", parse_verbosity_command)
-        ->description("Categories " + category_names() + "; verbosities " + verbosity_names());
+        ->description("Categories " + middleware_category_names() + "; verbosities " +
+                      verbosity_names());
     command->footer(
         "Examples:\n"
         "  orvane set-verbosity pump COMMUNICATION STATUS_REMOTE\n"
@@ -159,7 +162,7 @@ CLI::App* add_set_verbosity_command(CLI::App& app, SetOptions& options) {
     return command;
 }
 
-CLI::App* add_set_format_command(CLI::App& app, SetOptions& options) {
+CLI::App* add_set_format_subcommand(CLI::App& app, SetOptions& options) {
     CLI::App* command = app.add_subcommand(
         "set-format", "Changes how the middleware below loggers prints its reports");
     add_arguments(*command, options, "FORMAT", parse_format_command)

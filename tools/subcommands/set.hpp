@@ -22,11 +22,11 @@ struct SetOptions {
 };
 
 /// Declares the command and its arguments; parsing fills @p options.
-CLI::App* add_set_level_command(CLI::App& app, SetOptions& options);
-CLI::App* add_set_verbosity_command(CLI::App& app, SetOptions& options);
-CLI::App* add_set_format_command(CLI::App& app, SetOptions& options);
+CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options);
+CLI::App* add_set_verbosity_subcommand(CLI::App& app, SetOptions& options);
+CLI::App* add_set_format_subcommand(CLI::App& app, SetOptions& options);
 
-/// Sends the command to the loggers that are meant and reports what became of it.
+/// Sends the command to the loggers of the target and prints the outcomes.
 /// @return the process's exit status
 int set(const SetOptions& options);
 

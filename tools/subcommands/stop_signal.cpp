@@ -25,7 +25,7 @@ StopSignal::StopSignal() {
 std::jthread StopSignal::watch(std::function<void()> action) {
     return std::jthread([this, action = std::move(action)](const std::stop_token& token) {
         const sigset_t signals = stop_signals();
-        // Looks up now and then, because nothing else would end the wait when the tool does.
+        // The wait is short, because nothing else ends it when the tool does.
         constexpr std::timespec period{.tv_sec = 0, .tv_nsec = 50'000'000};
         while (!token.stop_requested()) {
             const int signal = sigtimedwait(&signals, nullptr, &period);

@@ -17,11 +17,11 @@ public:
     StopSignal(const StopSignal&) = delete;
     StopSignal& operator=(const StopSignal&) = delete;
 
-    /// Watches until the returned thread ends; it must end before what @p action uses. The first
-    /// signal calls @p action, a second one ends the process in the usual way.
-    [[nodiscard]] std::jthread watch(std::function<void()> action);
+    /// Watches until the returned thread ends; it must end before the objects that @p action uses.
+    /// The first signal calls @p action, a second one ends the process in the usual way.
+    std::jthread watch(std::function<void()> action);
 
-    [[nodiscard]] bool requested() const { return requested_; }
+    bool requested() const { return requested_; }
 
 private:
     std::atomic<bool> requested_{false};

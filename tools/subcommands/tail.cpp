@@ -18,6 +18,8 @@
 #include "tools/subcommands/arguments.hpp"
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/stop_signal.hpp"
+#include "tools/text/application_text.hpp"
+#include "tools/text/level_names.hpp"
 #include "tools/text/log_line.hpp"
 
 namespace orvane::tools {
@@ -25,9 +27,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-enum class Progress { goes_on, complete, write_failed };
+enum class [[nodiscard]] Progress{goes_on, complete, reader_failed, write_failed};
 
-/// What has been shown, and when to stop.
+/// Prints messages, and counts them.
 class Display {
 public:
     explicit Display(const TailOptions& options)
@@ -35,7 +37,7 @@ public:
           style_{.color = !options.json && !options.no_color && isatty(STDOUT_FILENO) != 0,
                  .utc = options.utc} {}
 
-    /// Prints what was asked for, up to the count.
+    /// Prints the messages that were asked for, up to the count.
     Progress show(const std::vector<LogRecord>& records) {
         std::string lines;
         for (const LogRecord& record : records) {
@@ -52,12 +54,13 @@ public:
         }
         if (std::fwrite(lines.data(), 1, lines.size(), stdout) != lines.size() ||
             std::fflush(stdout) != 0) {
+            write_error_ = errno;
             return Progress::write_failed;
         }
         return is_complete() ? Progress::complete : Progress::goes_on;
     }
 
-    [[nodiscard]] std::string summary(std::int32_t lost, double seconds) const {
+    std::string summary(std::int32_t lost, double seconds) const {
         std::string text = fmt::format("{} message{} of {} application{} in {:.1f} s", shown_,
                                        shown_ == 1 ? "" : "s", applications_.size(),
                                        applications_.size() == 1 ? "" : "s", seconds);
@@ -70,14 +73,18 @@ public:
         return text;
     }
 
+    /// The errno of @ref Progress::write_failed.
+    int write_error() const { return write_error_; }
+
 private:
-    [[nodiscard]] bool is_complete() const { return options_.count && shown_ >= *options_.count; }
+    bool is_complete() const { return options_.count && shown_ >= *options_.count; }
 
     const TailOptions& options_;
     LineStyle style_;
     std::set<Application> applications_;
     std::uint64_t shown_ = 0;
     std::uint64_t hidden_ = 0;
+    int write_error_ = 0;
 };
 
 std::chrono::milliseconds time_left(const TailOptions& options, Clock::time_point start) {
@@ -94,26 +101,39 @@ std::chrono::milliseconds time_left(const TailOptions& options, Clock::time_poin
                     std::chrono::milliseconds{0});
 }
 
-/// @return what went wrong, empty when all went well
-std::string follow(LogSubscription& subscription, const StopSignal& stop,
-                   const TailOptions& options, Display& display, Clock::time_point start) {
-    std::vector<LogRecord> records;
+/// @return how it ended; it still goes on when the time is over or a signal came
+Progress follow(LogSubscription& subscription, const StopSignal& stop, const TailOptions& options,
+                Display& display, Clock::time_point start) {
     while (true) {
         const std::chrono::milliseconds left = time_left(options, start);
         subscription.wait(left);
         const bool is_last = stop.requested() || left.count() == 0;
-        records.clear();
-        if (!subscription.take(records)) {
-            return "the reader failed";
+        const Result<std::vector<LogRecord>> records = subscription.take();
+        if (!records) {
+            return Progress::reader_failed;
         }
-        const Progress progress = display.show(records);
-        if (progress == Progress::write_failed) {
-            return fmt::format("could not write: {}", std::strerror(errno));
-        }
-        if (progress == Progress::complete || is_last) {
-            return {};
+        const Progress progress = display.show(*records);
+        if (progress != Progress::goes_on || is_last) {
+            return progress;
         }
     }
+}
+
+/// Prints on the standard error why it could not go on. @return the exit status
+int print_ending(Progress progress, const Display& display) {
+    switch (progress) {
+        case Progress::goes_on:
+        case Progress::complete:
+            return exit_success;
+        case Progress::reader_failed:
+            fmt::print(stderr, "orvane: the reader failed\n");
+            break;
+        case Progress::write_failed:
+            fmt::print(stderr, "orvane: could not write: {}\n",
+                       std::strerror(display.write_error()));
+            break;
+    }
+    return exit_failure;
 }
 
 CLI::Validator level_validator(std::optional<std::int32_t>& level) {
@@ -140,7 +160,7 @@ CLI::Validator application_validator(std::optional<Application>& application) {
 
 }  // namespace
 
-CLI::App* add_tail_command(CLI::App& app, TailOptions& options) {
+CLI::App* add_tail_subcommand(CLI::App& app, TailOptions& options) {
     CLI::App* command = app.add_subcommand("tail", "Prints log messages while they are published");
     command->footer(
         "Examples:\n"
@@ -186,14 +206,10 @@ int tail(const TailOptions& options) {
     const std::jthread watcher = stop.watch([&] { subscription->interrupt(); });
 
     Display display{options};
-    const std::string failure = follow(*subscription, stop, options, display, start);
+    const Progress progress = follow(*subscription, stop, options, display, start);
     const std::chrono::duration<double> elapsed = Clock::now() - start;
     fmt::print(stderr, "orvane: {}\n", display.summary(subscription->lost(), elapsed.count()));
-    if (!failure.empty()) {
-        fmt::print(stderr, "orvane: {}\n", failure);
-        return exit_failure;
-    }
-    return exit_success;
+    return print_ending(progress, display);
 }
 
 }  // namespace orvane::tools

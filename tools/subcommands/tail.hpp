@@ -21,7 +21,7 @@ struct TailOptions {
 };
 
 /// Declares the command and its options; parsing fills @p options.
-CLI::App* add_tail_command(CLI::App& app, TailOptions& options);
+CLI::App* add_tail_subcommand(CLI::App& app, TailOptions& options);
 
 /// Runs the command until its limits, SIGINT or SIGTERM end it. @return the process's exit status.
 int tail(const TailOptions& options);

@@ -41,7 +41,7 @@ std::uint8_t byte_at(std::string_view text, std::size_t index) {
     return static_cast<std::uint8_t>(text[index]);
 }
 
-/// The character at the front of @p text; anything malformed is one byte that is no character.
+/// The character at the front of @p text; malformed text is one byte that is no character.
 Decoded decode(std::string_view text) {
     const std::uint8_t lead = byte_at(text, 0);
     if (lead < 0x80) {

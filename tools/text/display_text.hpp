@@ -1,5 +1,5 @@
 /// @file display_text.hpp
-/// @brief Foreign text made fit for a terminal.
+/// @brief Text of other programs, escaped for a terminal.
 #pragma once
 
 #include <string>

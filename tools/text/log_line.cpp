@@ -6,9 +6,10 @@
 #include <string_view>
 
 #include "orvane/core.h"
-#include "tools/records/log_query.hpp"
+#include "tools/text/application_text.hpp"
 #include "tools/text/ascii_json.hpp"
 #include "tools/text/display_text.hpp"
+#include "tools/text/level_names.hpp"
 #include "tools/text/time_text.hpp"
 
 namespace orvane::tools {

@@ -8,7 +8,7 @@
 
 namespace orvane::tools {
 
-/// How lines for people look.
+/// The look of lines for people.
 struct LineStyle {
     bool color = false;  ///< paint the line by its severity
     bool utc = false;    ///< universal instead of local time
@@ -18,9 +18,9 @@ struct LineStyle {
 /// Neither the category nor the message can disturb a terminal.
 std::string text_line(const LogRecord& record, const LineStyle& style);
 
-/// One JSON object (RFC 8259) in ASCII, so that it cannot disturb a terminal either, and a newline;
-/// what is not UTF-8 becomes U+FFFD. Members: "time" (RFC 3339, UTC, nanoseconds), "level",
-/// "level_name", "app", "host_id", "app_id", "category", "message".
+/// One JSON object (RFC 8259) and a newline. It is ASCII, so that it cannot disturb a terminal
+/// either; bytes that are not UTF-8 become U+FFFD. Members: "time" (RFC 3339, UTC, nanoseconds),
+/// "level", "level_name", "app", "host_id", "app_id", "category", "message".
 std::string json_line(const LogRecord& record);
 
 }  // namespace orvane::tools

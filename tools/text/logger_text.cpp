@@ -9,10 +9,12 @@
 #include <iterator>
 #include <string_view>
 
-#include "tools/records/log_query.hpp"
+#include "tools/text/application_text.hpp"
 #include "tools/text/ascii_json.hpp"
 #include "tools/text/display_text.hpp"
+#include "tools/text/level_names.hpp"
 #include "tools/text/setting_names.hpp"
+#include "tools/text/settings_text.hpp"
 #include "tools/text/time_text.hpp"
 
 namespace orvane::tools {
@@ -37,7 +39,7 @@ Row headings() {
     Row row{"LOGGER", "KIND", "STATE", "LEVEL", "DOMAIN"};
     for (int category = 0; category < ORVANE_QEL_LOGGER_CATEGORY_COUNT; ++category) {
         row[5 + static_cast<std::size_t>(category)] =
-            category_name(static_cast<Category>(category));
+            middleware_category_name(static_cast<MiddlewareCategory>(category));
     }
     row.back() = "FORMAT";
     return row;
@@ -108,7 +110,8 @@ void fill_json(nlohmann::ordered_json& object, const LoggerState& logger) {
     object["domain"] = logger.domain_id;
     nlohmann::ordered_json& verbosities = object["verbosities"];
     for (std::size_t category = 0; category < logger.verbosities.size(); ++category) {
-        verbosities[lower_case(category_name(static_cast<Category>(category)))] =
+        verbosities[lower_case(
+            middleware_category_name(static_cast<MiddlewareCategory>(category)))] =
             verbosity_name(logger.verbosities[category]);
     }
     object["print_format"] = print_format_name(logger.print_format);

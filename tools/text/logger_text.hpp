@@ -1,7 +1,7 @@
 /// @file logger_text.hpp
-/// @brief Loggers and what happens to them, for people and for programs.
+/// @brief Loggers, their changes and the outcomes of commands, for people and for programs.
 ///
-/// Texts for people escape what could disturb a terminal; those for programs are ASCII.
+/// A text for people cannot disturb a terminal; a text for programs is ASCII.
 #pragma once
 
 #include <chrono>
@@ -9,13 +9,13 @@
 #include <string>
 #include <vector>
 
-#include "tools/domain/command_round.hpp"
-#include "tools/domain/view.hpp"
-#include "tools/records/logger_state.hpp"
+#include "tools/records/command.hpp"
+#include "tools/records/command_outcome.hpp"
+#include "tools/records/logger_change.hpp"
 
 namespace orvane::tools {
 
-/// How a table looks.
+/// The look of a table.
 struct TableStyle {
     bool color = false;  ///< paint the states
 };
@@ -36,8 +36,8 @@ std::string change_line(const LoggerChange& change, std::int64_t nanoseconds);
 /// others.
 std::string change_json_line(const LoggerChange& change, std::int64_t nanoseconds);
 
-/// "0a141e28:0000c350 pump  filter level INFO -> DEBUG", or why not.
-/// @param waited how long an answer was waited for
+/// "0a141e28:0000c350 pump  filter level INFO -> DEBUG", or the reason why there is no effect.
+/// @param waited the time that the tool has waited for the answer
 std::string outcome_line(const CommandOutcome& outcome, const Command& command,
                          std::chrono::milliseconds waited);
 

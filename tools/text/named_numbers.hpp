@@ -1,6 +1,5 @@
 /// @file named_numbers.hpp
-/// @brief Numbers that people know by a name: log levels and the enumerations of the
-/// administration.
+/// @brief Numbers with names: log levels and the enumerations of the administration.
 #pragma once
 
 #include <charconv>
@@ -31,7 +30,7 @@ std::string_view name_of_number(NamedNumbers numbers, std::int32_t number);
 /// All names, for messages to the user: "DEFAULT, TIMESTAMPED, …".
 std::string names_of(NamedNumbers numbers);
 
-/// Reads digits of the base and nothing else.
+/// Reads digits of the base. @return nothing for a text with anything else in it
 template <typename Number>
 std::optional<Number> parse_number(std::string_view text, int base) {
     Number number{};

@@ -1,13 +1,9 @@
 #include "tools/text/setting_names.hpp"
 
-#include "orvane/core.h"
-#include "tools/records/log_query.hpp"
 #include "tools/text/named_numbers.hpp"
 
 namespace orvane::tools {
 namespace {
-
-constexpr std::string_view silent = "SILENT";
 
 constexpr NamedNumber states[] = {
     {"INITIALIZING", QEL_KX_STATE_INITIALIZING},
@@ -23,7 +19,7 @@ constexpr NamedNumber categories[] = {
     {"API", QEL_KX_PEXA_CONFIG_LOG_CATEGORY_API},
 };
 constexpr NamedNumber verbosities[] = {
-    {silent, QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_SILENT},
+    {"SILENT", QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_SILENT},
     {"ERROR", QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_ERROR},
     {"WARNING", QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_WARNING},
     {"STATUS_LOCAL", QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_STATUS_LOCAL},
@@ -48,30 +44,15 @@ std::optional<Enumeration> parse(NamedNumbers numbers, std::string_view text) {
 
 }  // namespace
 
-std::optional<std::int32_t> parse_filter_level(std::string_view text) {
-    constexpr NamedNumber lowest[] = {{silent, QEL_KX_LEVEL_SILENT}};
-    const auto named = number_of_name(lowest, text);
-    const auto level = named ? named : parse_level(text);
-    return level && *level >= QEL_KX_LEVEL_SILENT ? level : std::nullopt;
+std::optional<MiddlewareCategory> parse_middleware_category(std::string_view text) {
+    return parse<MiddlewareCategory>(categories, text);
 }
 
-std::string filter_level_text(std::int32_t level) {
-    return level == QEL_KX_LEVEL_SILENT ? std::string{silent} : level_text(level);
-}
-
-std::string filter_level_names() {
-    return std::string{silent} + ", " + level_names();
-}
-
-std::optional<Category> parse_category(std::string_view text) {
-    return parse<Category>(categories, text);
-}
-
-std::string_view category_name(Category category) {
+std::string_view middleware_category_name(MiddlewareCategory category) {
     return name_of_number(categories, category);
 }
 
-std::string category_names() {
+std::string middleware_category_names() {
     return names_of(categories);
 }
 

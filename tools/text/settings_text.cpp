@@ -1,9 +1,10 @@
-#include "tools/records/command.hpp"
+#include "tools/text/settings_text.hpp"
 
-#include <algorithm>
 #include <cstddef>
 #include <string_view>
+#include <vector>
 
+#include "tools/text/level_names.hpp"
 #include "tools/text/setting_names.hpp"
 
 namespace orvane::tools {
@@ -23,8 +24,8 @@ Setting print_format(const LoggerState& state) {
     return {"print format", std::string{print_format_name(state.print_format)}};
 }
 
-Setting verbosity(const LoggerState& state, Category category) {
-    return {category_name(category),
+Setting verbosity(const LoggerState& state, MiddlewareCategory category) {
+    return {middleware_category_name(category),
             std::string{verbosity_name(state.verbosities[static_cast<std::size_t>(category)])}};
 }
 
@@ -32,7 +33,7 @@ std::vector<Setting> settings_of(const LoggerState& state) {
     std::vector<Setting> settings{{"state", std::string{state_name(state.state)}},
                                   filter_level(state)};
     for (std::size_t category = 0; category < state.verbosities.size(); ++category) {
-        settings.push_back(verbosity(state, static_cast<Category>(category)));
+        settings.push_back(verbosity(state, static_cast<MiddlewareCategory>(category)));
     }
     settings.push_back(print_format(state));
     return settings;
@@ -57,22 +58,6 @@ struct ChangedSettings {
     }
 };
 
-struct InForce {
-    const LoggerState& state;
-
-    bool operator()(const SetFilterLevel& command) const {
-        return state.filter_level == command.level;
-    }
-    bool operator()(const SetVerbosities& command) const {
-        return std::all_of(command.pairs.begin(), command.pairs.end(), [&](const auto& pair) {
-            return state.verbosities[static_cast<std::size_t>(pair.first)] == pair.second;
-        });
-    }
-    bool operator()(const SetPrintFormat& command) const {
-        return state.print_format == command.format;
-    }
-};
-
 enum class Unchanged { shown, hidden };
 
 std::string compare(const std::vector<Setting>& before, const std::vector<Setting>& now,
@@ -92,10 +77,6 @@ std::string compare(const std::vector<Setting>& before, const std::vector<Settin
 }
 
 }  // namespace
-
-bool is_in_force(const Command& command, const LoggerState& state) {
-    return std::visit(InForce{state}, command);
-}
 
 std::string settings_text(const Command& command, const LoggerState& now) {
     return effect_text(command, now, now);

@@ -1,0 +1,16 @@
+/// @file logger_change.hpp
+/// @brief The appearance, the change or the end of a logger.
+#pragma once
+
+#include "tools/records/logger_state.hpp"
+
+namespace orvane::tools {
+
+struct LoggerChange {
+    enum class Kind { appeared, changed, gone };
+    Kind kind = Kind::appeared;
+    LoggerState before;  ///< the same as @ref now, but for @ref Kind::changed
+    LoggerState now;     ///< the last one known
+};
+
+}  // namespace orvane::tools
