@@ -20,18 +20,6 @@
 # orvane_set_test_environment(test…)
 #   The environment of orvane_add_test for tests that were added by other means.
 
-# Functions for WRAP that allocate and free, of the platform's heap and of C++.
-set(ORVANE_HEAP_FUNCTIONS
-    QELOsapiHeap_allocateArrayOfSize
-    QELOsapiHeap_allocateBufferAligned
-    QELOsapiHeap_allocateBytes
-    QELOsapiHeap_allocateStructureOfSize
-    QELOsapiHeap_freeArray
-    QELOsapiHeap_freeBufferAligned
-    QELOsapiHeap_freeBytes
-    QELOsapiHeap_freeStructureBytes)
-set(ORVANE_NEW_FUNCTIONS _Znwm _ZnwmRKSt9nothrow_t)
-
 # The exit status of a test program that skipped a test.
 set(ORVANE_SKIPPED 77)
 set(ORVANE_TEST_MAIN "${CMAKE_CURRENT_LIST_DIR}/test_main.cpp")

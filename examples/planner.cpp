@@ -33,7 +33,7 @@ public:
     Logger(const Logger&) = delete;
     Logger& operator=(const Logger&) = delete;
 
-    [[nodiscard]] bool is_running() const { return instance_ != nullptr; }
+    bool is_running() const { return instance_ != nullptr; }
 
     void log(int level, const std::string& category, const std::string& text) {
         QEL_KX_Orvane_logMessageWithLevelCategory(instance_, level, text.c_str(), category.c_str());
@@ -41,7 +41,7 @@ public:
             ++published_;
         }
     }
-    [[nodiscard]] int published() const { return published_; }
+    int published() const { return published_; }
 
 private:
     std::unique_ptr<QEL_KX_Options, DeleteOptions> options_;
@@ -71,7 +71,7 @@ int main(int argc, char** argv) {
         std::array vehicles{std::jthread{[&] { plan(logger, "shuttle"); }},
                             std::jthread{[&] { plan(logger, "forklift"); }}};
     }
-    // Finalising discards what is still queued: leave the write thread the time to publish.
+    // Finalising discards queued messages: leave the write thread the time to publish.
     std::this_thread::sleep_for(500ms);
     std::printf("logged %d\n", logger.published());
     return EXIT_SUCCESS;

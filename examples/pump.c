@@ -40,7 +40,7 @@ int main(int argc, char** argv) {
     QEL_KX_Orvane_notice(logger, "pump stopped");
     ++logged;
 
-    /* Finalising discards what is still queued: leave the write thread the time to publish. */
+    /* Finalising discards queued messages: leave the write thread the time to publish. */
     sleep_ms(500);
     QEL_KX_Orvane_finalizeInstance();
     QEL_KX_Options_delete(options);

@@ -2,8 +2,8 @@
 //
 //     some_program | journal journal.xml [domain]
 //
-// It shows what the host of an XML configuration does: read the file, pick the QoS profile, start
-// the logger with a participant of its own, and keep the tree until the logger has ended.
+// It shows the steps of a host with an XML configuration: read the file, pick the QoS profile,
+// start the logger with a participant of its own, and keep the tree until the logger has ended.
 #include <orvane/orvane.h>
 #include <pexa/pexa.h>
 
@@ -36,7 +36,7 @@ public:
     explicit Configuration(const char* file_name)
         : orvane_(QEL_KX_XMLConfig_createXMLExtensionClass(DDS_XMLParser_report_error)),
           parser_(DDS_XMLParser_new()) {
-        // The middleware's log names what is wrong, with file and line.
+        // The middleware's log names the errors, with file and line.
         DDS_XMLParser_register_extension_class(parser_.get(), orvane_.get());
         DDS_XMLParser_parse_file(parser_.get(), file_name);
         QEL_KX_XMLConfig* element =
@@ -47,7 +47,7 @@ public:
     }
 
     /// NULL when the file is of no use.
-    [[nodiscard]] QEL_KX_Options* options() const { return options_; }
+    QEL_KX_Options* options() const { return options_; }
 
 private:
     std::unique_ptr<DDS_XMLExtensionClass, Delete> orvane_;
@@ -103,7 +103,7 @@ int main(int argc, char** argv) {
     }
 
     const int logged = log_input();
-    // Finalising discards what is still queued.
+    // Finalising discards the messages that are still queued.
     for (int i = 0; i < 300 && waiting() > 0; ++i) {
         std::this_thread::sleep_for(100ms);
     }

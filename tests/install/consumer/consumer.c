@@ -1,4 +1,4 @@
-/* An application in C11 that knows only what is installed: starts the logger, logs, stops it. */
+/* An application in C11 that uses an installation: starts the logger, logs, stops it. */
 
 #include <orvane/orvane.h>
 #include <stdio.h>
