@@ -64,7 +64,7 @@ public:
     }
 
     void forget() { samples_.clear(); }
-    [[nodiscard]] const std::vector<double>& samples() const { return samples_; }
+    const std::vector<double>& samples() const { return samples_; }
 
 private:
     Subject& subject_;

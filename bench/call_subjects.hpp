@@ -36,18 +36,18 @@ struct SubjectOptions {
     bool reader = false;
 };
 
-/// What most subjects have in common; they hide what is different.
+/// The defaults of most subjects; a subject with another behaviour hides them.
 struct Subject {
     /// False when it cannot be measured on this machine.
     static bool ready() { return true; }
     /// The message that stands for one of that many characters.
     static std::string text(std::size_t length) { return std::string(length, 'x'); }
-    /// Returns when what was logged is out of the way of the next calls.
+    /// Returns when the messages so far no longer slow down the next calls.
     static void drain() { std::this_thread::sleep_for(std::chrono::milliseconds{30}); }
-    // void call(const char* text) is what is measured.
+    // The time of void call(const char* text) is measured.
 };
 
-/// Nothing: what reading the clock twice costs.
+/// Does nothing: shows the cost of reading the clock twice.
 struct EmptySubject : Subject {
     explicit EmptySubject(const SubjectOptions& /*options*/) {}
     static void call(const char* text) { asm volatile("" : : "r"(text) : "memory"); }
@@ -147,7 +147,7 @@ public:
     DltSubject(const DltSubject&) = delete;
     DltSubject& operator=(const DltSubject&) = delete;
 
-    /// The daemon tells an application that registers whether somebody reads the log.
+    /// The daemon tells an application that registers whether the log has a reader.
     static bool ready() {
         return wait_until([] { return dlt_get_log_state() >= 0; }, std::chrono::seconds{3});
     }

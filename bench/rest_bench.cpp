@@ -1,5 +1,5 @@
-// What a logger costs that does nothing: the time to create and delete it, its memory, and what its
-// threads do while nobody logs. One sample per process, because a second creation is a warm one.
+// The cost of a logger without messages: the time to create and delete it, its memory, and the work
+// of its threads. One sample per process, because a second creation is a warm one.
 #include <sys/resource.h>
 #include <unistd.h>
 

@@ -35,7 +35,7 @@ class LoggerSource {
 public:
     explicit LoggerSource(const Plan& plan)
         : logger_{{.domain = plan.domain, .queue_size = queue_size, .keep_all = true}} {}
-    [[nodiscard]] bool has_reader() const { return logger_.has_reader(); }
+    bool has_reader() const { return logger_.has_reader(); }
     static std::string text() { return std::string(text_length, 'x'); }
     void send(const char* text) {
         while (logger_.queued() > queue_size / 2) {
@@ -55,7 +55,7 @@ public:
         : writer_{{.domain = plan.domain,
                    .history = bare::History::all,
                    .batching = plan.subject == "bare-batching"}} {}
-    [[nodiscard]] bool has_reader() const { return writer_.has_reader(); }
+    bool has_reader() const { return writer_.has_reader(); }
     /// Makes the payload as large as the logger's, whose encoding has headers for each member.
     static std::string text() {
         const std::string plain(text_length, 'x');

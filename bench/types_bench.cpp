@@ -176,7 +176,7 @@ public:
 
     QEL_KX_LogMessage& as_log_message() { return *static_cast<QEL_KX_LogMessage*>(sample_); }
     Buffer& buffer() { return buffer_; }
-    [[nodiscard]] std::size_t encoded_size() const { return encoded_size_; }
+    std::size_t encoded_size() const { return encoded_size_; }
 
 private:
     const Type& type_;

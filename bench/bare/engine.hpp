@@ -37,7 +37,7 @@ public:
     /// Writes synchronously, with the present time as source timestamp.
     void write(const char* text);
     void flush();
-    [[nodiscard]] bool has_reader() const;
+    bool has_reader() const;
 
 private:
     std::int32_t participant_;

@@ -17,9 +17,8 @@ public:
 
     /// A figure of the row that has all members of @p about.
     /// @return nothing if that has not been measured
-    [[nodiscard]] std::optional<double> figure(const nlohmann::json& about,
-                                               const std::string& name) const;
-    [[nodiscard]] const nlohmann::json& rows() const { return rows_; }
+    std::optional<double> figure(const nlohmann::json& about, const std::string& name) const;
+    const nlohmann::json& rows() const { return rows_; }
 
 private:
     nlohmann::json rows_ = nlohmann::json::array();

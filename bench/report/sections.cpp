@@ -33,37 +33,35 @@ public:
                         length == ordinary_length ? "" : fmt::format(", {} characters", length));
     }
 
-    [[nodiscard]] std::optional<double> figure(const char* subject, const char* name) const {
+    std::optional<double> figure(const char* subject, const char* name) const {
         return results_->figure(call_identity(gap_us_, threads_, reader_, length_, subject), name);
     }
     /// Without what reading the clock costs.
-    [[nodiscard]] std::optional<double> net(const char* subject, const char* name) const {
+    std::optional<double> net(const char* subject, const char* name) const {
         const auto gross = figure(subject, name);
         const auto empty = figure("empty", "p50");
         return gross && empty ? std::optional{*gross - *empty} : std::nullopt;
     }
-    [[nodiscard]] std::optional<double> quotient(const char* over, const char* under,
-                                                 const char* name) const {
+    std::optional<double> quotient(const char* over, const char* under, const char* name) const {
         return ratio(figure(over, name), figure(under, name));
     }
     /// The quotient, and in brackets that of the net figures.
-    [[nodiscard]] std::string quotients(const char* over, const char* under,
-                                        const char* name) const {
+    std::string quotients(const char* over, const char* under, const char* name) const {
         const auto gross = quotient(over, under, name);
         return gross ? fmt::format("{:.2f} ({})", *gross,
                                    number(ratio(net(over, name), net(under, name)), 2))
                      : not_measured;
     }
-    [[nodiscard]] std::string p50_and_p99(const char* subject) const {
+    std::string p50_and_p99(const char* subject) const {
         return figure(subject, "p50")
                    ? duration(figure(subject, "p50")) + " / " + duration(figure(subject, "p99"))
                    : not_measured;
     }
-    [[nodiscard]] const std::string& name() const { return name_; }
-    [[nodiscard]] int gap_us() const { return gap_us_; }
-    [[nodiscard]] bool has_reader() const { return reader_; }
+    const std::string& name() const { return name_; }
+    int gap_us() const { return gap_us_; }
+    bool has_reader() const { return reader_; }
     /// A message of ordinary length from one thread.
-    [[nodiscard]] bool is_plain() const { return threads_ == 1 && length_ == ordinary_length; }
+    bool is_plain() const { return threads_ == 1 && length_ == ordinary_length; }
 
 private:
     const Results* results_;

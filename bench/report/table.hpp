@@ -13,8 +13,8 @@ class Table {
 public:
     explicit Table(std::vector<std::string> head) : head_{std::move(head)} {}
     void add(std::vector<std::string> row) { rows_.push_back(std::move(row)); }
-    [[nodiscard]] bool empty() const { return rows_.empty(); }
-    [[nodiscard]] std::string text() const;
+    bool empty() const { return rows_.empty(); }
+    std::string text() const;
 
 private:
     std::vector<std::string> head_;
@@ -36,10 +36,10 @@ public:
 
     void judge(std::optional<double> value, const std::string& where = {});
     /// What, limit, worst figure, where that was, and the verdict.
-    [[nodiscard]] std::vector<std::string> row() const;
+    std::vector<std::string> row() const;
 
 private:
-    [[nodiscard]] bool is_worse(double value, double than) const {
+    bool is_worse(double value, double than) const {
         return kind_ == Kind::at_most ? value > than : value < than;
     }
 
