@@ -30,7 +30,7 @@ using pexa::Status;
 
 using StateSample = types::PluginSupport<QEL_KX_ADMIN_State>;
 
-constexpr const char* context = "QEL_KX_Orvane_createInstance";
+constexpr const char* own_context = "QEL_KX_Orvane_createInstance";
 
 /**
  * The options that the creation made itself. What the application hands over may change while an
@@ -43,7 +43,7 @@ QEL_KX_Options* options_made = nullptr;
 Status choose_options(QEL_KX_Orvane& self) {
     self.options = core::load(gQEL_KX_Orvane_currentOptions);
     if (self.options == nullptr) {
-        report(context, "Creating Orvane with default options", QEL_KX_LEVEL_INFO);
+        report(own_context, "Creating Orvane with default options", QEL_KX_LEVEL_INFO);
         options_made = core::create_default_options();
         self.options = options_made;
     }
@@ -145,7 +145,7 @@ Status build(QEL_KX_Orvane& self) {
         return chosen;
     }
     if (const Outcome outcome = core::take_steps(steps, self); outcome.has_failed()) {
-        report(context, outcome);
+        report(own_context, outcome);
         return Status::error;
     }
     return Status::ok;
@@ -211,7 +211,7 @@ QEL_KX_Orvane* create_instance() {
     QEL_KX_Orvane* self = nullptr;
     QELOsapiHeap_allocateStructure(&self, QEL_KX_Orvane);
     if (self == nullptr) {
-        report(context, "Unable to allocate memory for Orvane Instance");
+        report(own_context, "Unable to allocate memory for Orvane Instance");
         return nullptr;
     }
     initialize(self);

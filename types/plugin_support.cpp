@@ -32,13 +32,13 @@ void destroy_record(const TypeTable& table, void* record) {
 
 using orvane::types::PluginSupport;
 
-#define DEFINE_SUPPORT(Prefix, T, Result, operation, parameters, arguments) \
-    Result Prefix##_##operation parameters {                                \
-        return PluginSupport<T>::operation arguments;                       \
+#define DEFINE_PLUGIN_SUPPORT(Prefix, T, Result, operation, parameters, arguments) \
+    Result Prefix##_##operation parameters {                                       \
+        return PluginSupport<T>::operation arguments;                              \
     }
-#define DEFINE_PRINT(T) ORVANE_PRINT_OPERATIONS(DEFINE_SUPPORT, T)
-#define DEFINE_DATA(T) ORVANE_PLUGIN_DATA_OPERATIONS(DEFINE_SUPPORT, T)
-#define DEFINE_KEY_DATA(T) ORVANE_PLUGIN_KEY_DATA_OPERATIONS(DEFINE_SUPPORT, T)
+#define DEFINE_PRINT(T) ORVANE_PRINT_OPERATIONS(DEFINE_PLUGIN_SUPPORT, T)
+#define DEFINE_DATA(T) ORVANE_PLUGIN_DATA_OPERATIONS(DEFINE_PLUGIN_SUPPORT, T)
+#define DEFINE_KEY_DATA(T) ORVANE_PLUGIN_KEY_DATA_OPERATIONS(DEFINE_PLUGIN_SUPPORT, T)
 
 extern "C" {
 

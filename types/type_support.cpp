@@ -23,14 +23,14 @@ DDS_ReturnCode_t unregister_type(DDS_DomainParticipant* participant, const char*
 
 using orvane::types::TypeSupport;
 
-#define DEFINE_SUPPORT(Prefix, T, Result, operation, parameters, arguments) \
-    Result Prefix##_##operation parameters {                                \
-        return TypeSupport<T>::operation arguments;                         \
+#define DEFINE_TYPE_SUPPORT(Prefix, T, Result, operation, parameters, arguments) \
+    Result Prefix##_##operation parameters {                                     \
+        return TypeSupport<T>::operation arguments;                              \
     }
-#define DEFINE_TYPE(T) ORVANE_TYPE_SUPPORT_OPERATIONS(DEFINE_SUPPORT, T)
+#define DEFINE_TYPE_SUPPORTS(T) ORVANE_TYPE_SUPPORT_OPERATIONS(DEFINE_TYPE_SUPPORT, T)
 
 extern "C" {
 
-ORVANE_TOPIC_TYPES(DEFINE_TYPE)
+ORVANE_TOPIC_TYPES(DEFINE_TYPE_SUPPORTS)
 
 }  // extern "C"

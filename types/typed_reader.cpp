@@ -116,12 +116,12 @@ using orvane::types::DataReader;
     DDS_ReturnCode_t T##DataReader_read_or_take##form##I(__VA_ARGS__, DDS_Boolean take) {   \
         return DataReader<T>::read_or_take##form(UNBRACKETED arguments, take);              \
     }
-#define DEFINE_TYPE(T)                         \
+#define DEFINE_READERS(T)                      \
     ORVANE_READER_OPERATIONS(DEFINE_READER, T) \
     ORVANE_READER_FORMS(DEFINE_READER_FORM, T)
 
 extern "C" {
 
-ORVANE_TOPIC_TYPES(DEFINE_TYPE)
+ORVANE_TOPIC_TYPES(DEFINE_READERS)
 
 }  // extern "C"

@@ -65,10 +65,10 @@ using orvane::types::DataWriter;
     Result Prefix##_##operation parameters {                               \
         return DataWriter<T>::operation arguments;                         \
     }
-#define DEFINE_TYPE(T) ORVANE_WRITER_OPERATIONS(DEFINE_WRITER, T)
+#define DEFINE_WRITERS(T) ORVANE_WRITER_OPERATIONS(DEFINE_WRITER, T)
 
 extern "C" {
 
-ORVANE_TOPIC_TYPES(DEFINE_TYPE)
+ORVANE_TOPIC_TYPES(DEFINE_WRITERS)
 
 }  // extern "C"

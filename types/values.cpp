@@ -166,11 +166,11 @@ using orvane::types::ValueOperations;
     Result Prefix##_##operation parameters {                              \
         return ValueOperations<T>::operation arguments;                   \
     }
-#define DEFINE_TYPE(T) ORVANE_VALUE_OPERATIONS(DEFINE_VALUE, T)
+#define DEFINE_VALUES(T) ORVANE_VALUE_OPERATIONS(DEFINE_VALUE, T)
 
 extern "C" {
 
-ORVANE_TYPES(DEFINE_TYPE)
+ORVANE_TYPES(DEFINE_VALUES)
 
 QEL_KX_ADMIN_CommandKind QEL_KX_ADMIN_Command_getDefaultDiscriminator() {
     return QEL_KX_SET_LOG_LEVEL;

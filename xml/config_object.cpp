@@ -27,7 +27,7 @@ QEL_KX_XMLConfig* allocate() {
     return config;
 }
 
-Status refuse(const char* reason) {
+Status refuse_object(const char* reason) {
     report(new_context, reason);
     return Status::error;
 }
@@ -37,14 +37,14 @@ Status equip(QEL_KX_XMLConfig& config, DDS_XMLExtensionClass* extension_class) {
     config.listener =
         static_cast<XMLConfigListener*>(DDS_XMLExtensionClass_get_user_data(extension_class));
     if (config.listener == nullptr) {
-        return refuse("could not get extension listener");
+        return refuse_object("could not get extension listener");
     }
     if (config.listener->parseErrorFunction == nullptr) {
-        return refuse("invalid parsing error log function");
+        return refuse_object("invalid parsing error log function");
     }
     config.options = core::create_default_options();
     if (config.options == nullptr) {
-        return refuse("XML object creation failed");
+        return refuse_object("XML object creation failed");
     }
     config.options->enabled = 0;
     return Status::ok;

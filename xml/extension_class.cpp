@@ -6,19 +6,19 @@
 namespace orvane::xml {
 namespace {
 
-DDS_XMLExtensionClass* refuse(const char* reason) {
+DDS_XMLExtensionClass* refuse_class(const char* reason) {
     core::report("QEL_KX_XMLConfig_createXMLExtensionClass", reason);
     return nullptr;
 }
 
 DDS_XMLExtensionClass* create(DDS_XMLParseErrorFunction parse_error_function) {
     if (parse_error_function == nullptr) {
-        return refuse("invalid log function");
+        return refuse_class("invalid log function");
     }
     XMLConfigListener* listener = nullptr;
     QELOsapiHeap_allocateStructure(&listener, XMLConfigListener);
     if (listener == nullptr) {
-        return refuse("could not allocate extension class listener");
+        return refuse_class("could not allocate extension class listener");
     }
     listener->parseErrorFunction = parse_error_function;
     DDS_XMLExtensionClass* made = DDS_XMLExtensionClass_new(
@@ -27,7 +27,7 @@ DDS_XMLExtensionClass* create(DDS_XMLParseErrorFunction parse_error_function) {
         QEL_KX_XMLConfig_save);
     if (made == nullptr) {
         QELOsapiHeap_freeStructure(listener);
-        return refuse("creation of XML extension class failed");
+        return refuse_class("creation of XML extension class failed");
     }
     return made;
 }

@@ -14,7 +14,7 @@ using pexa::Status;
 
 constexpr const char* own_context = "QEL_KX_XMLConfig_startWithXMLConfiguration";
 
-Status refuse(const char* reason) {
+Status refuse_start(const char* reason) {
     core::report(own_context, reason);
     return Status::error;
 }
@@ -28,10 +28,10 @@ Status leave_alone(const char* reason) {
 Status start(DDS_DomainParticipant* participant, QEL_KX_Options* options,
              const char* application_kind) {
     if (options == nullptr) {
-        return refuse("no options found in XML configuration");
+        return refuse_start("no options found in XML configuration");
     }
     if (participant == nullptr) {
-        return refuse("invalid DomainParticipant");
+        return refuse_start("invalid DomainParticipant");
     }
     if (core::load(options->enabled) == 0) {
         return leave_alone("KX not enabled in XML Options. It won't be created");
@@ -43,13 +43,13 @@ Status start(DDS_DomainParticipant* participant, QEL_KX_Options* options,
     static_cast<void>(core::set_participant(options, participant));
     if (application_kind != nullptr &&
         core::set_application_kind(options, application_kind) != Status::ok) {
-        return refuse("could not set the application kind");
+        return refuse_start("could not set the application kind");
     }
     if (lifecycle::set_options(options) != Status::ok) {
-        return refuse("could not set KX options; instance already created");
+        return refuse_start("could not set KX options; instance already created");
     }
     return lifecycle::get_instance() != nullptr ? Status::ok
-                                                : refuse("Orvane could not be started");
+                                                : refuse_start("Orvane could not be started");
 }
 
 }  // namespace

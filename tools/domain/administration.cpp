@@ -10,9 +10,6 @@
 namespace orvane::tools {
 namespace {
 
-/// Samples decoded at a time; each response has a buffer for the longest text.
-constexpr DDS_Long samples_per_take = 256;
-
 LoggerState to_state(const QEL_KX_ADMIN_State& sample) {
     LoggerState state{.application = application_of(sample.hostAndAppId),
                       .kind = sample.applicationKind,

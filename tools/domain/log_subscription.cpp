@@ -8,10 +8,6 @@
 namespace orvane::tools {
 namespace {
 
-/// Samples decoded at a time: a decoded message has buffers for the longest texts, so a long
-/// history must not be decoded at once.
-constexpr DDS_Long samples_per_take = 256;
-
 LogRecord to_record(const QEL_KX_LogMessage& sample, const DDS_Time_t& timestamp) {
     return {.nanoseconds = timestamp.sec * std::int64_t{1'000'000'000} + timestamp.nanosec,
             .application = application_of(sample.hostAndAppId),

@@ -54,6 +54,10 @@ struct TypedTopic<QEL_KX_ADMIN_CommandRequest> {
     static constexpr auto register_type = QEL_KX_ADMIN_CommandRequestTypeSupport_register_type;
 };
 
+/// Samples decoded at a time: a decoded sample has buffers for the longest texts, so a long history
+/// must not be decoded at once.
+inline constexpr DDS_Long samples_per_take = 256;
+
 /// Hands samples that are taken from a reader to @p visit, with their infos.
 /// @param most samples decoded at a time
 /// @return OK after some, NO_DATA when there were none, else the code of the failure

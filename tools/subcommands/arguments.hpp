@@ -19,4 +19,7 @@ CLI::Validator seconds_validator();
 /// Seconds as a wait, of at most a year.
 std::chrono::milliseconds wait_of(double seconds);
 
+/// A wait that only news or a signal should end.
+inline constexpr std::chrono::milliseconds longest_wait{60'000};
+
 }  // namespace orvane::tools

@@ -18,8 +18,6 @@
 namespace orvane::tools {
 namespace {
 
-constexpr std::chrono::milliseconds longest_wait{60'000};
-
 std::string listing(const std::vector<LoggerState>& loggers, const ListOptions& options,
                     bool is_terminal) {
     if (!options.json) {

@@ -88,7 +88,6 @@ private:
 };
 
 std::chrono::milliseconds time_left(const TailOptions& options, Clock::time_point start) {
-    constexpr std::chrono::milliseconds longest_wait{60'000};
     if (!options.seconds) {
         return longest_wait;
     }

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "pexa/osapi.h"
+#include "platform/base/os/time.hpp"
 #include "platform/internal/status.hpp"
 
 struct QELSystemClock {
@@ -21,7 +22,6 @@ QELSystemClock* readable_clock() {
 }
 
 Status read_clock(const QELSystemClock* clock, QELNtpTime* now) {
-    constexpr uint64_t nanoseconds_per_second = 1'000'000'000;
     if (clock == nullptr || now == nullptr) {
         return Status::bad_parameter;
     }

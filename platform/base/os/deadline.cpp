@@ -6,10 +6,6 @@
 
 namespace pexa::base {
 
-namespace {
-constexpr int64_t nanoseconds_per_second = 1'000'000'000;
-}
-
 timespec deadline_after(int64_t seconds, uint32_t nanoseconds) {
     timespec deadline{};
     clock_gettime(CLOCK_MONOTONIC, &deadline);

@@ -95,7 +95,7 @@ Status give(QELOsapiSemaphore* semaphore) {
     return kind == QEL_OSAPI_SEMAPHORE_KIND_BINARY ? Status::ok : result;
 }
 
-QELOsapiSemaphoreStatus to_code(Status result) {
+QELOsapiSemaphoreStatus to_semaphore_status(Status result) {
     if (result == Status::timeout) {
         return QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT;
     }
@@ -116,9 +116,9 @@ void QELOsapiSemaphore_delete(QELOsapiSemaphore* semaphore) {
 
 QELOsapiSemaphoreStatus QELOsapiSemaphore_take(QELOsapiSemaphore* semaphore,
                                                const QELNtpTime* timeout) {
-    return pexa::base::to_code(pexa::base::take(semaphore, timeout));
+    return pexa::base::to_semaphore_status(pexa::base::take(semaphore, timeout));
 }
 
 QELOsapiSemaphoreStatus QELOsapiSemaphore_give(QELOsapiSemaphore* semaphore) {
-    return pexa::base::to_code(pexa::base::give(semaphore));
+    return pexa::base::to_semaphore_status(pexa::base::give(semaphore));
 }

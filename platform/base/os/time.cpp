@@ -10,7 +10,6 @@ const DDS_Time_t DDS_TIME_INVALID = {-1, 0xffffffffU};
 namespace pexa::base {
 
 DDS_Time_t to_time(QELNtpTime time) {
-    constexpr DDS_UnsignedLong nanoseconds_per_second = 1'000'000'000;
     // 10^9 / 2^32 = 2^29 / (2^61 / 10^9), where 2^61 / 10^9 is this number but for its fraction.
     constexpr uint64_t divisor = 2305843009;
     auto nanoseconds =
