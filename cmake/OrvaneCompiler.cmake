@@ -36,6 +36,10 @@ function(orvane_compile_as_ours target)
     target_compile_features(${target} PRIVATE c_std_11 cxx_std_20)
     target_compile_options(
         ${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    if(CMAKE_UNITY_BUILD)
+        # One source's names would be said to hide another's.
+        target_compile_options(${target} PRIVATE -Wno-shadow)
+    endif()
     set_target_properties(
         ${target}
         PROPERTIES C_EXTENSIONS OFF

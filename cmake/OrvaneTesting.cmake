@@ -106,6 +106,8 @@ function(orvane_add_fuzzer name)
         message(FATAL_ERROR "orvane_add_fuzzer(${name}): unknown ${arg_UNPARSED_ARGUMENTS}")
     endif()
     orvane_add_program(${name} SOURCES ${arg_SOURCES} LIBS ${arg_LIBS})
+    # The runner declares what the fuzzer defines.
+    set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
     if(ORVANE_FUZZING)
         target_link_options(${name} PRIVATE -fsanitize=fuzzer)
         set_target_properties(

@@ -68,7 +68,7 @@ namespace record_members_details {
 /// Initialises a value of any type but an array.
 struct Anything {
     template <typename Value>
-    operator Value() const;
+    operator Value() const;  // NOLINT(google-explicit-constructor)
 };
 
 /// Initialises a value of one type.
@@ -76,7 +76,7 @@ template <typename Type>
 struct Only {
     template <typename Value>
     requires std::is_same_v<Value, Type>
-    operator Value() const;
+    operator Value() const;  // NOLINT(google-explicit-constructor)
 };
 
 template <typename Record, std::size_t... Position>

@@ -10,8 +10,10 @@ namespace pexa {
 /// with a reason.
 class [[nodiscard]] Success {
 public:
+    // NOLINTBEGIN(google-explicit-constructor): it is a truth value
     constexpr Success(bool succeeded) : succeeded_(succeeded) {}
     constexpr operator bool() const { return succeeded_; }
+    // NOLINTEND(google-explicit-constructor)
 
 private:
     bool succeeded_;

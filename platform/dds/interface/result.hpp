@@ -12,9 +12,11 @@ namespace pexa::dds {
 template <typename T>
 class [[nodiscard]] Result {
 public:
+    // NOLINTBEGIN(google-explicit-constructor): a function returns either
     Result(T value) : value_(std::move(value)) {}
     /// @param failure not OK
     Result(Status failure) : status_(failure) {}
+    // NOLINTEND(google-explicit-constructor)
 
     explicit operator bool() const { return status_ == Status::ok; }
     Status status() const { return status_; }
