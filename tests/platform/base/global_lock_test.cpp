@@ -19,14 +19,6 @@ void while_locked(Action action) {
     ASSERT_EQ(QELOsapi_global_unlock(), 0);
 }
 
-class DeviceCall {
-public:
-    DeviceCall() { QELOsapi_enterDeviceCall(); }
-    ~DeviceCall() { QELOsapi_leaveDeviceCall(); }
-    DeviceCall(const DeviceCall&) = delete;
-    DeviceCall& operator=(const DeviceCall&) = delete;
-};
-
 TEST(GlobalLock, BelongsToTheThreadThatTookIt) {
     EXPECT_NE(QELOsapi_global_unlock(), 0);
     while_locked([] { EXPECT_NE(QELOsapi_global_unlock(), 0); });
@@ -39,7 +31,12 @@ TEST(GlobalLock, BelongsToTheThreadThatTookIt) {
 
 TEST(GlobalLock, IsGivenUpAfterTenMillisecondsInsideADeviceCall) {
     while_locked([] {
-        const DeviceCall outer;
+        // Device calls nest on their thread.
+        QELOsapi_enterDeviceCall();
+        QELOsapi_enterDeviceCall();
+        QELOsapi_leaveDeviceCall();
+        EXPECT_EQ(QELOsapi_isInDeviceCall(), 1);
+        std::thread([] { EXPECT_EQ(QELOsapi_isInDeviceCall(), 0); }).join();
         const DDS_Long never = 0;
         for (const bool has_flag : {false, true}) {
             const Clock::time_point start = Clock::now();
@@ -48,25 +45,10 @@ TEST(GlobalLock, IsGivenUpAfterTenMillisecondsInsideADeviceCall) {
             EXPECT_LT(Clock::now() - start, milliseconds(2000));
         }
         EXPECT_NE(QELOsapi_global_unlock(), 0);
+        QELOsapi_leaveDeviceCall();
+        QELOsapi_leaveDeviceCall();
+        EXPECT_EQ(QELOsapi_isInDeviceCall(), 0);
     });
-    const DeviceCall free_call;
-    EXPECT_EQ(QELOsapi_global_lock(), 0);
-    EXPECT_EQ(QELOsapi_global_lock(), 0);
-    EXPECT_EQ(QELOsapi_global_unlock(), 0);
-    EXPECT_EQ(QELOsapi_global_unlock(), 0);
-}
-
-TEST(GlobalLock, DeviceCallsNestOnTheirThread) {
-    EXPECT_EQ(QELOsapi_isInDeviceCall(), 0);
-    {
-        const DeviceCall outer;
-        { const DeviceCall inner; }
-        EXPECT_EQ(QELOsapi_isInDeviceCall(), 1);
-        std::thread([] { EXPECT_EQ(QELOsapi_isInDeviceCall(), 0); }).join();
-    }
-    EXPECT_EQ(QELOsapi_isInDeviceCall(), 0);
-    QELOsapi_leaveDeviceCall();
-    EXPECT_EQ(QELOsapi_isInDeviceCall(), 0);
 }
 
 TEST(GlobalLock, IsAbandonedOnceTheFlagIsRaised) {
@@ -75,11 +57,10 @@ TEST(GlobalLock, IsAbandonedOnceTheFlagIsRaised) {
     ASSERT_EQ(QELOsapi_global_lock(), 0);
     std::thread waiter([&] {
         about_to_lock = true;
+        about_to_lock.notify_one();
         EXPECT_NE(QELOsapi_global_lockUnless(&abandon), 0);
     });
-    while (!about_to_lock) {
-        std::this_thread::yield();
-    }
+    about_to_lock.wait(false);
     __atomic_store_n(&abandon, 1, __ATOMIC_RELEASE);
     // Would never end if the waiter insisted on the lock.
     waiter.join();
@@ -97,13 +78,11 @@ TEST(GlobalLock, IsWaitedForBeyondTenMillisecondsWhileTheFlagIsDown) {
     std::thread owner([&locked] {
         ASSERT_EQ(QELOsapi_global_lock(), 0);
         locked = true;
-        const QELNtpTime while_longer = {0, 35 * QEL_NTP_TIME_FRAC_PER_MILLISECOND};
-        QELOsapiThread_sleep(&while_longer);
+        locked.notify_one();
+        std::this_thread::sleep_for(milliseconds(35));
         EXPECT_EQ(QELOsapi_global_unlock(), 0);
     });
-    while (!locked) {
-        std::this_thread::yield();
-    }
+    locked.wait(false);
     EXPECT_EQ(QELOsapi_global_lockUnless(&abandon), 0);
     EXPECT_EQ(QELOsapi_global_unlock(), 0);
     owner.join();

@@ -16,34 +16,29 @@ void report(QELLogModule module, DDS_UnsignedLong submodule, QELLogLevel level) 
 }
 
 TEST(Log, WritesWhatBothMasksLetPass) {
-    struct Case {
+    const struct {
         DDS_UnsignedLong levels;
         DDS_UnsignedLong submodules;
         QELLogLevel level;
-        DDS_UnsignedLong submodule;
         bool written;
-    };
-    const auto beyond = static_cast<QELLogLevel>(6);
-    const auto below = static_cast<QELLogLevel>(0);
-    const Case cases[] = {
-        {0x01, 0xff, QEL_LOG_LEVEL_ERROR, 0x10, true},
-        {0x01, 0xff, QEL_LOG_LEVEL_WARNING, 0x10, false},
-        {0x10, 0xff, QEL_LOG_LEVEL_STATUS_ALL, 0x10, true},
-        {0x10, 0xff, QEL_LOG_LEVEL_ERROR, 0x10, false},
-        {0x1f, 0xef, QEL_LOG_LEVEL_ERROR, 0x10, false},
-        {0xffffffff, 0xff, beyond, 0x10, false},
-        {0xffffffff, 0xff, below, 0x10, false},
+    } cases[] = {
+        {0x01, 0xef, QEL_LOG_LEVEL_ERROR, true},
+        {0x01, 0xff, QEL_LOG_LEVEL_WARNING, false},
+        {0x10, 0xff, QEL_LOG_LEVEL_STATUS_ALL, true},
+        {0x10, 0xff, QEL_LOG_LEVEL_ERROR, false},
+        {0x1f, 0xcf, QEL_LOG_LEVEL_ERROR, false},
+        {0xffffffff, 0xff, static_cast<QELLogLevel>(6), false},
+        {0xffffffff, 0xff, static_cast<QELLogLevel>(0), false},
     };
     orvane::test::Reports reports;
-    for (const Case& item : cases) {
-        QELLog_setInstrumentationMask(QEL_LOG_MODULE_DDS, item.levels);
-        QELLog_setSubmoduleMask(QEL_LOG_MODULE_DDS, item.submodules);
-        EXPECT_EQ(QELLog_isEnabled(QEL_LOG_MODULE_DDS, item.submodule, item.level), item.written);
-        report(QEL_LOG_MODULE_DDS, item.submodule, item.level);
-        EXPECT_EQ(reports.take(), item.written ? Texts{"Operation:it failed"} : Texts{});
+    for (const auto& [levels, submodules, level, written] : cases) {
+        QELLog_setInstrumentationMask(QEL_LOG_MODULE_DDS, levels);
+        QELLog_setSubmoduleMask(QEL_LOG_MODULE_DDS, submodules);
+        EXPECT_EQ(QELLog_isEnabled(QEL_LOG_MODULE_DDS, 0x30, level), written);
+        report(QEL_LOG_MODULE_DDS, 0x30, level);
+        EXPECT_EQ(reports.take(), written ? Texts{"Operation:it failed"} : Texts{});
     }
     QELLog_setSubmoduleMask(QEL_LOG_MODULE_DDS, DDS_SUBMODULE_MASK_ALL);
-
     const auto unknown = static_cast<QELLogModule>(3);
     QELLog_setInstrumentationMask(unknown, 0xffffffff);
     report(unknown, 1, QEL_LOG_LEVEL_ERROR);
@@ -54,34 +49,25 @@ TEST(Log, WritesWhatBothMasksLetPass) {
 TEST(Log, CutsTextAt1023Bytes) {
     orvane::test::Reports reports;
     const std::string longer(2000, 'x');
-    QELLog_printContextAndMsg(QEL_LOG_MODULE_CDR, 1, QEL_LOG_LEVEL_ERROR, "c", &QEL_LOG_ANY_s,
-                              longer.c_str());
-    QELLog_printContextAndMsg(QEL_LOG_MODULE_CDR, 1, QEL_LOG_LEVEL_ERROR, longer.c_str(),
-                              &QEL_LOG_ANY_s, "text");
-    QELLog_printContextAndMsg(QEL_LOG_MODULE_CDR, 1, QEL_LOG_LEVEL_ERROR, nullptr,
-                              &DDS_LOG_SEQUENCE_NOT_OWNER);
-    EXPECT_EQ(reports.take(), (Texts{"c:" + longer.substr(0, 1021), longer.substr(0, 1023),
-                                     ":sequence does not own its buffer"}));
+    for (const auto& [context, text] : {std::pair("c", longer.c_str()), {longer.c_str(), "text"}}) {
+        QELLog_printContextAndMsg(QEL_LOG_MODULE_CDR, 1, QEL_LOG_LEVEL_ERROR, context,
+                                  &QEL_LOG_ANY_s, text);
+    }
+    EXPECT_EQ(reports.take(), (Texts{"c:" + longer.substr(0, 1021), longer.substr(0, 1023)}));
 }
 
 // Each counts the calls that came with its own data, and those that did not.
-struct Counter {
-    std::atomic<int> calls{0};
-};
-Counter first;
-Counter second;
+std::atomic<int> calls[2];
 std::atomic<int> mixed_up{0};
 
-void first_sink(void* data, QELLogModule, QELLogLevel, const char*) {
-    data == &first ? ++first.calls : ++mixed_up;
-}
-void second_sink(void* data, QELLogModule, QELLogLevel, const char*) {
-    data == &second ? ++second.calls : ++mixed_up;
+template <int own>
+void sink(void* data, QELLogModule, QELLogLevel, const char*) {
+    data == &calls[own] ? ++calls[own] : ++mixed_up;
 }
 
 TEST(Log, SinkAndItsDataAreReplacedTogether) {
     constexpr int rounds = 3000;
-    QELLog_setSink(first_sink, &first);
+    QELLog_setSink(sink<0>, &calls[0]);
     const auto report_often = [] {
         for (int round = 0; round < rounds; ++round) {
             report(QEL_LOG_MODULE_DDS, 1, QEL_LOG_LEVEL_ERROR);
@@ -90,14 +76,14 @@ TEST(Log, SinkAndItsDataAreReplacedTogether) {
     std::thread one(report_often);
     std::thread other(report_often);
     for (int round = 0; round < rounds; ++round) {
-        QELLog_setSink(second_sink, &second);
-        QELLog_setSink(first_sink, &first);
+        QELLog_setSink(sink<1>, &calls[1]);
+        QELLog_setSink(sink<0>, &calls[0]);
     }
     one.join();
     other.join();
     QELLog_setSink(nullptr, nullptr);
     EXPECT_EQ(mixed_up, 0);
-    EXPECT_EQ(first.calls + second.calls, 2 * rounds);
+    EXPECT_EQ(calls[0] + calls[1], 2 * rounds);
 }
 
 }  // namespace
