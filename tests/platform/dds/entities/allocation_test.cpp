@@ -15,11 +15,8 @@ using orvane::test::sweep;
 TEST(WithoutMemory, NoEntityIsMadeAndNothingIsLeftBehind) {
     const ProbeNode node;
     const std::string name = topic_of_this_test() + "_new";
-    const struct {
-        /// Allocations of the port itself; the engine ends the process where its own fail.
-        int allocations;
-        std::function<const void*()> create;
-    } cases[] = {
+    // With the allocations of the port itself; the engine ends the process where its own fail.
+    const std::pair<int, std::function<const void*()>> cases[] = {
         {2,
          [] {
              return DDS_DomainParticipantFactory_create_participant(
@@ -32,10 +29,10 @@ TEST(WithoutMemory, NoEntityIsMadeAndNothingIsLeftBehind) {
         {3, [&] { return node.default_reader(); }},
     };
     orvane::test::Reports reports;
-    for (const auto& one : cases) {
-        for (int number = 1; number <= one.allocations; ++number) {
+    for (const auto& [allocations, create] : cases) {
+        for (int number = 1; number <= allocations; ++number) {
             const Fault fault(new_expression, number);
-            EXPECT_EQ(one.create(), nullptr) << &one - cases << " " << number;
+            EXPECT_EQ(create(), nullptr) << number;
             EXPECT_TRUE(fault.has_struck());
             EXPECT_EQ(reports.take().size(), 1U);
         }
@@ -48,8 +45,7 @@ TEST(WithoutMemory, NoEntityIsMadeAndNothingIsLeftBehind) {
         DDS_DataReader* reader = node.default_reader();
         return reader != nullptr && node.remove(reader) == ok;
     });
-    EXPECT_EQ(DDS_DomainParticipant_lookup_topicdescription(node.participant(), name.c_str()),
-              nullptr);
+    EXPECT_NE(node.make_topic(name), nullptr) << "the name is free";
     EXPECT_EQ(node.remove(node.topic), ok) << "nothing uses it";
 }
 
@@ -87,24 +83,18 @@ TEST(WithoutMemory, ReadingFailsWithoutALoan) {
     ProbeSeq first;
     ProbeSeq held;
     ASSERT_EQ(first.receive(reader, read_anything), ok);
-    int allocations = 0;
+    const orvane::test::Calls calls(new_expression);
     {
         const Fault never(new_expression, 1'000'000);
-        const orvane::test::Calls calls(new_expression);
         ASSERT_EQ(held.receive(reader, read_anything), ok);
-        allocations = calls.count();
     }
-    const struct {
-        const char* allocation;
-        int number;
-    } cases[] = {
-        // The engine, which allocates between the loan and its two arrays, would end the process.
-        {new_expression, 1},
-        {new_expression, allocations - 1},
-        {new_expression, allocations},
-        // The reader's pool has to grow.
-        {heap_allocation, 1},
-    };
+    const int allocations = calls.count();
+    // The engine, which allocates between the loan and its two arrays, would end the process. On
+    // the heap the reader's pool has to grow.
+    const std::pair<const char*, int> cases[] = {{new_expression, 1},
+                                                 {new_expression, allocations - 1},
+                                                 {new_expression, allocations},
+                                                 {heap_allocation, 1}};
     for (const auto& [allocation, number] : cases) {
         const Fault fault(allocation, number);
         EXPECT_EQ(ProbeSeq().receive(reader, read_anything), DDS_RETCODE_OUT_OF_RESOURCES)

@@ -21,21 +21,21 @@ protected:
     DDS_ReturnCode_t detach(DDS_Condition* condition) const {
         return DDS_WaitSet_detach_condition(set_, condition);
     }
-    /// @param active gets the conditions that ended the wait
-    DDS_ReturnCode_t wait(const DDS_Duration_t& timeout, Conditions* active = nullptr) const {
+    /// @return the conditions that end a wait
+    Conditions active(const DDS_Duration_t& timeout = patience,
+                      DDS_ReturnCode_t* result = nullptr) const {
+        Conditions conditions;
         DDS_ConditionSeq sequence{};
-        const DDS_ReturnCode_t result = DDS_WaitSet_wait(set_, &sequence, &timeout);
-        for (DDS_Long i = 0; active != nullptr && i < DDS_ConditionSeq_get_length(&sequence); ++i) {
-            active->push_back(DDS_ConditionSeq_get(&sequence, i));
+        const DDS_ReturnCode_t waited = DDS_WaitSet_wait(set_, &sequence, &timeout);
+        for (DDS_Long i = 0; i < DDS_ConditionSeq_get_length(&sequence); ++i) {
+            conditions.push_back(DDS_ConditionSeq_get(&sequence, i));
         }
         DDS_ConditionSeq_finalize(&sequence);
-        return result;
-    }
-    /// @return the conditions that end a wait
-    Conditions active(const DDS_Duration_t& timeout = patience) const {
-        Conditions conditions;
-        const DDS_ReturnCode_t result = wait(timeout, &conditions);
-        EXPECT_EQ(result, conditions.empty() ? DDS_RETCODE_TIMEOUT : ok);
+        if (result != nullptr) {
+            *result = waited;
+        } else {
+            EXPECT_EQ(waited, conditions.empty() ? DDS_RETCODE_TIMEOUT : ok);
+        }
         return conditions;
     }
 
@@ -62,7 +62,9 @@ TEST_F(WaitSets, NameTheConditionsThatAreTrue) {
     EXPECT_EQ(detach(first), refused);
     ASSERT_EQ(DDS_GuardCondition_set_trigger_value(guards[1], 0), ok);
     EXPECT_EQ(active(at_once), Conditions{});
-    EXPECT_EQ(wait({-1, 0}), bad_parameter);
+    DDS_ReturnCode_t result = ok;
+    active({-1, 0}, &result);
+    EXPECT_EQ(result, bad_parameter);
 
     EXPECT_EQ(DDS_WaitSet_delete(std::exchange(set_, DDS_WaitSet_new())), ok);
     for (DDS_GuardCondition* guard : guards) {
@@ -74,19 +76,18 @@ TEST_F(WaitSets, AreForOneThreadAtATime) {
     DDS_GuardCondition* guard = DDS_GuardCondition_new();
     ASSERT_EQ(attach(DDS_GuardCondition_as_condition(guard)), ok);
     std::atomic<int> refusals = 0;
-    std::vector<std::thread> threads;
     // Whichever comes second is refused and ends the other one's waiting.
-    for (int i = 0; i < 2; ++i) {
-        threads.emplace_back([&] {
-            if (wait(patience) == refused) {
-                ++refusals;
-                DDS_GuardCondition_set_trigger_value(guard, 1);
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    const auto wait = [&] {
+        DDS_ReturnCode_t result = ok;
+        active(patience, &result);
+        if (result == refused) {
+            ++refusals;
+            DDS_GuardCondition_set_trigger_value(guard, 1);
+        }
+    };
+    std::thread other(wait);
+    wait();
+    other.join();
     EXPECT_EQ(refusals, 1);
     EXPECT_EQ(detach(DDS_GuardCondition_as_condition(guard)), ok);
     EXPECT_EQ(DDS_GuardCondition_delete(guard), ok);

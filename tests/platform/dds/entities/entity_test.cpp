@@ -1,25 +1,20 @@
 #include <gtest/gtest.h>
 
+#include "platform/engine/engine.hpp"
 #include "tests/platform/dds/entities/probe_node.hpp"
 
 namespace {
 
-/// A node whose participant leaves new entities disabled.
-class DisabledEntities : public testing::Test {
-protected:
-    DisabledEntities() {
-        OwnedQos<DDS_DomainParticipantQos> qos;
-        EXPECT_EQ(DDS_DomainParticipant_get_qos(node_.participant(), &qos.get()), ok);
-        qos.get().entity_factory.autoenable_created_entities = 0;
-        EXPECT_EQ(DDS_DomainParticipant_set_qos(node_.participant(), &qos.get()), ok);
-    }
+namespace engine = pexa::engine;
 
-    ProbeNode node_;
-};
-
-TEST_F(DisabledEntities, AWriterExistsButDoesNotTakePartUntilItIsEnabled) {
-    DDS_Publisher* publisher = node_.make_publisher();
-    DDS_DataWriter* writer = node_.default_writer(publisher);
+TEST(DisabledEntities, ExistButDoNotTakePartUntilTheyAreEnabled) {
+    const ProbeNode node;
+    OwnedQos<DDS_DomainParticipantQos> qos;
+    ASSERT_EQ(DDS_DomainParticipant_get_qos(node.participant(), &qos.get()), ok);
+    qos.get().entity_factory.autoenable_created_entities = 0;
+    ASSERT_EQ(DDS_DomainParticipant_set_qos(node.participant(), &qos.get()), ok);
+    DDS_Publisher* publisher = node.make_publisher();
+    DDS_DataWriter* writer = node.default_writer(publisher);
     ASSERT_NE(writer, nullptr);
     DDS_Entity* entity = DDS_DataWriter_as_entity(writer);
     DDS_PublicationMatchedStatus status{};
@@ -35,26 +30,24 @@ TEST_F(DisabledEntities, AWriterExistsButDoesNotTakePartUntilItIsEnabled) {
     EXPECT_EQ(DDS_Entity_enable(entity), ok) << "again";
     EXPECT_EQ(write(writer, 1, 1), ok);
 
-    DDS_Topic* topic = node_.make_topic(topic_of_this_test() + "_disabled");
-    EXPECT_EQ(node_.default_writer(publisher, topic), nullptr) << "its topic is disabled";
+    DDS_Topic* topic = node.make_topic(topic_of_this_test() + "_disabled");
+    EXPECT_EQ(node.default_writer(publisher, topic), nullptr) << "its topic is disabled";
     EXPECT_EQ(DDS_Entity_enable(DDS_Topic_as_entity(topic)), ok);
-    EXPECT_NE(node_.default_writer(publisher, topic), nullptr);
-}
+    EXPECT_NE(node.default_writer(publisher, topic), nullptr);
 
-TEST_F(DisabledEntities, AReaderGivesNothing) {
-    DDS_DataReader* reader = node_.default_reader(node_.make_subscriber());
+    DDS_DataReader* reader = node.default_reader(node.make_subscriber());
     ASSERT_NE(reader, nullptr);
     EXPECT_EQ(ProbeSeq().receive(reader), not_enabled);
     EXPECT_EQ(DDS_DataReader_create_readcondition(reader, 1, 1, 1), nullptr);
     DDS_WaitSet* wait_set = DDS_WaitSet_new();
-    DDS_Condition* status = DDS_StatusCondition_as_condition(
+    DDS_Condition* condition = DDS_StatusCondition_as_condition(
         DDS_Entity_get_statuscondition(DDS_DataReader_as_entity(reader)));
-    EXPECT_EQ(DDS_Condition_get_trigger_value(status), 0);
-    EXPECT_EQ(DDS_WaitSet_attach_condition(wait_set, status), refused);
+    EXPECT_EQ(DDS_Condition_get_trigger_value(condition), 0);
+    EXPECT_EQ(DDS_WaitSet_attach_condition(wait_set, condition), refused);
     EXPECT_EQ(DDS_WaitSet_delete(wait_set), ok);
 }
 
-TEST(EnablingAParticipant, BringsEverythingInItIntoOperation) {
+TEST(DisabledEntities, ComeIntoOperationWithTheirParticipant) {
     const OwnedQos<DDS_DomainParticipantFactoryQos> standard;
     OwnedQos<DDS_DomainParticipantFactoryQos> qos;
     qos.get().entity_factory.autoenable_created_entities = 0;
@@ -140,10 +133,9 @@ TEST(LookUp, FindsEntitiesByNameAndDomainAndFromEachOther) {
     EXPECT_EQ(DDS_DataReader_get_subscriber(reader), node.subscriber());
     EXPECT_EQ(DDS_Publisher_get_participant(node.publisher()), participant);
     EXPECT_EQ(DDS_Subscriber_get_participant(node.subscriber()), participant);
-    EXPECT_EQ(DDS_DomainParticipant_get_participant_factoryI(participant), factory);
     EXPECT_EQ(DDS_DomainParticipant_get_domain_id(participant), ORVANE_TEST_DOMAIN);
     EXPECT_EQ(DDS_DataWriter_compare_typeI(writer, "Probe"), 0) << "the type's name counts";
-    EXPECT_EQ(DDS_DataReader_compare_typeI(reader, probe_type_name), 1);
+    EXPECT_EQ(DDS_DataReader_compare_typeI(reader, "QEL::KX::ADMIN::CommandResponse"), 1);
 }
 
 TEST(Types, ANameBelongsToOneType) {
@@ -157,35 +149,147 @@ TEST(Types, ANameBelongsToOneType) {
     const struct {
         const char* name;
         const TULVTypePlugin* plugin;
-        const void* properties;
         DDS_ReturnCode_t expected;
     } cases[] = {
-        {"Probe", &same, nullptr, ok},
-        {"Another", &same, nullptr, ok},
-        {"Probe", &other, nullptr, refused},
-        {"", &same, nullptr, bad_parameter},
-        {"New", &same, &same, bad_parameter},
-        {"New", &incomplete, nullptr, bad_parameter},
-        {"New", &wrong_kind, nullptr, bad_parameter},
-        {"New", nullptr, nullptr, bad_parameter},
+        {"Probe", &same, ok},
+        {"Another", &same, ok},
+        {"Probe", &other, refused},
+        {"", &same, bad_parameter},
+        {"New", &incomplete, bad_parameter},
+        {"New", &wrong_kind, bad_parameter},
+        {"New", nullptr, bad_parameter},
     };
-    for (const auto& [name, plugin, properties, expected] : cases) {
-        EXPECT_EQ(DDS_DomainParticipant_register_type(node.participant(), name, plugin, properties),
+    for (const auto& [name, plugin, expected] : cases) {
+        EXPECT_EQ(DDS_DomainParticipant_register_type(node.participant(), name, plugin, nullptr),
                   expected)
             << name;
     }
     EXPECT_EQ(node.make_topic(""), nullptr);
     EXPECT_EQ(node.make_topic(topic_of_this_test()), nullptr) << "the name is taken";
     EXPECT_EQ(node.make_topic("t", "Unknown"), nullptr);
-}
 
-TEST(Types, AnEndpointThatThePluginRefusesIsNotMade) {
-    const ProbeNode node;
+    // An endpoint that the plugin refuses is not made.
     refusing_endpoints = true;
     EXPECT_EQ(node.default_writer(), nullptr);
     EXPECT_EQ(node.default_reader(), nullptr);
     refusing_endpoints = false;
     EXPECT_EQ(node.remove(node.topic), ok) << "nothing uses the topic";
+}
+
+TEST(EntityQos, AnEntityChangesOnlyWhatMayChangeAndRefusesContradictions) {
+    const ProbeNode node;
+    DDS_DataWriter* writer = node.writer();
+    OwnedQos<DDS_DataWriterQos> qos;
+    ASSERT_EQ(DDS_DataWriter_get_qos(writer, &qos.get()), ok);
+    EXPECT_EQ(qos.get().history.kind, DDS_KEEP_ALL_HISTORY_QOS) << "as it was created";
+    qos.get().lifespan.duration = {9, 0};
+    EXPECT_EQ(DDS_DataWriter_set_qos(writer, &qos.get()), ok);
+    qos.get().durability.kind = DDS_VOLATILE_DURABILITY_QOS;
+    EXPECT_EQ(DDS_DataWriter_set_qos(writer, &qos.get()), DDS_RETCODE_IMMUTABLE_POLICY);
+    ASSERT_EQ(DDS_DataWriter_get_qos(writer, &qos.get()), ok);
+    EXPECT_EQ(qos.get().lifespan.duration.sec, 9);
+    EXPECT_EQ(qos.get().durability.kind, DDS_TRANSIENT_LOCAL_DURABILITY_QOS);
+
+    DDS_DataReader* reader = node.reader();
+    OwnedQos<DDS_DataReaderQos> wrong;
+    ASSERT_EQ(DDS_DataReader_get_qos(reader, &wrong.get()), ok);
+    wrong.get().history = {DDS_KEEP_LAST_HISTORY_QOS, 5};
+    wrong.get().resource_limits.max_samples_per_instance = 4;
+    EXPECT_EQ(DDS_DataReader_set_qos(reader, &wrong.get()), DDS_RETCODE_INCONSISTENT_POLICY);
+    EXPECT_EQ(DDS_Subscriber_set_default_datareader_qos(node.subscriber(), &wrong.get()),
+              DDS_RETCODE_INCONSISTENT_POLICY);
+    EXPECT_EQ(DDS_Subscriber_create_datareader(node.subscriber(), node.description(), &wrong.get(),
+                                               nullptr, 0),
+              nullptr);
+}
+
+/// Sets a default, looks at what is created with it, and sets the standard's again.
+template <typename Record, typename Parent, typename Make, typename GetOfMade>
+void expect_default_used(Parent* parent, DDS_ReturnCode_t (*set)(Parent*, const Record*),
+                         void (*change)(Record&), Make make, GetOfMade get_of_made) {
+    OwnedQos<Record> wanted;
+    const OwnedQos<Record> standard;
+    change(wanted.get());
+    OwnedQos<Record> found;
+    ASSERT_EQ(set(parent, &wanted.get()), ok);
+    ASSERT_EQ(get_of_made(make(), &found.get()), ok);
+    EXPECT_TRUE(pexa::dds::equal_qos(found.get(), wanted.get()));
+    ASSERT_EQ(set(parent, DDS_QOS_DEFAULT), ok);
+    ASSERT_EQ(get_of_made(make(), &found.get()), ok);
+    EXPECT_TRUE(pexa::dds::equal_qos(found.get(), standard.get()));
+}
+
+TEST(EntityQos, ADefaultAppliesToWhatIsCreatedLater) {
+    const ProbeNode node;
+    DDS_DomainParticipant* participant = node.participant();
+    expect_default_used<DDS_PublisherQos>(
+        participant, DDS_DomainParticipant_set_default_publisher_qos,
+        [](DDS_PublisherQos& qos) { qos.entity_factory.autoenable_created_entities = 0; },
+        [&] { return node.make_publisher(); }, DDS_Publisher_get_qos);
+    expect_default_used<DDS_SubscriberQos>(
+        participant, DDS_DomainParticipant_set_default_subscriber_qos,
+        [](DDS_SubscriberQos& qos) { qos.presentation.ordered_access = 1; },
+        [&] { return node.make_subscriber(); }, DDS_Subscriber_get_qos);
+    expect_default_used<DDS_DataWriterQos>(
+        node.publisher(), DDS_Publisher_set_default_datawriter_qos,
+        [](DDS_DataWriterQos& qos) { qos.transport_priority.value = 7; },
+        [&] { return node.default_writer(); }, DDS_DataWriter_get_qos);
+    expect_default_used<DDS_DataReaderQos>(
+        node.subscriber(), DDS_Subscriber_set_default_datareader_qos,
+        [](DDS_DataReaderQos& qos) { qos.history.depth = 3; },
+        [&] { return node.default_reader(); }, DDS_DataReader_get_qos);
+}
+
+TEST(WrappedParticipants, WorkLikeOthersAndStayTheApplications) {
+    DDS_DomainParticipantFactory* factory = ProbeNode::factory();
+    engine::Qos engine_qos;
+    engine_qos.entity_name = "the application's";
+    const engine::EntityId own = engine::create_participant(ORVANE_TEST_DOMAIN, engine_qos).entity;
+    engine::Guid guid{};
+    ASSERT_EQ(engine::get_guid(own, guid), pexa::Status::ok);
+    DDS_DomainParticipant* participant =
+        DDS_DomainParticipantFactory_wrap_participant(factory, own);
+    ASSERT_NE(participant, nullptr);
+    EXPECT_EQ(DDS_DomainParticipant_get_domain_id(participant), ORVANE_TEST_DOMAIN);
+    OwnedQos<DDS_DomainParticipantQos> qos;
+    ASSERT_EQ(DDS_DomainParticipant_get_qos(participant, &qos.get()), ok);
+    EXPECT_STREQ(qos.get().participant_name.name, "the application's");
+    EXPECT_EQ(qos.get().wire_protocol.rtps_host_id >> 24, std::to_integer<unsigned>(guid[0]));
+
+    const TULVTypePlugin plugin = probe_plugin();
+    ASSERT_EQ(DDS_DomainParticipant_register_type(participant, "Probe", &plugin, nullptr), ok);
+    DDS_Topic* topic = DDS_DomainParticipant_create_topic(participant, topic_of_this_test().c_str(),
+                                                          "Probe", nullptr, nullptr, 0);
+    {
+        const ProbeNode node;
+        DDS_DataWriter* writer = DDS_Publisher_create_datawriter(
+            DDS_DomainParticipant_create_publisher(participant, nullptr, nullptr, 0), topic,
+            nullptr, nullptr, 0);
+        DDS_DataReader* reader = node.reader([](DDS_DataReaderQos& wanted) {
+            wanted.durability.kind = DDS_VOLATILE_DURABILITY_QOS;
+        });
+        ASSERT_TRUE(await_reader(writer));
+        ASSERT_EQ(write(writer, 1, 10), ok);
+        EXPECT_EQ(summary(await_samples(reader, 1)), "1:10");
+    }
+    EXPECT_EQ(DDS_DomainParticipantFactory_delete_participant(factory, participant), refused);
+    EXPECT_EQ(DDS_DomainParticipant_delete_contained_entities(participant), ok);
+    EXPECT_EQ(DDS_DomainParticipantFactory_delete_participant(factory, participant), ok);
+    for (const engine::EntityId id : {engine::create_publisher(own, {}).entity, 0, -1}) {
+        EXPECT_EQ(DDS_DomainParticipantFactory_wrap_participant(factory, id), nullptr) << id;
+    }
+    EXPECT_TRUE(engine::is_participant(own));
+    EXPECT_EQ(engine::delete_entity(own), pexa::Status::ok);
+    EXPECT_EQ(DDS_DomainParticipantFactory_wrap_participant(factory, own), nullptr);
+}
+
+TEST(Factory, IsMadeAnewAfterItWasFinalized) {
+    ASSERT_NE(ProbeNode::factory(), nullptr);
+    EXPECT_EQ(DDS_DomainParticipantFactory_finalize_instance(), ok);
+    EXPECT_EQ(DDS_DomainParticipantFactory_finalize_instance(), ok) << "there is none";
+    EXPECT_EQ(DDS_DomainParticipantFactory_create_participant(ProbeNode::factory(), -1, nullptr,
+                                                              nullptr, 0),
+              nullptr);
 }
 
 }  // namespace

@@ -1,27 +1,100 @@
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <fstream>
+#include <functional>
+#include <mutex>
 #include <thread>
 
 #include <gtest/gtest.h>
 
 #include "pexa/osapi.h"
-#include "tests/platform/dds/entities/listener_log.hpp"
 #include "tests/platform/dds/entities/probe_node.hpp"
 
 namespace {
 
+/// Events that listeners note, from any thread.
+class ListenerLog {
+public:
+    void add(const std::string& event) {
+        const std::lock_guard guard(mutex_);
+        events_.push_back(event);
+        changed_.notify_all();
+    }
+    /// Waits until that many events have been noted. @return those, joined with blanks
+    std::string await(std::size_t count) {
+        std::unique_lock lock(mutex_);
+        changed_.wait_for(lock, std::chrono::seconds(20), [&] { return events_.size() >= count; });
+        std::string joined;
+        for (const std::string& event : std::exchange(events_, {})) {
+            joined += (joined.empty() ? "" : " ") + event;
+        }
+        return joined;
+    }
+    /// @return the events since the last call, joined with blanks
+    std::string take() { return await(0); }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<std::string> events_;
+};
+
+/// The data of a listener, with its name in a log.
+struct Author {
+    ListenerLog* log;
+    const char* name;
+    /// Runs inside the callback, before the event is noted.
+    std::function<void(void* entity)> inside = nullptr;
+};
+
+/// Notes an event of this name, with a number of the status that tells it from others.
+template <const char* name, typename Entity, typename... Status>
+void note(void* listener_data, Entity* entity, const Status*... status) {
+    const auto& author = *static_cast<Author*>(listener_data);
+    if (author.inside) {
+        author.inside(entity);
+    }
+    std::string event = std::string(author.name) + ":" + name;
+    if constexpr (requires { (status->last_policy_id, ..., 0); }) {
+        ((event += "(" + std::to_string(status->last_policy_id) + ")"), ...);
+    } else if constexpr (requires { (status->current_count, ...); }) {
+        ((event += "(" + std::to_string(status->current_count) + ")"), ...);
+    }
+    author.log->add(event);
+}
+
+constexpr char incompatible[] = "incompatible";
+constexpr char matched[] = "matched";
+constexpr char deadline[] = "deadline";
+constexpr char liveliness[] = "liveliness";
+constexpr char rejected[] = "rejected";
+constexpr char lost[] = "lost";
+constexpr char inconsistent[] = "inconsistent";
+constexpr char data[] = "data";
+constexpr char data_on_readers[] = "data_on_readers";
+
+/// A listener with all slots filled, each noting "name:event". Those of other entities are parts.
+DDS_DomainParticipantListener listener_of(Author& author) {
+    return {{&author, note<inconsistent>},
+            {{&author, note<deadline>, note<incompatible>, note<liveliness>, note<matched>}},
+            {{&author, note<deadline>, note<incompatible>, note<rejected>, note<liveliness>,
+              note<data>, note<matched>, note<lost>},
+             note<data_on_readers>}};
+}
+
 class Listeners : public testing::Test {
 protected:
     ListenerLog log_;
-    ListenerLog::Author author_{&log_, "own"};
-    ListenerLog::Author parents_author_{&log_, "parent"};
-    ListenerLog::Author participants_author_{&log_, "participant"};
+    Author author_{&log_, "own"};
+    Author parents_author_{&log_, "parent"};
+    Author participants_author_{&log_, "participant"};
     const DDS_DomainParticipantListener own_ = listener_of(author_);
     const DDS_DataWriterListener& of_writer_ = own_.as_publisherlistener.as_datawriterlistener;
     const DDS_DataReaderListener& of_reader_ = own_.as_subscriberlistener.as_datareaderlistener;
     const DDS_DomainParticipantListener parents_ = listener_of(parents_author_);
     const DDS_DomainParticipantListener participants_ = listener_of(participants_author_);
-    ProbeNode node_;
+    const ProbeNode node_;
     DDS_DomainParticipant* participant_ = node_.participant();
     DDS_Publisher* publisher_ = node_.publisher();
     DDS_Subscriber* subscriber_ = node_.subscriber();
@@ -215,6 +288,60 @@ TEST_F(Listeners, ACallbackCannotEndItsOwnEntityAndARemovalWaitsForIt) {
     EXPECT_FALSE(removed_during_callback);
     EXPECT_EQ(log_.take(), "own:data");
     EXPECT_EQ(DDS_Subscriber_lookup_datareader(subscriber_, topic_of_this_test().c_str()), reader);
+}
+
+TEST_F(Listeners, MayBeSetWhileEntitiesAreUsedMadeAndDeleted) {
+    constexpr int rounds = 100;
+    const auto repeat = [](const auto& step) {
+        for (int i = 0; i < rounds; ++i) {
+            step(i);
+        }
+    };
+    const ProbeNode others[2];
+    DDS_DataReader* reader = node_.reader();
+    std::atomic<int> taken = 0;
+    std::atomic<bool> writing = true;
+    std::vector<std::thread> threads;
+    std::vector<std::thread> writers;
+    for (const ProbeNode* sender : {&node_, &node_, others, others + 1}) {
+        DDS_DataWriter* writer = sender->writer();
+        EXPECT_TRUE(await_reader(writer));
+        writers.emplace_back([&repeat, writer, id = static_cast<DDS_Long>(writers.size())] {
+            repeat([&](int i) { EXPECT_EQ(write(writer, id, i), ok); });
+        });
+    }
+    for (int i = 0; i < 2; ++i) {
+        threads.emplace_back([&] {
+            while (writing) {
+                taken += static_cast<int>(receive(reader).size());
+            }
+        });
+    }
+    threads.emplace_back([&] {
+        repeat([&](int i) {
+            EXPECT_EQ(DDS_DomainParticipant_set_listener(participant_, &own_,
+                                                         i % 2 == 0 ? DDS_STATUS_MASK_ALL : 0),
+                      ok);
+        });
+    });
+    threads.emplace_back([&] {
+        repeat([&](int) {
+            DDS_DataReader* other = node_.reader();
+            receive(other);
+            EXPECT_EQ(node_.remove(other), ok);
+        });
+    });
+    for (std::thread& thread : writers) {
+        thread.join();
+    }
+    writing = false;
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(DDS_DomainParticipant_set_listener(participant_, nullptr, 0), ok);
+    // Samples of other participants may still be under way.
+    const auto missing = static_cast<std::size_t>(4 * rounds - taken);
+    EXPECT_EQ(await_samples(reader, missing).size(), missing);
 }
 
 }  // namespace

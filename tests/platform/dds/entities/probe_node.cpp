@@ -1,6 +1,88 @@
 #include "tests/platform/dds/entities/probe_node.hpp"
 
-#include "platform/dds/interface/value_conversion.hpp"
+#include <cstring>
+#include <memory>
+
+#include "pexa/string.h"
+
+namespace {
+
+TULVEndpointData attach(TULVParticipantData participant, const TULVEndpointInfo* info) {
+    if (refusing_endpoints) {
+        return nullptr;
+    }
+    ++attached_endpoints;
+    return QEL_KX_ADMIN_CommandResponsePlugin_on_endpoint_attached(participant, info);
+}
+
+void detach(TULVEndpointData data) {
+    --attached_endpoints;
+    QEL_KX_ADMIN_CommandResponsePlugin_on_endpoint_detached(data);
+}
+
+DDS_Boolean deserialize(TULVEndpointData endpoint, void** sample, DDS_Boolean* drop,
+                        QELCdrStream* stream, DDS_Boolean header, DDS_Boolean body, void* qos) {
+    return QEL_KX_ADMIN_CommandResponsePlugin_deserialize(endpoint, sample, drop, stream, header,
+                                                          body, qos) != 0 &&
+           static_cast<const Probe*>(*sample)->value() != undecodable_value;
+}
+
+DDS_UnsignedLong size_of(TULVEndpointData endpoint, DDS_Boolean header, DDS_UnsignedShort id,
+                         DDS_UnsignedLong alignment, const void* sample) {
+    return sent_instead ? static_cast<DDS_UnsignedLong>(sent_instead->size())
+                        : QEL_KX_ADMIN_CommandResponsePlugin_get_serialized_sample_size(
+                              endpoint, header, id, alignment, sample);
+}
+
+template <auto& plugins_own>
+DDS_Boolean serialize(TULVEndpointData endpoint, const void* sample, QELCdrStream* stream,
+                      DDS_Boolean header, DDS_UnsignedShort id, DDS_Boolean body, void* qos) {
+    if (!sent_instead) {
+        return plugins_own(endpoint, sample, stream, header, id, body, qos);
+    }
+    std::memcpy(stream->buffer, sent_instead->data(), sent_instead->size());
+    stream->position = sent_instead->size();
+    return DDS_BOOLEAN_TRUE;
+}
+
+}  // namespace
+
+Probe::Probe(DDS_Long id, DDS_Long value, const std::string& text)
+    : QEL_KX_ADMIN_CommandResponse{} {
+    QEL_KX_ADMIN_CommandResponse_initialize(this);
+    hostAndAppId.rtps_host_id = id;
+    invocation = value;
+    // A string of the type has room for its bound, and a copy relies on that. Texts beyond the
+    // bound are for tests of their refusal.
+    if (DDS_String_copyBounded(message, text.c_str(), ORVANE_RESPONSE_MESSAGE_BOUND + 1) == 0) {
+        DDS_String_replace(&message, text.c_str());
+    }
+}
+
+Probe& Probe::operator=(const Probe& other) {
+    QEL_KX_ADMIN_CommandResponse_copy(this, &other);
+    return *this;
+}
+
+TULVTypePlugin probe_plugin() {
+    const std::unique_ptr<TULVTypePlugin, void (*)(TULVTypePlugin*)> made(
+        QEL_KX_ADMIN_CommandResponsePlugin_new(), QEL_KX_ADMIN_CommandResponsePlugin_delete);
+    TULVTypePlugin plugin = *made;
+    plugin.on_endpoint_attached = attach;
+    plugin.on_endpoint_detached = detach;
+    plugin.deserialize = deserialize;
+    plugin.get_serialized_sample_size = size_of;
+    plugin.serialize = serialize<QEL_KX_ADMIN_CommandResponsePlugin_serialize>;
+    plugin.serialize_key = serialize<QEL_KX_ADMIN_CommandResponsePlugin_serialize_key>;
+    return plugin;
+}
+
+TULVTypePlugin keyless_probe_plugin() {
+    TULVTypePlugin plugin = probe_plugin();
+    plugin.get_key_kind = [] { return TULV_NO_KEY; };
+    plugin.typeName = "test::Keyless";
+    return plugin;
+}
 
 ProbeNode::ProbeNode(const std::string& topic_name) {
     const TULVTypePlugin keyed = probe_plugin();
@@ -86,10 +168,9 @@ std::string summary(const std::vector<Received>& samples) {
     return text;
 }
 
-DDS_ReturnCode_t write(DDS_DataWriter* writer, const Probe& probe) {
-    return DDS_DataWriter_write_untypedI(writer, &probe, nullptr);
-}
-
 DDS_InstanceHandle_t handle_of(DDS_Long id) {
-    return pexa::dds::to_handle(hash_of_probe(id));
+    const Probe probe(id);
+    DDS_InstanceHandle_t handle = {{}, DDS_BOOLEAN_TRUE};
+    QEL_KX_ADMIN_CommandResponsePlugin_instance_to_keyhash(nullptr, &handle.keyHash, &probe);
+    return handle;
 }

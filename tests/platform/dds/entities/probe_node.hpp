@@ -1,16 +1,19 @@
 #pragma once
 
+#include <atomic>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "orvane/types.h"
+#include "pexa/type_plugin.h"
 #include "platform/dds/qos/conversion.hpp"
-#include "tests/platform/dds/entities/probe_type.hpp"
 #include "tests/support/node.hpp"
+#include "tests/support/text.hpp"
 
 using orvane::test::await_reader;
-using orvane::test::await_writer;
 using orvane::test::patience;
 using orvane::test::topic_of_this_test;
 using pexa::dds::OwnedQos;
@@ -22,10 +25,36 @@ inline constexpr DDS_ReturnCode_t refused = DDS_RETCODE_PRECONDITION_NOT_MET;
 inline constexpr DDS_ReturnCode_t bad_parameter = DDS_RETCODE_BAD_PARAMETER;
 inline constexpr DDS_ReturnCode_t not_enabled = DDS_RETCODE_NOT_ENABLED;
 inline constexpr DDS_ReturnCode_t no_data = DDS_RETCODE_NO_DATA;
-inline constexpr DDS_ReturnCode_t timeout = DDS_RETCODE_TIMEOUT;
 /// @}
 
-/// What to read: anything, all of it, and take it, unless the arguments say otherwise.
+/// A sample of a keyed type: the number is the key.
+class Probe : public QEL_KX_ADMIN_CommandResponse {
+public:
+    explicit Probe(DDS_Long id = 0, DDS_Long value = 0, const std::string& text = "");
+    Probe(const Probe& other) : Probe() { *this = other; }
+    Probe& operator=(const Probe& other);
+    ~Probe() { QEL_KX_ADMIN_CommandResponse_finalize(this); }
+
+    DDS_Long id() const { return hostAndAppId.rtps_host_id; }
+    DDS_Long value() const { return invocation; }
+};
+static_assert(sizeof(Probe) == sizeof(QEL_KX_ADMIN_CommandResponse), "a sample of that type");
+
+/// The type's plugin, with the hooks below.
+TULVTypePlugin probe_plugin();
+/// The same members without a key.
+TULVTypePlugin keyless_probe_plugin();
+
+/// A payload with this value is refused by decoding.
+inline std::atomic<DDS_Long> undecodable_value = -1;
+/// What is sent in place of the encoding of a sample or key.
+inline std::optional<orvane::test::Bytes> sent_instead;
+/// Whether attachments of endpoints are refused.
+inline std::atomic<bool> refusing_endpoints = false;
+/// Endpoint data that plugins made and did not yet get back.
+inline std::atomic<int> attached_endpoints = 0;
+
+/// What to read: anything, all of it, unless the arguments say otherwise.
 constexpr DDS_ReadSelectorI selector(DDS_Boolean take, DDS_Long max_samples = DDS_LENGTH_UNLIMITED,
                                      DDS_SampleStateMask states = DDS_ANY_SAMPLE_STATE) {
     return {states, DDS_ANY_VIEW_STATE, DDS_ANY_INSTANCE_STATE, nullptr, nullptr, 0, max_samples,
@@ -35,6 +64,7 @@ inline constexpr DDS_ReadSelectorI take_anything = selector(1);
 inline constexpr DDS_ReadSelectorI read_anything = selector(0);
 
 /// A node with the Probe type, registered as "Probe" and as the keyless "Keyless", and a topic.
+/// What it makes has the default QoS and is NULL if it cannot be made.
 class ProbeNode : public orvane::test::Node {
 public:
     explicit ProbeNode(const std::string& topic_name = topic_of_this_test());
@@ -47,8 +77,6 @@ public:
     }
     DDS_TopicDescription* description() const { return DDS_Topic_as_topicdescription(topic); }
 
-    /// @name Entities with the default QoS, NULL if they cannot be made
-    /// @{
     DDS_Topic* make_topic(const std::string& name, const char* type = "Probe") const {
         return DDS_DomainParticipant_create_topic(participant(), name.c_str(), type, nullptr,
                                                   nullptr, 0);
@@ -67,10 +95,8 @@ public:
         return DDS_Subscriber_create_datareader(of != nullptr ? of : subscriber(), description(),
                                                 nullptr, nullptr, 0);
     }
-    /// @}
 
-    /// @name Deletion by this node's entities
-    /// @{
+    /// Deletes by this node's entities.
     DDS_ReturnCode_t remove(DDS_DataWriter* writer) const {
         return DDS_Publisher_delete_datawriter(publisher(), writer);
     }
@@ -89,7 +115,6 @@ public:
     DDS_ReturnCode_t remove(DDS_Subscriber* other) const {
         return DDS_DomainParticipant_delete_subscriber(participant(), other);
     }
-    /// @}
 
     DDS_Topic* topic;
 };
@@ -129,12 +154,12 @@ std::vector<Received> await_samples(DDS_DataReader* reader, std::size_t count);
 /// @return "id:value id:value …" of samples, "id-" of those without data
 std::string summary(const std::vector<Received>& samples);
 
-DDS_ReturnCode_t write(DDS_DataWriter* writer, const Probe& probe);
 inline DDS_ReturnCode_t write(DDS_DataWriter* writer, DDS_Long id, DDS_Long value) {
-    return write(writer, Probe(id, value));
+    const Probe probe(id, value);
+    return DDS_DataWriter_write_untypedI(writer, &probe, nullptr);
 }
 
-/// A handle of a probe's instance.
+/// The handle of a probe's instance.
 DDS_InstanceHandle_t handle_of(DDS_Long id);
 inline bool equal(const DDS_InstanceHandle_t& left, const DDS_InstanceHandle_t& right) {
     return DDS_InstanceHandle_equals(&left, &right) != 0;

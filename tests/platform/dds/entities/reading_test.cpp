@@ -11,13 +11,17 @@ namespace {
 class Reading : public testing::Test {
 protected:
     Reading() {
-        DDS_DataWriter* writer = node_.writer();
-        for (DDS_Long value = 1; value <= 5; ++value) {
-            EXPECT_EQ(write(writer, 1, value), ok);
+        for (const DDS_Long value : {1, 2, 3, 4, 5}) {
+            EXPECT_EQ(write(writer_, 1, value), ok);
         }
+    }
+    DDS_ReturnCode_t next_sample(Probe& probe, DDS_Boolean take) {
+        DDS_SampleInfo info{};
+        return DDS_DataReader_read_or_take_next_sample_untypedI(reader_, &probe, &info, take);
     }
 
     ProbeNode node_;
+    DDS_DataWriter* writer_ = node_.writer();
     DDS_DataReader* reader_ = node_.reader();
 };
 
@@ -39,18 +43,6 @@ TEST_F(Reading, ReadingKeepsSamplesAndMarksThemAndTakingRemovesThem) {
         EXPECT_EQ(summary(receive(reader_, selector(one.take, one.max_samples, one.states))),
                   one.expected);
     }
-}
-
-TEST_F(Reading, SamplesThatCameBackAreLentAgain) {
-    std::set<void*> lent;
-    for (int round = 0; round < 3; ++round) {
-        ProbeSeq loan;
-        ASSERT_EQ(loan.receive(reader_, selector(0)), ok);
-        lent.insert(loan.data.loanedSamples, loan.data.loanedSamples + loan.data.count);
-        EXPECT_EQ(loan.content()[0].info.sample_rank, 4);
-        ASSERT_EQ(loan.return_loan(reader_), ok);
-    }
-    EXPECT_EQ(lent.size(), 5U);
 }
 
 TEST_F(Reading, SequencesWithMemoryGetCopiesUpToTheirMaximum) {
@@ -96,33 +88,19 @@ TEST_F(Reading, SequencesThatCannotTakeTheResultAreRefusedAndNothingIsTaken) {
     EXPECT_EQ(summary(receive(reader_)), "1:1 1:2 1:3 1:4 1:5");
 }
 
-TEST_F(Reading, ALoanStaysWhatItWasUntilItIsReturned) {
-    ProbeSeq early;
-    ProbeSeq late;
-    ASSERT_EQ(early.receive(reader_, selector(1, 2)), ok);
-    ASSERT_EQ(late.receive(reader_, selector(1, 2)), ok);
-    EXPECT_EQ(DDS_SampleInfoSeq_has_ownership(&early.infos), 0);
-    EXPECT_EQ(summary(early.content()), "1:1 1:2");
-    EXPECT_EQ(summary(late.content()), "1:3 1:4");
-
-    EXPECT_EQ(early.receive(reader_), refused) << "still on loan";
-    EXPECT_EQ(node_.remove(reader_), refused);
-    EXPECT_EQ(DDS_Subscriber_delete_contained_entities(node_.subscriber()), refused);
-    EXPECT_EQ(DDS_DomainParticipant_delete_contained_entities(node_.participant()), refused);
-
-    EXPECT_EQ(early.return_loan(reader_), ok);
-    EXPECT_EQ(summary(late.content()), "1:3 1:4");
-    EXPECT_EQ(DDS_SampleInfoSeq_has_ownership(&early.infos), 1);
-    EXPECT_EQ(late.return_loan(reader_), ok);
-    EXPECT_EQ(summary(receive(reader_)), "1:5");
-}
-
-TEST_F(Reading, OnlyTheReaderThatLentSamplesTakesThemBackAndOnlyOnceAndWhole) {
+TEST_F(Reading, ALoanStaysWhatItWasUntilItIsReturnedOnceAndWholeToItsReader) {
     DDS_DataReader* other = node_.reader();
     ProbeSeq first;
     ProbeSeq second;
     ASSERT_EQ(first.receive(reader_, selector(1, 2)), ok);
     ASSERT_EQ(second.receive(reader_, selector(1, 2)), ok);
+    EXPECT_EQ(DDS_SampleInfoSeq_has_ownership(&first.infos), 0);
+    EXPECT_EQ(summary(first.content()), "1:1 1:2");
+    EXPECT_EQ(first.receive(reader_), refused) << "still on loan";
+    EXPECT_EQ(node_.remove(reader_), refused);
+    EXPECT_EQ(DDS_Subscriber_delete_contained_entities(node_.subscriber()), refused);
+    EXPECT_EQ(DDS_DomainParticipant_delete_contained_entities(node_.participant()), refused);
+
     void** lent = first.data.loanedSamples;
     void* foreign[2] = {};
     const struct {
@@ -143,21 +121,21 @@ TEST_F(Reading, OnlyTheReaderThatLentSamplesTakesThemBackAndOnlyOnceAndWhole) {
             << what;
     }
     EXPECT_EQ(first.return_loan(reader_), ok);
+    EXPECT_EQ(DDS_SampleInfoSeq_has_ownership(&first.infos), 1);
     EXPECT_EQ(DDS_DataReader_return_loan_untypedI(reader_, lent, 2, &first.infos), refused);
+    EXPECT_EQ(summary(second.content()), "1:3 1:4");
     EXPECT_EQ(second.return_loan(reader_), ok);
+    EXPECT_EQ(summary(receive(reader_)), "1:5");
 }
 
 TEST_F(Reading, TheNextSampleIsTheFirstThatWasNotRead) {
     Probe probe;
-    DDS_SampleInfo info{};
     for (const DDS_Long value : {1, 2, 3}) {
-        ASSERT_EQ(DDS_DataReader_read_or_take_next_sample_untypedI(reader_, &probe, &info,
-                                                                   value == 3 ? 1 : 0),
-                  ok);
+        ASSERT_EQ(next_sample(probe, value == 3 ? 1 : 0), ok);
         EXPECT_EQ(probe.value(), value);
     }
     EXPECT_EQ(summary(receive(reader_)), "1:1 1:2 1:4 1:5");
-    EXPECT_EQ(DDS_DataReader_read_or_take_next_sample_untypedI(reader_, &probe, &info, 1), no_data);
+    EXPECT_EQ(next_sample(probe, 1), no_data);
     EXPECT_EQ(DDS_DataReader_add_sample_to_remote_writer_queue_untypedI(reader_, &probe),
               DDS_RETCODE_UNSUPPORTED);
 }
@@ -175,6 +153,90 @@ TEST_F(Reading, AConditionSelectsByItsOwnStates) {
     EXPECT_EQ(node_.remove(reader_), refused) << "a read condition is outstanding";
     EXPECT_EQ(DDS_DataReader_delete_readcondition(reader_, unread), ok);
     EXPECT_EQ(node_.remove(reader_), ok);
+}
+
+TEST_F(Reading, ASampleThatStopsBeingDecodableIsSkippedByEveryForm) {
+    receive(reader_);
+    const auto write_three = [&] {
+        for (const DDS_Long value : {1, 2, 3}) {
+            const Probe probe(1, value);
+            const DDS_WriteParams_t at_value = {DDS_HANDLE_NIL, {value, 0}};
+            ASSERT_EQ(DDS_DataWriter_write_untypedI(writer_, &probe, &at_value), ok);
+        }
+    };
+    const DDS_Long before = undecodable_value.exchange(2);
+    orvane::test::Reports reports;
+    write_three();
+    const std::vector<Received> samples = receive(reader_);
+    ASSERT_EQ(summary(samples), "1:1 1:3");
+    EXPECT_EQ(samples[1].info.source_timestamp.sec, 3) << "each has its own info";
+    EXPECT_EQ(reports.take(),
+              std::vector<std::string>{"DDS_DataReader_read_or_take_untypedI:"
+                                       "samples that cannot be decoded were skipped"});
+    std::set<void*> lent;
+    for (int round = 0; round < 6; ++round) {
+        write_three();
+        ProbeSeq loan;
+        ASSERT_EQ(loan.receive(reader_), ok);
+        lent.insert(loan.data.loanedSamples, loan.data.loanedSamples + loan.data.count);
+        ASSERT_EQ(loan.return_loan(reader_), ok);
+    }
+    EXPECT_LE(lent.size(), 3U) << "what came back and what was skipped is lent again";
+    write_three();
+    ProbeSeq copies(3);
+    ASSERT_EQ(copies.receive(reader_), ok);
+    EXPECT_EQ(summary(copies.content()), "1:1 1:3");
+    write_three();
+    Probe probe;
+    for (const DDS_Long value : {1, 3}) {
+        ASSERT_EQ(next_sample(probe, 1), ok);
+        EXPECT_EQ(probe.value(), value);
+    }
+    ASSERT_EQ(write(writer_, 1, 2), ok);
+    EXPECT_EQ(ProbeSeq().receive(reader_), no_data);
+    undecodable_value = before;
+}
+
+/// Writes bytes in place of an encoding. Another participant's reader decodes them on arrival.
+void send(DDS_DataWriter* writer, const orvane::test::Bytes& bytes,
+          decltype(&DDS_DataWriter_write_untypedI) write = DDS_DataWriter_write_untypedI) {
+    const Probe probe(1);
+    sent_instead = bytes;
+    EXPECT_EQ(write(writer, &probe, nullptr), ok);
+    sent_instead.reset();
+}
+
+TEST(CorruptPayloads, AreDroppedAndTheNextSampleComesThrough) {
+    const ProbeNode node;
+    const ProbeNode receiver;
+    DDS_DataWriter* writer = node.writer();
+    DDS_DataReader* reader = receiver.reader();
+    ASSERT_TRUE(await_reader(writer));
+    orvane::test::Bytes good(500);
+    auto size = static_cast<DDS_UnsignedLong>(good.size());
+    const Probe probe(1, 2, "text");
+    QEL_KX_ADMIN_CommandResponsePlugin_serialize_to_cdr_buffer(good.data(), &size, &probe);
+    good.resize(size);
+    std::vector<orvane::test::Bytes> corrupt = {good};
+    corrupt[0][1] = 4;
+    // A payload that ends between two members, or after the last one, is complete.
+    for (std::size_t length = 7; length + 8 < good.size(); length += 4) {
+        corrupt.emplace_back(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(length));
+    }
+    DDS_Long value = 100;
+    for (const orvane::test::Bytes& payload : corrupt) {
+        send(writer, payload);
+        ASSERT_EQ(write(writer, 1, ++value), ok);
+        EXPECT_EQ(summary(await_samples(reader, 1)), "1:" + std::to_string(value));
+    }
+    ASSERT_EQ(write(writer, 1, undecodable_value), ok);
+    send(writer, orvane::test::bytes("00030000 0000"), DDS_DataWriter_dispose_untypedI);
+    ASSERT_EQ(write(writer, 1, ++value), ok);
+    const std::vector<Received> samples = await_samples(reader, 1);
+    EXPECT_EQ(summary(samples), "1:" + std::to_string(value));
+    EXPECT_EQ(samples.at(0).info.disposed_generation_count, 0) << "a corrupt key disposes nothing";
+    ASSERT_EQ(DDS_DataWriter_dispose_untypedI(writer, &probe, nullptr), ok);
+    EXPECT_EQ(summary(await_samples(reader, 1)), "1-");
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "platform/dds/interface/value_conversion.hpp"
@@ -17,7 +19,7 @@ TEST(Writing, ASampleArrivesWithItsMembersHandlesAndTimestamp) {
     const std::vector<Received> samples = await_samples(reader, 2);
     ASSERT_EQ(summary(samples), "7:70 7:71");
     const DDS_SampleInfo& info = samples[0].info;
-    EXPECT_STREQ(samples[0].probe.text(), "seven");
+    EXPECT_STREQ(samples[0].probe.message, "seven");
     EXPECT_EQ(info.source_timestamp.sec, 1'700'000'000);
     EXPECT_EQ(info.source_timestamp.nanosec, 123'456'789u);
     EXPECT_TRUE(equal(info.instance_handle, handle_of(7)));
@@ -74,22 +76,138 @@ TEST(Writing, AKeylessTypeHasNoInstanceHandles) {
     DDS_DataReader* reader = node.reader_of(DDS_Topic_as_topicdescription(topic));
     const Probe probe(7, 70);
     const DDS_WriteParams_t with_handle = {handle_of(7), DDS_TIME_INVALID};
-
-    ASSERT_EQ(write(writer, probe), ok);
+    ASSERT_EQ(write(writer, 7, 70), ok);
     EXPECT_EQ(DDS_DataWriter_write_untypedI(writer, &probe, &with_handle), bad_parameter);
-    for (const DDS_InstanceHandle_t& handle :
-         {DDS_DataWriter_register_instance_untypedI(writer, &probe, nullptr),
-          DDS_DataWriter_lookup_instance_untypedI(writer, &probe)}) {
-        EXPECT_TRUE(equal(handle, DDS_HANDLE_NIL));
-    }
+    EXPECT_TRUE(
+        equal(DDS_DataWriter_register_instance_untypedI(writer, &probe, nullptr), DDS_HANDLE_NIL));
+    EXPECT_TRUE(equal(DDS_DataWriter_lookup_instance_untypedI(writer, &probe), DDS_HANDLE_NIL));
     const std::vector<Received> samples = await_samples(reader, 1);
     ASSERT_EQ(summary(samples), "7:70");
     EXPECT_TRUE(equal(samples[0].info.instance_handle, DDS_HANDLE_NIL));
-
     ASSERT_EQ(DDS_DataWriter_dispose_untypedI(writer, &probe, nullptr), ok);
     const std::vector<Received> disposed = await_samples(reader, 1);
     ASSERT_EQ(disposed.size(), 1u);
     EXPECT_EQ(disposed[0].info.instance_state, DDS_NOT_ALIVE_DISPOSED_INSTANCE_STATE);
+}
+
+TEST(Instances, DisposeAndUnregisterReachTheReaderAsStatesWithTheKey) {
+    const ProbeNode node;
+    const Probe first(1, 0);
+    const DDS_WriteParams_t of_first = {handle_of(1), DDS_TIME_INVALID};
+    const auto dispose = DDS_DataWriter_dispose_untypedI;
+    const auto unregister = DDS_DataWriter_unregister_instance_untypedI;
+    const DDS_InstanceStateMask disposed = DDS_NOT_ALIVE_DISPOSED_INSTANCE_STATE;
+    const DDS_InstanceStateMask no_writers = DDS_NOT_ALIVE_NO_WRITERS_INSTANCE_STATE;
+    const struct {
+        DDS_ReturnCode_t (*change)(DDS_DataWriter*, const void*, const DDS_WriteParams_t*);
+        bool by_handle;
+        DDS_Boolean autodispose;
+        DDS_InstanceStateMask expected;
+    } cases[] = {
+        {dispose, false, 0, disposed},      {dispose, true, 0, disposed},
+        {unregister, false, 0, no_writers}, {unregister, true, 0, no_writers},
+        {unregister, false, 1, disposed},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(&one - cases);
+        DDS_DataWriter* writer = node.writer([&](DDS_DataWriterQos& qos) {
+            qos.writer_data_lifecycle.autodispose_unregistered_instances = one.autodispose;
+        });
+        DDS_DataReader* reader = node.reader();
+        ASSERT_EQ(write(writer, 1, 10), ok);
+        ASSERT_EQ(await_samples(reader, 1).size(), 1U);
+        EXPECT_EQ(one.change(writer, one.by_handle ? nullptr : &first,
+                             one.by_handle ? &of_first : nullptr),
+                  ok);
+        const std::vector<Received> changes = await_samples(reader, 1);
+        ASSERT_EQ(summary(changes), "1-");
+        EXPECT_EQ(changes[0].info.instance_state, one.expected);
+        EXPECT_EQ(changes[0].info.view_state, DDS_NOT_NEW_VIEW_STATE);
+        EXPECT_TRUE(equal(changes[0].info.instance_handle, handle_of(1)));
+        ASSERT_EQ(node.remove(reader), ok);
+        ASSERT_EQ(node.remove(writer), ok);
+    }
+}
+
+TEST(Instances, ADisposedInstanceThatIsWrittenAgainIsOfANewGeneration) {
+    const ProbeNode node;
+    DDS_DataWriter* writer = node.writer();
+    DDS_DataReader* reader = node.reader();
+    const Probe probe(1);
+    ASSERT_EQ(write(writer, 1, 10), ok);
+    ASSERT_EQ(DDS_DataWriter_dispose_untypedI(writer, &probe, nullptr), ok);
+    ASSERT_EQ(write(writer, 1, 11), ok);
+    const std::vector<Received> samples = await_samples(reader, 2);
+    ASSERT_EQ(summary(samples), "1:10 1:11");
+    EXPECT_EQ(samples[0].info.generation_rank, 1);
+    EXPECT_EQ(samples[0].info.sample_rank, 1);
+    EXPECT_EQ(samples[1].info.disposed_generation_count, 1);
+}
+
+TEST(Instances, AHandleLeadsBackToTheKeyOnBothSides) {
+    const ProbeNode node;
+    DDS_DataWriter* writer = node.writer();
+    DDS_DataReader* reader = node.reader();
+    const Probe probe(5, 0);
+    const Probe unknown(6, 0);
+    const DDS_WriteParams_t of_unknown = {handle_of(6), DDS_TIME_INVALID};
+    EXPECT_EQ(DDS_DataWriter_unregister_instance_untypedI(writer, &probe, nullptr), refused);
+    EXPECT_EQ(DDS_DataWriter_unregister_instance_untypedI(writer, nullptr, &of_unknown),
+              bad_parameter);
+    EXPECT_EQ(DDS_DataWriter_unregister_instance_untypedI(writer, nullptr, nullptr), bad_parameter);
+    const DDS_InstanceHandle_t handle =
+        DDS_DataWriter_register_instance_untypedI(writer, &probe, nullptr);
+    ASSERT_TRUE(equal(handle, handle_of(5)));
+    ASSERT_EQ(write(writer, 5, 50), ok);
+    ASSERT_EQ(await_samples(reader, 1).size(), 1u);
+
+    Probe of_writer(0, 1, "kept");
+    Probe of_reader;
+    EXPECT_EQ(DDS_DataWriter_get_key_value_untypedI(writer, &of_writer, &handle), ok);
+    EXPECT_EQ(DDS_DataReader_get_key_value_untypedI(reader, &of_reader, &handle), ok);
+    EXPECT_EQ(of_writer.id(), 5);
+    EXPECT_STREQ(of_writer.message, "kept") << "members outside the key are left alone";
+    EXPECT_EQ(of_reader.id(), 5);
+    for (const DDS_InstanceHandle_t& bad : {handle_of(99), DDS_HANDLE_NIL}) {
+        EXPECT_EQ(DDS_DataWriter_get_key_value_untypedI(writer, &of_writer, &bad), bad_parameter);
+        EXPECT_EQ(DDS_DataReader_get_key_value_untypedI(reader, &of_reader, &bad), bad_parameter);
+    }
+    EXPECT_TRUE(equal(DDS_DataWriter_lookup_instance_untypedI(writer, &probe), handle));
+    EXPECT_TRUE(equal(DDS_DataReader_lookup_instance_untypedI(reader, &probe), handle));
+    EXPECT_TRUE(equal(DDS_DataWriter_lookup_instance_untypedI(writer, &unknown), DDS_HANDLE_NIL));
+    EXPECT_TRUE(equal(DDS_DataReader_lookup_instance_untypedI(reader, &unknown), DDS_HANDLE_NIL));
+}
+
+TEST(Instances, AreReadOneByOneInAStableOrderOrByTheirHandle) {
+    const ProbeNode node;
+    DDS_DataWriter* writer = node.writer();
+    DDS_DataReader* reader = node.reader();
+    for (const DDS_Long id : {30, 10, 20, 10}) {
+        ASSERT_EQ(write(writer, id, id + 1), ok);
+    }
+    DDS_InstanceHandle_t handle = DDS_HANDLE_NIL;
+    DDS_ReadSelectorI next = read_anything;
+    next.next_instance = 1;
+    next.instance = &handle;
+    DDS_Long ids[] = {10, 20, 30};
+    std::ranges::sort(ids, {}, [](DDS_Long id) { return pexa::dds::to_key_hash(handle_of(id)); });
+    for (const DDS_Long id : ids) {
+        const std::vector<Received> samples = receive(reader, next);
+        ASSERT_EQ(samples.size(), id == 10 ? 2U : 1U);
+        EXPECT_EQ(samples[0].probe.id(), id) << "the order of the key hashes";
+        handle = samples[0].info.instance_handle;
+    }
+    EXPECT_EQ(ProbeSeq().receive(reader, next), no_data);
+    DDS_ReadSelectorI one = take_anything;
+    one.instance = &handle;
+    handle = handle_of(10);
+    EXPECT_EQ(summary(receive(reader, one)), "10:11 10:11");
+    EXPECT_EQ(summary(receive(reader, one)), "");
+    for (const DDS_InstanceHandle_t& bad : {handle_of(99), DDS_HANDLE_NIL}) {
+        handle = bad;
+        EXPECT_EQ(ProbeSeq().receive(reader, one), bad_parameter);
+    }
+    EXPECT_EQ(receive(reader).size(), 2U);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "pexa/osapi.h"
-#include "tests/platform/dds/entities/foreign_writer.hpp"
+#include "tests/platform/dds/entities/probe_node.hpp"
 
 namespace engine = pexa::engine;
 using orvane::test::output_of;
@@ -22,14 +22,8 @@ using pexa::dds::format_line;
 using pexa::dds::LogLine;
 using pexa::dds::LogSource;
 
-namespace {
-
-constexpr auto patience = std::chrono::seconds(20);
-
 /// The categories that the engine was last asked for.
-std::atomic<engine::LogMask> chosen_mask = 0;
-
-}  // namespace
+static std::atomic<engine::LogMask> chosen_mask = 0;
 
 extern "C" {
 void __real__ZN4pexa6engine12set_log_maskEj(engine::LogMask mask);
@@ -41,64 +35,63 @@ void __wrap__ZN4pexa6engine12set_log_maskEj(engine::LogMask mask) {
 
 namespace {
 
+using Texts = std::vector<std::string>;
+constexpr auto at_most = std::chrono::seconds(20);
+
 /// A device that remembers what it was given and does something of the test's with it.
 class Device : public PEXA_Config_LoggerDevice {
 public:
-    using Reaction = std::function<void(const PEXA_Config_LogMessage&)>;
-
-    explicit Device(Reaction reaction = nullptr)
-        : PEXA_Config_LoggerDevice{this, receive, count_close}, reaction_(std::move(reaction)) {}
+    explicit Device(std::function<void()> reaction = [] {})
+        : PEXA_Config_LoggerDevice{this, receive, close}, reaction_(std::move(reaction)) {}
     Device(const Device&) = delete;
     Device& operator=(const Device&) = delete;
+    ~Device() { PEXA_Config_Logger_set_output_device(PEXA_Config_Logger_get_instance(), nullptr); }
 
-    std::vector<std::string> take() {
+    Texts take() {
         const std::lock_guard guard(mutex_);
         return std::exchange(texts_, {});
     }
     bool await_text(const std::string& part) {
         std::unique_lock lock(mutex_);
-        return arrived_.wait_for(lock, patience, [&] {
+        return arrived_.wait_for(lock, at_most, [&] {
             return std::any_of(texts_.begin(), texts_.end(), [&](const std::string& text) {
                 return text.find(part) != std::string::npos;
             });
         });
     }
-    int closed() const { return closed_; }
+
+    std::atomic<int> closed = 0;
 
 private:
-    static Device& of(const PEXA_Config_LoggerDevice* device) {
-        return *static_cast<Device*>(device->device_data);
-    }
     static void receive(const PEXA_Config_LoggerDevice* device,
                         const PEXA_Config_LogMessage* message) {
-        Device& self = of(device);
+        auto& self = *static_cast<Device*>(device->device_data);
         {
             const std::lock_guard guard(self.mutex_);
             self.texts_.push_back(std::to_string(message->level) + " " + message->text);
         }
         self.arrived_.notify_all();
-        if (self.reaction_) {
-            self.reaction_(*message);
-        }
+        self.reaction_();
     }
-    static void count_close(const PEXA_Config_LoggerDevice* device) { ++of(device).closed_; }
+    static void close(const PEXA_Config_LoggerDevice* device) {
+        ++static_cast<Device*>(device->device_data)->closed;
+    }
 
-    Reaction reaction_;
+    std::function<void()> reaction_;
     std::mutex mutex_;
     std::condition_variable arrived_;
-    std::vector<std::string> texts_;
-    std::atomic<int> closed_{0};
+    Texts texts_;
 };
 
-void report(QELLogModule module, QELLogLevel level, const char* text) {
+void report(QELLogLevel level, const char* text, QELLogModule module = QEL_LOG_MODULE_DDS) {
     QELLog_printContextAndMsg(module, DDS_SUBMODULE_MASK_ENTITY, level, "Test", &QEL_LOG_ANY_s,
                               text);
 }
 
 class ConfigLogger : public testing::Test {
 protected:
-    void TearDown() override {
-        PEXA_Config_Logger_set_output_device(logger_, nullptr);
+    ~ConfigLogger() override {
+        remove_device();
         PEXA_Config_Logger_set_verbosity(logger_, PEXA_CONFIG_LOG_VERBOSITY_ERROR);
         PEXA_Config_Logger_set_print_format(logger_, PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT);
     }
@@ -106,7 +99,7 @@ protected:
     void install(const Device& device) {
         ASSERT_TRUE(PEXA_Config_Logger_set_output_device(logger_, &device));
     }
-    void remove_device() { ASSERT_TRUE(PEXA_Config_Logger_set_output_device(logger_, nullptr)); }
+    void remove_device() { EXPECT_TRUE(PEXA_Config_Logger_set_output_device(logger_, nullptr)); }
     void set(PEXA_Config_LogCategory category, PEXA_Config_LogVerbosity verbosity) {
         ASSERT_EQ(PEXA_Config_Logger_set_verbosity_by_category(logger_, category, verbosity),
                   DDS_RETCODE_OK);
@@ -123,17 +116,14 @@ TEST_F(ConfigLogger, StartsWithErrorsOfAllCategoriesOnStandardOutput) {
     }
     EXPECT_EQ(PEXA_Config_Logger_get_output_device(logger_), nullptr);
     EXPECT_EQ(output_of([] {
-                  report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_WARNING, "quiet");
-                  report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "failure");
+                  report(QEL_LOG_LEVEL_WARNING, "quiet");
+                  report(QEL_LOG_LEVEL_ERROR, "failure");
               }),
               "[API|ERROR] Test:failure\n");
 }
 
 TEST_F(ConfigLogger, GivesItsDeviceExactlyTheLevelsWhoseBitsAreSet) {
-    const struct {
-        QELLogModule module;
-        PEXA_Config_LogCategory category;
-    } sources[] = {
+    const std::pair<QELLogModule, PEXA_Config_LogCategory> sources[] = {
         {QEL_LOG_MODULE_OSAPI, PEXA_CONFIG_LOG_CATEGORY_PLATFORM},
         {QEL_LOG_MODULE_CDR, PEXA_CONFIG_LOG_CATEGORY_DATABASE},
         {QEL_LOG_MODULE_DDS, PEXA_CONFIG_LOG_CATEGORY_API},
@@ -144,9 +134,9 @@ TEST_F(ConfigLogger, GivesItsDeviceExactlyTheLevelsWhoseBitsAreSet) {
         for (PEXA_Config_LogVerbosity verbosity = 0; verbosity < 0x20; ++verbosity) {
             ASSERT_EQ(PEXA_Config_Logger_set_verbosity(logger_, ~verbosity & 0x1f), DDS_RETCODE_OK);
             set(category, verbosity);
-            std::vector<std::string> expected;
+            Texts expected;
             for (int level = 1; level <= 5; ++level) {
-                report(module, static_cast<QELLogLevel>(level), "text");
+                report(static_cast<QELLogLevel>(level), "text", module);
                 if ((verbosity & (1U << (level - 1))) != 0) {
                     expected.push_back(std::to_string(level) + " Test:text");
                 }
@@ -154,7 +144,6 @@ TEST_F(ConfigLogger, GivesItsDeviceExactlyTheLevelsWhoseBitsAreSet) {
             EXPECT_EQ(device.take(), expected) << module << " " << verbosity;
         }
     }
-    remove_device();
 }
 
 std::string line_of(PEXA_Config_LogPrintFormat format, const char* text, std::size_t room = 200) {
@@ -175,18 +164,12 @@ std::string line_of(PEXA_Config_LogPrintFormat format, const char* text, std::si
 }
 
 TEST_F(ConfigLogger, PrintsWhatTheFormatAsksFor) {
-    const struct {
-        PEXA_Config_LogPrintFormat format;
-        const char* line;
-    } cases[] = {
+    const std::pair<PEXA_Config_LogPrintFormat, const char*> cases[] = {
         {0x412, "[ENTITIES|REMOTE] text\n"},
-        {0x512, "2024-05-31 09:00:00.007 [ENTITIES|REMOTE] text\n"},
-        {0xE16, "[ENTITIES|REMOTE] (4711) engine: text\n"},
         {0xF16, "2024-05-31 09:00:00.007 [ENTITIES|REMOTE] (4711) engine: text\n"},
         {0x22F, "[ENTITIES|REMOTE] (4711) text\n"},
         {0x11, "text\n"},
         {0xF3F, "2024-05-31 09:00:00.007050 [ENTITIES|REMOTE] (4711) engine: text\n"},
-        {0, "[ENTITIES|REMOTE] text\n"},
         {0x100, "[ENTITIES|REMOTE] text\n"},
     };
     for (const auto& [format, line] : cases) {
@@ -205,7 +188,7 @@ TEST_F(ConfigLogger, PrintsTimeAndThreadOfTheReport) {
     PEXA_Config_Logger_set_print_format(logger_, PEXA_CONFIG_LOG_PRINT_FORMAT_MAXIMAL);
     const std::time_t before = std::time(nullptr);
     const std::string line =
-        output_of([] { report(QEL_LOG_MODULE_OSAPI, QEL_LOG_LEVEL_ERROR, "now"); });
+        output_of([] { report(QEL_LOG_LEVEL_ERROR, "now", QEL_LOG_MODULE_OSAPI); });
     std::tm time{};
     ASSERT_NE(strptime(line.c_str(), "%Y-%m-%d %H:%M:%S", &time), nullptr);
     time.tm_isdst = -1;
@@ -220,21 +203,20 @@ TEST_F(ConfigLogger, PrintsTimeAndThreadOfTheReport) {
 
 TEST_F(ConfigLogger, PrintsWhatADeviceCausesInsteadOfGivingItBack) {
     int depth = 0;
-    Device device([&](const PEXA_Config_LogMessage&) {
+    Device device([&] {
         ASSERT_EQ(++depth, 1);
         EXPECT_TRUE(QELOsapi_isInDeviceCall());
-        report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "echo");
+        report(QEL_LOG_LEVEL_ERROR, "echo");
         --depth;
     });
     install(device);
     EXPECT_EQ(output_of([] {
-                  report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "first");
-                  report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "second");
+                  report(QEL_LOG_LEVEL_ERROR, "first");
+                  report(QEL_LOG_LEVEL_ERROR, "second");
               }),
               "[API|ERROR] Test:echo\n[API|ERROR] Test:echo\n");
-    EXPECT_EQ(device.take(), (std::vector<std::string>{"1 Test:first", "1 Test:second"}));
+    EXPECT_EQ(device.take(), (Texts{"1 Test:first", "1 Test:second"}));
     EXPECT_FALSE(QELOsapi_isInDeviceCall());
-    remove_device();
 }
 
 TEST_F(ConfigLogger, ClosesADeviceOnceWhenAnotherTakesItsPlace) {
@@ -243,14 +225,14 @@ TEST_F(ConfigLogger, ClosesADeviceOnceWhenAnotherTakesItsPlace) {
     install(first);
     install(first);
     EXPECT_EQ(PEXA_Config_Logger_get_output_device(logger_), &first);
-    EXPECT_EQ(first.closed(), 0);
+    EXPECT_EQ(first.closed, 0);
     install(second);
-    EXPECT_EQ(first.closed(), 1);
-    report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "text");
+    EXPECT_EQ(first.closed, 1);
+    report(QEL_LOG_LEVEL_ERROR, "text");
     remove_device();
     remove_device();
-    EXPECT_EQ(first.closed(), 1);
-    EXPECT_EQ(second.closed(), 1);
+    EXPECT_EQ(first.closed, 1);
+    EXPECT_EQ(second.closed, 1);
     EXPECT_TRUE(first.take().empty());
     EXPECT_EQ(second.take().size(), 1U);
 }
@@ -258,48 +240,40 @@ TEST_F(ConfigLogger, ClosesADeviceOnceWhenAnotherTakesItsPlace) {
 TEST_F(ConfigLogger, DoesNotWaitForADeviceThatItReplaces) {
     std::binary_semaphore inside(0);
     std::binary_semaphore released(0);
-    Device slow([&](const PEXA_Config_LogMessage&) {
+    Device slow([&] {
         inside.release();
-        EXPECT_TRUE(released.try_acquire_for(patience));
+        EXPECT_TRUE(released.try_acquire_for(at_most));
     });
     Device next;
     install(slow);
-    std::jthread reporter([] { report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "slow"); });
-    ASSERT_TRUE(inside.try_acquire_for(patience));
+    std::jthread reporter([] { report(QEL_LOG_LEVEL_ERROR, "slow"); });
+    ASSERT_TRUE(inside.try_acquire_for(at_most));
     install(next);
-    EXPECT_EQ(slow.closed(), 1);
+    EXPECT_EQ(slow.closed, 1);
     PEXA_Config_Logger_set_verbosity(logger_, PEXA_CONFIG_LOG_VERBOSITY_WARNING);
-    report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_WARNING, "meanwhile");
-    EXPECT_EQ(next.take(), std::vector<std::string>{"2 Test:meanwhile"});
+    report(QEL_LOG_LEVEL_WARNING, "meanwhile");
+    EXPECT_EQ(next.take(), Texts{"2 Test:meanwhile"});
     released.release();
     reporter.join();
-    EXPECT_EQ(slow.take(), std::vector<std::string>{"1 Test:slow"});
-    remove_device();
+    EXPECT_EQ(slow.take(), Texts{"1 Test:slow"});
 }
 
-/// A writer, and a reader that refuses what it writes. The engine's threads may still be in a
-/// device when that is removed, so the devices of these tests outlive the domain.
+/// A writer, and a reader of another participant that cannot decode what it writes. The engine's
+/// threads may still be in a device when that is removed, so the devices of these tests outlive the
+/// domain.
 class EngineLog : public ConfigLogger {
 protected:
-    void SetUp() override {
-        // A type object of its own: a sample of the same object would not be looked at.
-        const auto topic = engine::create_topic(writer_.participant(), "refused",
-                                                opaque_type("test::Refused", false), {});
-        const auto parent = engine::create_subscriber(writer_.participant(), {});
-        engine::Qos qos;
-        qos.reliability = engine::ReliabilityPolicy{engine::ReliabilityKind::reliable};
-        reader_ = engine::create_reader(parent.entity, topic.entity, qos).entity;
-        ASSERT_GT(reader_, 0);
-    }
-
+    ~EngineLog() override { undecodable_value = -1; }
     /// Writes a sample that the reader refuses, until the device hears of it.
-    bool refused_sample_reaches(Device& device) const {
-        writer_.send({0, 1, 0, 0, 0, 0, 0, 0}, {});
-        return device.await_text("Refused");
+    bool refused_sample_reaches(Device& device) {
+        undecodable_value = 7;
+        return write(writer_, 1, 7) == ok && device.await_text("Probe failed");
     }
 
-    ForeignWriter writer_{"refused", "test::Refused"};
-    engine::EntityId reader_ = engine::no_entity;
+    const ProbeNode node_{"refused"};
+    const ProbeNode other_{"refused"};
+    DDS_DataWriter* writer_ = node_.writer();
+    DDS_DataReader* reader_ = other_.reader();
 };
 
 TEST_F(EngineLog, ReachesTheDeviceAsFarAsTheVerbosityLetsIt) {
@@ -316,15 +290,14 @@ TEST_F(EngineLog, ReachesTheDeviceAsFarAsTheVerbosityLetsIt) {
     expect_levels('2');
     set(PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION, PEXA_CONFIG_LOG_VERBOSITY_SILENT);
     set(PEXA_CONFIG_LOG_CATEGORY_ENTITIES, PEXA_CONFIG_LOG_VERBOSITY_STATUS_REMOTE);
-    ASSERT_EQ(engine::delete_entity(reader_), pexa::Status::ok);
+    ASSERT_EQ(other_.remove(reader_), ok);
     EXPECT_TRUE(device.await_text("")) << "discovery is remote status of the entities";
     expect_levels('4');
     set(PEXA_CONFIG_LOG_CATEGORY_ENTITIES, PEXA_CONFIG_LOG_VERBOSITY_SILENT);
-    remove_device();
 }
 
 TEST_F(EngineLog, CanHaveItsVerbosityChangedFromInsideADevice) {
-    static Device device([](const PEXA_Config_LogMessage&) {
+    static Device device([] {
         PEXA_Config_Logger_set_verbosity(PEXA_Config_Logger_get_instance(),
                                          PEXA_CONFIG_LOG_VERBOSITY_ERROR);
     });
@@ -334,9 +307,8 @@ TEST_F(EngineLog, CanHaveItsVerbosityChangedFromInsideADevice) {
     EXPECT_EQ(PEXA_Config_Logger_get_verbosity_by_category(logger_,
                                                            PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION),
               PEXA_CONFIG_LOG_VERBOSITY_ERROR);
-    report(QEL_LOG_MODULE_DDS, QEL_LOG_LEVEL_ERROR, "the next report of the port");
+    report(QEL_LOG_LEVEL_ERROR, "the next report of the port");
     EXPECT_EQ(chosen_mask.load() & engine::log_bit(engine::LogCategory::warning), 0U);
-    remove_device();
 }
 
 TEST_F(ConfigLogger, EndsWithTheSourcesThatTheLastVerbositiesAskFor) {
@@ -352,7 +324,7 @@ TEST_F(ConfigLogger, EndsWithTheSourcesThatTheLastVerbositiesAskFor) {
             for (int i = 0; i < rounds; ++i) {
                 set(category, i % 2 == 0 ? 0U : 0x1fU);
                 PEXA_Config_Logger_set_output_device(logger_, i % 3 == 0 ? &device : &other);
-                report(QEL_LOG_MODULE_OSAPI, QEL_LOG_LEVEL_ERROR, "text");
+                report(QEL_LOG_LEVEL_ERROR, "text", QEL_LOG_MODULE_OSAPI);
             }
         });
     }
