@@ -2,18 +2,11 @@
 
 #include <ctime>
 
-#include "tests/platform/engine/node.hpp"
+#include "tests/platform/engine/note_node.hpp"
 #include "tests/support/faults.hpp"
 
 namespace pexa::engine {
 namespace {
-
-Qos batching(HistoryPolicy history) {
-    Qos qos = keep_everything();
-    qos.batching = true;
-    qos.history = history;
-    return qos;
-}
 
 /// Waits until the clock by which batches grow old has moved on.
 void await_tick() {
@@ -28,27 +21,25 @@ void await_tick() {
 
 TEST(Batch, IsSentBeforeTheHistoryWouldDropASample) {
     const Node node;
-    const EntityId writer = node.writer(batching({HistoryKind::keep_last, 3}));
+    const EntityId writer = node.writer({HistoryKind::keep_last, 3}, true);
     const orvane::test::Calls flushes("dds_write_flush");
     for (int sample = 0; sample < 9; ++sample) {
-        ASSERT_EQ(write_note(writer, 1, "text"), Status::ok);
+        ASSERT_EQ(write_note(writer, "text"), Status::ok);
     }
     EXPECT_GE(flushes.count(), 3);
 }
 
 TEST(Batch, IsSentBeforeAnythingThatMayWait) {
     const Node node;
-    const EntityId writer = node.writer(batching({HistoryKind::keep_all}));
-    ASSERT_EQ(write_note(writer, 1, "first"), Status::ok);
+    const EntityId writer = node.writer({HistoryKind::keep_all}, true);
+    ASSERT_EQ(write_note(writer, "first"), Status::ok);
     const orvane::test::Calls flushes("dds_write_flush");
     await_tick();
-    ASSERT_EQ(write_note(writer, 1, "second"), Status::ok);
+    ASSERT_EQ(write_note(writer, "second"), Status::ok);
     EXPECT_EQ(flushes.count(), 1);
     EXPECT_EQ(wait_for_acknowledgments(writer, patience), Status::ok);
     EXPECT_EQ(flushes.count(), 2);
-
-    const EntityId other = node.writer();
-    ASSERT_EQ(write_note(other, 1, "alone"), Status::ok);
+    ASSERT_EQ(write_note(node.writer({HistoryKind::keep_all}, false), "alone"), Status::ok);
     EXPECT_EQ(flushes.count(), 2) << "of a writer that does not batch";
 }
 

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "platform/engine/cyclone/serdata.hpp"
-#include "tests/platform/engine/note_type.hpp"
+#include "tests/platform/engine/note_node.hpp"
 
 namespace pexa::engine::cyclone {
 namespace {
@@ -32,15 +32,13 @@ private:
 };
 
 TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
-    using Range = std::pair<std::uint32_t, std::uint32_t>;
-    struct Case {
-        const char* what;
-        std::vector<Range> ranges;
-        bool joined;
-    };
     const Bytes whole = note(3, "eightlet");
     const auto size = static_cast<std::uint32_t>(whole.size());
-    const Case cases[] = {
+    const struct {
+        const char* what;
+        std::vector<std::pair<std::uint32_t, std::uint32_t>> ranges;
+        bool joined;
+    } cases[] = {
         {"one", {{0, size}}, true},
         {"two", {{0, 9}, {9, size}}, true},
         {"overlapping", {{0, 12}, {5, 15}, {7, size}}, true},
@@ -50,22 +48,20 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
         {"no end", {{0, size - 1}}, false},
         {"longer than announced", {{0, 12}, {12, size + 4}}, false},
     };
-    ddsi_sertype* const type = make_sertype(SharedType::of(std::make_shared<NoteType>()));
-    for (const Case& testcase : cases) {
-        SCOPED_TRACE(testcase.what);
+    ddsi_sertype* const type = make_sertype(SharedType::of(note_type()));
+    for (const auto& [what, ranges, joined] : cases) {
+        SCOPED_TRACE(what);
         std::vector<Fragment> fragments;
-        for (const auto& [begin, end] : testcase.ranges) {
+        for (const auto& [begin, end] : ranges) {
             fragments.emplace_back(whole, begin, end);
         }
         nn_rdata* chain = nullptr;
         for (std::size_t i = fragments.size(); i-- > 0;) {
             chain = fragments[i].link(chain);
         }
-
         const SerdataPtr data(
             static_cast<Serdata*>(ddsi_serdata_from_ser(type, SDK_DATA, chain, size)));
-
-        ASSERT_EQ(data != nullptr, testcase.joined);
+        ASSERT_EQ(data != nullptr, joined);
         if (data) {
             EXPECT_EQ(Bytes(data->bytes().begin(), data->bytes().end()), whole);
             EXPECT_EQ(data->key, note_hash(3));
@@ -75,7 +71,7 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
 }
 
 TEST(KeyHashAlone, MakesASampleOfTheInstanceWithoutPayload) {
-    ddsi_sertype* const type = make_sertype(SharedType::of(std::make_shared<NoteType>()));
+    ddsi_sertype* const type = make_sertype(SharedType::of(note_type()));
     KeyHash whole = note_hash(6);
     whole.back() = std::byte{9};
     ddsi_keyhash hash;
