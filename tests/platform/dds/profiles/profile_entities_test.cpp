@@ -1,4 +1,6 @@
-#include "tests/platform/dds/profiles/engine_qos.hpp"
+#include "platform/dds/domain/participant.hpp"
+#include "platform/dds/endpoints/reader.hpp"
+#include "platform/dds/endpoints/writer.hpp"
 #include "tests/platform/dds/profiles/profile_files.hpp"
 #include "tests/support/node.hpp"
 
@@ -22,14 +24,22 @@ const std::string endpoint_part = R"(
     <reliability><kind>RELIABLE</kind></reliability>
     <history><kind>KEEP_LAST</kind><depth>3</depth></history>)";
 
-std::string profile(const std::string& attributes) {
-    return "<qos_profile name=\"P\" " + attributes + ">" + participant_part + "<publisher_qos>" +
+std::string default_profile() {
+    return "<qos_profile name='P' is_default_qos='true'>" + participant_part + "<publisher_qos>" +
            group_part + "</publisher_qos><subscriber_qos>" + group_part +
            "</subscriber_qos><topic_qos topic_filter='profiled'>" + endpoint_part +
            "</topic_qos><datawriter_qos topic_filter='profiled'>" + endpoint_part +
            "<ownership_strength><value>6</value></ownership_strength><user_data><value>AAEC"
            "</value></user_data></datawriter_qos><datareader_qos topic_filter='profiled'>" +
            endpoint_part + "</datareader_qos></qos_profile>";
+}
+
+/// What the engine made of an entity's QoS.
+template <typename Handle>
+engine::Qos engine_qos(Handle* entity) {
+    engine::Qos qos;
+    EXPECT_EQ(engine::get_qos(object_of(entity)->engine_id(), qos), pexa::Status::ok);
+    return qos;
 }
 
 class ProfiledEntities : public ProfileFiles {};
@@ -52,7 +62,7 @@ struct ProfiledNode : Node {
 };
 
 TEST_F(ProfiledEntities, TheDefaultProfileReachesTheEngineAndItsPeers) {
-    write("USER_QOS_PROFILES.xml", library(profile("is_default_qos='true'")));
+    write("USER_QOS_PROFILES.xml", library(default_profile()));
     const ProfiledNode sender;
     const engine::Qos of_participant = engine_qos(sender.participant());
     EXPECT_EQ(of_participant.entity_name, "from the profile");
@@ -80,7 +90,7 @@ TEST_F(ProfiledEntities, TheDefaultProfileReachesTheEngineAndItsPeers) {
 }
 
 TEST_F(ProfiledEntities, TheDefaultProfilesFiltersGoByTheTopicsName) {
-    ASSERT_EQ(load(library(profile("is_default_qos='true'"))), DDS_RETCODE_OK);
+    ASSERT_EQ(load(library(default_profile())), DDS_RETCODE_OK);
     const ProfiledNode profiled;
     const ProfiledNode other("other");
     EXPECT_EQ(engine_qos(profiled.description).durability, engine::DurabilityKind::transient_local);
@@ -91,52 +101,28 @@ TEST_F(ProfiledEntities, TheDefaultProfilesFiltersGoByTheTopicsName) {
     DDS_DataReader* reader =
         profiled.default_reader(DDS_ContentFilteredTopic_as_topicdescription(view));
     EXPECT_EQ(engine_qos(reader).history->depth, 3) << "by the name of the topic it filters";
-    for (const auto& [name, depth] : {std::pair("profiled", 3), std::pair("other", 1)}) {
-        OwnedQos<DDS_DataReaderQos> qos;
-        ASSERT_EQ(DDS_DomainParticipant_get_default_datareader_qos_w_topic_name(other.participant(),
-                                                                                &qos.get(), name),
-                  DDS_RETCODE_OK);
-        EXPECT_EQ(qos.get().history.depth, depth);
-    }
-}
 
-TEST_F(ProfiledEntities, ADefaultThatIsSetOutweighsTheDefaultProfileUntilItIsTakenBack) {
-    ASSERT_EQ(load(library(profile("is_default_qos='true'"))), DDS_RETCODE_OK);
-    const ProfiledNode node;
+    // A default that is set outweighs the default profile until it is taken back.
     OwnedQos<DDS_TopicQos> wanted;
     wanted.get().history.depth = 9;
-    const auto depth = [&] {
+    DDS_DomainParticipant* participant = other.participant();
+    const auto depth = [participant](const char* topic_name = "profiled") {
         OwnedQos<DDS_TopicQos> qos;
-        EXPECT_EQ(DDS_DomainParticipant_get_default_topic_qos_w_topic_name(node.participant(),
-                                                                           &qos.get(), "profiled"),
+        EXPECT_EQ(DDS_DomainParticipant_get_default_topic_qos_w_topic_name(participant, &qos.get(),
+                                                                           topic_name),
                   DDS_RETCODE_OK);
         return qos.get().history.depth;
     };
+    EXPECT_EQ(depth("other"), 1);
     EXPECT_EQ(depth(), 3);
-    ASSERT_EQ(DDS_DomainParticipant_set_default_topic_qos(node.participant(), &wanted.get()),
+    ASSERT_EQ(DDS_DomainParticipant_set_default_topic_qos(participant, &wanted.get()),
               DDS_RETCODE_OK);
     EXPECT_EQ(depth(), 9);
-    ASSERT_EQ(DDS_DomainParticipant_set_default_topic_qos(node.participant(), DDS_QOS_DEFAULT),
+    ASSERT_EQ(DDS_DomainParticipant_set_default_topic_qos(participant, DDS_QOS_DEFAULT),
               DDS_RETCODE_OK);
     EXPECT_EQ(depth(), 3);
     ASSERT_EQ(load(library("<qos_profile name='P'/>")), DDS_RETCODE_OK);
     EXPECT_EQ(depth(), 1) << "the profile is no default any more";
-}
-
-TEST_F(ProfiledEntities, SecurityIsConfiguredByProperties) {
-    ASSERT_EQ(load(library("<qos_profile name='S'><participant_qos><property><value><element>"
-                           "<name>dds.sec.auth.identity_ca</name><value>file:missing.pem</value>"
-                           "</element></value></property></participant_qos></qos_profile>")),
-              DDS_RETCODE_OK);
-    OwnedQos<DDS_DomainParticipantQos> qos;
-    ASSERT_EQ(DDS_DomainParticipantFactory_get_participant_qos_from_profile(factory(), &qos.get(),
-                                                                            "L", "S"),
-              DDS_RETCODE_OK);
-    EXPECT_EQ(DDS_DomainParticipantFactory_create_participant(
-                  factory(), orvane::test::domain(), &qos.get(), nullptr, DDS_STATUS_MASK_NONE),
-              nullptr)
-        << "the engine misses the other properties";
-    const ProfiledNode without_security;
 }
 
 }  // namespace
