@@ -4,6 +4,7 @@
 #include <string>
 
 #include "pexa/string.h"
+#include "pexa/thread_settings.h"
 #include "platform/dds/qos/conversion.hpp"
 #include "platform/dds/qos/duration.hpp"
 #include "platform/internal/record_members.hpp"
@@ -127,9 +128,6 @@ TEST(Qos, EachPolicyHasACounterpartThatLeadsBackToIt) {
     for (const Row& row : rows) {
         row.check();
     }
-}
-
-TEST(Qos, ARecordStartsWithDefaultsAndAWriterIsReliable) {
     Qos qos;
     ASSERT_EQ(to_engine(OwnedQos<Topic>().get(), qos), Status::ok);
     EXPECT_EQ(qos.reliability, (engine::ReliabilityPolicy{best_effort, second / 10}));
@@ -224,12 +222,9 @@ TEST(Qos, OperationsStandRepetitionAndSequencesOfAnyState) {
     Topic topic;
     ASSERT_EQ(DDS_TopicQos_initialize(&topic), DDS_RETCODE_OK);
     EXPECT_EQ(DDS_TopicQos_copy(&topic, &topic), DDS_RETCODE_OK);
-    Reports reports;
     EXPECT_EQ(DDS_TopicQos_copy(&topic, nullptr), DDS_RETCODE_BAD_PARAMETER);
-    EXPECT_EQ(reports.take(), Strings{"DDS_TopicQos_copy:bad parameter: from"});
     EXPECT_EQ(DDS_TopicQos_finalize(&topic), DDS_RETCODE_OK);
     EXPECT_EQ(DDS_TopicQos_finalize(&topic), DDS_RETCODE_OK);
-
     OwnedQos<Publisher> qos;
     DDS_Octet bytes[] = {9, 8};
     DDS_Octet* pointers[] = {&bytes[1], &bytes[0]};
@@ -254,6 +249,130 @@ TEST(Qos, DurationsKeepTheirValueInNanosecondsUpToInfinity) {
         EXPECT_EQ(to_duration(nanoseconds).nanosec, duration.nanosec);
     }
     EXPECT_EQ(to_duration(0x7fffffff * second).nanosec, DDS_DURATION_INFINITE_NSEC);
+}
+
+TEST(ThreadSettings, DifferWhenAnyMemberDoesAndStayAsTheyAreWhenACopyFails) {
+    const DDS_Long cpus[] = {3, 1};
+    DDS_ThreadSettings_t filled;
+    DDS_ThreadSettings_t standard;
+    DDS_ThreadSettings_t other;
+    for (DDS_ThreadSettings_t* settings : {&filled, &standard, &other}) {
+        DDS_ThreadSettings_t_initialize(settings);
+    }
+    filled.mask = DDS_THREAD_SETTINGS_STDIO | DDS_THREAD_SETTINGS_PRIORITY_ENFORCE;
+    filled.cpu_rotation = DDS_THREAD_SETTINGS_CPU_RR_ROTATION;
+    ASSERT_TRUE(DDS_LongSeq_from_array(&filled.cpu_list, cpus, 2));
+
+    void (*const changes[])(DDS_ThreadSettings_t&) = {
+        [](DDS_ThreadSettings_t& s) { s.mask = DDS_THREAD_SETTINGS_FLOATING_POINT; },
+        [](DDS_ThreadSettings_t& s) { s.priority = 8; },
+        [](DDS_ThreadSettings_t& s) { s.stack_size = 1; },
+        [](DDS_ThreadSettings_t& s) { s.cpu_rotation = DDS_THREAD_SETTINGS_CPU_NO_ROTATION; },
+        [](DDS_ThreadSettings_t& s) { *DDS_LongSeq_get_reference(&s.cpu_list, 1) = 2; },
+        [](DDS_ThreadSettings_t& s) { DDS_LongSeq_set_length(&s.cpu_list, 1); },
+    };
+    for (const auto change : changes) {
+        ASSERT_TRUE(DDS_ThreadSettings_t_copy(&other, &filled));
+        EXPECT_TRUE(DDS_ThreadSettings_is_equal(&filled, &other));
+        change(other);
+        EXPECT_FALSE(DDS_ThreadSettings_is_equal(&filled, &other));
+    }
+    EXPECT_TRUE(DDS_ThreadSettings_t_copy(&filled, &filled));
+    EXPECT_EQ(DDS_LongSeq_get_length(&filled.cpu_list), 2);
+    const Reports silence;
+    orvane::test::sweep(orvane::test::heap_allocation, [&] {
+        DDS_ThreadSettings_t copy;
+        DDS_ThreadSettings_t_initialize(&copy);
+        const bool copied = DDS_ThreadSettings_t_copy(&copy, &filled) != 0;
+        EXPECT_TRUE(DDS_ThreadSettings_is_equal(&copy, copied ? &filled : &standard));
+        DDS_ThreadSettings_t_finalize(&copy);
+        return copied;
+    });
+    for (DDS_ThreadSettings_t* settings : {&filled, &standard, &other}) {
+        DDS_ThreadSettings_t_finalize(settings);
+    }
+}
+
+using Check = std::function<Status()>;
+
+/// Checks a record that is changed from its defaults.
+template <typename Record>
+Check with(std::function<void(Record&)> change) {
+    return [change] {
+        OwnedQos<Record> qos;
+        change(qos.get());
+        return check_qos("Entity_set_qos", qos.get());
+    };
+}
+
+/// Stores a number that is no enumerator.
+template <typename Kind>
+void put(Kind& kind, int number) {
+    std::memcpy(&kind, &number, sizeof kind);
+}
+
+Check with_properties(const char* name, const char* other) {
+    return with<Participant>([=](Participant& qos) {
+        ASSERT_TRUE(DDS_PropertySeq_ensure_length(&qos.property.value, 2, 2));
+        DDS_Property_t* properties = DDS_PropertySeq_get_contiguous_buffer(&qos.property.value);
+        DDS_String_replace(&properties[0].name, name);
+        DDS_String_replace(&properties[1].name, other);
+    });
+}
+
+constexpr DDS_Duration_t too_short = {-1, 0};
+constexpr DDS_Duration_t malformed = {1, 1'000'000'000};
+constexpr DDS_ResourceLimitsQosPolicy five = {-1, -1, 5};
+constexpr DDS_ResourceLimitsQosPolicy four_of_five = {4, -1, 5};
+constexpr DDS_DurabilityServiceQosPolicy service = {{}, {}, 6, -1, -1, 5};
+
+const std::pair<Check, const char*> faults[] = {
+    {with<Writer>([](auto& q) { q.history.depth = 0; }), "policy history: depth below 1"},
+    {with<Reader>([](auto& q) { put(q.history.kind, 2); }), "policy history: unknown kind"},
+    {with<Topic>([](auto& q) { put(q.durability.kind, -1); }), "policy durability: unknown kind"},
+    {with<Reader>([](auto& q) { q.deadline.period = too_short; }),
+     "policy deadline: not a duration"},
+    {with<Writer>([](auto& q) { q.lifespan.duration = malformed; }),
+     "policy lifespan: not a duration"},
+    {with<Writer>([](auto& q) { q.resource_limits.max_samples = 0; }),
+     "policy resource_limits: a limit neither positive nor unlimited"},
+    {with<Writer>([](auto& q) { q.resource_limits.max_instances = -2; }),
+     "policy resource_limits: a limit neither positive nor unlimited"},
+    {with<Reader>([](auto& q) { q.resource_limits = four_of_five; }),
+     "policy resource_limits: max_samples below max_samples_per_instance"},
+    {with<Topic>([](auto& q) { q.history.depth = 6, q.resource_limits = five; }),
+     "policies: history.depth above resource_limits.max_samples_per_instance"},
+    {with<Topic>([](auto& q) { q.durability_service = service; }),
+     "policy durability_service: history_depth above max_samples_per_instance"},
+    {with<Reader>([](auto& q) {
+         q.time_based_filter.minimum_separation = {1, 1}, q.deadline.period = {1, 0};
+     }),
+     "policies: deadline.period below time_based_filter.minimum_separation"},
+    {with_properties("", "name"), "policy property: a property without name"},
+    {with_properties("name", "name"), "policy property: two properties of the same name"},
+};
+
+TEST(QosConsistency, NamesWhatIsInconsistent) {
+    Reports reports;
+    for (const auto& [check, report] : faults) {
+        EXPECT_EQ(check(), Status::inconsistent_policy) << report;
+        EXPECT_EQ(reports.take().back(), std::string("Entity_set_qos:inconsistent ") + report);
+    }
+    // What just fits, and a depth that does not count.
+    const Check checks[] = {
+        with<Writer>([](auto& q) {
+            q.resource_limits = {5, 1, 5}, q.history.depth = 5;
+        }),
+        with<Writer>([](auto& q) {
+            q.history = {DDS_KEEP_ALL_HISTORY_QOS, 0};
+        }),
+        with<Reader>([](auto& q) {
+            q.deadline = {{1, 5}}, q.time_based_filter = {{1, 5}};
+        }),
+    };
+    for (const Check& check : checks) {
+        EXPECT_EQ(check(), Status::ok);
+    }
 }
 
 }  // namespace
