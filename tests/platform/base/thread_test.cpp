@@ -41,10 +41,11 @@ struct Settings {
     DDS_UnsignedLong options = QEL_OSAPI_THREAD_OPTION_DEFAULT;
     DDS_Long stack_size = QEL_OSAPI_THREAD_STACK_SIZE_DEFAULT;
     const uint64_t* cpus = nullptr;
+    const char* name = "LogMessageWriteThread";
 };
 
-bool run(const Settings& settings, Seen& seen, const char* name = "thread") {
-    QELOsapiThread* thread = QELOsapiThread_new(name, settings.priority, settings.options,
+bool run(const Settings& settings, Seen& seen) {
+    QELOsapiThread* thread = QELOsapiThread_new(settings.name, settings.priority, settings.options,
                                                 settings.stack_size, settings.cpus, look, &seen);
     QELOsapiThread_delete(thread);
     return thread != nullptr;
@@ -53,7 +54,7 @@ bool run(const Settings& settings, Seen& seen, const char* name = "thread") {
 TEST(Thread, ShowsItsNameAndHasAtLeastTheStackThatIsAsked) {
     for (const DDS_Long size : {0, 1, 300000, 32 * 1024 * 1024}) {
         Seen seen;
-        ASSERT_TRUE(run({.stack_size = size}, seen, "LogMessageWriteThread")) << size;
+        ASSERT_TRUE(run({.stack_size = size}, seen)) << size;
         EXPECT_GE(seen.stack_size, static_cast<size_t>(size));
         EXPECT_EQ(seen.name, "LogMessageWrite") << "as much as the system shows";
     }
@@ -98,10 +99,9 @@ TEST(Thread, FallsBackToTheDefaultPriorityUnlessItIsEnforced) {
 
 TEST(Thread, IsNotMadeOfBadArgumentsOrWithoutMemory) {
     Seen seen;
-    EXPECT_FALSE(run({}, seen, nullptr));
+    EXPECT_FALSE(run({.name = nullptr}, seen));
     EXPECT_FALSE(run({.stack_size = -2}, seen));
     orvane::test::sweep(orvane::test::heap_allocation, [&seen] { return run({}, seen); });
-    EXPECT_EQ(seen.name, "thread");
 }
 
 TEST(Thread, IdOfAForkedProcessIsItsOwn) {
