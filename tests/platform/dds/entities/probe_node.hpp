@@ -18,14 +18,11 @@ using orvane::test::patience;
 using orvane::test::topic_of_this_test;
 using pexa::dds::OwnedQos;
 
-/// @name Results
-/// @{
 inline constexpr DDS_ReturnCode_t ok = DDS_RETCODE_OK;
 inline constexpr DDS_ReturnCode_t refused = DDS_RETCODE_PRECONDITION_NOT_MET;
 inline constexpr DDS_ReturnCode_t bad_parameter = DDS_RETCODE_BAD_PARAMETER;
 inline constexpr DDS_ReturnCode_t not_enabled = DDS_RETCODE_NOT_ENABLED;
 inline constexpr DDS_ReturnCode_t no_data = DDS_RETCODE_NO_DATA;
-/// @}
 
 /// A sample of a keyed type: the number is the key.
 class Probe : public QEL_KX_ADMIN_CommandResponse {
