@@ -187,27 +187,21 @@ TEST_F(ConfigLogger, PrintsWhatTheFormatAsksFor) {
 TEST_F(ConfigLogger, PrintsTimeAndThreadOfTheReport) {
     PEXA_Config_Logger_set_print_format(logger_, PEXA_CONFIG_LOG_PRINT_FORMAT_MAXIMAL);
     const std::time_t before = std::time(nullptr);
-    const std::string line =
-        output_of([] { report(QEL_LOG_LEVEL_ERROR, "now", QEL_LOG_MODULE_OSAPI); });
+    const std::string line = output_of([] { report(QEL_LOG_LEVEL_ERROR, "now"); });
     std::tm time{};
-    ASSERT_NE(strptime(line.c_str(), "%Y-%m-%d %H:%M:%S", &time), nullptr);
+    const char* rest = strptime(line.c_str(), "%Y-%m-%d %H:%M:%S", &time);
+    ASSERT_NE(rest, nullptr);
     time.tm_isdst = -1;
-    EXPECT_GE(std::mktime(&time), before);
     // time() reads a clock that may lag behind the precise one by a tick.
-    EXPECT_LE(std::mktime(&time), std::time(nullptr) + 1);
-    EXPECT_NE(line.find(" [PLATFORM|ERROR] (" +
-                        std::to_string(QELOsapiThread_getCurrentThreadID()) + ") port: Test:now\n"),
-              std::string::npos)
-        << line;
+    EXPECT_TRUE(std::mktime(&time) >= before && std::mktime(&time) <= std::time(nullptr) + 1);
+    const std::string thread = std::to_string(QELOsapiThread_getCurrentThreadID());
+    EXPECT_TRUE(std::string(rest).ends_with(" [API|ERROR] (" + thread + ") port: Test:now\n"));
 }
 
 TEST_F(ConfigLogger, PrintsWhatADeviceCausesInsteadOfGivingItBack) {
-    int depth = 0;
-    Device device([&] {
-        ASSERT_EQ(++depth, 1);
+    Device device([] {
         EXPECT_TRUE(QELOsapi_isInDeviceCall());
         report(QEL_LOG_LEVEL_ERROR, "echo");
-        --depth;
     });
     install(device);
     EXPECT_EQ(output_of([] {
@@ -216,7 +210,6 @@ TEST_F(ConfigLogger, PrintsWhatADeviceCausesInsteadOfGivingItBack) {
               }),
               "[API|ERROR] Test:echo\n[API|ERROR] Test:echo\n");
     EXPECT_EQ(device.take(), (Texts{"1 Test:first", "1 Test:second"}));
-    EXPECT_FALSE(QELOsapi_isInDeviceCall());
 }
 
 TEST_F(ConfigLogger, ClosesADeviceOnceWhenAnotherTakesItsPlace) {

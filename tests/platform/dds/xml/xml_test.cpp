@@ -138,14 +138,18 @@ TEST(XmlCallbacks, AClassGetsItsElementAndAllInside) {
 
 TEST(XmlCallbacks, ATextThatAClassRefusesIsAnErrorOnItsLineAndParsingGoesOn) {
     const Document document(
-        "<dds>\n<recorder>\n<report>told</report>\n<mark/>\n<flag>YES</flag>\n<flag>maybe</flag>\n"
+        "<dds>\n<recorder>\n<report>told</report>\n<mark/>\n<flag> YES "
+        "</flag><flag>False</flag><flag>1</flag>"
+        "<flag>no</flag>\n<flag>maybe</flag>\n"
         "</recorder>\n<recorder refused=''>\n<inner><recorder/></inner></recorder><types/></dds>");
     EXPECT_EQ(document.errors(),
               (Lines{"3 report: told", "4 mark: the content of the element is not accepted",
                      "6 flag: expected true, false, yes, no, 1 or 0",
                      "8 recorder: no object could be made of the element"}));
-    EXPECT_EQ(std::count(document.calls.begin(), document.calls.end(), "end flag 'YES' 1"), 1);
-    EXPECT_EQ(std::count(document.calls.begin(), document.calls.end(), "end flag 'maybe' 2"), 1);
+    for (const char* call : {"end flag 'YES' 1", "end flag 'False' 0", "end flag '1' 1",
+                             "end flag 'no' 0", "end flag 'maybe' 2"}) {
+        EXPECT_EQ(std::count(document.calls.begin(), document.calls.end(), call), 1) << call;
+    }
     EXPECT_EQ(document.tree(), "dds(recorder types)");
 }
 
@@ -211,16 +215,12 @@ TEST(XmlParser, HasATreeOfMisplacedElementsButNoneOfWhatIsNoDocumentOrTooLarge) 
         EXPECT_EQ(document.tree(), row.tree);
         EXPECT_EQ(reports.take().size(), 1U) << row.error;
     }
-}
-
-TEST(XmlParser, ADocumentAtTheLimitsIsAccepted) {
-    const int inner_depth = DDS_XML_MAX_DEPTH - 2;
+    const int depth = DDS_XML_MAX_DEPTH - 2;
     const int others = DDS_XML_MAX_ELEMENTS - DDS_XML_MAX_DEPTH;
-    const Document document(
-        "<dds><types>" + repeated("<x>", inner_depth) + std::string(DDS_XML_MAX_TEXT_LENGTH, 'x') +
-        repeated("</x>", inner_depth) + repeated("<y/>", others) + "</types></dds>");
-    EXPECT_EQ(document.result, DDS_RETCODE_OK);
-    EXPECT_EQ(document.errors(), Lines{});
+    const Document at_the_limits("<dds><types>" + repeated("<x>", depth) + too_long.substr(1) +
+                                 repeated("</x>", depth) + repeated("<y/>", others) +
+                                 "</types></dds>");
+    EXPECT_EQ(at_the_limits.errors(), Lines{});
 }
 
 TEST(XmlParser, ErrorsNameTheFileAndThoseBeyondTheLimitAreCounted) {
@@ -230,18 +230,10 @@ TEST(XmlParser, ErrorsNameTheFileAndThoseBeyondTheLimitAreCounted) {
     EXPECT_EQ(document.result, DDS_RETCODE_OK);
     EXPECT_EQ(DDS_XMLParser_get_error_count(document.parser), count);
     EXPECT_EQ(document.errors().size(), static_cast<std::size_t>(DDS_XML_MAX_ERRORS));
-    const Lines lines = reports.take();
-    EXPECT_TRUE(
-        lines.at(0).starts_with("DDS_XMLParser_parse_string:text.xml:1: x: unknown element"));
-    EXPECT_EQ(lines.back(), "DDS_XMLParser_parse_string:text.xml: 5 more errors");
+    EXPECT_EQ(reports.take().back(), "DDS_XMLParser_parse_string:text.xml: 5 more errors");
 }
 
 TEST(XmlParser, WithoutMemoryNothingStays) {
-    orvane::test::sweep(orvane::test::heap_allocation, [] {
-        const Document document("<dds><recorder a='1'/><types a='1'>text<x/></types></dds>");
-        EXPECT_NE(document.result, DDS_RETCODE_ERROR);
-        return document.result == DDS_RETCODE_OK && DDS_XMLParser_has_failed(document.parser) == 0;
-    });
     orvane::test::sweep(orvane::test::new_expression, [] {
         constexpr std::string_view text = "<dds><types a='1'>text<x/></types></dds>";
         DDS_XMLParser* parser = DDS_XMLParser_new();
@@ -365,19 +357,6 @@ TEST(XmlTree, WhenSavingFailsTheFileStaysAsItWas) {
     EXPECT_EQ(file.content(), "old");
     EXPECT_EQ(DDS_XMLParser_save_file(Document("<dds/>").parser, "no_folder/file.xml"),
               DDS_RETCODE_ERROR);
-}
-
-TEST(XmlConversion, TruthValuesHaveSixNamesInAnyCase) {
-    const std::pair<const char*, DDS_Boolean> cases[] = {
-        {"true", 1}, {" yes\n", 1}, {"1", 1}, {"FALSE", 0},  {"No", 0},
-        {"0", 0},    {"", 2},       {"2", 2}, {"truely", 2}, {nullptr, 2}};
-    for (const auto& [text, expected] : cases) {
-        DDS_XMLContext context{};
-        DDS_Boolean flag = 2;
-        EXPECT_EQ(DDS_XMLHelper_str_to_boolean(&flag, text, &context), expected != 2);
-        EXPECT_EQ(flag, expected);
-        EXPECT_EQ(context.error, expected == 2);
-    }
 }
 
 }  // namespace
