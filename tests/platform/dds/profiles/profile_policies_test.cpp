@@ -1,5 +1,6 @@
 #include "platform/dds/qos/duration.hpp"
 #include "tests/platform/dds/profiles/profile_files.hpp"
+#include "tests/platform/engine/every_policy.hpp"
 
 namespace {
 
@@ -9,35 +10,6 @@ using pexa::dds::OwnedQos;
 class ProfilePolicies : public ProfileFiles {};
 
 constexpr engine::Nanoseconds second = 1'000'000'000;
-
-/// What the example says of every kind of entity that has these policies.
-engine::Qos example() {
-    const engine::Bytes octets{std::byte{0}, std::byte{0xff}, std::byte{'a'}, std::byte{'a'}};
-    engine::Qos qos;
-    qos.user_data = qos.topic_data = qos.group_data = octets;
-    qos.entity_name = "navigation";
-    qos.properties = {{"first", "1"}, {"second", "2"}};
-    qos.durability = engine::DurabilityKind::transient_local;
-    qos.durability_service = {second, {engine::HistoryKind::keep_all, 11}, {30, 12, 13}};
-    qos.presentation = {engine::AccessScope::topic, true, true};
-    qos.deadline = 3 * second + 4;
-    qos.latency_budget = 5;
-    qos.ownership = engine::OwnershipKind::exclusive;
-    qos.ownership_strength = 5;
-    qos.liveliness = {engine::LivelinessKind::manual_by_topic, 6 * second};
-    qos.time_based_filter = 2 * second;
-    qos.partition = {"north", "south-*"};
-    qos.reliability = {engine::ReliabilityKind::reliable, engine::infinite};
-    qos.transport_priority = -9;
-    qos.lifespan = 7 * second;
-    qos.destination_order = engine::DestinationOrderKind::by_source_timestamp;
-    qos.history = {engine::HistoryKind::keep_all, 7};
-    qos.resource_limits = {90, 10, 8};
-    qos.autodispose_unregistered_instances = false;
-    qos.batching = true;
-    qos.reader_data_lifecycle = {4 * second, 5 * second};
-    return qos;
-}
 
 /// Compares the record that @p get fills from a profile with the example.
 template <typename Record, typename... Topic>
@@ -49,7 +21,7 @@ void expect_example(DDS_ReturnCode_t (*get)(DDS_DomainParticipantFactory*, Recor
                   topic...),
               DDS_RETCODE_OK);
     OwnedQos<Record> expected;
-    ASSERT_EQ(pexa::dds::from_engine(example(), expected.get()), pexa::Status::ok);
+    ASSERT_EQ(pexa::dds::from_engine(engine::every_policy(), expected.get()), pexa::Status::ok);
     if constexpr (requires { expected.get().entity_factory; }) {
         expected.get().entity_factory.autoenable_created_entities = 0;
     }
