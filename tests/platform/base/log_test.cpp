@@ -56,18 +56,17 @@ TEST(Log, CutsTextAt1023Bytes) {
     EXPECT_EQ(reports.take(), (Texts{"c:" + longer.substr(0, 1021), longer.substr(0, 1023)}));
 }
 
-// Each counts the calls that came with its own data, and those that did not.
-std::atomic<int> calls[2];
-std::atomic<int> mixed_up{0};
-
-template <int own>
-void sink(void* data, QELLogModule, QELLogLevel, const char*) {
-    data == &calls[own] ? ++calls[own] : ++mixed_up;
-}
-
 TEST(Log, SinkAndItsDataAreReplacedTogether) {
     constexpr int rounds = 3000;
-    QELLog_setSink(sink<0>, &calls[0]);
+    static std::atomic<int> calls[2];
+    static std::atomic<int> mixed_up = 0;
+    constexpr auto first = [](void* data, QELLogModule, QELLogLevel, const char*) {
+        data == &calls[0] ? ++calls[0] : ++mixed_up;
+    };
+    constexpr auto second = [](void* data, QELLogModule, QELLogLevel, const char*) {
+        data == &calls[1] ? ++calls[1] : ++mixed_up;
+    };
+    QELLog_setSink(first, &calls[0]);
     const auto report_often = [] {
         for (int round = 0; round < rounds; ++round) {
             report(QEL_LOG_MODULE_DDS, 1, QEL_LOG_LEVEL_ERROR);
@@ -76,8 +75,8 @@ TEST(Log, SinkAndItsDataAreReplacedTogether) {
     std::thread one(report_often);
     std::thread other(report_often);
     for (int round = 0; round < rounds; ++round) {
-        QELLog_setSink(sink<1>, &calls[1]);
-        QELLog_setSink(sink<0>, &calls[0]);
+        QELLog_setSink(second, &calls[1]);
+        QELLog_setSink(first, &calls[0]);
     }
     one.join();
     other.join();

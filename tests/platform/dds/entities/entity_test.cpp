@@ -176,6 +176,7 @@ TEST(EntityQos, AnEntityChangesOnlyWhatMayChangeAndRefusesContradictions) {
     EXPECT_EQ(qos.get().history.kind, DDS_KEEP_ALL_HISTORY_QOS) << "as it was created";
     qos.get().lifespan.duration = {9, 0};
     EXPECT_EQ(DDS_DataWriter_set_qos(writer, &qos.get()), ok);
+    EXPECT_EQ(DDS_DataWriter_get_qos(writer, nullptr), bad_parameter);
     qos.get().durability.kind = DDS_VOLATILE_DURABILITY_QOS;
     EXPECT_EQ(DDS_DataWriter_set_qos(writer, &qos.get()), DDS_RETCODE_IMMUTABLE_POLICY);
     ASSERT_EQ(DDS_DataWriter_get_qos(writer, &qos.get()), ok);

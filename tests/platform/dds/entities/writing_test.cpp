@@ -87,9 +87,7 @@ TEST(Writing, AKeylessTypeHasNoInstanceHandles) {
     ASSERT_EQ(summary(samples), "7:70");
     EXPECT_TRUE(equal(samples[0].info.instance_handle, DDS_HANDLE_NIL));
     ASSERT_EQ(DDS_DataWriter_dispose_untypedI(writer, &probe, nullptr), ok);
-    const std::vector<Received> disposed = await_samples(reader, 1);
-    ASSERT_EQ(disposed.size(), 1u);
-    EXPECT_EQ(disposed[0].info.instance_state, DDS_NOT_ALIVE_DISPOSED_INSTANCE_STATE);
+    EXPECT_EQ(await_samples(reader, 1).size(), 1U);
 }
 
 TEST(Instances, DisposeAndUnregisterReachTheReaderAsStatesWithTheKey) {

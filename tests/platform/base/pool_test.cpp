@@ -6,6 +6,9 @@
 #include <thread>
 
 #include "pexa/buffer_pool.h"
+#include "pexa/osapi.h"
+#include "pexa/type_plugin.h"
+#include "tests/support/faults.hpp"
 
 namespace {
 
@@ -55,10 +58,10 @@ struct Calls {
 };
 
 DDS_Boolean initialize(void* buffer, void* user_data) {
-    auto* calls = static_cast<Calls*>(user_data);
+    auto& calls = *static_cast<Calls*>(user_data);
     std::memcpy(buffer, "made", 5);
-    const bool fails = calls->initialized == calls->failing;
-    calls->initialized += fails ? 0 : 1;
+    const bool fails = calls.initialized == calls.failing;
+    calls.initialized += fails ? 0 : 1;
     return fails ? DDS_BOOLEAN_FALSE : DDS_BOOLEAN_TRUE;
 }
 
@@ -99,6 +102,38 @@ TEST(BufferPool, SerialisesItselfWhenAsked) {
     use();
     other.join();
     MOSKFastBufferPool_delete(pool);
+}
+
+void* create_record() {
+    return QELOsapiHeap_allocateStructureOfSize(16);
+}
+
+TEST(EndpointData, LendsSamplesUpToItsMaximumAndFreesThemAll) {
+    const long before = orvane::test::live_blocks();
+    for (const auto& [maximal, lendable] : {std::pair(20, 20U), std::pair(1, 1U)}) {
+        const TULVEndpointInfo info = {TULV_ENDPOINT_WRITER, 1, maximal};
+        TULVEndpointData data = TULVTypePluginDefaultEndpointData_new(
+            nullptr, &info, create_record, QELOsapiHeap_freeStructureBytes, create_record,
+            QELOsapiHeap_freeStructureBytes);
+        ASSERT_NE(data, nullptr);
+        std::set<void*> lent;
+        for (int count = 0; count < 30; ++count) {
+            lent.insert(TULVTypePluginDefaultEndpointData_getSample(data, nullptr));
+        }
+        lent.erase(nullptr);
+        EXPECT_EQ(lent.size(), lendable);
+        TULVTypePluginDefaultEndpointData_returnSample(data, *lent.begin(), nullptr);
+        EXPECT_EQ(TULVTypePluginDefaultEndpointData_getSample(data, nullptr), *lent.begin());
+        void* foreign = TULVTypePluginDefaultEndpointData_createSample(data);
+        EXPECT_FALSE(lent.contains(foreign));
+        TULVTypePluginDefaultEndpointData_deleteSample(data, foreign);
+        void* key = TULVTypePluginDefaultEndpointData_getKey(data, nullptr);
+        EXPECT_NE(TULVTypePluginDefaultEndpointData_getKey(data, nullptr), key);
+        TULVTypePluginDefaultEndpointData_returnKey(data, key, nullptr);
+        EXPECT_EQ(TULVTypePluginDefaultEndpointData_getKey(data, nullptr), key);
+        TULVTypePluginDefaultEndpointData_delete(data);
+        EXPECT_EQ(orvane::test::live_blocks(), before);
+    }
 }
 
 }  // namespace
