@@ -2,19 +2,48 @@
 #include <dds/ddsi/q_radmin.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "platform/engine/cyclone/serdata.hpp"
-#include "tests/platform/engine/note_node.hpp"
+#include "platform/engine/engine.hpp"
 
 namespace pexa::engine::cyclone {
 namespace {
 
+/// A type of which the first bytes of a payload are the key.
+class PlainType : public Type {
+public:
+    const char* name() const override { return "test::Plain"; }
+    bool keyed() const override { return true; }
+    std::optional<KeyHash> accept(PayloadKind /*kind*/,
+                                  std::span<const std::byte> payload) const override {
+        KeyHash hash{};
+        std::copy_n(payload.begin(), std::min(payload.size(), hash.size()), hash.begin());
+        return hash;
+    }
+    bool write_key(std::span<const std::byte> /*data*/,
+                   FunctionRef<std::byte*(std::size_t)> /*allocate*/) const override {
+        return false;
+    }
+};
+
+const Bytes whole = [] {
+    Bytes bytes;
+    for (int i = 0; i < 20; ++i) {
+        bytes.push_back(static_cast<std::byte>(i));
+    }
+    return bytes;
+}();
+
+ddsi_sertype* plain_type() {
+    return make_sertype(SharedType::of(std::make_shared<PlainType>()));
+}
+
 // One fragment as Cyclone's receive buffers hold it.
 class Fragment {
 public:
-    Fragment(const Bytes& whole, std::uint32_t begin, std::uint32_t end)
-        : memory_(sizeof(nn_rmsg) + whole.size()) {
+    Fragment(std::uint32_t begin, std::uint32_t end) : memory_(sizeof(nn_rmsg) + whole.size()) {
         rdata_.rmsg = reinterpret_cast<nn_rmsg*>(memory_.data());
         rdata_.min = begin;
         rdata_.maxp1 = end;
@@ -32,7 +61,6 @@ private:
 };
 
 TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
-    const Bytes whole = note(3, "eightlet");
     const auto size = static_cast<std::uint32_t>(whole.size());
     const struct {
         const char* what;
@@ -48,12 +76,12 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
         {"no end", {{0, size - 1}}, false},
         {"longer than announced", {{0, 12}, {12, size + 4}}, false},
     };
-    ddsi_sertype* const type = make_sertype(SharedType::of(note_type()));
+    ddsi_sertype* const type = plain_type();
     for (const auto& [what, ranges, joined] : cases) {
         SCOPED_TRACE(what);
         std::vector<Fragment> fragments;
         for (const auto& [begin, end] : ranges) {
-            fragments.emplace_back(whole, begin, end);
+            fragments.emplace_back(begin, end);
         }
         nn_rdata* chain = nullptr;
         for (std::size_t i = fragments.size(); i-- > 0;) {
@@ -64,21 +92,20 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
         ASSERT_EQ(data != nullptr, joined);
         if (data) {
             EXPECT_EQ(Bytes(data->bytes().begin(), data->bytes().end()), whole);
-            EXPECT_EQ(data->key, note_hash(3));
+            EXPECT_EQ(data->key, *PlainType().accept(PayloadKind::data, whole));
         }
     }
     ddsi_sertype_unref(type);
 }
 
 TEST(KeyHashAlone, MakesASampleOfTheInstanceWithoutPayload) {
-    ddsi_sertype* const type = make_sertype(SharedType::of(note_type()));
-    KeyHash whole = note_hash(6);
-    whole.back() = std::byte{9};
+    ddsi_sertype* const type = plain_type();
+    const KeyHash key = *PlainType().accept(PayloadKind::key, whole);
     ddsi_keyhash hash;
-    std::memcpy(hash.value, whole.data(), sizeof hash.value);
+    std::memcpy(hash.value, key.data(), sizeof hash.value);
     const SerdataPtr data(static_cast<Serdata*>(ddsi_serdata_from_keyhash(type, &hash)));
-    const SerdataPtr written = make_serdata(type, SDK_DATA, note(6, "").size());
-    written->set_key(whole);
+    const SerdataPtr written = make_serdata(type, SDK_DATA, whole.size());
+    written->set_key(key);
     EXPECT_TRUE(ddsi_serdata_eqkey(data.get(), written.get()));
     EXPECT_EQ(data->hash, written->hash);
     EXPECT_TRUE(data->bytes().empty());

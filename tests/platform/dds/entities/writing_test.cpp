@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <ctime>
 
 #include <gtest/gtest.h>
 
@@ -88,6 +89,44 @@ TEST(Writing, AKeylessTypeHasNoInstanceHandles) {
     EXPECT_TRUE(equal(samples[0].info.instance_handle, DDS_HANDLE_NIL));
     ASSERT_EQ(DDS_DataWriter_dispose_untypedI(writer, &probe, nullptr), ok);
     EXPECT_EQ(await_samples(reader, 1).size(), 1U);
+}
+
+/// Waits until the clock by which batches grow old has moved on.
+void await_tick() {
+    const auto tick = [] {
+        timespec now{};
+        clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+        return std::pair(now.tv_sec, now.tv_nsec);
+    };
+    for (const auto start = tick(); tick() == start;) {
+    }
+}
+
+TEST(Batches, AreSentBeforeTheHistoryWouldDropASampleAndBeforeAnythingThatMayWait) {
+    const ProbeNode node;
+    DDS_DataWriter* of_three = node.writer([](DDS_DataWriterQos& qos) {
+        qos.batch.enable = 1;
+        qos.history = {DDS_KEEP_LAST_HISTORY_QOS, 3};
+    });
+    DDS_DataWriter* writer = node.writer([](DDS_DataWriterQos& qos) { qos.batch.enable = 1; });
+    const auto flushes_of = [](const auto& action) {
+        const orvane::test::Calls flushes("dds_write_flush");
+        EXPECT_EQ(action(), ok);
+        return flushes.count();
+    };
+    int flushes = 0;
+    for (DDS_Long value = 0; value < 9; ++value) {
+        flushes += flushes_of([&] { return write(of_three, 1, value); });
+    }
+    EXPECT_GE(flushes, 3);
+    EXPECT_EQ(flushes_of([&] { return write(writer, 1, 1); }), 0);
+    await_tick();
+    EXPECT_EQ(flushes_of([&] { return write(writer, 1, 2); }), 1) << "an old batch";
+    const auto acknowledged = [&] {
+        return DDS_DataWriter_wait_for_acknowledgments(writer, &patience);
+    };
+    EXPECT_EQ(flushes_of(acknowledged), 1);
+    EXPECT_EQ(flushes_of([&] { return write(node.writer(), 1, 3); }), 0) << "without batches";
 }
 
 TEST(Instances, DisposeAndUnregisterReachTheReaderAsStatesWithTheKey) {
