@@ -1,5 +1,4 @@
 #include <cstring>
-#include <functional>
 #include <set>
 #include <string>
 
@@ -177,85 +176,76 @@ TEST(ThreadSettings, DifferWhenAnyMemberDoesAndStayAsTheyAreWhenACopyFails) {
     }
 }
 
-using Check = std::function<Status()>;
-
-/// Checks a record that is changed from its defaults.
-template <typename Record>
-Check with(std::function<void(Record&)> change) {
-    return [change] {
-        OwnedQos<Record> qos;
-        change(qos.get());
-        return check_qos("Entity_set_qos", qos.get());
-    };
-}
-
 /// Stores a number that is no enumerator.
 template <typename Kind>
 void put(Kind& kind, int number) {
     std::memcpy(&kind, &number, sizeof kind);
 }
 
-Check with_properties(const char* name, const char* other) {
-    return with<Participant>([=](Participant& qos) {
-        ASSERT_TRUE(DDS_PropertySeq_ensure_length(&qos.property.value, 2, 2));
-        DDS_Property_t* properties = DDS_PropertySeq_get_contiguous_buffer(&qos.property.value);
-        DDS_String_replace(&properties[0].name, name);
-        DDS_String_replace(&properties[1].name, other);
-    });
+using Change = void (*)(Writer&, Reader&);
+
+/// Checks records that are changed from their defaults.
+Status check(Change change) {
+    OwnedQos<Writer> writer;
+    OwnedQos<Reader> reader;
+    change(writer.get(), reader.get());
+    const Status status = check_qos("Entity_set_qos", writer.get());
+    return status != Status::ok ? status : check_qos("Entity_set_qos", reader.get());
 }
 
 constexpr DDS_Duration_t too_short = {-1, 0};
 constexpr DDS_Duration_t malformed = {1, 1'000'000'000};
+constexpr DDS_Duration_t one = {1, 0};
+constexpr DDS_Duration_t longer = {1, 1};
 constexpr DDS_ResourceLimitsQosPolicy five = {-1, -1, 5};
 constexpr DDS_ResourceLimitsQosPolicy four_of_five = {4, -1, 5};
 constexpr DDS_DurabilityServiceQosPolicy service = {{}, {}, 6, -1, -1, 5};
 
-const std::pair<Check, const char*> faults[] = {
-    {with<Writer>([](auto& q) { q.history.depth = 0; }), "policy history: depth below 1"},
-    {with<Reader>([](auto& q) { put(q.history.kind, 2); }), "policy history: unknown kind"},
-    {with<Topic>([](auto& q) { put(q.durability.kind, -1); }), "policy durability: unknown kind"},
-    {with<Reader>([](auto& q) { q.deadline.period = too_short; }),
-     "policy deadline: not a duration"},
-    {with<Writer>([](auto& q) { q.lifespan.duration = malformed; }),
-     "policy lifespan: not a duration"},
-    {with<Writer>([](auto& q) { q.resource_limits.max_samples = 0; }),
+const std::pair<Change, const char*> faults[] = {
+    {[](auto& w, auto&) { w.history.depth = 0; }, "policy history: depth below 1"},
+    {[](auto&, auto& r) { put(r.history.kind, 2); }, "policy history: unknown kind"},
+    {[](auto& w, auto&) { put(w.durability.kind, -1); }, "policy durability: unknown kind"},
+    {[](auto&, auto& r) { r.deadline.period = too_short; }, "policy deadline: not a duration"},
+    {[](auto& w, auto&) { w.lifespan.duration = malformed; }, "policy lifespan: not a duration"},
+    {[](auto& w, auto&) { w.resource_limits.max_samples = 0; },
      "policy resource_limits: a limit neither positive nor unlimited"},
-    {with<Writer>([](auto& q) { q.resource_limits.max_instances = -2; }),
+    {[](auto& w, auto&) { w.resource_limits.max_instances = -2; },
      "policy resource_limits: a limit neither positive nor unlimited"},
-    {with<Reader>([](auto& q) { q.resource_limits = four_of_five; }),
+    {[](auto&, auto& r) { r.resource_limits = four_of_five; },
      "policy resource_limits: max_samples below max_samples_per_instance"},
-    {with<Topic>([](auto& q) { q.history.depth = 6, q.resource_limits = five; }),
+    {[](auto& w, auto&) { w.history.depth = 6, w.resource_limits = five; },
      "policies: history.depth above resource_limits.max_samples_per_instance"},
-    {with<Topic>([](auto& q) { q.durability_service = service; }),
+    {[](auto& w, auto&) { w.durability_service = service; },
      "policy durability_service: history_depth above max_samples_per_instance"},
-    {with<Reader>([](auto& q) {
-         q.time_based_filter.minimum_separation = {1, 1}, q.deadline.period = {1, 0};
-     }),
+    {[](auto&, auto& r) {
+         r.time_based_filter.minimum_separation = longer, r.deadline.period = one;
+     },
      "policies: deadline.period below time_based_filter.minimum_separation"},
-    {with_properties("", "name"), "policy property: a property without name"},
-    {with_properties("name", "name"), "policy property: two properties of the same name"},
 };
 
 TEST(QosConsistency, NamesWhatIsInconsistent) {
     Reports reports;
-    for (const auto& [check, report] : faults) {
-        EXPECT_EQ(check(), Status::inconsistent_policy) << report;
+    for (const auto& [change, report] : faults) {
+        EXPECT_EQ(check(change), Status::inconsistent_policy) << report;
         EXPECT_EQ(reports.take().back(), std::string("Entity_set_qos:inconsistent ") + report);
     }
+    OwnedQos<Participant> two_properties;
+    DDS_PropertySeq& properties = two_properties.get().property.value;
+    ASSERT_TRUE(DDS_PropertySeq_ensure_length(&properties, 2, 2));
+    for (int i = 0; i < 2; ++i) {
+        DDS_String_replace(&DDS_PropertySeq_get_reference(&properties, i)->name, "name");
+    }
+    EXPECT_EQ(check_qos("Entity_set_qos", two_properties.get()), Status::inconsistent_policy);
+    DDS_String_replace(&DDS_PropertySeq_get_reference(&properties, 1)->name, "");
+    EXPECT_EQ(check_qos("Entity_set_qos", two_properties.get()), Status::inconsistent_policy);
     // What just fits, and a depth that does not count.
-    const Check checks[] = {
-        with<Writer>([](auto& q) {
-            q.resource_limits = {5, 1, 5}, q.history.depth = 5;
-        }),
-        with<Writer>([](auto& q) {
-            q.history = {DDS_KEEP_ALL_HISTORY_QOS, 0};
-        }),
-        with<Reader>([](auto& q) {
-            q.deadline = {{1, 5}}, q.time_based_filter = {{1, 5}};
-        }),
+    const Change changes[] = {
+        [](auto& w, auto&) { w.history.depth = 5, w.resource_limits = five; },
+        [](auto& w, auto&) { w.history.kind = DDS_KEEP_ALL_HISTORY_QOS, w.history.depth = 0; },
+        [](auto&, auto& r) { r.time_based_filter.minimum_separation = r.deadline.period = one; },
     };
-    for (const Check& check : checks) {
-        EXPECT_EQ(check(), Status::ok);
+    for (const Change change : changes) {
+        EXPECT_EQ(check(change), Status::ok);
     }
 }
 
