@@ -91,7 +91,7 @@ TEST(BufferPool, SerialisesItselfWhenAsked) {
     const MOSKFastBufferPoolProperty property = {1, unlimited, 1, 1};
     MOSKFastBufferPool* pool = MOSKFastBufferPool_new(sizeof(int), 4, &property);
     const auto use = [pool] {
-        for (int round = 0; round < 3000; ++round) {
+        for (int round = 0; round < 100'000; ++round) {
             auto* number = static_cast<int*>(MOSKFastBufferPool_getBuffer(pool));
             ASSERT_NE(number, nullptr);
             *number = round;
@@ -122,8 +122,14 @@ TEST(EndpointData, LendsSamplesUpToItsMaximumAndFreesThemAll) {
         }
         lent.erase(nullptr);
         EXPECT_EQ(lent.size(), lendable);
+        for (void* sample : lent) {
+            TULVTypePluginDefaultEndpointData_returnSample(data, sample, nullptr);
+        }
         TULVTypePluginDefaultEndpointData_returnSample(data, *lent.begin(), nullptr);
-        EXPECT_EQ(TULVTypePluginDefaultEndpointData_getSample(data, nullptr), *lent.begin());
+        for (std::size_t again = 0; again < lendable; ++again) {
+            EXPECT_TRUE(lent.contains(TULVTypePluginDefaultEndpointData_getSample(data, nullptr)));
+        }
+        EXPECT_EQ(TULVTypePluginDefaultEndpointData_getSample(data, nullptr), nullptr);
         void* foreign = TULVTypePluginDefaultEndpointData_createSample(data);
         EXPECT_FALSE(lent.contains(foreign));
         TULVTypePluginDefaultEndpointData_deleteSample(data, foreign);

@@ -31,7 +31,7 @@ TEST(NtpTime, BecomesTheNextWholeNanosecondAndCarriesAFullSecond) {
 
 TEST(Heap, RefusesWhatCannotBeAllocated) {
     EXPECT_EQ(QELOsapiHeap_allocateBytes(0), nullptr);
-    EXPECT_EQ(QELOsapiHeap_allocateArrayOfSize(SIZE_MAX / 2, 4), nullptr);
+    EXPECT_EQ(QELOsapiHeap_allocateArrayOfSize(SIZE_MAX / 2 + 2, 4), nullptr);
     EXPECT_EQ(QELOsapiHeap_allocateBufferAligned(16, 24), nullptr);
     EXPECT_EQ(DDS_String_alloc(SIZE_MAX), nullptr);
     void* buffer = QELOsapiHeap_allocateBufferAligned(3, 1);

@@ -66,7 +66,7 @@ TEST(DisabledEntities, ComeIntoOperationWithTheirParticipant) {
     EXPECT_EQ(qos.get().entity_factory.autoenable_created_entities, 1);
 }
 
-TEST(Deletion, WhatIsInUseOrContainsSomethingOrIsForeignStays) {
+TEST(Entities, AreFoundFromEachOtherAndStayWhileTheyAreInUseOrContainSomething) {
     const int endpoints = attached_endpoints;
     const ProbeNode node;
     const ProbeNode other(topic_of_this_test() + "_other");
@@ -75,8 +75,27 @@ TEST(Deletion, WhatIsInUseOrContainsSomethingOrIsForeignStays) {
     DDS_DataReader* reader = node.reader();
     EXPECT_GE(attached_endpoints, endpoints + 2);
 
-    EXPECT_EQ(DDS_DomainParticipantFactory_delete_participant(ProbeNode::factory(), participant),
-              refused);
+    DDS_DomainParticipantFactory* factory = ProbeNode::factory();
+    const std::string name = topic_of_this_test();
+    DDS_TopicDescription* found =
+        DDS_DomainParticipant_lookup_topicdescription(participant, name.c_str());
+    EXPECT_EQ(DDS_Topic_narrow(found), node.topic);
+    EXPECT_EQ(DDS_TopicDescription_get_name(found), name);
+    EXPECT_STREQ(DDS_TopicDescription_get_type_name(found), "Probe");
+    EXPECT_EQ(DDS_DomainParticipant_lookup_topicdescription(participant, "unknown"), nullptr);
+    EXPECT_EQ(DDS_Publisher_lookup_datawriter(node.publisher(), name.c_str()), writer);
+    EXPECT_EQ(DDS_Publisher_lookup_datawriter(node.publisher(), "unknown"), nullptr);
+    EXPECT_NE(DDS_DomainParticipantFactory_lookup_participant(factory, ORVANE_TEST_DOMAIN),
+              nullptr);
+    EXPECT_EQ(DDS_DomainParticipantFactory_lookup_participant(factory, 61), nullptr);
+    EXPECT_EQ(DDS_DataWriter_get_topic(writer), node.topic);
+    EXPECT_EQ(DDS_DataWriter_get_publisher(writer), node.publisher());
+    EXPECT_EQ(DDS_DataReader_get_topicdescription(reader), found);
+    EXPECT_EQ(DDS_DataReader_get_subscriber(reader), node.subscriber());
+    EXPECT_EQ(DDS_Publisher_get_participant(node.publisher()), participant);
+    EXPECT_EQ(DDS_DataWriter_compare_typeI(writer, "Probe"), 0) << "the type's name counts";
+
+    EXPECT_EQ(DDS_DomainParticipantFactory_delete_participant(factory, participant), refused);
     EXPECT_EQ(DDS_DomainParticipantFactory_finalize_instance(), refused);
     EXPECT_EQ(DDS_DomainParticipant_unregister_type(participant, "Probe"), refused);
     EXPECT_EQ(DDS_DomainParticipant_unregister_type(participant, "Unknown"), bad_parameter);
@@ -100,34 +119,6 @@ TEST(Deletion, WhatIsInUseOrContainsSomethingOrIsForeignStays) {
     EXPECT_EQ(DDS_DomainParticipant_unregister_type(participant, "Probe"), ok);
     EXPECT_EQ(node.remove(node.publisher()), ok);
     EXPECT_EQ(node.remove(node.subscriber()), ok);
-}
-
-TEST(LookUp, FindsEntitiesByNameAndDomainAndFromEachOther) {
-    const ProbeNode node;
-    DDS_DomainParticipantFactory* factory = ProbeNode::factory();
-    DDS_DomainParticipant* participant = node.participant();
-    DDS_DataWriter* writer = node.writer();
-    DDS_DataReader* reader = node.reader();
-    const std::string name = topic_of_this_test();
-    DDS_TopicDescription* found =
-        DDS_DomainParticipant_lookup_topicdescription(participant, name.c_str());
-    EXPECT_EQ(DDS_Topic_narrow(found), node.topic);
-    EXPECT_EQ(DDS_TopicDescription_get_name(found), name);
-    EXPECT_STREQ(DDS_TopicDescription_get_type_name(found), "Probe");
-    EXPECT_EQ(DDS_TopicDescription_get_participant(found), participant);
-    EXPECT_EQ(DDS_DomainParticipant_lookup_topicdescription(participant, "unknown"), nullptr);
-    EXPECT_EQ(DDS_Publisher_lookup_datawriter(node.publisher(), name.c_str()), writer);
-    EXPECT_EQ(DDS_Publisher_lookup_datawriter(node.publisher(), "unknown"), nullptr);
-    EXPECT_EQ(DDS_DomainParticipantFactory_lookup_participant(factory, ORVANE_TEST_DOMAIN),
-              participant);
-    EXPECT_EQ(DDS_DomainParticipantFactory_lookup_participant(factory, 61), nullptr);
-    EXPECT_EQ(DDS_DataWriter_get_topic(writer), node.topic);
-    EXPECT_EQ(DDS_DataWriter_get_publisher(writer), node.publisher());
-    EXPECT_EQ(DDS_DataReader_get_topicdescription(reader), found);
-    EXPECT_EQ(DDS_DataReader_get_subscriber(reader), node.subscriber());
-    EXPECT_EQ(DDS_Publisher_get_participant(node.publisher()), participant);
-    EXPECT_EQ(DDS_DataWriter_compare_typeI(writer, "Probe"), 0) << "the type's name counts";
-    EXPECT_EQ(DDS_DataReader_compare_typeI(reader, "QEL::KX::ADMIN::CommandResponse"), 1);
 }
 
 TEST(Types, ANameBelongsToOneType) {

@@ -311,11 +311,6 @@ TEST(XmlSaving, AfterAFailureNothingIsWritten) {
         EXPECT_EQ(sink.context.error, 1) << room;
         EXPECT_EQ(complete.text.substr(0, sink.text.size()), sink.text);
     }
-    Sink sink;
-    DDS_XMLHelper_save_tag("tag", 8, &sink.context);
-    EXPECT_EQ(sink.context.error, 1) << "no such kind";
-    save_everything(&sink.context);
-    EXPECT_EQ(sink.text, "");
 }
 
 /// A file that is removed at the end.
