@@ -90,16 +90,19 @@ TEST(BufferPool, MakesAndEndsTheContentOfEachBufferOnce) {
 TEST(BufferPool, SerialisesItselfWhenAsked) {
     const MOSKFastBufferPoolProperty property = {1, unlimited, 1, 1};
     MOSKFastBufferPool* pool = MOSKFastBufferPool_new(sizeof(int), 4, &property);
-    const auto use = [pool] {
-        for (int round = 0; round < 100'000; ++round) {
-            auto* number = static_cast<int*>(MOSKFastBufferPool_getBuffer(pool));
+    const auto use = [pool](int own) {
+        for (int round = 0; round < 30'000; ++round) {
+            auto* number = static_cast<volatile int*>(MOSKFastBufferPool_getBuffer(pool));
             ASSERT_NE(number, nullptr);
-            *number = round;
-            MOSKFastBufferPool_returnBuffer(pool, number);
+            for (int reading = 0; reading < 10; ++reading) {
+                *number = own;
+                ASSERT_EQ(*number, own) << "lent to two threads";
+            }
+            MOSKFastBufferPool_returnBuffer(pool, const_cast<int*>(number));
         }
     };
-    std::thread other(use);
-    use();
+    std::thread other(use, 1);
+    use(2);
     other.join();
     MOSKFastBufferPool_delete(pool);
 }
