@@ -91,7 +91,7 @@ TEST(BufferPool, SerialisesItselfWhenAsked) {
     const MOSKFastBufferPoolProperty property = {1, unlimited, 1, 1};
     MOSKFastBufferPool* pool = MOSKFastBufferPool_new(sizeof(int), 4, &property);
     const auto use = [pool](int own) {
-        for (int round = 0; round < 30'000; ++round) {
+        for (int round = 0; round < 100'000; ++round) {
             auto* number = static_cast<volatile int*>(MOSKFastBufferPool_getBuffer(pool));
             ASSERT_NE(number, nullptr);
             for (int reading = 0; reading < 10; ++reading) {
