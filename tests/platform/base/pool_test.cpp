@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <latch>
 #include <set>
 #include <thread>
 
@@ -90,7 +91,9 @@ TEST(BufferPool, MakesAndEndsTheContentOfEachBufferOnce) {
 TEST(BufferPool, SerialisesItselfWhenAsked) {
     const MOSKFastBufferPoolProperty property = {1, unlimited, 1, 1};
     MOSKFastBufferPool* pool = MOSKFastBufferPool_new(sizeof(int), 4, &property);
-    const auto use = [pool](int own) {
+    std::latch ready(2);
+    const auto use = [pool, &ready](int own) {
+        ready.arrive_and_wait();
         for (int round = 0; round < 100'000; ++round) {
             auto* number = static_cast<volatile int*>(MOSKFastBufferPool_getBuffer(pool));
             ASSERT_NE(number, nullptr);
