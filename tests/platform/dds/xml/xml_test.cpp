@@ -350,8 +350,11 @@ TEST(XmlTree, WhenSavingFailsTheFileStaysAsItWas) {
     EXPECT_EQ(DDS_XMLParser_save_file(Document("<dds>").parser, file.name.c_str()),
               DDS_RETCODE_PRECONDITION_NOT_MET);
     EXPECT_EQ(file.content(), "old");
-    EXPECT_EQ(DDS_XMLParser_save_file(Document("<dds/>").parser, "no_folder/file.xml"),
+    std::filesystem::remove(file.name);
+    std::filesystem::create_directory(file.name);
+    EXPECT_EQ(DDS_XMLParser_save_file(Document("<dds/>").parser, file.name.c_str()),
               DDS_RETCODE_ERROR);
+    EXPECT_FALSE(std::filesystem::exists(file.name + ".new"));
 }
 
 }  // namespace
