@@ -1,4 +1,4 @@
-// Plugins, endpoint data and type codes.
+// Plugins, endpoint data, type codes and what is printed.
 #include <sstream>
 
 #include "tests/support/faults.hpp"
@@ -118,6 +118,54 @@ TEST(TypeCodes, DescribeTheTypesAsOtherProductsSeeThem) {
     for (const auto& [type, idl] : types) {
         EXPECT_EQ(idl_of(type), idl);
     }
+}
+
+/// What the print operation of a type shows of a value.
+template <typename T>
+std::string printed(const T& sample, const char* description, DDS_UnsignedLong indent) {
+    return test::output_of([&] { PluginSupport<T>::print_data(&sample, description, indent); });
+}
+
+TEST(Printing, ShowsMembersOneLevelDeeperThanTheDescriptionAndEnumeratorsByTheirNames) {
+    EXPECT_EQ(printed(*Filled<QEL_KX_LogMessage>(), "record", 1),
+              "   record:\n"
+              "      hostAndAppId:\n"
+              "         rtps_host_id: 16909060\n"
+              "         rtps_app_id: 168496141\n"
+              "      level: 300\n"
+              "      category: \"net\"\n"
+              "      message: \"hi\"\n");
+    EXPECT_EQ(test::output_of([] { QEL_KX_LogMessageTypeSupport_print_data(nullptr); }),
+              "\nNULL\n");
+    EXPECT_EQ(printed(QEL_KX_COMMAND_RESULT_ERROR, "result", 1),
+              "   result: QEL_KX_COMMAND_RESULT_ERROR (2)\n");
+    EXPECT_EQ(test::output_of([] {
+                  QELPrint_string(nullptr, "message", 2);
+                  QELPrint_enum(6, nullptr, nullptr, 1);
+              }),
+              "      message: NULL\n   6\n");
+    EXPECT_NE(printed(*Filled<QEL_KX_ADMIN_State>(), "state", 0)
+                  .find("      [4]:\n"
+                        "         category: QEL_KX_PEXA_CONFIG_LOG_CATEGORY_API (4)\n"
+                        "         verbosity: QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_STATUS_ALL (5)\n"),
+              std::string::npos);
+
+    Sample<QEL_KX_ADMIN_Command> command;
+    set_pairs(*command, 1);
+    EXPECT_EQ(printed(*command, nullptr, 0),
+              "\n"
+              "   _d: QEL_KX_SET_QEL_LOGGER_LEVEL (1)\n"
+              "   _u.categoryAndVerbosity:\n"
+              "      [0]:\n"
+              "         category: QEL_KX_PEXA_CONFIG_LOG_CATEGORY_PLATFORM (0)\n"
+              "         verbosity: QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_ERROR (1)\n");
+    command->_d = QEL_KX_SET_LOG_LEVEL;
+    EXPECT_EQ(printed(*command, nullptr, 0),
+              "\n   _d: QEL_KX_SET_LOG_LEVEL (0)\n   _u.filterLevel: 0\n");
+    // No enumerator has this number, so that it can only be written as one.
+    const DDS_Long nothing = 17;
+    std::memcpy(&command->_d, &nothing, sizeof nothing);
+    EXPECT_EQ(printed(*command, nullptr, 0), "\n   _d: 17\n");
 }
 
 }  // namespace

@@ -24,8 +24,6 @@ class Sample {
 public:
     Sample() { EXPECT_TRUE(ValueOperations<T>::initialize(&record_)); }
     ~Sample() { ValueOperations<T>::finalize(&record_); }
-    Sample(const Sample&) = delete;
-    Sample& operator=(const Sample&) = delete;
 
     T* operator->() { return &record_; }
     T& operator*() { return record_; }
@@ -44,8 +42,6 @@ struct Endpoint {
         EXPECT_NE(data, nullptr);
     }
     ~Endpoint() { Plugin<T>::on_endpoint_detached(data); }
-    Endpoint(const Endpoint&) = delete;
-    Endpoint& operator=(const Endpoint&) = delete;
 
     TULVEndpointData data;
 };
