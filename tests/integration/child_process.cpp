@@ -1,14 +1,15 @@
 #include "tests/integration/child_process.hpp"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
-#include <system_error>
+
+#include <gtest/gtest.h>
 
 namespace orvane::tests {
 namespace {
@@ -16,15 +17,9 @@ namespace {
 /// The two ends of a pipe, the one to read from first.
 using Pipe = std::array<int, 2>;
 
-void require(bool success, const char* operation) {
-    if (!success) {
-        throw std::system_error{errno, std::system_category(), operation};
-    }
-}
-
 Pipe make_pipe() {
     Pipe ends{};
-    require(pipe2(ends.data(), O_CLOEXEC) == 0, "pipe2");
+    EXPECT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
     return ends;
 }
 
@@ -41,7 +36,7 @@ Pipe make_pipe() {
 
 }  // namespace
 
-ChildProcess::ChildProcess(std::vector<std::string> command) {
+ChildProcess::ChildProcess(Words command) {
     std::vector<char*> arguments;
     for (std::string& word : command) {
         arguments.push_back(word.data());
@@ -54,7 +49,7 @@ ChildProcess::ChildProcess(std::vector<std::string> command) {
     const Pipe out = make_pipe();
     const Pipe error = make_pipe();
     pid_ = fork();
-    require(pid_ >= 0, "fork");
+    EXPECT_GE(pid_, 0);
     if (pid_ == 0) {
         become(arguments.data(), input[0], out[1], error[1]);
     }
@@ -62,53 +57,32 @@ ChildProcess::ChildProcess(std::vector<std::string> command) {
         close(end_of_child);
     }
     input_ = input[1];
-    streams_[0].descriptor = out[0];
-    streams_[1].descriptor = error[0];
-    collector_ = std::thread{[this] { collect(); }};
+    collector_ = std::jthread{[this, out, error] {
+        std::thread errors{[&] { collect(error[0], &Output::error); }};
+        collect(out[0], &Output::out);
+        errors.join();
+        reap();
+    }};
 }
 
 ChildProcess::~ChildProcess() {
     close_input();
     send_signal(SIGKILL);
-    collector_.join();
-    for (const Stream& stream : streams_) {
-        close(stream.descriptor);
-    }
 }
 
-void ChildProcess::collect() {
-    std::array<pollfd, 2> polled{
-        {{streams_[0].descriptor, POLLIN, 0}, {streams_[1].descriptor, POLLIN, 0}}};
-    while (polled[0].fd >= 0 || polled[1].fd >= 0) {
-        if (poll(polled.data(), polled.size(), -1) < 0) {
-            continue;
-        }
-        for (std::size_t i = 0; i < polled.size(); ++i) {
-            if (polled[i].revents != 0 && !read_from(streams_[i])) {
-                polled[i] = {-1, 0, 0};
-            }
-        }
-    }
-    reap();
-}
-
-bool ChildProcess::read_from(Stream& stream) {
+void ChildProcess::collect(int descriptor, std::vector<std::string> Output::*lines) {
+    std::string unfinished;
     std::array<char, 65536> buffer{};
-    const ssize_t count = read(stream.descriptor, buffer.data(), buffer.size());
-    if (count <= 0) {
-        return count < 0 && errno == EINTR;
+    for (ssize_t count = 0; (count = read(descriptor, buffer.data(), buffer.size())) > 0;) {
+        unfinished.append(buffer.data(), static_cast<std::size_t>(count));
+        const std::lock_guard lock{mutex_};
+        for (std::size_t end = 0; (end = unfinished.find('\n')) != std::string::npos;) {
+            (output_.*lines).push_back(unfinished.substr(0, end));
+            unfinished.erase(0, end + 1);
+        }
+        changed_.notify_all();
     }
-    stream.unfinished.append(buffer.data(), static_cast<std::size_t>(count));
-    const std::lock_guard lock{mutex_};
-    std::size_t start = 0;
-    for (std::size_t end = stream.unfinished.find('\n'); end != std::string::npos;
-         end = stream.unfinished.find('\n', start)) {
-        (output_.*stream.lines).push_back(stream.unfinished.substr(start, end - start));
-        start = end + 1;
-    }
-    stream.unfinished.erase(0, start);
-    changed_.notify_all();
-    return true;
+    close(descriptor);
 }
 
 void ChildProcess::reap() {
@@ -154,9 +128,9 @@ bool ChildProcess::wait_until(const std::function<bool(const Output&)>& conditio
 }
 
 std::string ChildProcess::wait_for_end(std::chrono::milliseconds longest) {
-    wait_until([](const Output& output) { return !output.ending.empty(); }, longest);
-    const std::string ending = output().ending;
-    return ending.empty() ? "still running" : ending;
+    const bool ended =
+        wait_until([](const Output& output) { return !output.ending.empty(); }, longest);
+    return ended ? output().ending : "still running";
 }
 
 Output ChildProcess::output() {

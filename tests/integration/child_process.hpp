@@ -4,7 +4,6 @@
 
 #include <sys/types.h>
 
-#include <array>
 #include <chrono>
 #include <condition_variable>
 #include <functional>
@@ -15,6 +14,11 @@
 #include <vector>
 
 namespace orvane::tests {
+
+using Words = std::vector<std::string>;
+
+/// Longest wait for anything that is bound to happen.
+inline constexpr std::chrono::seconds patience{60};
 
 /// The complete lines that a process has printed so far.
 struct Output {
@@ -30,11 +34,9 @@ struct Output {
 class ChildProcess {
 public:
     /// @param command path of the program and its arguments
-    explicit ChildProcess(std::vector<std::string> command);
+    explicit ChildProcess(Words command);
     /// Kills the process if it still runs.
     ~ChildProcess();
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
 
     /// Writes a line to the standard input. @return whether the process still reads
     bool send_line(std::string_view line) const;
@@ -45,33 +47,24 @@ public:
     /// Waits until @p condition holds for the output, but no longer than @p longest and not beyond
     /// the end of the process. @return whether it holds
     bool wait_until(const std::function<bool(const Output&)>& condition,
-                    std::chrono::milliseconds longest);
+                    std::chrono::milliseconds longest = patience);
     /// @return as Output::ending, or "still running" after @p longest
-    std::string wait_for_end(std::chrono::milliseconds longest);
+    std::string wait_for_end(std::chrono::milliseconds longest = patience);
 
     Output output();
     /// Everything printed, for a failure's message.
     std::string transcript();
 
 private:
-    struct Stream {
-        int descriptor;
-        std::vector<std::string> Output::*lines;
-        std::string unfinished;
-    };
-
-    void collect();
-    /// @return false at the end of the stream
-    bool read_from(Stream& stream);
+    void collect(int descriptor, std::vector<std::string> Output::*lines);
     void reap();
 
     pid_t pid_ = -1;
     int input_ = -1;
-    std::array<Stream, 2> streams_{{{-1, &Output::out, {}}, {-1, &Output::error, {}}}};
     std::mutex mutex_;
     std::condition_variable changed_;
     Output output_;
-    std::thread collector_;
+    std::jthread collector_;
 };
 
 }  // namespace orvane::tests

@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <chrono>
 #include <string>
-#include <vector>
 
-#include "tests/integration/application.hpp"
+#include "tests/integration/programs.hpp"
 
 namespace orvane::tests {
 namespace {
 
-constexpr int domain_id = ORVANE_TEST_DOMAIN;
 constexpr std::chrono::seconds longest_cycle{30};
 
 bool await_line(ChildProcess& process, const std::string& line) {
@@ -30,7 +28,7 @@ std::string last_lines(ChildProcess& process) {
 }
 
 void expect_all_cycles(const std::string& mode, int cycles) {
-    ChildProcess process{peer_command(mode, domain_id, {std::to_string(cycles)})};
+    ChildProcess process{peer_command(mode, {std::to_string(cycles)})};
     for (int cycle = 1; cycle <= cycles; ++cycle) {
         ASSERT_TRUE(await_line(process, "> cycle " + std::to_string(cycle)))
             << "cycle " << cycle << " did not end within " << longest_cycle.count() << " s\n"
@@ -39,28 +37,27 @@ void expect_all_cycles(const std::string& mode, int cycles) {
     EXPECT_EQ(process.wait_for_end(longest_cycle), "exit 0") << last_lines(process);
 }
 
+void expect_end(ChildProcess& process) {
+    process.close_input();
+    EXPECT_EQ(process.wait_for_end(longest_cycle), "exit 0") << last_lines(process);
+}
+
 class Finalisation : public testing::Test {
 protected:
     void SetUp() override {
         ASSERT_TRUE(await_line(trigger_, "> triggering")) << trigger_.transcript();
     }
-
     void TearDown() override { expect_end(trigger_); }
-
-    static void expect_end(ChildProcess& process) {
-        process.close_input();
-        EXPECT_EQ(process.wait_for_end(longest_cycle), "exit 0") << last_lines(process);
-    }
 
 private:
     /// Makes the threads of the peer's engine work all the time.
-    ChildProcess trigger_{peer_command("trigger", domain_id)};
+    ChildProcess trigger_{peer_command("trigger")};
 };
 
 /// Remote tools come and go meanwhile, and the middleware reports all it can to the device.
 TEST_F(Finalisation, EndsWhileThreadsLogAndRemoteToolsSendCommands) {
-    ChildProcess visitor{peer_command("visit", domain_id)};
-    Viewer viewer{domain_id};
+    ChildProcess visitor{peer_command("visit")};
+    Viewer viewer;
     expect_all_cycles("threads", ORVANE_FINALISING_CYCLES);
     EXPECT_TRUE(viewer.wait_for(1, "fire", longest_cycle));
     EXPECT_TRUE(viewer.wait_for(1, "com.qel.pexa.config.Logger", longest_cycle));

@@ -4,13 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "tests/integration/application.hpp"
-#include "tests/integration/peer_protocol.hpp"
+#include "tests/integration/programs.hpp"
 
 namespace orvane::tests {
 namespace {
-
-constexpr int domain_id = ORVANE_TEST_DOMAIN;
 
 /// The programs of these tests lose 5 % of the packets that they send.
 class LossyNetwork : public testing::Test {
@@ -28,8 +25,8 @@ protected:
 };
 
 TEST_F(LossyNetwork, BringsEveryMessageOfAProfileThatKeepsAll) {
-    Viewer viewer{domain_id};
-    Application application{domain_id, {"--profile", "delivery", "keep_all"}};
+    Viewer viewer;
+    Application application{{"--profile", "delivery", "keep_all"}};
     ASSERT_TRUE(connect(application, viewer)) << viewer.process().transcript();
 
     ASSERT_EQ(application.ask("log 600 3000 1000"), "log");
@@ -39,10 +36,10 @@ TEST_F(LossyNetwork, BringsEveryMessageOfAProfileThatKeepsAll) {
 }
 
 TEST_F(LossyNetwork, AnswersEveryCommand) {
-    Application application{domain_id, {"--kind", "rover"}};
+    Application application{{"--kind", "rover"}};
     const std::string rover = application.ask("identity") + " rover  ";
     const struct {
-        std::vector<std::string> arguments;
+        Words arguments;
         std::string effect;
     } commands[] = {
         {{"set-level", "rover", "DEBUG"}, "filter level INFO -> DEBUG"},
@@ -53,13 +50,11 @@ TEST_F(LossyNetwork, AnswersEveryCommand) {
     constexpr int rounds = 4;
     for (int round = 0; round < rounds; ++round) {
         for (const auto& each : commands) {
-            std::vector<std::string> arguments{each.arguments};
-            arguments.insert(arguments.end(),
-                             {"--domain", std::to_string(domain_id), "--timeout", "20"});
-            ChildProcess tool{tool_command(arguments)};
-            EXPECT_EQ(tool.wait_for_end(patience), "exit 0");
-            EXPECT_EQ(tool.output().out, std::vector<std::string>{rover + each.effect})
-                << tool.transcript();
+            Words arguments{each.arguments};
+            arguments.insert(arguments.end(), {"--timeout", "20"});
+            ChildProcess tool{tool_in_domain(arguments)};
+            tool.wait_for_end();
+            EXPECT_EQ(tool.transcript(), rover + each.effect + "\nexit 0");
         }
     }
 }

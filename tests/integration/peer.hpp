@@ -8,7 +8,6 @@
 #include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "orvane/orvane.h"
 #include "tools/domain/entities.hpp"
@@ -41,10 +40,7 @@ inline void report_everything() {
 /// The process's logger. Any thread may call @ref instance and @ref log at any time.
 class Logger {
 public:
-    Logger() = default;
     ~Logger() { finish(); }
-    Logger(const Logger&) = delete;
-    Logger& operator=(const Logger&) = delete;
 
     void start(OptionsPointer options) {
         options_ = std::move(options);
@@ -55,7 +51,7 @@ public:
             std::exit(EXIT_FAILURE);
         }
     }
-    DDS_ReturnCode_t finish() { return QEL_KX_Orvane_finalizeInstance(); }
+    static DDS_ReturnCode_t finish() { return QEL_KX_Orvane_finalizeInstance(); }
 
     void log(int level, const std::string& category, const std::string& text) {
         QEL_KX_Orvane_logMessageWithLevelCategory(instance_, level, text.c_str(), category.c_str());
@@ -69,9 +65,7 @@ private:
     std::atomic<QEL_KX_Orvane*> instance_{nullptr};
 };
 
-// The modes, which test_peer.cpp describes.
-void obey(int domain_id, const std::vector<std::string>& settings);
-void flood(int domain_id, int count);
+// The modes of finalising_peer.cpp.
 void fire_from_threads(int domain_id, int cycles);
 void fire_from_listener(int domain_id, int cycles);
 void trigger_until_input_ends(int domain_id);

@@ -3,7 +3,7 @@
 //   test_peer log DOMAIN [--kind APPLICATION_KIND] [--profile LIBRARY PROFILE]
 //       An application that logs as its input says, one command a line:
 //           log LEVEL COUNT GAP_US    logs the next COUNT numbers, with a pause after each
-//           stamped LEVEL COUNT       logs the next COUNT numbers, each with a time of its own
+//           at SECOND NANOSECOND      logs the next number with this time
 //           say LEVEL CATEGORY TEXT   logs both texts, in hexadecimal, "-" for an empty one
 //           identity                  answers HOST:APP, as the viewer shows it
 //           finish                    finalises the logger
@@ -30,15 +30,170 @@
 //
 // The lines that are named here begin with "> ", but for "logged".
 
+#include <malloc.h>
+
+#include <charconv>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
+#include <sstream>
 #include <string>
+#include <string_view>
+#include <thread>
 #include <vector>
 
 #include "tests/integration/peer.hpp"
+#include "tests/integration/peer_protocol.hpp"
+
+// Defined by the sanitizers' runtimes.
+extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace orvane::tests {
 namespace {
+
+std::string from_hexadecimal(std::string_view text) {
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
+        unsigned char byte = 0;
+        std::from_chars(text.data() + i, text.data() + i + 2, byte, 16);
+        bytes += static_cast<char>(byte);
+    }
+    return bytes;
+}
+
+/// The mode "log".
+class CommandedApplication {
+public:
+    Logger logger;
+
+    /// @return the answer
+    std::string execute(const std::string& command) {
+        std::istringstream words{command};
+        std::string name;
+        words >> name;
+        if (name == "log") {
+            log(words);
+        } else if (name == "at") {
+            log_at(words);
+        } else if (name == "say") {
+            int level = 0;
+            std::string category;
+            std::string text;
+            words >> level >> category >> text;
+            logger.log(level, from_hexadecimal(category), from_hexadecimal(text));
+        } else if (name == "identity") {
+            const QEL_KX_DDSEntities* entities = logger.instance()->ddsEntities;
+            char text[32];
+            std::snprintf(text, sizeof text, "%08x:%08x",
+                          QEL_KX_DDSEntities_getRtpsHostId(entities),
+                          QEL_KX_DDSEntities_getRtpsAppId(entities));
+            return text;
+        } else if (name == "finish") {
+            return "finish " + std::to_string(Logger::finish());
+        } else {
+            return "unknown command: " + command;
+        }
+        return name;
+    }
+
+private:
+    void log(std::istream& arguments) {
+        int level = 0;
+        int count = 0;
+        int gap_us = 0;
+        arguments >> level >> count >> gap_us;
+        // Printed afterwards, so that the test's pipe has no influence on the pace.
+        std::string records;
+        for (int i = 0; i < count; ++i) {
+            const std::string text = std::to_string(next_number_++);
+            const std::int64_t before = wall_clock();
+            logger.log(level, numbered_category, text);
+            records += record(level, before, wall_clock(), text);
+            std::this_thread::sleep_for(std::chrono::microseconds{gap_us});
+        }
+        std::fputs(records.c_str(), answers);
+    }
+
+    void log_at(std::istream& arguments) {
+        DDS_Time_t time{};
+        arguments >> time.sec >> time.nanosec;
+        const std::string text = std::to_string(next_number_++);
+        const QEL_KX_LogMessageParams params{300, text.c_str(), numbered_category, time};
+        QEL_KX_Orvane_logMessageWithParams(logger.instance(), &params);
+        const std::int64_t stamp = time.sec * std::int64_t{1'000'000'000} + time.nanosec;
+        std::fputs(record(300, stamp, stamp, text).c_str(), answers);
+    }
+
+    static std::string record(int level, std::int64_t before, std::int64_t after,
+                              const std::string& text) {
+        return std::string{record_mark} + std::to_string(level) + ' ' + std::to_string(before) +
+               ' ' + std::to_string(after) + ' ' + text + '\n';
+    }
+
+    int next_number_ = 0;
+};
+
+void obey(int domain_id, const std::vector<std::string>& settings) {
+    OptionsPointer options = make_options(domain_id);
+    QEL_KX_Options_setQueueSize(options.get(), 1024);
+    for (std::size_t i = 0; i < settings.size(); ++i) {
+        if (settings[i] == "--kind") {
+            QEL_KX_Options_setApplicationKind(options.get(), settings.at(++i).c_str());
+        } else if (settings[i] == "--profile") {
+            QEL_KX_Options_setQosLibrary(options.get(), settings.at(++i).c_str());
+            QEL_KX_Options_setQosProfile(options.get(), settings.at(++i).c_str());
+        }
+    }
+    CommandedApplication application;
+    application.logger.start(std::move(options));
+    for (std::string command; std::getline(std::cin, command);) {
+        tell(application.execute(command));
+    }
+}
+
+/// Bytes that the program has allocated and not freed, also where a sanitizer keeps freed memory.
+std::size_t heap_in_use() {
+    if (__sanitizer_get_current_allocated_bytes != nullptr) {
+        return __sanitizer_get_current_allocated_bytes();
+    }
+    const struct mallinfo2 heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
+/// Logs no faster than the queue of @p queue_size messages can take, until all are published.
+void log_paced(Logger& logger, int count, int queue_size) {
+    const auto wait_for_queue = [](int longest) {
+        const std::atomic_ref queued{QEL_KX_Orvane_getMessageQueue()->list.count};
+        while (queued.load(std::memory_order_relaxed) > longest) {
+            std::this_thread::sleep_for(std::chrono::milliseconds{1});
+        }
+    };
+    for (int i = 0; i < count; ++i) {
+        if (i % 512 == 0) {
+            wait_for_queue(queue_size / 2);
+        }
+        logger.log(QEL_KX_LEVEL_INFO, "flood", "hello");
+    }
+    wait_for_queue(0);
+    tell("memory " + std::to_string(heap_in_use()));
+}
+
+void flood(int domain_id, int count) {
+    constexpr int queue_size = 4096;
+    OptionsPointer options = make_options(domain_id);
+    QEL_KX_Options_setFilterLevel(options.get(), QEL_KX_LEVEL_TRACE);
+    QEL_KX_Options_setQueueSize(options.get(), queue_size);
+    report_everything();
+    Logger logger;
+    logger.start(std::move(options));
+    std::string line;
+    std::getline(std::cin, line);
+    log_paced(logger, count / 10, queue_size);
+    log_paced(logger, count - count / 10, queue_size);
+    logger.log(QEL_KX_LEVEL_INFO, "com.qel.end", "");
+    std::cin.get();
+}
 
 bool run(const std::string& mode, int domain_id, const std::vector<std::string>& rest) {
     const auto count = [&] { return std::stoi(rest.at(0)); };

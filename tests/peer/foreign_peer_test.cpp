@@ -11,7 +11,6 @@
 namespace orvane::tests {
 namespace {
 
-constexpr int domain_id = ORVANE_TEST_DOMAIN;
 constexpr const char* application_kind = "grinder";
 constexpr const char* default_verbosities = "0:1,1:1,2:1,3:1,4:1";
 
@@ -29,15 +28,15 @@ protected:
         EXPECT_EQ(application_.diagnostics(), std::vector<std::string>{});
     }
 
-    Application application_{domain_id, {"--kind", application_kind}};
-    ForeignPeer peer_{domain_id};
+    Application application_{{"--kind", application_kind}};
+    ForeignPeer peer_;
     std::string identity_;
 };
 
 TEST_F(AnotherProduct, ReadsTheStateFieldByField) {
     const ForeignSample state = peer_.await("state", {{"state", "1"}});
     EXPECT_EQ(state.members, (Fields{{"logger", identity_},
-                                     {"domain", std::to_string(domain_id)},
+                                     {"domain", domain()},
                                      {"state", "1"},
                                      {"kind", application_kind},
                                      {"level", "600"},
@@ -70,12 +69,14 @@ TEST_F(AnotherProduct, ReadsMessagesFieldByField) {
         EXPECT_EQ(log.properties.at("encapsulation"), "3");
         EXPECT_EQ(log.properties.at("publisher"), identity_);
     }
-    ForeignPeer late{domain_id};
+    ForeignPeer late;
     EXPECT_EQ(late.await("log", {{"category", "two"}}).members.at("message"), "grüße, 世界");
 }
 
 TEST_F(AnotherProduct, ReadsTheTimeOfLoggingToTheNanosecond) {
-    ASSERT_EQ(application_.ask("stamped 300 5"), "stamped");
+    for (const char* fraction : {"0", "1", "999999999", "500000000", "232830643"}) {
+        ASSERT_EQ(application_.ask(std::string{"at 1500000000 "} + fraction), "at");
+    }
     for (const LoggedMessage& logged : application_.logged()) {
         const ForeignSample log = peer_.await("log", {{"message", logged.text}});
         ASSERT_FALSE(log.members.empty()) << logged.text;
@@ -107,7 +108,7 @@ TEST_F(AnotherProduct, ChangesEachSettingByACommand) {
 }
 
 TEST_F(AnotherProduct, CommandsTheApplicationThatItNamesAndNoOther) {
-    Application other{domain_id};
+    Application other;
     const std::string other_identity = other.ask("identity");
     ASSERT_TRUE(peer_.meet(other_identity)) << peer_.process().transcript();
 
@@ -137,7 +138,7 @@ TEST_F(AnotherProduct, CommandsTheApplicationThatItNamesAndNoOther) {
 // The engine takes a message with such a payload for no RTPS message at all and asks for it again,
 // so that the writer that sent it gets no further.
 TEST_F(AnotherProduct, LosesNoRequestByAnUnknownEncapsulationOfSomebodyElse) {
-    ForeignPeer stranger{domain_id};
+    ForeignPeer stranger;
     ASSERT_TRUE(stranger.meet(identity_)) << stranger.process().transcript();
     for (const char* identifier : {"4", "0xffff"}) {
         const std::string unknown =
@@ -155,9 +156,9 @@ TEST(KeyHashes, CarriedBySamplesAreThoseThatAnotherProductComputes) {
         ",<CycloneDDS><Domain Id=\"any\"><Internal><GenerateKeyhash>true</GenerateKeyhash>"
         "</Internal></Domain></CycloneDDS>";
     ASSERT_EQ(setenv("CYCLONEDDS_URI", with_key_hashes.c_str(), 1), 0);
-    Application application{domain_id};
+    Application application;
     ASSERT_EQ(setenv("CYCLONEDDS_URI", uri.c_str(), 1), 0);
-    ForeignPeer peer{domain_id, "--carried-keys"};
+    ForeignPeer peer{"--carried-keys"};
     const std::string identity = application.ask("identity");
     ASSERT_TRUE(peer.meet(identity)) << peer.process().transcript();
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/integration/application.hpp"
+#include "tests/integration/programs.hpp"
 
 namespace orvane::tests {
 
@@ -23,8 +23,8 @@ struct ForeignSample {
 class ForeignPeer {
 public:
     /// @param option as foreign_peer.cpp describes
-    explicit ForeignPeer(int domain_id, const std::string& option = "")
-        : process_{{ORVANE_FOREIGN_PEER, std::to_string(domain_id), option}} {}
+    explicit ForeignPeer(const std::string& option = "")
+        : process_{{ORVANE_FOREIGN_PEER, domain(), option}} {}
 
     /// Repeats a request that changes nothing until the application answers.
     /// @return whether it did. @param identity "HOST:APP" as the application tells it

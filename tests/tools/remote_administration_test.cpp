@@ -3,39 +3,25 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <cstddef>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "tests/integration/application.hpp"
-#include "tests/integration/child_process.hpp"
-#include "tests/integration/viewer.hpp"
+#include "tests/integration/programs.hpp"
 
 namespace orvane::tests {
 namespace {
 
-constexpr int domain_id = ORVANE_TEST_DOMAIN;
 /// The engine's default lease of a participant: so long it counts as alive without a sign of life.
 constexpr std::chrono::seconds lease{10};
 
-std::vector<std::string> in_domain(std::vector<std::string> arguments) {
-    arguments.insert(arguments.end(), {"--domain", std::to_string(domain_id)});
-    return tool_command(arguments);
-}
-
-/// For subcommands that end by themselves: a busy host may need longer than a user would wait.
-std::vector<std::string> in_domain_patiently(std::vector<std::string> arguments) {
+/// What a subcommand that ends by itself has printed. A busy host may need longer than a user would
+/// wait.
+Output output_of(Words arguments, const std::string& ending) {
     arguments.insert(arguments.end(), {"--timeout", "30"});
-    return in_domain(std::move(arguments));
-}
-
-/// What a subcommand has printed, which must end so.
-Output output_of(std::vector<std::string> arguments, const std::string& ending) {
-    ChildProcess tool{in_domain_patiently(std::move(arguments))};
-    EXPECT_EQ(tool.wait_for_end(patience), ending) << tool.transcript();
+    ChildProcess tool{tool_in_domain(std::move(arguments))};
+    EXPECT_EQ(tool.wait_for_end(), ending) << tool.transcript();
     return tool.output();
 }
 
@@ -57,12 +43,12 @@ protected:
 
     bool watch_for(const std::string& first, const std::string& second = "") {
         return watch_.wait_until(
-            [&](const Output& output) { return contains(output.out, first, second); }, patience);
+            [&](const Output& output) { return contains(output.out, first, second); });
     }
 
-    ChildProcess watch_{in_domain({"list", "--watch"})};
-    Application pump_{domain_id, {"--kind", "pump"}};
-    Application planner_{domain_id, {"--kind", "planner"}};
+    ChildProcess watch_{tool_in_domain({"list", "--watch"})};
+    Application pump_{{"--kind", "pump"}};
+    Application planner_{{"--kind", "planner"}};
     std::string pump_id_ = pump_.ask("identity");
     std::string planner_id_ = planner_.ask("identity");
 };
@@ -79,7 +65,7 @@ TEST_F(RemoteAdministration, ShowsEveryLoggerForPeopleAndForPrograms) {
         const auto logger = nlohmann::json::parse(line);
         kinds.push_back(logger["kind"]);
         EXPECT_EQ(logger["app"], kinds.back() == "pump" ? pump_id_ : planner_id_);
-        EXPECT_EQ(logger["domain"], domain_id);
+        EXPECT_EQ(std::to_string(logger["domain"].get<int>()), domain());
         EXPECT_EQ(logger["verbosities"]["api"], "ERROR");
     }
     std::sort(kinds.begin(), kinds.end());
@@ -90,7 +76,7 @@ TEST_F(RemoteAdministration, ChangesTheSettingsOfItsTargetsAndShowsThem) {
     const std::string pump = pump_id_ + " pump  ";
     const std::string planner = planner_id_ + " planner  ";
     const struct {
-        std::vector<std::string> arguments;
+        Words arguments;
         std::vector<std::string> says;
     } cases[] = {
         {{"set-level", "p*", "debug"},
@@ -115,12 +101,12 @@ TEST_F(RemoteAdministration, ChangesTheSettingsOfItsTargetsAndShowsThem) {
 }
 
 TEST_F(RemoteAdministration, ListsTheLoggersWhenNoneIsOfTheTarget) {
-    ChildProcess tool{in_domain({"set-level", "valve", "INFO", "--timeout", "6"})};
-    EXPECT_EQ(tool.wait_for_end(patience), "exit 1") << tool.transcript();
-    EXPECT_TRUE(tool.output().out.empty()) << tool.transcript();
-    EXPECT_TRUE(contains(tool.output().error, "is 'valve'; there are:")) << tool.transcript();
-    EXPECT_TRUE(contains(tool.output().error, pump_id_ + "  pump ")) << tool.transcript();
-    EXPECT_TRUE(contains(tool.output().error, planner_id_ + "  planner "));
+    ChildProcess tool{tool_in_domain({"set-level", "valve", "INFO", "--timeout", "6"})};
+    EXPECT_EQ(tool.wait_for_end(), "exit 1") << tool.transcript();
+    for (const std::string& line : {std::string{"is 'valve'; there are:"}, pump_id_ + "  pump ",
+                                    planner_id_ + "  planner "}) {
+        EXPECT_TRUE(contains(tool.output().error, line)) << tool.transcript();
+    }
 }
 
 TEST_F(RemoteAdministration, SeesLoggersEndAndTellsTheKilledFromTheFinished) {
@@ -135,27 +121,27 @@ TEST_F(RemoteAdministration, SeesLoggersEndAndTellsTheKilledFromTheFinished) {
     EXPECT_LE(unnoticed, 2 * lease);
 
     watch_.send_signal(SIGINT);
-    EXPECT_EQ(watch_.wait_for_end(patience), "exit 0");
+    EXPECT_EQ(watch_.wait_for_end(), "exit 0");
 }
 
 TEST(RemoteAdministrationOfNobody, ListsNothingWithSuccessAndSetsNothingWithout) {
-    ChildProcess list{in_domain({"list"})};
-    EXPECT_EQ(list.wait_for_end(patience), "exit 0") << list.transcript();
+    ChildProcess list{tool_in_domain({"list"})};
+    EXPECT_EQ(list.wait_for_end(), "exit 0") << list.transcript();
     EXPECT_TRUE(list.output().out.empty()) << list.transcript();
-    ChildProcess set{in_domain({"set-level", "*", "INFO"})};
-    EXPECT_EQ(set.wait_for_end(patience), "exit 1") << set.transcript();
+    ChildProcess set{tool_in_domain({"set-level", "*", "INFO"})};
+    EXPECT_EQ(set.wait_for_end(), "exit 1") << set.transcript();
     EXPECT_TRUE(contains(set.output().error, "there is none at all")) << set.transcript();
 }
 
-TEST(RemoteAdministrationOfNobody, FailsWhenTheOutputCannotBeWritten) {
-    Application pump{domain_id, {"--kind", "pump"}};
-    ASSERT_NE(pump.ask("identity"), "no answer");
-    for (const char* command : {"list", "list --watch", "set-level pump INFO"}) {
-        std::ostringstream line;
-        line << "exec '" << tool_command({}).front() << "' " << command << " --timeout 30 --domain "
-             << domain_id << " > /dev/full";
-        ChildProcess tool{{"/bin/sh", "-c", line.str()}};
-        EXPECT_EQ(tool.wait_for_end(patience), "exit 1") << tool.transcript();
+TEST(Tool, FailsWhenItsOutputCannotBeWritten) {
+    Application pump{{"--kind", "pump"}};
+    ASSERT_EQ(pump.ask("log 300 1 0"), "log");
+    for (const char* command : {"tail", "list --timeout 30", "list --watch --timeout 30",
+                                "set-level pump INFO --timeout 30"}) {
+        ChildProcess tool{{"/bin/sh", "-c",
+                           "exec '" + tool_command({}).front() + "' " + command + " --domain " +
+                               domain() + " > /dev/full"}};
+        EXPECT_EQ(tool.wait_for_end(), "exit 1") << tool.transcript();
         EXPECT_TRUE(contains(tool.output().error, "could not write: No space left on device"))
             << tool.transcript();
     }

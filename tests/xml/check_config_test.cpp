@@ -3,8 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/integration/application.hpp"
-#include "tests/integration/viewer.hpp"
+#include "tests/integration/programs.hpp"
 
 namespace orvane::tests {
 namespace {
@@ -14,7 +13,7 @@ const std::string source = ORVANE_SOURCE_DIR;
 TEST(CheckConfig, NamesEveryProblemWithItsPlaceAndPrintsWhatIsInForce) {
     const std::string file = source + "/tests/xml/faulty/configuration.xml";
     ChildProcess tool{tool_command({"check-config", file})};
-    EXPECT_EQ(tool.wait_for_end(patience), "exit 1");
+    EXPECT_EQ(tool.wait_for_end(), "exit 1");
     const std::string no_effect = "unknown element, or in the wrong place: it has no effect";
     const std::vector<std::string> problems = {
         "3: filter_lvl: " + no_effect,
@@ -49,7 +48,7 @@ TEST(CheckConfig, NamesEveryProblemWithItsPlaceAndPrintsWhatIsInForce) {
 
 TEST(CheckConfig, EndsByWhatItIsGiven) {
     const struct {
-        std::vector<std::string> arguments;
+        Words arguments;
         std::string ending;
         std::string says;
     } cases[] = {
@@ -66,7 +65,7 @@ TEST(CheckConfig, EndsByWhatItIsGiven) {
     };
     for (const auto& each : cases) {
         ChildProcess tool{tool_command(each.arguments)};
-        EXPECT_EQ(tool.wait_for_end(patience), each.ending) << tool.transcript();
+        EXPECT_EQ(tool.wait_for_end(), each.ending) << tool.transcript();
         EXPECT_NE(tool.transcript().find(each.says), std::string::npos) << tool.transcript();
     }
 }

@@ -2,26 +2,23 @@
 
 #include <string>
 
-#include "tests/integration/application.hpp"
-#include "tests/integration/viewer.hpp"
+#include "tests/integration/programs.hpp"
 
 namespace orvane::tests {
 namespace {
 
-const std::string domain = std::to_string(ORVANE_TEST_DOMAIN);
-
 TEST(Example, LogsItsInputAsItsFileSays) {
-    Viewer viewer{ORVANE_TEST_DOMAIN};
-    ChildProcess journal{{ORVANE_JOURNAL, ORVANE_SOURCE_DIR "/examples/xml/journal.xml", domain}};
+    Viewer viewer;
+    ChildProcess journal{{ORVANE_JOURNAL, ORVANE_SOURCE_DIR "/examples/xml/journal.xml", domain()}};
     // The messages that are logged before the viewer is there arrive too.
     std::vector<std::string> lines;
     for (int number = 0; number < 500; ++number) {
         lines.push_back("line " + std::to_string(number));
         ASSERT_TRUE(journal.send_line(lines.back())) << journal.transcript();
     }
-    EXPECT_TRUE(viewer.wait_for(lines.size(), "journal", patience)) << journal.transcript();
+    EXPECT_TRUE(viewer.wait_for(lines.size(), "journal")) << journal.transcript();
     journal.close_input();
-    EXPECT_EQ(journal.wait_for_end(patience), "exit 0") << journal.transcript();
+    EXPECT_EQ(journal.wait_for_end(), "exit 0") << journal.transcript();
     EXPECT_EQ(journal.output().out, (std::vector<std::string>{"logged 500, discarded 0"}));
     std::vector<std::string> viewed;
     for (const ViewedMessage& message : viewer.messages("journal")) {
@@ -31,8 +28,8 @@ TEST(Example, LogsItsInputAsItsFileSays) {
 }
 
 TEST(Example, DoesNotStartFromAFileItCannotUse) {
-    ChildProcess journal{{ORVANE_JOURNAL, ORVANE_SOURCE_DIR "/README.md", domain}};
-    EXPECT_EQ(journal.wait_for_end(patience), "exit 1");
+    ChildProcess journal{{ORVANE_JOURNAL, ORVANE_SOURCE_DIR "/README.md", domain()}};
+    EXPECT_EQ(journal.wait_for_end(), "exit 1");
     EXPECT_NE(journal.transcript().find("cannot be configured from"), std::string::npos)
         << journal.transcript();
 }

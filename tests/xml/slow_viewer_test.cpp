@@ -7,8 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/integration/application.hpp"
-#include "tests/integration/viewer.hpp"
+#include "tests/integration/programs.hpp"
 #include "tests/support/faults.hpp"
 #include "tests/xml/parsed_config.hpp"
 
@@ -52,7 +51,7 @@ TEST(SlowViewer, GetsEveryMessageOfAProfileThatKeepsAllAlsoAfterWritesHaveTimedO
     });
     stub = &counting;
 
-    Viewer viewer{ORVANE_TEST_DOMAIN};
+    Viewer viewer;
     const test::ParsedConfig config(
         test::with_orvane("<enabled>true</enabled><queue_size>1000</queue_size>"));
     const test::Host host;

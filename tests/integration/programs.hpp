@@ -1,27 +1,60 @@
-/// @file application.hpp
-/// @brief The program test_peer as a process of a test, above all as an application that logs.
+/// @file programs.hpp
+/// @brief The tool and the program test_peer as processes of a test.
 #pragma once
 
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "tests/integration/child_process.hpp"
-#include "tests/integration/viewer.hpp"
+#include "tests/integration/peer_protocol.hpp"
 
 namespace orvane::tests {
 
-/// Longest wait for anything that is bound to happen.
-inline constexpr std::chrono::seconds patience{60};
+/// The DDS domain of the test, which CTest sets in the environment.
+std::string domain();
 
-/// Runs test_peer.cpp, which explains the modes and their options.
+/// `orvane` with these arguments, in the test's domain if it is told to be.
 /// @param launcher a command that runs the program, such as one that enters a namespace
-std::vector<std::string> peer_command(const std::string& mode, int domain_id,
-                                      const std::vector<std::string>& options = {},
-                                      const std::vector<std::string>& launcher = {});
+Words tool_command(const Words& arguments, const Words& launcher = {});
+Words tool_in_domain(Words arguments, const Words& launcher = {});
+/// test_peer.cpp, which explains the modes and their options, in the domain of the test.
+Words peer_command(const std::string& mode, const Words& options = {}, const Words& launcher = {});
+
+/// A message as the viewer shows it.
+struct ViewedMessage {
+    std::int64_t nanoseconds = 0;  ///< when it was logged, since 1970-01-01 UTC
+    std::int32_t level = 0;
+    std::string application;
+    std::string category;
+    std::string text;
+};
+
+/// `orvane tail --json`.
+class Viewer {
+public:
+    explicit Viewer(const Words& options = {}, const Words& launcher = {});
+
+    /// The messages of one category that have arrived so far.
+    std::vector<ViewedMessage> messages(const std::string& category);
+    /// Waits until @p condition holds for the messages of all categories.
+    bool wait_until(const std::function<bool(const std::vector<ViewedMessage>&)>& condition,
+                    std::chrono::milliseconds longest = patience);
+    /// Waits until there are @p count messages of @p category.
+    bool wait_for(std::size_t count, const std::string& category,
+                  std::chrono::milliseconds longest = patience);
+
+    ChildProcess& process() { return process_; }
+
+private:
+    ChildProcess process_;
+    std::vector<ViewedMessage> messages_;
+    std::size_t parsed_lines_ = 0;
+};
 
 /// A message as the application logged it.
 struct LoggedMessage {
@@ -32,12 +65,11 @@ struct LoggedMessage {
     std::int64_t after = 0;
 };
 
-/// The mode "log".
+/// The mode "log" of test_peer.
 class Application {
 public:
-    explicit Application(int domain_id, const std::vector<std::string>& options = {},
-                         const std::vector<std::string>& launcher = {})
-        : process_{peer_command("log", domain_id, options, launcher)} {}
+    explicit Application(const Words& options = {}, const Words& launcher = {})
+        : process_{peer_command("log", options, launcher)} {}
 
     /// Sends a command whose answer comes later.
     void start(const std::string& command) { process_.send_line(command); }
