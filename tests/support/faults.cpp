@@ -4,6 +4,7 @@
 #include <iostream>
 #include <new>
 #include <type_traits>
+#include <utility>
 
 #include "orvane/orvane.h"
 #include "pexa/pexa.h"
@@ -19,16 +20,17 @@ constinit std::atomic<long> blocks = 0;
 /// Of a group whose calls fail on one thread only.
 thread_local bool fails_here = false;
 
+/// Of the list of all functions and groups.
+constinit Wrapped* first = nullptr;
+
 }  // namespace
 
-Wrapped::Wrapped(std::string_view name, Wrapped* group)
-    : name_(name), group_(group), next_(first_) {
-    first_ = this;
-}
+Wrapped::Wrapped(std::string_view wrapped_name, Wrapped* group_of_it)
+    : name(wrapped_name), group(group_of_it), next(std::exchange(first, this)) {}
 
 Wrapped& Wrapped::named(std::string_view name) {
-    for (Wrapped* wrapped = first_; wrapped != nullptr; wrapped = wrapped->next_) {
-        if (wrapped->name_ == name) {
+    for (Wrapped* wrapped = first; wrapped != nullptr; wrapped = wrapped->next) {
+        if (wrapped->name == name) {
             return *wrapped;
         }
     }
@@ -37,47 +39,30 @@ Wrapped& Wrapped::named(std::string_view name) {
 }
 
 const Wrapped* Wrapped::strike() {
-    if (const auto* action = action_.load(std::memory_order_acquire); action != nullptr) {
-        (*action)();
+    if (const auto* to_do = action.load(std::memory_order_acquire); to_do != nullptr) {
+        (*to_do)();
     }
-    const int call = calls_.fetch_add(1, relaxed) + 1;
-    const int failing = failing_call_.load(relaxed);
-    if (armed_.load(relaxed) && (failing == 0 || failing == call)) {
-        struck_.store(true, relaxed);
+    const int call = calls.fetch_add(1, relaxed) + 1;
+    const int failing = failing_call.load(relaxed);
+    if (armed.load(relaxed) && (failing == 0 || failing == call)) {
+        struck.store(true, relaxed);
         return this;
     }
-    return group_ != nullptr ? group_->strike() : nullptr;
+    return group != nullptr ? group->strike() : nullptr;
 }
 
 Fault::Fault(std::string_view function, FaultPlan plan) : wrapped_(Wrapped::named(function)) {
     fails_here = true;
-    wrapped_.struck_.store(false, relaxed);
-    wrapped_.after_.store(plan.after, relaxed);
-    wrapped_.code_.store(plan.code, relaxed);
-    wrapped_.failing_call_.store(plan.call == 0 ? 0 : wrapped_.calls_.load(relaxed) + plan.call,
-                                 relaxed);
-    wrapped_.armed_.store(true, relaxed);
+    wrapped_.struck.store(false, relaxed);
+    wrapped_.fails_after.store(plan.after, relaxed);
+    wrapped_.code.store(plan.code, relaxed);
+    wrapped_.failing_call.store(plan.call == 0 ? 0 : wrapped_.calls.load(relaxed) + plan.call,
+                                relaxed);
+    wrapped_.armed.store(true, relaxed);
 }
 Fault::~Fault() {
-    wrapped_.armed_.store(false, relaxed);
+    wrapped_.armed.store(false, relaxed);
     fails_here = false;
-}
-bool Fault::has_struck() const {
-    return wrapped_.struck_.load(relaxed);
-}
-
-Before::Before(std::string_view function, std::function<void()> action)
-    : wrapped_(Wrapped::named(function)), action_(std::move(action)) {
-    wrapped_.action_.store(&action_, std::memory_order_release);
-}
-Before::~Before() {
-    wrapped_.action_.store(nullptr, std::memory_order_release);
-}
-
-Calls::Calls(std::string_view function)
-    : wrapped_(Wrapped::named(function)), before_(wrapped_.calls_.load(relaxed)) {}
-int Calls::count() const {
-    return wrapped_.calls_.load(relaxed) - before_;
 }
 
 long live_blocks() {
@@ -102,7 +87,7 @@ void count_blocks(Result result, Arguments... arguments) {
 template <typename Result>
 Result failure_of(const Wrapped& wrapped, int failure) {
     if constexpr (std::is_same_v<Result, DDS_ReturnCode_t>) {
-        return wrapped.code();
+        return wrapped.code.load(relaxed);
     } else if constexpr (std::is_same_v<Result, int>) {
         return failure;
     } else {
@@ -114,7 +99,7 @@ template <Blocks Effect, typename Result, typename... Arguments>
 Result intercept(Wrapped& wrapped, int failure, Result (*real)(Arguments...),
                  Arguments... arguments) {
     const Wrapped* const fault = wrapped.strike();
-    if (fault != nullptr && !fault->fails_after()) {
+    if (fault != nullptr && !fault->fails_after.load(relaxed)) {
         return failure_of<Result>(*fault, failure);
     }
     using Replacement = std::function<Result(Arguments...)>;

@@ -23,6 +23,29 @@ namespace orvane::test {
 inline constexpr const char* heap_allocation = "heap";  ///< QELOsapiHeap_allocate…
 inline constexpr const char* new_expression = "new";    ///< operator new
 
+/// One function or group. Made by the rows of faults.cpp.
+struct Wrapped {
+    explicit Wrapped(std::string_view wrapped_name, Wrapped* group_of_it = nullptr);
+    static Wrapped& named(std::string_view name);
+
+    /// Counts a call here and in the group. @return what fails it, or NULL.
+    const Wrapped* strike();
+
+    const std::string_view name;
+    Wrapped* const group;
+    Wrapped* const next;
+    std::atomic<int> calls = 0;
+    std::atomic<bool> armed = false;
+    std::atomic<int> failing_call = 0;
+    std::atomic<bool> fails_after = false;
+    std::atomic<DDS_ReturnCode_t> code = DDS_RETCODE_ERROR;
+    std::atomic<bool> struck = false;
+    std::atomic<const std::function<void()>*> action = nullptr;
+    /// The signature of the function is known where these two are used.
+    std::atomic<const void*> replacement = nullptr;
+    void (*real)() = nullptr;
+};
+
 /// Which calls fail, and how.
 struct FaultPlan {
     int call = 1;        ///< number of the call that fails, counted from now; 0: all calls
@@ -37,39 +60,40 @@ class Fault {
 public:
     explicit Fault(std::string_view function, FaultPlan plan = {});
     Fault(std::string_view function, int call) : Fault(function, FaultPlan{.call = call}) {}
-    ~Fault();
     Fault(const Fault&) = delete;
-    Fault& operator=(const Fault&) = delete;
+    ~Fault();
 
     /// @return whether a call has failed.
-    bool has_struck() const;
+    bool has_struck() const { return wrapped_.struck.load(std::memory_order_relaxed); }
 
 private:
-    class Wrapped& wrapped_;
+    Wrapped& wrapped_;
 };
 
 /// Runs an action before each call of a function for as long as it lives, on the calling thread.
 class Before {
 public:
-    Before(std::string_view function, std::function<void()> action);
-    ~Before();
+    Before(std::string_view function, std::function<void()> action)
+        : wrapped_(Wrapped::named(function)), action_(std::move(action)) {
+        wrapped_.action.store(&action_, std::memory_order_release);
+    }
     Before(const Before&) = delete;
-    Before& operator=(const Before&) = delete;
+    ~Before() { wrapped_.action.store(nullptr, std::memory_order_release); }
 
 private:
-    class Wrapped& wrapped_;
+    Wrapped& wrapped_;
     std::function<void()> action_;
 };
 
 /// Counts the calls of a function or group from its construction on.
 class Calls {
 public:
-    explicit Calls(std::string_view function);
-    int count() const;
+    explicit Calls(std::string_view function) : wrapped_(Wrapped::named(function)) {}
+    int count() const { return wrapped_.calls.load(std::memory_order_relaxed) - before_; }
 
 private:
-    class Wrapped& wrapped_;
-    int before_;
+    Wrapped& wrapped_;
+    int before_ = wrapped_.calls.load(std::memory_order_relaxed);
 };
 
 /// @return blocks of the platform's heap that are allocated and not yet freed.
@@ -83,66 +107,21 @@ class Stub;
 template <typename Result, typename... Arguments>
 class Stub<Result(Arguments...)> {
 public:
-    using Function = std::function<Result(Arguments...)>;
-
-    Stub(std::string_view function, Function replacement);
-    ~Stub();
+    Stub(std::string_view function, std::function<Result(Arguments...)> replacement)
+        : wrapped_(Wrapped::named(function)), replacement_(std::move(replacement)) {
+        wrapped_.replacement.store(&replacement_, std::memory_order_relaxed);
+    }
     Stub(const Stub&) = delete;
-    Stub& operator=(const Stub&) = delete;
+    ~Stub() { wrapped_.replacement.store(nullptr, std::memory_order_relaxed); }
 
-    Result real(Arguments... arguments) const;
-
-private:
-    class Wrapped& wrapped_;
-    Function replacement_;
-};
-
-/// One function or group. Made by the rows of faults.cpp.
-class Wrapped {
-public:
-    explicit Wrapped(std::string_view name, Wrapped* group = nullptr);
-    static Wrapped& named(std::string_view name);
-
-    /// Counts a call here and in the group. @return what fails it, or NULL.
-    const Wrapped* strike();
-    bool fails_after() const { return after_.load(std::memory_order_relaxed); }
-    DDS_ReturnCode_t code() const { return code_.load(std::memory_order_relaxed); }
-
-    /// The signature of the function is known where these two are used.
-    std::atomic<const void*> replacement = nullptr;
-    void (*real)() = nullptr;
+    Result real(Arguments... arguments) const {
+        return reinterpret_cast<Result (*)(Arguments...)>(wrapped_.real)(arguments...);
+    }
 
 private:
-    friend class Fault;
-    friend class Before;
-    friend class Calls;
-
-    static inline Wrapped* first_ = nullptr;
-    std::string_view name_;
-    Wrapped* group_;
-    Wrapped* next_;
-    std::atomic<int> calls_ = 0;
-    std::atomic<bool> armed_ = false;
-    std::atomic<int> failing_call_ = 0;
-    std::atomic<bool> after_ = false;
-    std::atomic<DDS_ReturnCode_t> code_ = DDS_RETCODE_ERROR;
-    std::atomic<bool> struck_ = false;
-    std::atomic<const std::function<void()>*> action_ = nullptr;
+    Wrapped& wrapped_;
+    std::function<Result(Arguments...)> replacement_;
 };
-
-template <typename Result, typename... Arguments>
-Stub<Result(Arguments...)>::Stub(std::string_view function, Function replacement)
-    : wrapped_(Wrapped::named(function)), replacement_(std::move(replacement)) {
-    wrapped_.replacement.store(&replacement_, std::memory_order_relaxed);
-}
-template <typename Result, typename... Arguments>
-Stub<Result(Arguments...)>::~Stub() {
-    wrapped_.replacement.store(nullptr, std::memory_order_relaxed);
-}
-template <typename Result, typename... Arguments>
-Result Stub<Result(Arguments...)>::real(Arguments... arguments) const {
-    return reinterpret_cast<Result (*)(Arguments...)>(wrapped_.real)(arguments...);
-}
 
 /// Lets the 1st, 2nd, 3rd … allocation of @p attempt fail until it succeeds. The attempt returns
 /// whether it succeeded. Nothing may stay allocated behind it, so it undoes what it made.

@@ -35,8 +35,6 @@ public:
         EXPECT_NE(logger_, nullptr);
     }
     ~RunningLogger() { QEL_KX_Orvane_finalizeInstance(); }
-    RunningLogger(const RunningLogger&) = delete;
-    RunningLogger& operator=(const RunningLogger&) = delete;
 
     QEL_KX_Orvane* operator->() const { return logger_; }
     QEL_KX_Orvane* get() const { return logger_; }
@@ -57,8 +55,6 @@ public:
         record_.filterLevel = options_->filter_level;
     }
     ~BareLogger() { QEL_KX_DDSEntities_destroy(record_.ddsEntities); }
-    BareLogger(const BareLogger&) = delete;
-    BareLogger& operator=(const BareLogger&) = delete;
 
     bool make_entities() {
         record_.ddsEntities = QEL_KX_DDSEntities_create(&record_);

@@ -76,8 +76,6 @@ class Node {
 public:
     Node();
     ~Node();
-    Node(const Node&) = delete;
-    Node& operator=(const Node&) = delete;
 
     static DDS_DomainParticipantFactory* factory();
     DDS_DomainParticipant* participant() const { return participant_; }

@@ -37,8 +37,6 @@ class Reports {
 public:
     Reports();
     ~Reports();
-    Reports(const Reports&) = delete;
-    Reports& operator=(const Reports&) = delete;
 
     /// @return the texts since the last call.
     std::vector<std::string> take() { return std::exchange(texts_, {}); }

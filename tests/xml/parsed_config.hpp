@@ -31,8 +31,6 @@ public:
         DDS_XMLParser_delete(parser_);
         QEL_KX_XMLConfig_destroyXMLExtensionClass(class_);
     }
-    ParsedConfig(const ParsedConfig&) = delete;
-    ParsedConfig& operator=(const ParsedConfig&) = delete;
 
     /// A line "LINE FUNCTION: MESSAGE" for each parse error that the library has reported.
     const std::string& reports() const { return reports_; }
