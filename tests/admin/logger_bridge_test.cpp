@@ -87,7 +87,7 @@ TEST_F(LoggerBridge, TheStateMirrorsEachCategoryAndTheWriteThreadThatOfCommunica
 
 TEST_F(LoggerBridge, EachOperationSaysWhatItCouldNotDo) {
     BareLogger bare;
-    PEXA_Config_LogVerbosity saved[5] = {9, 9, 9, 9, 9};
+    PEXA_Config_LogVerbosity saved[5] = {};
     const auto set_verbosity = [&] {
         QEL_KX_Orvane_setQELLoggerVerbosityByCategory(bare.get(), PEXA_CONFIG_LOG_CATEGORY_API,
                                                       0x3);
@@ -95,7 +95,6 @@ TEST_F(LoggerBridge, EachOperationSaysWhatItCouldNotDo) {
     const auto set_format = [&] {
         EXPECT_EQ(QEL_KX_Orvane_setQELLoggerPrintFormat(bare.get(), 3606), 0);
     };
-    constexpr const char* refresh = "QEL_KX_Orvane_updateQELLoggerCategoryAndVerbosityState";
     const struct {
         const char* context;
         std::function<void()> operation;
@@ -103,10 +102,9 @@ TEST_F(LoggerBridge, EachOperationSaysWhatItCouldNotDo) {
         {"QEL_KX_Orvane_maskSystemVerbosity", [&] { QEL_KX_Orvane_maskSystemVerbosity(saved); }},
         {"QEL_KX_Orvane_unmaskSystemVerbosity",
          [&] { QEL_KX_Orvane_unmaskSystemVerbosity(saved); }},
-        {refresh, [&] { QEL_KX_Orvane_updateQELLoggerCategoryAndVerbosityState(bare.get()); }},
         {"QEL_KX_Orvane_updateQELLoggerPrintFormatState",
          [&] { QEL_KX_Orvane_updateQELLoggerPrintFormatState(bare.get()); }},
-        {refresh, set_verbosity},
+        {"QEL_KX_Orvane_updateQELLoggerCategoryAndVerbosityState", set_verbosity},
         {"QEL_KX_Orvane_setQELLoggerPrintFormat", set_format},
     };
     for (const auto& row : cases) {
@@ -115,7 +113,6 @@ TEST_F(LoggerBridge, EachOperationSaysWhatItCouldNotDo) {
         EXPECT_NE(output.find(line(row.context, "Unable to get QEL Logger")), std::string::npos)
             << output;
     }
-    EXPECT_EQ(saved[4], 0U);
     EXPECT_EQ(verbosity_of(4), 1U) << "the middleware was left alone";
 
     QEL_KX_DDSEntities_gInitialStateSent = 1;
@@ -127,8 +124,41 @@ TEST_F(LoggerBridge, EachOperationSaysWhatItCouldNotDo) {
     EXPECT_EQ(output_of(set_format),
               no_writer + line("QEL_KX_Orvane_setQELLoggerPrintFormat",
                                "Unable to write PrintFormat State", "Warning"));
-    EXPECT_EQ(bare->state->qelLoggerVerbosities[4].verbosity, 2);
-    EXPECT_EQ(bare->state->qelLoggerPrintFormat, 2);
+}
+
+TEST(Translations, OfKnownNumbersGoBothWays) {
+    for (DDS_Long category = 0; category < 5; ++category) {
+        EXPECT_EQ(QEL_KX_translateFromQELLoggerCategoryToKXCategory(category), category);
+        EXPECT_EQ(QEL_KX_translateFromKXCategoryToQELLoggerCategory(category), category);
+    }
+    constexpr DDS_UnsignedLong masks[] = {0, 1, 3, 7, 15, 31};
+    constexpr DDS_Long levels[] = {600, 300, 400, 500, 600, 700};
+    for (DDS_Long number = 0; number < 6; ++number) {
+        const DDS_UnsignedLong mask = masks[number];
+        EXPECT_EQ(QEL_KX_translateFromKXVerbosityToQELLoggerVerbosity(number), mask);
+        EXPECT_EQ(QEL_KX_translateFromQELLoggerVerbosityToKXVerbosity(mask), number);
+        EXPECT_EQ(QEL_KX_translateFromQELLoggerLogLevelToKXLevel(number), levels[number]);
+    }
+    constexpr DDS_UnsignedLong formats[] = {1042, 1298, 3606, 3862, 559, 17, 3903};
+    for (DDS_Long format = 0; format < 7; ++format) {
+        const DDS_UnsignedLong bits = formats[format];
+        EXPECT_EQ(QEL_KX_translateFromKXPrintFormatToQELLoggerPrintFormat(format), bits);
+        EXPECT_EQ(QEL_KX_translateFromQELLoggerPrintFormatToKXPrintFormat(bits), format);
+    }
+}
+
+TEST(Translations, TakeUnknownNumbersForTheApiAWarningTheDefaultAndInformation) {
+    for (const DDS_Long number : {7, -1, 0x7fffffff}) {
+        EXPECT_EQ(QEL_KX_translateFromQELLoggerCategoryToKXCategory(number), 4);
+        EXPECT_EQ(QEL_KX_translateFromKXCategoryToQELLoggerCategory(number), 4);
+        EXPECT_EQ(QEL_KX_translateFromKXVerbosityToQELLoggerVerbosity(number), 3U);
+        EXPECT_EQ(QEL_KX_translateFromKXPrintFormatToQELLoggerPrintFormat(number), 1042U);
+        EXPECT_EQ(QEL_KX_translateFromQELLoggerLogLevelToKXLevel(number), 600);
+    }
+    for (const DDS_UnsignedLong bits : {2U, 1043U, 0xffffffffU}) {
+        EXPECT_EQ(QEL_KX_translateFromQELLoggerVerbosityToKXVerbosity(bits), 2);
+        EXPECT_EQ(QEL_KX_translateFromQELLoggerPrintFormatToKXPrintFormat(bits), 0);
+    }
 }
 
 }  // namespace
