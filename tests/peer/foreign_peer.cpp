@@ -1,29 +1,30 @@
-// A viewer and commander of loggers that shares no code with them: Fast DDS and an encoding of its
-// own. It prints the samples that it receives and sends the requests that it reads, one a line.
+// A reader and commander of loggers that shares no code with them: Fast DDS, and payloads as they
+// come. It prints the samples that it receives and sends the requests that it reads, one a line.
 //
 //   usage: foreign_peer DOMAIN [--carried-keys]
 //
-//   With --carried-keys it computes no key hash for samples that come without one: @key is then
+//   With --carried-keys it computes no key hash for samples that come without one: KEY is then
 //   ff…ff.
 //
-//   input     NAME=VALUE …              sends a command request; samples.hpp explains the words
-//   output    log, state or response, each followed by fields NAME=VALUE behind tabs:
-//               @encapsulation   of the payload
-//               @publisher       host and application id of the writer's participant
-//               @nanoseconds     source timestamp, since 1970-01-01 UTC
-//               @key             key hash of the instance as Fast DDS has it
-//               @computed_key    key hash by this program's own computation
-//               …                the members in the order in which they came
-//             error, followed by the reason
+//   input     PAYLOAD                       sends a command request
+//   output    TOPIC PUBLISHER NANOSECONDS KEY COMPUTED_KEY PAYLOAD
+//               TOPIC          log, state or response
+//               PUBLISHER      host and application id of the writer's participant
+//               NANOSECONDS    source timestamp, since 1970-01-01 UTC
+//               KEY            key hash of the instance as Fast DDS has it
+//               COMPUTED_KEY   key hash by this program's own computation
 //
-// A control character or backslash within a field is printed as \xHH. The end of the input ends it.
+// Payloads, with their encapsulation headers, and keys are in hexadecimal. The end of the input
+// ends the program.
 
 #include <fastdds/rtps/transport/UDPv4TransportDescriptor.h>
 #include <fastrtps/utils/IPLocator.h>
+#include <fastrtps/utils/md5.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <fastdds/dds/domain/DomainParticipant.hpp>
 #include <fastdds/dds/domain/DomainParticipantFactory.hpp>
 #include <fastdds/dds/publisher/DataWriter.hpp>
@@ -33,26 +34,101 @@
 #include <fastdds/dds/subscriber/SampleInfo.hpp>
 #include <fastdds/dds/subscriber/Subscriber.hpp>
 #include <fastdds/dds/topic/Topic.hpp>
+#include <fastdds/dds/topic/TopicDataType.hpp>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
-#include "tests/peer/raw_type.hpp"
-#include "tests/peer/samples.hpp"
-
-namespace foreign {
 namespace {
 
-namespace dds = eprosima::fastdds::dds;
+namespace fast = eprosima::fastdds::dds;
 namespace rtps = eprosima::fastrtps::rtps;
 
-void print_line(const std::string& line) {
-    static std::mutex mutex;
-    const std::lock_guard lock{mutex};
-    std::cout << line << std::endl;
+using Bytes = std::vector<std::uint8_t>;
+
+struct TopicDescription {
+    const char* record;  ///< the beginning of the lines of its samples
+    const char* name;
+    const char* type_name;
+    std::size_t key_members;  ///< how many, from the first on
+};
+
+constexpr TopicDescription log_topic{"log", "qel/orvane", "com::qel::kx::LogMessage", 2};
+constexpr TopicDescription state_topic{"state", "qel/orvane/administration/state",
+                                       "com::qel::kx::admin::State", 1};
+constexpr TopicDescription request_topic{"request", "qel/orvane/administration/command_request",
+                                         "com::qel::kx::admin::CommandRequest", 0};
+constexpr TopicDescription response_topic{"response", "qel/orvane/administration/command_response",
+                                          "com::qel::kx::admin::CommandResponse", 1};
+
+/// The digest of the key members in big-endian order. They consist of numbers of four bytes.
+Bytes key_hash(const TopicDescription& topic, const Bytes& payload) {
+    Bytes key;
+    std::size_t position = 4;
+    for (std::size_t member = 0; member < topic.key_members; ++member) {
+        const std::size_t size = payload.at(position + 2);
+        key.insert(key.end(), {payload.at(position + 1), payload.at(position), 0,
+                               static_cast<std::uint8_t>(size)});
+        position += 4;
+        for (std::size_t word = 0; word < size; word += 4) {
+            for (std::size_t byte = 4; byte-- > 0;) {
+                key.push_back(payload.at(position + word + byte));
+            }
+        }
+        position += size;
+    }
+    key.insert(key.end(), {0x7F, 0x02, 0, 0});
+    MD5 md5;
+    md5.init();
+    md5.update(key.data(), static_cast<MD5::size_type>(key.size()));
+    md5.finalize();
+    return {std::begin(md5.digest), std::end(md5.digest)};
 }
+
+/// A data type of Fast DDS whose samples, of the class Bytes, are their payloads.
+class RawType : public fast::TopicDataType {
+    using Payload = rtps::SerializedPayload_t;
+
+public:
+    /// @param computes_keys whether a sample that carries no key hash gets one from its payload
+    RawType(const TopicDescription& topic, bool computes_keys)
+        : topic_{topic}, computes_keys_{computes_keys} {
+        setName(topic.type_name);
+        m_typeSize = 8192;  // more than the largest sample of any topic
+        m_isGetKeyDefined = topic.key_members > 0;
+        auto_fill_type_object(false);
+        auto_fill_type_information(false);
+    }
+
+    bool serialize(void* data, Payload* payload) override {
+        payload->length = static_cast<std::uint32_t>(bytes_of(data).size());
+        std::copy(bytes_of(data).begin(), bytes_of(data).end(), payload->data);
+        return true;
+    }
+    bool deserialize(Payload* payload, void* data) override {
+        bytes_of(data).assign(payload->data, payload->data + payload->length);
+        return true;
+    }
+    std::function<std::uint32_t()> getSerializedSizeProvider(void* data) override {
+        return [data] { return static_cast<std::uint32_t>(bytes_of(data).size()); };
+    }
+    void* createData() override { return new Bytes; }
+    void deleteData(void* data) override { delete static_cast<Bytes*>(data); }
+    bool getKey(void* data, rtps::InstanceHandle_t* handle, bool /*force_md5*/) override {
+        const Bytes key = computes_keys_ ? key_hash(topic_, bytes_of(data)) : Bytes(16, 0xFF);
+        std::copy(key.begin(), key.end(), &handle->value[0]);
+        return true;
+    }
+
+private:
+    static Bytes& bytes_of(void* data) { return *static_cast<Bytes*>(data); }
+
+    const TopicDescription& topic_;
+    bool computes_keys_;
+};
 
 std::string hexadecimal(const std::uint8_t* bytes, std::size_t size) {
     std::string text;
@@ -64,19 +140,6 @@ std::string hexadecimal(const std::uint8_t* bytes, std::size_t size) {
     return text;
 }
 
-std::string printable(const std::string& text) {
-    std::string result;
-    for (const char character : text) {
-        const auto byte = static_cast<std::uint8_t>(character);
-        if (byte < 0x20 || byte == '\\') {
-            result += "\\x" + hexadecimal(&byte, 1);
-        } else {
-            result += character;
-        }
-    }
-    return result;
-}
-
 std::string nanoseconds(const rtps::Time_t& time) {
     // By the fraction as it came, rounded to the nearest.
     const std::uint64_t fraction =
@@ -85,41 +148,23 @@ std::string nanoseconds(const rtps::Time_t& time) {
                           static_cast<std::int64_t>(fraction));
 }
 
-std::string describe(const TopicDescription& topic, const Bytes& payload,
-                     const dds::SampleInfo& info) {
-    const Sample sample = decode(topic, payload);
-    std::string line = topic.record;
-    const auto add = [&](const std::string& name, const std::string& value) {
-        line += '\t' + name + '=' + printable(value);
-    };
-    add("@encapsulation", std::to_string(sample.encapsulation));
-    const std::uint8_t* prefix = info.sample_identity.writer_guid().guidPrefix.value;
-    add("@publisher", hexadecimal(prefix, 4) + ':' + hexadecimal(prefix + 4, 4));
-    add("@nanoseconds", nanoseconds(info.source_timestamp));
-    add("@key", hexadecimal(info.instance_handle.value, sample.key_hash.size()));
-    add("@computed_key", hexadecimal(sample.key_hash.data(), sample.key_hash.size()));
-    for (const auto& [name, value] : sample.fields) {
-        add(name, value);
-    }
-    return line;
-}
-
-class Printer : public dds::DataReaderListener {
+class Printer : public fast::DataReaderListener {
 public:
     explicit Printer(const TopicDescription& topic) : topic_{topic} {}
 
-    void on_data_available(dds::DataReader* reader) override {
+    void on_data_available(fast::DataReader* reader) override {
+        static std::mutex mutex;
         Bytes payload;
-        dds::SampleInfo info;
+        fast::SampleInfo info;
         while (reader->take_next_sample(&payload, &info) == ReturnCode_t::RETCODE_OK) {
-            if (!info.valid_data) {
-                continue;
-            }
-            try {
-                print_line(describe(topic_, payload, info));
-            } catch (const std::exception& error) {
-                print_line(std::string{"error\t"} + topic_.record + " with " + error.what() + ": " +
-                           hexadecimal(payload.data(), payload.size()));
+            if (info.valid_data) {
+                const std::uint8_t* prefix = info.sample_identity.writer_guid().guidPrefix.value;
+                const std::lock_guard lock{mutex};
+                std::cout << topic_.record << ' ' << hexadecimal(prefix, 4) << ':'
+                          << hexadecimal(prefix + 4, 4) << ' ' << nanoseconds(info.source_timestamp)
+                          << ' ' << hexadecimal(info.instance_handle.value, 16) << ' '
+                          << hexadecimal(key_hash(topic_, payload).data(), 16) << ' '
+                          << hexadecimal(payload.data(), payload.size()) << std::endl;
             }
         }
     }
@@ -129,12 +174,12 @@ private:
 };
 
 /// A participant that meets those on the loopback interface that use no multicast either.
-dds::DomainParticipantQos loopback_only() {
+fast::DomainParticipantQos loopback_only() {
     rtps::Locator_t loopback;
     rtps::IPLocator::createLocator(LOCATOR_KIND_UDPv4, "127.0.0.1", 0, loopback);
     const auto udp = std::make_shared<eprosima::fastdds::rtps::UDPv4TransportDescriptor>();
     udp->interfaceWhiteList = {"127.0.0.1"};
-    dds::DomainParticipantQos qos;
+    fast::DomainParticipantQos qos;
     qos.transport().use_builtin_transports = false;
     qos.transport().user_transports.push_back(udp);
     qos.wire_protocol().builtin.metatrafficUnicastLocatorList.push_back(loopback);
@@ -144,90 +189,57 @@ dds::DomainParticipantQos loopback_only() {
     return qos;
 }
 
-class Peer {
-public:
-    explicit Peer(KeySource keys) : keys_{keys} {}
-    ~Peer() {
-        if (participant_ != nullptr) {
-            participant_->delete_contained_entities();
-            dds::DomainParticipantFactory::get_instance()->delete_participant(participant_);
-        }
-    }
-    Peer(const Peer&) = delete;
-    Peer& operator=(const Peer&) = delete;
-
-    /// @return whether there is a participant
-    bool start(std::uint32_t domain) {
-        participant_ = dds::DomainParticipantFactory::get_instance()->create_participant(
-            domain, loopback_only());
-        if (participant_ == nullptr) {
-            return false;
-        }
-        subscriber_ = participant_->create_subscriber(dds::SUBSCRIBER_QOS_DEFAULT);
-        read(log_topic, log_printer_, dds::TRANSIENT_LOCAL_DURABILITY_QOS);
-        read(state_topic, state_printer_, dds::TRANSIENT_LOCAL_DURABILITY_QOS);
-        read(response_topic, response_printer_, dds::VOLATILE_DURABILITY_QOS);
-        requests_ =
-            participant_->create_publisher(dds::PUBLISHER_QOS_DEFAULT)
-                ->create_datawriter(topic(request_topic),
-                                    keep_all<dds::DataWriterQos>(dds::VOLATILE_DURABILITY_QOS));
-        return true;
-    }
-
-    /// Throws an exception when the words are wrong.
-    void send(const std::string& words) {
-        Bytes request = encode_request(words);
-        requests_->write(&request);
-    }
-
-private:
-    dds::Topic* topic(const TopicDescription& description) {
-        const dds::TypeSupport type{new RawType{description, keys_}};
-        type.register_type(participant_);
-        return participant_->create_topic(description.name, description.type_name,
-                                          dds::TOPIC_QOS_DEFAULT);
-    }
-
-    template <typename Qos>
-    static Qos keep_all(dds::DurabilityQosPolicyKind durability) {
-        Qos qos;
-        qos.reliability().kind = dds::RELIABLE_RELIABILITY_QOS;
-        qos.durability().kind = durability;
-        qos.history().kind = dds::KEEP_ALL_HISTORY_QOS;
-        return qos;
-    }
-
-    void read(const TopicDescription& description, Printer& printer,
-              dds::DurabilityQosPolicyKind durability) {
-        subscriber_->create_datareader(topic(description), keep_all<dds::DataReaderQos>(durability),
-                                       &printer);
-    }
-
-    Printer log_printer_{log_topic};
-    Printer state_printer_{state_topic};
-    Printer response_printer_{response_topic};
-    KeySource keys_;
-    dds::DomainParticipant* participant_ = nullptr;
-    dds::Subscriber* subscriber_ = nullptr;
-    dds::DataWriter* requests_ = nullptr;
-};
+template <typename Qos>
+Qos keep_all(fast::DurabilityQosPolicyKind durability) {
+    Qos qos;
+    qos.reliability().kind = fast::RELIABLE_RELIABILITY_QOS;
+    qos.durability().kind = durability;
+    qos.history().kind = fast::KEEP_ALL_HISTORY_QOS;
+    return qos;
+}
 
 }  // namespace
-}  // namespace foreign
 
 int main(int argc, char** argv) {
-    if (argc < 2) {
-        std::cerr << "usage: foreign_peer DOMAIN [--carried-keys]\n";
+    const bool computes_keys = argc < 3 || std::string{argv[2]} != "--carried-keys";
+    fast::DomainParticipantFactory* factory = fast::DomainParticipantFactory::get_instance();
+    fast::DomainParticipant* participant =
+        argc < 2 ? nullptr
+                 : factory->create_participant(static_cast<std::uint32_t>(std::stoul(argv[1])),
+                                               loopback_only());
+    if (participant == nullptr) {
+        std::cerr << "foreign_peer: could not start; usage: foreign_peer DOMAIN [--carried-keys]\n";
         return EXIT_FAILURE;
     }
-    const bool carried = argc > 2 && std::string{argv[2]} == "--carried-keys";
-    foreign::Peer peer{carried ? foreign::KeySource::carried : foreign::KeySource::computed};
-    if (!peer.start(static_cast<std::uint32_t>(std::stoul(argv[1])))) {
-        std::cerr << "foreign_peer: could not start\n";
-        return EXIT_FAILURE;
-    }
+    const auto topic = [&](const TopicDescription& description) {
+        const fast::TypeSupport type{new RawType{description, computes_keys}};
+        type.register_type(participant);
+        return participant->create_topic(description.name, description.type_name,
+                                         fast::TOPIC_QOS_DEFAULT);
+    };
+    fast::Subscriber* subscriber = participant->create_subscriber(fast::SUBSCRIBER_QOS_DEFAULT);
+    Printer printers[] = {Printer{log_topic}, Printer{state_topic}, Printer{response_topic}};
+    const auto read = [&](const TopicDescription& description, Printer& printer,
+                          fast::DurabilityQosPolicyKind durability) {
+        subscriber->create_datareader(topic(description), keep_all<fast::DataReaderQos>(durability),
+                                      &printer);
+    };
+    read(log_topic, printers[0], fast::TRANSIENT_LOCAL_DURABILITY_QOS);
+    read(state_topic, printers[1], fast::TRANSIENT_LOCAL_DURABILITY_QOS);
+    read(response_topic, printers[2], fast::VOLATILE_DURABILITY_QOS);
+    fast::DataWriter* requests =
+        participant->create_publisher(fast::PUBLISHER_QOS_DEFAULT)
+            ->create_datawriter(topic(request_topic),
+                                keep_all<fast::DataWriterQos>(fast::VOLATILE_DURABILITY_QOS));
     for (std::string line; std::getline(std::cin, line);) {
-        peer.send(line);
+        Bytes request;
+        for (std::size_t i = 0; i + 1 < line.size(); i += 2) {
+            request.push_back(
+                static_cast<std::uint8_t>(std::stoul(line.substr(i, 2), nullptr, 16)));
+        }
+        requests->write(&request);
     }
+    participant->delete_contained_entities();
+    factory->delete_participant(participant);
     return EXIT_SUCCESS;
 }
