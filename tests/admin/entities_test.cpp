@@ -93,29 +93,6 @@ TEST_F(Entities, EveryFailureIsSaidAndLeavesTheParticipantEmptyOrGone) {
     }
 }
 
-TEST_F(Entities, NullIsToleratedAndReportedWhereThatIsUseful) {
-    QEL_KX_Orvane logger{};
-    EXPECT_EQ(output_of([&] {
-                  EXPECT_EQ(QEL_KX_DDSEntities_create(nullptr), nullptr);
-                  EXPECT_EQ(QEL_KX_DDSEntities_create(&logger), nullptr);
-              }),
-              line(create_context, "QEL_KX_Orvane is NULL") +
-                  line(create_context, "QEL_KX_Options is NULL, expected initialized variable"));
-    EXPECT_EQ(
-        output_of([] {
-            QEL_KX_DDSEntities_destroy(nullptr);
-            QEL_KX_DDSEntities_initialize(nullptr);
-            EXPECT_EQ(QEL_KX_DDSEntities_deleteContainedEntities(nullptr), DDS_RETCODE_OK);
-        }),
-        line("QEL_KX_DDSEntities_initialize", "QEL_KX_DDSEntities is NULL") +
-            line(delete_context, "QEL_KX_DDSEntities is NULL. Cannot delete it again", "Warning"));
-    EXPECT_EQ(QEL_KX_DDSEntities_getRtpsHostId(nullptr), 0U);
-    EXPECT_EQ(QEL_KX_DDSEntities_getStateWriter(nullptr), nullptr);
-    EXPECT_EQ(QEL_KX_DDSEntities_doesQosLibraryAndProfileExist(nullptr, "l", "p"), 0);
-    EXPECT_EQ(QEL_KX_DDSEntities_getDataWriterQos(nullptr, nullptr, "t"),
-              DDS_RETCODE_BAD_PARAMETER);
-}
-
 TEST_F(Entities, AFailingTeardownStepIsAWarningAndTheRestGoesOn) {
     constexpr struct {
         const char* function;

@@ -53,20 +53,6 @@ TEST_F(StatePublication, TheFirstReaderGetsOneSampleWithAllChangesAndLaterOnesTh
     EXPECT_EQ(registrations_.count(), 1);
 }
 
-TEST_F(AdminTest, AReaderThatIsThereBeforeTheLoggerGetsTheState) {
-    const Node node;
-    DDS_DataReader* const reader = node.reader<State>();
-    BareLogger bare;
-    QEL_KX_Options_setDomainParticipant(bare.options(), node.participant());
-    ASSERT_TRUE(bare.make_entities());
-    admin::set_state_kind(*bare.get(), QEL_KX_STATE_OPERATIONAL);
-    EXPECT_EQ(QEL_KX_Orvane_writeState(bare.get()), 1);
-    const auto taken = take<State>(reader, 2);
-    ASSERT_EQ(taken.size(), 2U);
-    EXPECT_EQ(taken[0].sample->state, QEL_KX_STATE_INITIALIZING);
-    EXPECT_EQ(taken[1].sample->state, QEL_KX_STATE_OPERATIONAL);
-}
-
 TEST_F(StatePublication, EveryFailureIsSaid) {
     {
         const Fault fault(registration, 1);
