@@ -9,6 +9,7 @@
 #include "core/instance.hpp"
 #include "core/logging_lock.hpp"
 #include "core/shared_field.hpp"
+#include "orvane/admin.h"
 #include "tests/support/faults.hpp"
 #include "tests/support/logger.hpp"
 #include "tests/support/text.hpp"
@@ -74,6 +75,44 @@ private:
     QEL_KX_DDSEntities entities_ = {};
     LogMessageWriteThread write_thread_ = {};
 };
+
+TEST(Printer, WritesLevelContextAndMessageAsOneLine) {
+    const std::string null_text =
+        line("QEL_KX_Orvane_printMessage", "String passed as parameter is NULL.");
+    const struct {
+        const char* message;
+        const char* context;
+        DDS_Long level;
+        DDS_ReturnCode_t result;
+        std::string output;
+    } lines[] = {
+        {"text", "where", 100, DDS_RETCODE_OK, "KX Fatal: where: text\n"},
+        {"text", "where", 200, DDS_RETCODE_OK, "KX Severe: where: text\n"},
+        {"text", "where", 300, DDS_RETCODE_OK, "KX Error: where: text\n"},
+        {"text", "where", 400, DDS_RETCODE_OK, "KX Warning: where: text\n"},
+        {"text", "where", 500, DDS_RETCODE_OK, "KX Notice: where: text\n"},
+        {"text", "", 600, DDS_RETCODE_OK, "KX Info: : text\n"},
+        {"100 %s %n", "%d", 700, DDS_RETCODE_OK, "KX Debug: %d: 100 %s %n\n"},
+        {"\n", "where", 800, DDS_RETCODE_OK, "KX Trace: where: \n"},
+        {"ends itself\n", "where", 350, DDS_RETCODE_OK, "KX Silent: where: ends itself\n"},
+        {"", "where", 300, DDS_RETCODE_BAD_PARAMETER,
+         line("QEL_KX_Orvane_printMessage", "Message to print is empty.")},
+        {nullptr, "where", 300, DDS_RETCODE_PRECONDITION_NOT_MET, null_text},
+        {"text", nullptr, 300, DDS_RETCODE_PRECONDITION_NOT_MET, null_text},
+    };
+    for (const auto& row : lines) {
+        EXPECT_EQ(output_of([&] {
+                      EXPECT_EQ(QEL_KX_Orvane_printMessage(row.message, row.context, row.level),
+                                row.result);
+                  }),
+                  row.output);
+    }
+    std::string name(QEL_KX_LEVEL_NAME_SIZE + 1, '#');
+    EXPECT_EQ(QEL_KX_translateFromKXLogLevelToString(400, name.data()), DDS_RETCODE_OK);
+    EXPECT_STREQ(name.c_str(), "KX Warning");
+    EXPECT_EQ(name.back(), '#') << "wrote beyond the promised size";
+    EXPECT_EQ(QEL_KX_translateFromKXLogLevelToString(400, nullptr), DDS_RETCODE_BAD_PARAMETER);
+}
 
 TEST_F(Logging, QueuesAMessageOfEachLevelWithItsOriginAndTime) {
     const struct {
