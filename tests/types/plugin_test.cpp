@@ -24,17 +24,6 @@ TEST(EndpointData, OfAWriterKnowsTheLargestSampleAndLendsBuffersForIt) {
     EXPECT_EQ(TULVTypePluginDefaultEndpointData_getSample(endpoint.data, nullptr), sample);
 }
 
-TEST(EndpointData, OfAKeylessReaderHasNeitherKeysNorDigestsNorBuffers) {
-    const Endpoint<QEL_KX_ADMIN_CommandRequest> endpoint;
-    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getMD5Stream(endpoint.data), nullptr);
-    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getKey(endpoint.data, nullptr), nullptr);
-    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getMaxSizeSerializedSample(endpoint.data), 0U);
-    std::size_t size = 7;
-    EXPECT_EQ(TULVTypePluginDefaultEndpointData_getBuffer(endpoint.data, &size), nullptr);
-    EXPECT_EQ(size, 0U);
-    EXPECT_EQ(QEL_KX_ADMIN_CommandRequestPlugin_on_endpoint_attached(nullptr, nullptr), nullptr);
-}
-
 TEST(WithoutMemory, EndpointsAndPluginsAreNotMadeByHalves) {
     test::sweep(test::heap_allocation, [] {
         const TULVEndpointInfo info{TULV_ENDPOINT_WRITER, 1, 1};
