@@ -1,6 +1,6 @@
-#include <cerrno>
+#include <cstring>
+#include <span>
 #include <string>
-#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -8,16 +8,10 @@
 #include "tests/support/faults.hpp"
 #include "tests/support/text.hpp"
 #include "tests/xml/parsed_config.hpp"
+#include "xml/option_table.hpp"
 
+namespace orvane::test {
 namespace {
-
-using orvane::test::as_xml;
-using orvane::test::differences;
-using orvane::test::line;
-using orvane::test::note_parse_error;
-using orvane::test::output_of;
-using orvane::test::ParsedConfig;
-using orvane::test::with_orvane;
 
 struct Case {
     const char* path;
@@ -140,16 +134,10 @@ TEST_F(Element, StoresTheTextsOfItsChildrenAndReportsARefusedTextWithItsLine) {
         "6 QEL_KX_XMLConfig_getThreadStackSize" + no_integer + "\n");
 }
 
-TEST_F(Element, ReportsARangeErrorOfTheCallerAndACpuWithoutMemory) {
-    DDS_XMLContext context = {0, 9, "queue_size", nullptr};
-    DDS_Long size = 5;
-    errno = ERANGE;
-    QEL_KX_XMLConfig_getQueueSize(&size, "12", &context, note_parse_error);
-    EXPECT_EQ(size, 5);
-    EXPECT_EQ(std::exchange(context.error, 0), 1);
-
+TEST_F(Element, ReportsACpuWithoutMemory) {
+    DDS_XMLContext context = {0, 9, "element", nullptr};
     DDS_LongSeq cpus = {};
-    const orvane::test::Fault fault(orvane::test::heap_allocation, 1);
+    const Fault fault(heap_allocation, 1);
     QEL_KX_XMLConfig_addElementToThreadCpuList(&cpus, "1", &context, note_parse_error);
     EXPECT_EQ(context.error, 1);
     EXPECT_EQ(DDS_LongSeq_get_length(&cpus), 0);
@@ -167,49 +155,20 @@ TEST_F(Element, IsFoundWhereverItStandsAndTheFirstOneCounts) {
     EXPECT_EQ(ParsedConfig("<dds><types><Orvane/></types></dds>").options(), nullptr);
 }
 
-/// Makes and deletes an object of a class with this user data. @return whether one was made
-bool make_object(XMLConfigListener* listener, DDS_XMLContext& context) {
-    DDS_XMLExtensionClass* made =
-        DDS_XMLExtensionClass_new("orvane", listener, nullptr, nullptr, nullptr, nullptr,
-                                  QEL_KX_XMLConfig_new, QEL_KX_XMLConfig_delete, nullptr);
-    DDS_XMLObject* object = QEL_KX_XMLConfig_new(made, nullptr, nullptr, &context);
-    QEL_KX_XMLConfig_delete(object);
-    DDS_XMLExtensionClass_delete(made);
-    return object != nullptr;
-}
-
-TEST_F(Element, IsNeitherMadeNorReadWithoutAListenerAndItsFunction) {
-    XMLConfigListener without_function = {nullptr};
-    const struct {
-        XMLConfigListener* listener;
-        const char* new_refusal;
-        const char* end_refusal;
-    } cases[] = {
-        {nullptr, "could not get extension listener", "invalid extension listener"},
-        {&without_function, "invalid parsing error log function",
-         "invalid log parse error function pointer"},
-    };
-    for (const auto& each : cases) {
-        QEL_KX_XMLConfig config = {};
-        config.listener = each.listener;
-        config.currentElement = QEL_KX_XML_ELEMENT_QUEUE_SIZE;
-        const long before = orvane::test::live_blocks();
-        const std::string printed = output_of([&] {
-            DDS_XMLContext context = {0, 1, "orvane", nullptr};
-            EXPECT_FALSE(make_object(each.listener, context));
-            QEL_KX_XMLConfig_onEndElement(&config.object, "queue_size", "7", &context);
-        });
-        EXPECT_EQ(orvane::test::live_blocks(), before);
-        EXPECT_EQ(printed, line("QEL_KX_XMLConfig_new", each.new_refusal) +
-                               line("QEL_KX_XMLConfig_onEndElement", each.end_refusal));
-    }
-}
-
 TEST_F(Element, IsMadeAsAWholeOrNotAtAllWhicheverAllocationFails) {
     XMLConfigListener listener = {note_parse_error};
     DDS_XMLContext context = {0, 1, "orvane", nullptr};
-    const auto make = [&] { return make_object(&listener, context); };
-    EXPECT_EQ(output_of([&] { orvane::test::sweep(orvane::test::heap_allocation, make); }),
+    /// @return whether an object was made
+    const auto make = [&] {
+        DDS_XMLExtensionClass* made =
+            DDS_XMLExtensionClass_new("orvane", &listener, nullptr, nullptr, nullptr, nullptr,
+                                      QEL_KX_XMLConfig_new, QEL_KX_XMLConfig_delete, nullptr);
+        DDS_XMLObject* object = QEL_KX_XMLConfig_new(made, nullptr, nullptr, &context);
+        QEL_KX_XMLConfig_delete(object);
+        DDS_XMLExtensionClass_delete(made);
+        return object != nullptr;
+    };
+    EXPECT_EQ(output_of([&] { sweep(heap_allocation, make); }),
               line("QEL_KX_XMLConfig_create", "could not allocate XML options object") +
                   line("QEL_KX_XMLConfig_new", "XML object creation failed") +
                   line("QEL_KX_Options_createDefault",
@@ -219,4 +178,104 @@ TEST_F(Element, IsMadeAsAWholeOrNotAtAllWhicheverAllocationFails) {
     EXPECT_EQ(context.error, 1);
 }
 
+/// Reads the example of each row, and then the default behind it.
+template <typename Record>
+void expect_examples(std::span<const xml::Option<Record>> options, const std::string& path) {
+    for (const xml::Option<Record>& option : options) {
+        const std::string name = path + option.description.name;
+        if (option.type == xml::ValueType::ThreadSettings) {
+            expect_examples(xml::thread_settings(), name + "/");
+            continue;
+        }
+        if (!option.has_element()) {
+            continue;
+        }
+        SCOPED_TRACE(name);
+        const std::string element = name + (option.is_list() ? "/element" : "");
+        const std::string example = as_xml(element, option.description.example);
+        const ParsedConfig changed(with_orvane(example));
+        EXPECT_FALSE(changed.has_failed());
+        EXPECT_NE(differences(*changed.options()), "");
+        if (option.description.by_default != nullptr) {
+            const ParsedConfig back(
+                with_orvane(example + as_xml(element, option.description.by_default)));
+            EXPECT_FALSE(back.has_failed());
+            EXPECT_EQ(differences(*back.options()), "");
+        }
+    }
+}
+
+TEST(OptionTable, HasExamplesThatTheParserTakesAndTheDefaults) {
+    expect_examples(xml::options(), "");
+}
+
+/// Parses children, saves the document, parses that again and expects the same options.
+void expect_written(const std::string& children, const std::string& written) {
+    const ParsedConfig config(with_orvane(children));
+    EXPECT_EQ(config.saved(), "<dds>\n" + written + "</dds>\n");
+    const ParsedConfig again(config.saved());
+    EXPECT_FALSE(again.has_failed());
+    EXPECT_EQ(differences(*again.options()), differences(*config.options()));
+}
+
+TEST(Writer, WritesEverySettingWhereItIsToStandAndNoThreadElementForDefaults) {
+    expect_written("", R"(    <orvane>
+        <filter_level>INFO</filter_level>
+        <enabled>false</enabled>
+<echo_to_stdout>false</echo_to_stdout>
+<log_infrastructure_messages>true</log_infrastructure_messages>
+        <queue_size>128</queue_size>
+    </orvane>
+)");
+    expect_written(
+        "<thread><mask>PRIORITY_ENFORCE|STDIO|REALTIME_PRIORITY</mask><priority>-3</priority>"
+        "<stack_size>65536</stack_size><cpu_list><element>0</element><element>2</element>"
+        "</cpu_list><cpu_rotation>CPU_RR_ROTATION</cpu_rotation></thread>"
+        "<filter_level>450</filter_level><enabled>1</enabled><queue_size>7</queue_size>"
+        "<echo_to_stdout>yes</echo_to_stdout>"
+        "<log_infrastructure_messages>no</log_infrastructure_messages>",
+        R"(    <orvane>
+        <filter_level>450</filter_level>
+        <enabled>true</enabled>
+<echo_to_stdout>true</echo_to_stdout>
+<log_infrastructure_messages>false</log_infrastructure_messages>
+        <thread>
+            <mask>THREAD_SETTINGS_STDIO | THREAD_SETTINGS_REALTIME_PRIORITY | )"
+        R"(THREAD_SETTINGS_PRIORITY_ENFORCE</mask>
+            <priority>-3</priority>
+            <stack_size>65536</stack_size>
+            <cpu_list>
+                <element>0</element>
+                <element>2</element>
+            </cpu_list>
+            <cpu_rotation>THREAD_SETTINGS_CPU_RR_ROTATION</cpu_rotation>
+        </thread>
+        <queue_size>7</queue_size>
+    </orvane>
+)");
+}
+
+TEST(Writer, StopsInsideTheElementThatItCannotWrite) {
+    std::string text;
+    const auto append = [](void* to, const char* part, std::size_t length) -> DDS_Boolean {
+        static_cast<std::string*>(to)->append(part, length);
+        return DDS_BOOLEAN_TRUE;
+    };
+    QELXMLSaveContext without_options{0, 0, append, &text};
+    EXPECT_EQ(output_of([&] { QEL_KX_XMLConfig_save(nullptr, &without_options, nullptr); }),
+              "KX Error: QEL_KX_XMLConfig_getKXOptions: invalid XML configuration object\n");
+    EXPECT_EQ(text, "<orvane>\n    ");
+    EXPECT_EQ(without_options.error, 1);
+
+    const ParsedConfig config(with_orvane(as_xml("thread/mask", "STDIO")));
+    constexpr DDS_Long unknown_rotation = 2;
+    DDS_ThreadSettings_t& settings = config.options()->thread;
+    std::memcpy(&settings.cpu_rotation, &unknown_rotation, sizeof unknown_rotation);
+    QELXMLSaveContext of_settings{0, 0, append, &text};
+    QEL_KX_XMLConfig_saveThreadSettings("thread", &settings, &of_settings);
+    EXPECT_TRUE(text.ends_with("    <cpu_list/>\n")) << text;
+    EXPECT_EQ(of_settings.error, 1);
+}
+
 }  // namespace
+}  // namespace orvane::test

@@ -1,6 +1,5 @@
 #include <optional>
 #include <string>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -10,17 +9,11 @@
 #include "tests/support/text.hpp"
 #include "tests/xml/parsed_config.hpp"
 
+namespace orvane::test {
 namespace {
 
-using orvane::test::Fault;
-using orvane::test::Host;
-using orvane::test::note_parse_error;
-using orvane::test::output_of;
-using orvane::test::ParsedConfig;
-using orvane::test::with_orvane;
-
-std::string line(const char* message, const char* level = "Error") {
-    return orvane::test::line("QEL_KX_XMLConfig_startWithXMLConfiguration", message, level);
+std::string start_line(const char* message, const char* level = "Error") {
+    return line("QEL_KX_XMLConfig_startWithXMLConfiguration", message, level);
 }
 
 /// Starts, and expects the result of a failure or success with its line as the last one.
@@ -40,28 +33,28 @@ TEST(Start, DecidesInItsOrder) {
     const ParsedConfig disabled(with_orvane(""));
     const ParsedConfig config(with_orvane(enabled));
     const Host host;
-    expect_start(nullptr, nullptr, "kind", 0, line("no options found in XML configuration"));
-    expect_start(nullptr, &disabled, "kind", 0, line("invalid DomainParticipant"));
+    expect_start(nullptr, nullptr, "kind", 0, start_line("no options found in XML configuration"));
+    expect_start(nullptr, &disabled, "kind", 0, start_line("invalid DomainParticipant"));
     expect_start(host.participant(), &disabled, "kind", 1,
-                 line("KX not enabled in XML Options. It won't be created", "Info"));
+                 start_line("KX not enabled in XML Options. It won't be created", "Info"));
     EXPECT_EQ(disabled.options()->domain_participant, nullptr);
     EXPECT_EQ(QEL_KX_Orvane_isOrvaneRunning(), 0);
 
     {
-        const Fault fault(orvane::test::heap_allocation, 1);
+        const Fault fault(heap_allocation, 1);
         expect_start(host.participant(), &config, "kind", 0,
-                     line("could not set the application kind"));
+                     start_line("could not set the application kind"));
     }
 
     // An instance that is being created by another thread.
     QEL_KX_Orvane unfinished = {};
     QEL_KX_Orvane_instance = &unfinished;
     expect_start(host.participant(), &config, "kind", 0,
-                 line("could not set KX options; instance already created"));
+                 start_line("could not set KX options; instance already created"));
     QEL_KX_Orvane_instance = nullptr;
 
     config.options()->remote_administration_enabled = 0;
-    expect_start(host.participant(), &config, "kind", 0, line("Orvane could not be started"));
+    expect_start(host.participant(), &config, "kind", 0, start_line("Orvane could not be started"));
     EXPECT_EQ(QEL_KX_Orvane_isOrvaneRunning(), 0);
 }
 
@@ -80,11 +73,11 @@ TEST(Start, RunsTheLoggerWithTheParticipantAndTheOptionsOfTheFile) {
     EXPECT_STREQ(config.options()->application_kind, "pump");
 
     expect_start(host.participant(), &another, "kind", 1,
-                 line("KX already running. XML Options don't apply", "Info"));
+                 start_line("KX already running. XML Options don't apply", "Info"));
     EXPECT_EQ(another.options()->application_kind, nullptr);
 
     // While the logger runs, the level that a tool has set is written.
-    orvane::core::store(logger->filterLevel, QEL_KX_LEVEL_DEBUG);
+    core::store(logger->filterLevel, QEL_KX_LEVEL_DEBUG);
     EXPECT_NE(config.saved().find("<filter_level>DEBUG</filter_level>"), std::string::npos);
     QEL_KX_Orvane_finalizeInstance();
     EXPECT_NE(config.saved().find("<filter_level>ERROR</filter_level>"), std::string::npos);
@@ -100,11 +93,10 @@ TEST(ExtensionClass, IsMadeWithItsListenerOrNotAtAll) {
         const char* refusal;
     } refusals[] = {
         {nullptr, nullptr, "invalid log function"},
-        {note_parse_error, orvane::test::heap_allocation,
-         "could not allocate extension class listener"},
-        {note_parse_error, orvane::test::new_expression, "creation of XML extension class failed"},
+        {note_parse_error, heap_allocation, "could not allocate extension class listener"},
+        {note_parse_error, new_expression, "creation of XML extension class failed"},
     };
-    const long before = orvane::test::live_blocks();
+    const long before = live_blocks();
     for (const auto& row : refusals) {
         const std::string printed = output_of([&] {
             std::optional<Fault> fault;
@@ -113,17 +105,17 @@ TEST(ExtensionClass, IsMadeWithItsListenerOrNotAtAll) {
             }
             EXPECT_EQ(QEL_KX_XMLConfig_createXMLExtensionClass(row.function), nullptr);
         });
-        EXPECT_EQ(orvane::test::live_blocks(), before);
+        EXPECT_EQ(live_blocks(), before);
         // The platform may have printed a line before.
-        const std::string last =
-            orvane::test::line("QEL_KX_XMLConfig_createXMLExtensionClass", row.refusal);
+        const std::string last = line("QEL_KX_XMLConfig_createXMLExtensionClass", row.refusal);
         EXPECT_TRUE(printed.ends_with(last)) << printed;
     }
     DDS_XMLExtensionClass* made = QEL_KX_XMLConfig_createXMLExtensionClass(note_parse_error);
     ASSERT_NE(made, nullptr);
     QEL_KX_XMLConfig_destroyXMLExtensionClass(made);
     QEL_KX_XMLConfig_destroyXMLExtensionClass(nullptr);
-    EXPECT_EQ(orvane::test::live_blocks(), before);
+    EXPECT_EQ(live_blocks(), before);
 }
 
 }  // namespace
+}  // namespace orvane::test
