@@ -73,9 +73,6 @@ TEST(TypeCodes, DescribeTheTypesAsOtherProductsSeeThem) {
         {&choice,
          "@mutable union Choice switch (Colour) { case GREEN: @id(5) long green; "
          "case 9: @id(9) any open; "},
-        {QEL_KX_HostAndAppId_get_typecode(),
-         "@final struct HostAndAppId { @id(0) @key long rtps_host_id; "
-         "@id(1) @key long rtps_app_id; "},
         {QEL_KX_LogMessage_get_typecode(),
          "@mutable struct LogMessage { @id(0) @key QEL::KX::HostAndAppId hostAndAppId; "
          "@id(1) @key long level; @id(2) string<512> category; @id(3) string<4096> message; "},

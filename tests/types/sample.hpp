@@ -1,5 +1,4 @@
-/// @file sample.hpp
-/// @brief Samples of the published types with known values, and their encodings.
+// Samples of the published types with known values, and their encodings.
 #pragma once
 
 #include <cstring>

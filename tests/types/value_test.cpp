@@ -149,28 +149,5 @@ TEST(WithoutMemory, NothingIsMadeByHalves) {
     sweep(heap_allocation, grow_and_shrink(QEL_KX_ADMIN_StateKindSeq_set_maximum));
 }
 
-TEST(WithoutMemory, TheTypeSupportsInitialisationStillReportsSuccess) {
-    QEL_KX_LogMessage message{};
-    const test::Fault fault(heap_allocation, 1);
-    EXPECT_EQ(QEL_KX_LogMessageTypeSupport_initialize_data(&message), DDS_RETCODE_OK);
-    EXPECT_TRUE(fault.has_struck());
-    EXPECT_EQ(message.category, nullptr);
-    EXPECT_EQ(QEL_KX_LogMessageTypeSupport_finalize_data(&message), DDS_RETCODE_OK);
-}
-
-TEST(Sequences, CopyTheirElementsWithEverythingInThem) {
-    QEL_KX_LogMessageSeq source{};
-    QEL_KX_LogMessageSeq destination{};
-    ASSERT_TRUE(QEL_KX_LogMessageSeq_ensure_length(&source, 2, 2));
-    const QEL_KX_LogMessage* original = QEL_KX_LogMessageSeq_get_reference(&source, 1);
-    fill(*QEL_KX_LogMessageSeq_get_reference(&source, 1));
-    ASSERT_EQ(QEL_KX_LogMessageSeq_copy(&destination, &source), &destination);
-    const QEL_KX_LogMessage* copy = QEL_KX_LogMessageSeq_get_reference(&destination, 1);
-    EXPECT_NE(copy->message, original->message);
-    EXPECT_STREQ(copy->message, "hi");
-    EXPECT_TRUE(QEL_KX_LogMessageSeq_finalize(&source));
-    EXPECT_TRUE(QEL_KX_LogMessageSeq_finalize(&destination));
-}
-
 }  // namespace
 }  // namespace orvane::types
