@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
 #include <future>
-#include <optional>
-#include <string>
 #include <thread>
 
 #include "core/filter.hpp"

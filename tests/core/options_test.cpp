@@ -1,7 +1,4 @@
-#include <gtest/gtest.h>
-
 #include <sstream>
-#include <string>
 
 #include "orvane/core.h"
 #include "tests/support/faults.hpp"

@@ -1,15 +1,9 @@
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <condition_variable>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <numeric>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include "core/shared_field.hpp"
 #include "orvane/core.h"
