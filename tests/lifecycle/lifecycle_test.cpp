@@ -1,11 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <array>
-#include <optional>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "core/logging_lock.hpp"
 #include "orvane/admin.h"
@@ -212,40 +207,6 @@ TEST(Singleton, LeavesTheMiddlewareLoggersDeviceAloneWhenToldSo) {
     EXPECT_EQ(calls.count(), 0);
     EXPECT_EQ(installed_device(), &device);
     PEXA_Config_Logger_set_output_device(middleware(), nullptr);
-}
-
-TEST(Singleton, SaysWhenTheLockCannotBeHadOrGivenBack) {
-    const struct {
-        const char* function;
-        bool after;
-        const char* creation;
-        const char* finalisation;
-    } failures[] = {
-        {"QELOsapi_global_lock", false, "Unable to lock when creating Orvane singleton!",
-         "Unable to lock when finalizing Orvane singleton!"},
-        {"QELOsapi_global_unlock", true, "Unable to unlock when creating Orvane singleton!",
-         "Unable to unlock when finalizing Orvane singleton!"}};
-    for (const auto& failure : failures) {
-        const Options options = make_options();
-        QEL_KX_Orvane_setOptions(options.get());
-        std::optional<Fault> fault(std::in_place, failure.function,
-                                   FaultPlan{.after = failure.after});
-        EXPECT_EQ(
-            output_of([&] { EXPECT_EQ(QEL_KX_Orvane_getInstance() != nullptr, failure.after); }),
-            line("QEL_Orvane_getInstance", failure.creation));
-        fault.reset();
-        EXPECT_NE(verbosity_of(0), PEXA_CONFIG_LOG_VERBOSITY_SILENT);
-        QEL_KX_Orvane* const instance = QEL_KX_Orvane_getInstance();
-        fault.emplace(failure.function, FaultPlan{.after = failure.after});
-        EXPECT_EQ(output_of([] { EXPECT_EQ(QEL_KX_Orvane_finalizeInstance(), DDS_RETCODE_ERROR); }),
-                  line("QEL_KX_Orvane_finalizeInstance", failure.finalisation));
-        fault.reset();
-        EXPECT_EQ(QEL_KX_Orvane_instance, failure.after ? nullptr : instance);
-        if (!failure.after) {
-            EXPECT_EQ(instance->state->state, QEL_KX_STATE_OPERATIONAL) << "goes on";
-        }
-        EXPECT_EQ(QEL_KX_Orvane_finalizeInstance(), DDS_RETCODE_OK);
-    }
 }
 
 TEST(Singleton, RefusesToBeginAChangeFromWithinAnother) {
