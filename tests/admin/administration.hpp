@@ -1,5 +1,4 @@
-/// @file administration.hpp
-/// @brief What the tests of the administration share.
+// What the tests of the administration share.
 #pragma once
 
 #include <gtest/gtest.h>

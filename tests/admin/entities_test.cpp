@@ -1,6 +1,5 @@
 #include <list>
 #include <span>
-#include <string>
 
 #include "pexa/domain.h"
 #include "tests/admin/administration.hpp"

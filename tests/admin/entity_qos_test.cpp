@@ -1,6 +1,5 @@
 #include <filesystem>
 #include <fstream>
-#include <string>
 
 #include "pexa/string.h"
 #include "platform/dds/qos/conversion.hpp"

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <string>
 
 #include "tests/admin/administration.hpp"
 
@@ -82,22 +81,6 @@ TEST_F(LoggerBridge, TheStateMirrorsEachCategoryAndTheWriteThreadThatOfCommunica
               }),
               "");
     EXPECT_EQ(bare->state->qelLoggerPrintFormat, 4);
-}
-
-TEST_F(LoggerBridge, SaysThatAStateCouldNotBeWritten) {
-    BareLogger bare;
-    QEL_KX_DDSEntities_gInitialStateSent = 1;
-    const std::string no_writer =
-        line("QEL_KX_Orvane_writeState", "could not get KX state data writer");
-    EXPECT_EQ(output_of([&] {
-                  QEL_KX_Orvane_setQELLoggerVerbosityByCategory(bare.get(),
-                                                                PEXA_CONFIG_LOG_CATEGORY_API, 0x3);
-              }),
-              no_writer + line("QEL_KX_Orvane_setQELLoggerVerbosityByCategory",
-                               "Unable to write Verbosity State", "Warning"));
-    EXPECT_EQ(output_of([&] { QEL_KX_Orvane_setQELLoggerPrintFormat(bare.get(), 3606); }),
-              no_writer + line("QEL_KX_Orvane_setQELLoggerPrintFormat",
-                               "Unable to write PrintFormat State", "Warning"));
 }
 
 TEST(Translations, OfKnownNumbersGoBothWays) {

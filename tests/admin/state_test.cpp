@@ -1,7 +1,4 @@
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include "admin/state.hpp"
 #include "platform/dds/qos/conversion.hpp"
