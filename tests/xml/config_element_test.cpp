@@ -1,8 +1,5 @@
 #include <cstring>
 #include <span>
-#include <string>
-
-#include <gtest/gtest.h>
 
 #include "pexa/log.h"
 #include "tests/support/faults.hpp"
@@ -261,12 +258,6 @@ TEST(Writer, StopsInsideTheElementThatItCannotWrite) {
         static_cast<std::string*>(to)->append(part, length);
         return DDS_BOOLEAN_TRUE;
     };
-    QELXMLSaveContext without_options{0, 0, append, &text};
-    EXPECT_EQ(output_of([&] { QEL_KX_XMLConfig_save(nullptr, &without_options, nullptr); }),
-              "KX Error: QEL_KX_XMLConfig_getKXOptions: invalid XML configuration object\n");
-    EXPECT_EQ(text, "<orvane>\n    ");
-    EXPECT_EQ(without_options.error, 1);
-
     const ParsedConfig config(with_orvane(as_xml("thread/mask", "STDIO")));
     constexpr DDS_Long unknown_rotation = 2;
     DDS_ThreadSettings_t& settings = config.options()->thread;

@@ -1,15 +1,10 @@
-#include <gtest/gtest.h>
-
-#include <chrono>
 #include <condition_variable>
 #include <csignal>
 #include <mutex>
-#include <string>
-#include <vector>
 
 #include "tests/integration/programs.hpp"
 #include "tests/support/faults.hpp"
-#include "tests/xml/parsed_config.hpp"
+#include "tests/support/logger.hpp"
 
 namespace orvane::tests {
 namespace {
@@ -52,16 +47,13 @@ TEST(SlowViewer, GetsEveryMessageOfAProfileThatKeepsAllAlsoAfterWritesHaveTimedO
     stub = &counting;
 
     Viewer viewer;
-    const test::ParsedConfig config(
-        test::with_orvane("<enabled>true</enabled><queue_size>1000</queue_size>"));
-    const test::Host host;
     DDS_DomainParticipantFactory_load_qos_profiles(test::Node::factory(),
                                                    ORVANE_SOURCE_DIR "/tests/xml/keep_all.xml");
-    QEL_KX_Options_setQosLibrary(config.options(), "test");
-    QEL_KX_Options_setQosProfile(config.options(), "keep_all");
-    ASSERT_NE(
-        QEL_KX_XMLConfig_startWithXMLConfiguration(host.participant(), config.options(), nullptr),
-        0);
+    test::Options options = test::make_options();
+    QEL_KX_Options_setQueueSize(options.get(), 1000);
+    QEL_KX_Options_setQosLibrary(options.get(), "test");
+    QEL_KX_Options_setQosProfile(options.get(), "keep_all");
+    const test::RunningLogger logger(std::move(options));
     ASSERT_TRUE(log_until(viewer, 1, "hello", "hello")) << viewer.process().transcript();
 
     // More bytes than the engine lets go out unacknowledged.
