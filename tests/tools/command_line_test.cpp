@@ -1,8 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <string>
-
 #include "tests/integration/programs.hpp"
 
 namespace orvane::tests {
@@ -38,15 +33,6 @@ TEST(CommandLine, RefusesWrongUsageAndNamesWhatIsValid) {
         EXPECT_TRUE(tool.output().out.empty()) << tool.transcript();
         EXPECT_NE(tool.transcript().find(each.says), std::string::npos)
             << "expected: " << each.says << "\ngot: " << tool.transcript();
-    }
-}
-
-TEST(CommandLine, ExplainsItselfOnStandardOutput) {
-    for (const std::string option : {"--help", "--version"}) {
-        ChildProcess tool{tool_command({option})};
-        EXPECT_EQ(tool.wait_for_end(), "exit 0") << tool.transcript();
-        EXPECT_TRUE(tool.output().error.empty()) << tool.transcript();
-        EXPECT_NE(tool.transcript().find("orvane "), std::string::npos) << tool.transcript();
     }
 }
 

@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <initializer_list>
-#include <string>
-#include <vector>
 
 #include "tests/tools/fake_domain.hpp"
 #include "tools/domain/command_round.hpp"

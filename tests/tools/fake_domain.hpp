@@ -1,5 +1,4 @@
-/// @file fake_domain.hpp
-/// @brief A domain of loggers that a test describes, with a time of its own.
+// A domain of loggers that a test describes, with a time of its own.
 #pragma once
 
 #include <algorithm>

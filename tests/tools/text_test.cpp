@@ -1,10 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <cstdint>
 #include <cstdlib>
 #include <ctime>
 #include <nlohmann/json.hpp>
-#include <string>
 #include <string_view>
 
 #include "tests/tools/fake_domain.hpp"
