@@ -1,5 +1,4 @@
-/// @file child_process.hpp
-/// @brief A program that runs beside the test, and its output.
+// A program that runs beside the test, and its output.
 #pragma once
 
 #include <sys/types.h>

@@ -1,9 +1,5 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <csignal>
-#include <string>
-#include <vector>
 
 #include "tests/integration/programs.hpp"
 
@@ -78,11 +74,6 @@ TEST(Delivery, GoesOnWhenTheViewerIsKilledAndServesItsSuccessor) {
     ASSERT_EQ(logged.size(), count);
     EXPECT_EQ(application.diagnostics(), std::vector<std::string>{});
 
-    const std::vector<ViewedMessage> before = killed.messages(numbered_category);
-    EXPECT_EQ(
-        difference({logged.begin(), logged.begin() + static_cast<std::ptrdiff_t>(before.size())},
-                   before),
-        "");
     const std::vector<ViewedMessage> after = successor.messages(numbered_category);
     // The history moves on while a late reader catches up. A message that falls out of it before it
     // has been sent is lost, so that only the messages behind the history have no gaps.
@@ -95,32 +86,47 @@ TEST(Delivery, GoesOnWhenTheViewerIsKilledAndServesItsSuccessor) {
         kept_per_level);
 }
 
-TEST(Delivery, TellsApplicationsApartAndIsNotDisturbedWhenOneIsKilled) {
-    constexpr std::size_t count = 500;
-    Viewer viewer;
-    Application survivor;
-    Application victim;
-    ASSERT_TRUE(connect(survivor, viewer)) << viewer.process().transcript();
-    ASSERT_TRUE(connect(victim, viewer)) << viewer.process().transcript();
-    const std::string survivor_identity = survivor.ask("identity");
+class StoppedViewer : public testing::TestWithParam<int> {};
 
-    survivor.start("log 600 500 2000");
-    victim.start("log 600 500 2000");
-    ASSERT_TRUE(viewer.wait_for(count / 2, numbered_category));
-    victim.process().send_signal(SIGKILL);
-    EXPECT_EQ(victim.process().wait_for_end(), "signal 9");
+TEST_P(StoppedViewer, EndsWithSuccessAndASummary) {
+    Application application;
+    Viewer viewer{{"--category", "[np]*", "--app", application.ask("identity")}};
+    ASSERT_TRUE(connect(application, viewer)) << viewer.process().transcript();
+    ASSERT_EQ(application.ask("log 600 3 1000"), "log");
+    ASSERT_TRUE(application.say(600, "other", "not asked for"));
+    ASSERT_EQ(application.ask("log 600 1 1000"), "log");
+    ASSERT_TRUE(viewer.wait_for(4, numbered_category));
 
-    EXPECT_EQ(survivor.answer(), "log");
-    EXPECT_TRUE(await_all(survivor, viewer)) << survivor.process().transcript();
-    const auto is_of_survivor = [&](const ViewedMessage& message) {
-        return message.application == survivor_identity;
-    };
-    const std::vector<ViewedMessage> viewed = viewer.messages(numbered_category);
-    EXPECT_EQ(difference(survivor.logged(), only(viewed, is_of_survivor)), "");
-    const auto last_words = only(viewed, std::not_fn(is_of_survivor));
-    EXPECT_GT(last_words.size(), 0U);
-    for (std::size_t i = 0; i < last_words.size(); ++i) {
-        ASSERT_EQ(last_words[i].text, std::to_string(i));
+    viewer.process().send_signal(GetParam());
+    EXPECT_EQ(viewer.process().wait_for_end(), "exit 0");
+    const Output output = viewer.process().output();
+    ASSERT_EQ(output.error.size(), 1U) << viewer.process().transcript();
+    const std::string messages = std::to_string(output.out.size());
+    const std::string& summary = output.error.front();
+    EXPECT_TRUE(summary.starts_with("orvane: " + messages + " messages of 1 application in "))
+        << summary;
+    EXPECT_TRUE(summary.ends_with(" s, 1 not asked for")) << summary;
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, StoppedViewer, testing::Values(SIGINT, SIGTERM));
+
+TEST(Viewer, EndsAfterTheCountThatWasAskedForAndObeysNoMessage) {
+    Viewer guide;
+    ChildProcess viewer{tool_in_domain({"tail", "--utc", "--count", "3", "--level", "99"})};
+    Application application;
+    ASSERT_TRUE(connect(application, guide)) << guide.process().transcript();
+    for (int number = 0; number < 5; ++number) {
+        ASSERT_TRUE(application.say(99, "\x1b]0;owned\a",
+                                    "\x9b"
+                                    "31m\u202egpj.exe\n\xe2\x82"));
+    }
+    EXPECT_EQ(viewer.wait_for_end(), "exit 0") << viewer.transcript();
+    EXPECT_EQ(viewer.output().out.size(), 3U) << viewer.transcript();
+    for (const std::string& line : viewer.output().out) {
+        EXPECT_TRUE(
+            line.ends_with("[\\x1b]0;owned\\x07] \\x9b31m\\xe2\\x80\\xaegpj.exe"
+                           "\\n\\xe2\\x82"))
+            << line;
     }
 }
 

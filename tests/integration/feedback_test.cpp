@@ -1,9 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <string>
-#include <vector>
-
 #include "tests/integration/programs.hpp"
 
 namespace orvane::tests {

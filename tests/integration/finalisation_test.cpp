@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <chrono>
-#include <string>
 
 #include "tests/integration/programs.hpp"
 

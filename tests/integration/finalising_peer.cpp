@@ -110,24 +110,18 @@ void run_cycles(Logger& logger, int cycles, const std::function<OptionsPointer()
     }
 }
 
-/// The commands in turn, so that every setting keeps changing.
-tools::Command command_number(int number) {
-    switch (number % 4) {
-        case 0:
-            return tools::SetFilterLevel{number % 8 < 4 ? QEL_KX_LEVEL_TRACE : QEL_KX_LEVEL_INFO};
-        case 1:
-            return tools::SetVerbosities{
-                {{QEL_KX_PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION,
-                  QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_STATUS_ALL},
-                 {QEL_KX_PEXA_CONFIG_LOG_CATEGORY_API, QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_WARNING}}};
-        case 2:
-            return tools::SetPrintFormat{number % 8 < 4
-                                             ? QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_MAXIMAL
-                                             : QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT};
-        default:
-            return tools::SetFilterLevel{-1};
-    }
-}
+/// In turn, so that every setting keeps changing.
+const tools::Command commands[] = {
+    tools::SetFilterLevel{QEL_KX_LEVEL_TRACE},
+    tools::SetVerbosities{
+        {{QEL_KX_PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION,
+          QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_STATUS_ALL},
+         {QEL_KX_PEXA_CONFIG_LOG_CATEGORY_API, QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_WARNING}}},
+    tools::SetPrintFormat{QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_MAXIMAL},
+    tools::SetFilterLevel{-1},
+    tools::SetFilterLevel{QEL_KX_LEVEL_INFO},
+    tools::SetPrintFormat{QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT},
+};
 
 /// One visit of the mode "visit".
 /// @param next_command goes on from visit to visit
@@ -150,7 +144,8 @@ bool visit(int domain_id, int& next_command) {
         for (const tools::Application& logger : administration->command_readers()) {
             const int number = next_command++;
             // Loggers end at any time: that a command or a message gets lost is no failure.
-            static_cast<void>(administration->send(logger, number, command_number(number)));
+            static_cast<void>(
+                administration->send(logger, number, commands[number % std::ssize(commands)]));
         }
         static_cast<void>(logs->take());
     }

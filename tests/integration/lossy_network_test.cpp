@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
 #include <cstdlib>
-#include <string>
-#include <vector>
 
 #include "tests/integration/programs.hpp"
 
@@ -33,30 +29,6 @@ TEST_F(LossyNetwork, BringsEveryMessageOfAProfileThatKeepsAll) {
     EXPECT_TRUE(await_all(application, viewer)) << application.process().transcript();
     EXPECT_EQ(difference(application.logged(), viewer.messages(numbered_category)), "");
     EXPECT_EQ(application.diagnostics(), std::vector<std::string>{});
-}
-
-TEST_F(LossyNetwork, AnswersEveryCommand) {
-    Application application{{"--kind", "rover"}};
-    const std::string rover = application.ask("identity") + " rover  ";
-    const struct {
-        Words arguments;
-        std::string effect;
-    } commands[] = {
-        {{"set-level", "rover", "DEBUG"}, "filter level INFO -> DEBUG"},
-        {{"set-verbosity", "rover", "API", "SILENT"}, "API ERROR -> SILENT"},
-        {{"set-level", "rover", "INFO"}, "filter level DEBUG -> INFO"},
-        {{"set-verbosity", "rover", "API", "ERROR"}, "API SILENT -> ERROR"},
-    };
-    constexpr int rounds = 4;
-    for (int round = 0; round < rounds; ++round) {
-        for (const auto& each : commands) {
-            Words arguments{each.arguments};
-            arguments.insert(arguments.end(), {"--timeout", "20"});
-            ChildProcess tool{tool_in_domain(arguments)};
-            tool.wait_for_end();
-            EXPECT_EQ(tool.transcript(), rover + each.effect + "\nexit 0");
-        }
-    }
 }
 
 }  // namespace

@@ -1,5 +1,4 @@
-/// @file peer.hpp
-/// @brief The modes of the program test_peer, and their logger and answers.
+// The modes of the program test_peer, and their logger and answers.
 #pragma once
 
 #include <atomic>

@@ -1,5 +1,4 @@
-/// @file peer_protocol.hpp
-/// @brief Names that the program test_peer and the tests share.
+// Names that the program test_peer and the tests share.
 #pragma once
 
 #include <chrono>

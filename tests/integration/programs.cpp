@@ -3,22 +3,13 @@
 #include <algorithm>
 #include <cstdlib>
 #include <ctime>
+#include <iomanip>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
 namespace orvane::tests {
 namespace {
-
-std::string hexadecimal(std::string_view bytes) {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (const char character : bytes) {
-        const auto byte = static_cast<unsigned char>(character);
-        text += {digits[byte / 16], digits[byte % 16]};
-    }
-    return text.empty() ? "-" : text;
-}
 
 /// Reads "2026-01-31T12:00:00.123456789Z".
 std::int64_t nanoseconds_of(const std::string& text) {
@@ -104,9 +95,10 @@ std::string Application::ask(const std::string& command) {
     return answer();
 }
 
-bool Application::say(int level, std::string_view category, std::string_view text) {
-    return ask("say " + std::to_string(level) + ' ' + hexadecimal(category) + ' ' +
-               hexadecimal(text)) == "say";
+bool Application::say(int level, const std::string& category, const std::string& text) {
+    std::ostringstream command;
+    command << "say " << level << ' ' << std::quoted(category) << ' ' << std::quoted(text);
+    return ask(command.str()) == "say";
 }
 
 std::vector<LoggedMessage> Application::logged() {

@@ -1,5 +1,4 @@
-/// @file programs.hpp
-/// @brief The tool and the program test_peer as processes of a test.
+// The tool and the program test_peer as processes of a test.
 #pragma once
 
 #include <chrono>
@@ -7,8 +6,9 @@
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <string_view>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "tests/integration/child_process.hpp"
 #include "tests/integration/peer_protocol.hpp"
@@ -77,7 +77,7 @@ public:
     std::string answer();
     std::string ask(const std::string& command);
     /// Logs a message of any bytes. @return whether the application answered
-    bool say(int level, std::string_view category, std::string_view text);
+    bool say(int level, const std::string& category, const std::string& text);
 
     /// What has been logged by commands that were answered.
     std::vector<LoggedMessage> logged();

@@ -4,7 +4,7 @@
 //       An application that logs as its input says, one command a line:
 //           log LEVEL COUNT GAP_US    logs the next COUNT numbers, with a pause after each
 //           at SECOND NANOSECOND      logs the next number with this time
-//           say LEVEL CATEGORY TEXT   logs both texts, in hexadecimal, "-" for an empty one
+//           say LEVEL CATEGORY TEXT   logs both texts, which std::quoted has written
 //           identity                  answers HOST:APP, as the viewer shows it
 //           finish                    finalises the logger
 //       It answers every command by a line. For each number it prints "logged LEVEL BEFORE AFTER
@@ -32,12 +32,11 @@
 
 #include <malloc.h>
 
-#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <iomanip>
 #include <iostream>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -52,36 +51,23 @@ extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_b
 namespace orvane::tests {
 namespace {
 
-std::string from_hexadecimal(std::string_view text) {
-    std::string bytes;
-    for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
-        unsigned char byte = 0;
-        std::from_chars(text.data() + i, text.data() + i + 2, byte, 16);
-        bytes += static_cast<char>(byte);
-    }
-    return bytes;
-}
-
 /// The mode "log".
 class CommandedApplication {
 public:
     Logger logger;
 
     /// @return the answer
-    std::string execute(const std::string& command) {
-        std::istringstream words{command};
-        std::string name;
-        words >> name;
+    std::string execute(const std::string& name, std::istream& arguments) {
         if (name == "log") {
-            log(words);
+            log(arguments);
         } else if (name == "at") {
-            log_at(words);
+            log_at(arguments);
         } else if (name == "say") {
             int level = 0;
             std::string category;
             std::string text;
-            words >> level >> category >> text;
-            logger.log(level, from_hexadecimal(category), from_hexadecimal(text));
+            arguments >> level >> std::quoted(category) >> std::quoted(text);
+            logger.log(level, category, text);
         } else if (name == "identity") {
             const QEL_KX_DDSEntities* entities = logger.instance()->ddsEntities;
             char text[32];
@@ -92,7 +78,7 @@ public:
         } else if (name == "finish") {
             return "finish " + std::to_string(Logger::finish());
         } else {
-            return "unknown command: " + command;
+            return "unknown command: " + name;
         }
         return name;
     }
@@ -147,8 +133,8 @@ void obey(int domain_id, const std::vector<std::string>& settings) {
     }
     CommandedApplication application;
     application.logger.start(std::move(options));
-    for (std::string command; std::getline(std::cin, command);) {
-        tell(application.execute(command));
+    for (std::string name; std::cin >> name;) {
+        tell(application.execute(name, std::cin));
     }
 }
 

@@ -1,9 +1,7 @@
-#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <iterator>
 #include <sstream>
-#include <string>
 
 #include "tests/integration/programs.hpp"
 

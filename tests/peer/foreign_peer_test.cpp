@@ -1,15 +1,9 @@
 // An application of ours and a program of another DDS product. Payloads are written out here,
 // member by member, in little-endian parameter-list CDR and hexadecimal.
-#include <gtest/gtest.h>
-
 #include <array>
-#include <chrono>
-#include <cstdint>
 #include <cstdlib>
 #include <sstream>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "tests/integration/programs.hpp"
 

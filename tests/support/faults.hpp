@@ -1,10 +1,9 @@
-/// @file faults.hpp
-/// @brief Functions whose calls a test counts, lets fail, or replaces.
-///
-/// The functions are the rows of faults.cpp. A program that links orvane_test_support has all calls
-/// from our object files to them led here. The bookkeeping uses relaxed atomics only: it must not
-/// order threads that the code under test leaves unordered, or the thread sanitizer would miss what
-/// it is to find.
+// Functions whose calls a test counts, lets fail, or replaces.
+//
+// The functions are the rows of faults.cpp. A program that links orvane_test_support has all calls
+// from our object files to them led here. The bookkeeping uses relaxed atomics only: it must not
+// order threads that the code under test leaves unordered, or the thread sanitizer would miss what
+// it is to find.
 #pragma once
 
 #include <atomic>

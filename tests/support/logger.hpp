@@ -1,5 +1,4 @@
-/// @file logger.hpp
-/// @brief Options and loggers for the length of a scope.
+// Options and loggers for the length of a scope.
 #pragma once
 
 #include <memory>

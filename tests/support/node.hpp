@@ -1,5 +1,4 @@
-/// @file node.hpp
-/// @brief A participant of a test, with typed writers and readers, and bounded waits.
+// A participant of a test, with typed writers and readers, and bounded waits.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,4 @@
-/// @file text.hpp
-/// @brief What the code under test prints and reports, and bytes written out.
+// What the code under test prints and reports, and bytes written out.
 #pragma once
 
 #include <cstddef>
