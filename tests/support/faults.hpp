@@ -59,7 +59,6 @@ class Fault {
 public:
     explicit Fault(std::string_view function, FaultPlan plan = {});
     Fault(std::string_view function, int call) : Fault(function, FaultPlan{.call = call}) {}
-    Fault(const Fault&) = delete;
     ~Fault();
 
     /// @return whether a call has failed.
@@ -76,7 +75,6 @@ public:
         : wrapped_(Wrapped::named(function)), action_(std::move(action)) {
         wrapped_.action.store(&action_, std::memory_order_release);
     }
-    Before(const Before&) = delete;
     ~Before() { wrapped_.action.store(nullptr, std::memory_order_release); }
 
 private:
@@ -110,7 +108,6 @@ public:
         : wrapped_(Wrapped::named(function)), replacement_(std::move(replacement)) {
         wrapped_.replacement.store(&replacement_, std::memory_order_relaxed);
     }
-    Stub(const Stub&) = delete;
     ~Stub() { wrapped_.replacement.store(nullptr, std::memory_order_relaxed); }
 
     Result real(Arguments... arguments) const {

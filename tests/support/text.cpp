@@ -18,16 +18,14 @@ void set_masks(DDS_UnsignedLong mask) {
 
 Reports::Reports() {
     set_masks(0x1f);
-    QELLog_setSink(add, this);
+    const auto add = [](void* texts, QELLogModule, QELLogLevel, const char* text) {
+        static_cast<std::vector<std::string>*>(texts)->emplace_back(text);
+    };
+    QELLog_setSink(add, &texts_);
 }
-
 Reports::~Reports() {
     QELLog_setSink(nullptr, nullptr);
     set_masks(QEL_LOG_BIT(QEL_LOG_LEVEL_ERROR));
-}
-
-void Reports::add(void* self, QELLogModule /*module*/, QELLogLevel /*level*/, const char* text) {
-    static_cast<Reports*>(self)->texts_.emplace_back(text);
 }
 
 Bytes bytes(std::string_view written) {

@@ -41,8 +41,6 @@ public:
     std::vector<std::string> take() { return std::exchange(texts_, {}); }
 
 private:
-    static void add(void* self, QELLogModule module, QELLogLevel level, const char* text);
-
     std::vector<std::string> texts_;
 };
 
