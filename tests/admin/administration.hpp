@@ -24,14 +24,10 @@ inline PEXA_Config_LogVerbosity verbosity_of(int category) {
         middleware(), static_cast<PEXA_Config_LogCategory>(category));
 }
 
-/// Begins and ends with the settings that the middleware's logger has in a new process.
+/// Ends with the settings that the middleware's logger has in a new process.
 class AdminTest : public testing::Test {
 protected:
-    AdminTest() { reset(); }
-    ~AdminTest() override { reset(); }
-
-private:
-    static void reset() {
+    ~AdminTest() override {
         PEXA_Config_Logger_set_verbosity(middleware(), PEXA_CONFIG_LOG_VERBOSITY_ERROR);
         PEXA_Config_Logger_set_print_format(middleware(), PEXA_CONFIG_LOG_PRINT_FORMAT_DEFAULT);
         QEL_KX_DDSEntities_gInitialStateSent = 0;

@@ -169,7 +169,6 @@ TEST_F(Logging, EchoesWhatTheFilterOrTheStateStopsToo) {
         {1, "", 600, ""},
         {0, "hello", 600, ""},
         {2, "hello", 600, ""},
-        {2, "hello", 800, ""},
     };
     for (const auto state : {QEL_KX_STATE_OPERATIONAL, QEL_KX_STATE_NONOPERATIONAL}) {
         record_.state->state = state;

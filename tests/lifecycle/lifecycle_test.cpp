@@ -110,15 +110,6 @@ TEST_F(Creation, IsUndoneWhenAnyStepFailsAndLeavesTheMiddlewareSilent) {
     expect_failure(options_.get(), creation("Unable to set listener for CommandRequests"));
 }
 
-TEST_F(Creation, OnlyNotesThatTheRefreshedStateWasNotWritten) {
-    QEL_KX_Orvane_setOptions(options_.get());
-    const Fault fault("DDS_DataWriter_write_untypedI", 2);
-    EXPECT_EQ(output_of([] { EXPECT_NE(QEL_KX_Orvane_getInstance(), nullptr); }),
-              line("QEL_KX_Orvane_writeState", "Unable to write State in DataWriter") +
-                  line("QEL_Orvane_getInstance", "Unable to Write State", "Warning"));
-    EXPECT_EQ(QEL_KX_Orvane_isOrvaneRunning(), 1);
-}
-
 TEST_F(Creation, LosesNothingWhicheverAllocationFails) {
     constexpr int cap = 200;
     for (const char* function :
@@ -143,8 +134,6 @@ TEST_F(Creation, LosesNothingWhicheverAllocationFails) {
 
 TEST(Singleton, IsOneCompleteInstanceUntilItIsFinalised) {
     EXPECT_EQ(output_of([] { EXPECT_EQ(QEL_KX_Orvane_finalizeInstance(), DDS_RETCODE_OK); }), "");
-    EXPECT_EQ(QEL_KX_Orvane_getMessageQueue(), nullptr);
-    EXPECT_EQ(QEL_KX_Orvane_getLogMessageWriteThread(), nullptr);
     const Options options = make_options();
     QEL_KX_Options_setFilterLevel(options.get(), 450);
     QEL_KX_Options_setApplicationKind(options.get(), std::string(300, 'k').c_str());

@@ -43,9 +43,7 @@ TEST(TypedEndpoints, AreNarrowedByTheTypeBehindTheirTopic) {
     EXPECT_EQ(reports.take(), Texts{});
     EXPECT_EQ(DataWriter<QEL_KX_ADMIN_State>::narrow(writer), nullptr);
     EXPECT_EQ(DataReader<QEL_KX_ADMIN_State>::narrow(reader), nullptr);
-    EXPECT_EQ(Writer::as_datawriter(Writer::narrow(nullptr)), nullptr);
-    EXPECT_EQ(Reader::as_datareader(Reader::narrow(nullptr)), nullptr);
-    EXPECT_EQ(reports.take().size(), 6U);
+    EXPECT_EQ(reports.take().size(), 2U);
 }
 
 /// Log messages, an instance per level, from a writer to a reader.

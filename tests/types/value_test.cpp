@@ -108,9 +108,6 @@ TEST(Values, MayBeMadeWithoutMemoryOfTheirOwn) {
     EXPECT_EQ(live_blocks(), before + 1);
     EXPECT_EQ(QEL_KX_LogMessageTypeSupport_delete_data_ex(bare, 1), DDS_RETCODE_OK);
     EXPECT_EQ(live_blocks(), before);
-    EXPECT_FALSE(ValueOperations<QEL_KX_LogMessage>::initialize(nullptr));
-    EXPECT_FALSE(ValueOperations<QEL_KX_LogMessage>::copy(nullptr, nullptr));
-    ValueOperations<QEL_KX_LogMessage>::finalize(nullptr);
 }
 
 /// Makes garbage of a record, initialises it, and finalises it whatever came of that.

@@ -131,15 +131,6 @@ TEST_F(Element, StoresTheTextsOfItsChildrenAndReportsARefusedTextWithItsLine) {
         "6 QEL_KX_XMLConfig_getThreadStackSize" + no_integer + "\n");
 }
 
-TEST_F(Element, ReportsACpuWithoutMemory) {
-    DDS_XMLContext context = {0, 9, "element", nullptr};
-    DDS_LongSeq cpus = {};
-    const Fault fault(heap_allocation, 1);
-    QEL_KX_XMLConfig_addElementToThreadCpuList(&cpus, "1", &context, note_parse_error);
-    EXPECT_EQ(context.error, 1);
-    EXPECT_EQ(DDS_LongSeq_get_length(&cpus), 0);
-}
-
 TEST_F(Element, IsFoundWhereverItStandsAndTheFirstOneCounts) {
     const std::string sized = as_xml("orvane/queue_size", "2");
     for (const std::string& document :

@@ -11,20 +11,15 @@ namespace {
 
 using namespace std::chrono_literals;
 
-void log(const std::string& category, const std::string& text) {
-    QEL_KX_Orvane_logMessageWithLevelCategory(QEL_KX_Orvane_getInstance(), QEL_KX_LEVEL_INFO,
-                                              text.c_str(), category.c_str());
-}
-
 /// Logs one word until the viewer has @p count messages of a category.
-bool log_until(Viewer& viewer, std::size_t count, const std::string& category,
-               const std::string& word) {
+bool log_until(QEL_KX_Orvane* logger, Viewer& viewer, std::size_t count,
+               const std::string& category, const std::string& word) {
     const auto end = std::chrono::steady_clock::now() + patience;
     while (!viewer.wait_for(count, category, 50ms)) {
         if (std::chrono::steady_clock::now() > end) {
             return false;
         }
-        log(word, word);
+        QEL_KX_Orvane_logMessageWithLevelCategory(logger, 600, word.c_str(), word.c_str());
     }
     return true;
 }
@@ -54,14 +49,16 @@ TEST(SlowViewer, GetsEveryMessageOfAProfileThatKeepsAllAlsoAfterWritesHaveTimedO
     QEL_KX_Options_setQosLibrary(options.get(), "test");
     QEL_KX_Options_setQosProfile(options.get(), "keep_all");
     const test::RunningLogger logger(std::move(options));
-    ASSERT_TRUE(log_until(viewer, 1, "hello", "hello")) << viewer.process().transcript();
+    ASSERT_TRUE(log_until(logger.get(), viewer, 1, "hello", "hello"))
+        << viewer.process().transcript();
 
     // More bytes than the engine lets go out unacknowledged.
     std::vector<std::string> expected;
     viewer.process().send_signal(SIGSTOP);
     for (int number = 0; number < 300; ++number) {
         expected.push_back(std::to_string(number) + std::string(3900, '.'));
-        log("kept", expected.back());
+        QEL_KX_Orvane_logMessageWithLevelCategory(logger.get(), 600, expected.back().c_str(),
+                                                  "kept");
     }
     {
         std::unique_lock lock(mutex);
@@ -70,7 +67,7 @@ TEST(SlowViewer, GetsEveryMessageOfAProfileThatKeepsAllAlsoAfterWritesHaveTimedO
     viewer.process().send_signal(SIGCONT);
 
     // Each write that timed out has left a message behind, which later ones push out.
-    EXPECT_TRUE(log_until(viewer, expected.size(), "kept", "later"));
+    EXPECT_TRUE(log_until(logger.get(), viewer, expected.size(), "kept", "later"));
     std::vector<std::string> viewed;
     for (const ViewedMessage& message : viewer.messages("kept")) {
         viewed.push_back(message.text);
