@@ -4,20 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <optional>
 #include <string>
 
+#include "fuzz/demand.hpp"
 #include "orvane/xml.h"
 #include "pexa/log.h"
 
 namespace {
-
-void demand(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 void check_ranges(const QEL_KX_Options& options) {
     const DDS_ThreadSettings_t& thread = options.thread;

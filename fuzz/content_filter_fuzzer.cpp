@@ -2,10 +2,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/demand.hpp"
 #include "platform/dds/filter/content_filter.hpp"
 #include "tests/platform/dds/filter/content_filter_types.hpp"
 
@@ -31,9 +31,7 @@ Verdict judge(const DDS_TypeCode& type, const std::string& expression,
     FilterFault fault;
     const auto filter = ContentFilter::compile(type, expression, &parameters, fault);
     if (filter == nullptr) {
-        if (fault.text[0] == '\0' || fault.position == 0) {
-            std::abort();
-        }
+        demand(fault.text[0] != '\0' && fault.position != 0);
         return {};
     }
     return {true, filter->matches(payload)};
@@ -51,9 +49,7 @@ void run(const DDS_TypeCode& type, const std::string& expression, const DDS_Stri
     const bool contradicting = verdict.matches && opposite.matches;
     const bool undecided = type.extensibility == DDS_FINAL_EXTENSIBILITY && opposite.compiled &&
                            decodable != (verdict.matches || opposite.matches);
-    if (contradicting || undecided) {
-        std::abort();
-    }
+    demand(!contradicting && !undecided);
 }
 
 }  // namespace

@@ -3,23 +3,17 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <optional>
 #include <tuple>
 #include <vector>
 
+#include "fuzz/demand.hpp"
 #include "types/plugin.hpp"
 
 namespace {
 
 using Bytes = std::vector<char>;
-
-void require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 QELCdrStream stream_over(Bytes& bytes) {
     QELCdrStream stream;
@@ -33,11 +27,11 @@ class Decoder {
 public:
     Decoder() {
         for (Type* sample : {&sample_, &again_, &copy_}) {
-            require(Values::initialize(sample));
+            demand(Values::initialize(sample));
         }
         const TULVEndpointInfo info{TULV_ENDPOINT_READER, 0, 1};
         endpoint_ = Plugin::on_endpoint_attached(nullptr, &info);
-        require(endpoint_ != nullptr);
+        demand(endpoint_ != nullptr);
     }
 
     void take(Bytes& bytes) {
@@ -47,8 +41,8 @@ public:
         }
         QELCdrStream stream = stream_over(bytes);
         const bool skipped = Plugin::skip(nullptr, &stream, 1, 1, nullptr);
-        require(stream.position <= bytes.size());
-        require(!end || (skipped && stream.position == *end));
+        demand(stream.position <= bytes.size());
+        demand(!end || (skipped && stream.position == *end));
         if (Plugin::table.is_keyed) {
             expect_key_hash(bytes, end.has_value());
         }
@@ -61,11 +55,11 @@ private:
     static Bytes encode(const Type& sample, DDS_UnsignedShort id) {
         const DDS_UnsignedLong size =
             Plugin::get_serialized_sample_size(nullptr, 1, id, 0, &sample);
-        require(size <= Plugin::get_serialized_sample_max_size(nullptr, 1, id, 0));
+        demand(size <= Plugin::get_serialized_sample_max_size(nullptr, 1, id, 0));
         Bytes bytes(size);
         QELCdrStream stream = stream_over(bytes);
-        require(Plugin::serialize(nullptr, &sample, &stream, 1, id, 1, nullptr));
-        require(stream.position == size);
+        demand(Plugin::serialize(nullptr, &sample, &stream, 1, id, 1, nullptr));
+        demand(stream.position == size);
         return bytes;
     }
 
@@ -74,16 +68,16 @@ private:
         QELCdrStream stream = stream_over(bytes);
         void* target = sample;
         const bool decoded = Plugin::deserialize(nullptr, &target, nullptr, &stream, 1, 1, nullptr);
-        require(stream.position <= bytes.size() && stream.size == bytes.size());
-        require(!decoded || stream.rejected == 0);
+        demand(stream.position <= bytes.size() && stream.size == bytes.size());
+        demand(!decoded || stream.rejected == 0);
         return decoded ? std::optional(stream.position) : std::nullopt;
     }
 
     void expect_round_trip() {
         for (const DDS_UnsignedShort id : {DDS_UnsignedShort{0}, DDS_UnsignedShort{1}}) {
             Bytes bytes = encode(sample_, id);
-            require(decode(&again_, bytes) == bytes.size() && encode(again_, id) == bytes);
-            require(Values::copy(&copy_, &sample_) && encode(copy_, id) == bytes);
+            demand(decode(&again_, bytes) == bytes.size() && encode(again_, id) == bytes);
+            demand(Values::copy(&copy_, &sample_) && encode(copy_, id) == bytes);
         }
     }
 
@@ -95,9 +89,9 @@ private:
         QELKeyHash of_sample{};
         const bool hashed =
             Plugin::serialized_sample_to_keyhash(endpoint_, &stream, &of_bytes, 1, nullptr);
-        require(!decoded ||
-                (hashed && Plugin::instance_to_keyhash(endpoint_, &of_sample, &sample_) &&
-                 std::memcmp(&of_bytes, &of_sample, sizeof of_bytes) == 0));
+        demand(!decoded ||
+               (hashed && Plugin::instance_to_keyhash(endpoint_, &of_sample, &sample_) &&
+                std::memcmp(&of_bytes, &of_sample, sizeof of_bytes) == 0));
     }
 
     Type sample_;

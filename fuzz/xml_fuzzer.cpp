@@ -3,11 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "fuzz/demand.hpp"
 #include "pexa/log.h"
 #include "pexa/string.h"
 #include "platform/dds/profiles/document.hpp"
@@ -15,12 +15,6 @@
 namespace {
 
 namespace dds = pexa::dds;
-
-void demand(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 /// An object that keeps the texts of its element.
 struct Texts : DDS_XMLObject {
