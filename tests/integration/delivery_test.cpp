@@ -86,29 +86,27 @@ TEST(Delivery, GoesOnWhenTheViewerIsKilledAndServesItsSuccessor) {
         kept_per_level);
 }
 
-class StoppedViewer : public testing::TestWithParam<int> {};
+TEST(Viewer, EndsWithSuccessAndASummaryWhenItIsStopped) {
+    for (const int signal : {SIGINT, SIGTERM}) {
+        Application application;
+        Viewer viewer{{"--category", "[np]*", "--app", application.ask("identity")}};
+        ASSERT_TRUE(connect(application, viewer)) << viewer.process().transcript();
+        ASSERT_EQ(application.ask("log 600 3 1000"), "log");
+        ASSERT_TRUE(application.say(600, "other", "not asked for"));
+        ASSERT_EQ(application.ask("log 600 1 1000"), "log");
+        ASSERT_TRUE(viewer.wait_for(4, numbered_category));
 
-TEST_P(StoppedViewer, EndsWithSuccessAndASummary) {
-    Application application;
-    Viewer viewer{{"--category", "[np]*", "--app", application.ask("identity")}};
-    ASSERT_TRUE(connect(application, viewer)) << viewer.process().transcript();
-    ASSERT_EQ(application.ask("log 600 3 1000"), "log");
-    ASSERT_TRUE(application.say(600, "other", "not asked for"));
-    ASSERT_EQ(application.ask("log 600 1 1000"), "log");
-    ASSERT_TRUE(viewer.wait_for(4, numbered_category));
-
-    viewer.process().send_signal(GetParam());
-    EXPECT_EQ(viewer.process().wait_for_end(), "exit 0");
-    const Output output = viewer.process().output();
-    ASSERT_EQ(output.error.size(), 1U) << viewer.process().transcript();
-    const std::string messages = std::to_string(output.out.size());
-    const std::string& summary = output.error.front();
-    EXPECT_TRUE(summary.starts_with("orvane: " + messages + " messages of 1 application in "))
-        << summary;
-    EXPECT_TRUE(summary.ends_with(" s, 1 not asked for")) << summary;
+        viewer.process().send_signal(signal);
+        EXPECT_EQ(viewer.process().wait_for_end(), "exit 0");
+        const Output output = viewer.process().output();
+        ASSERT_EQ(output.error.size(), 1U) << viewer.process().transcript();
+        const std::string& summary = output.error.front();
+        EXPECT_TRUE(summary.starts_with("orvane: " + std::to_string(output.out.size()) +
+                                        " messages of 1 application in "))
+            << summary;
+        EXPECT_TRUE(summary.ends_with(" s, 1 not asked for")) << summary;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Signals, StoppedViewer, testing::Values(SIGINT, SIGTERM));
 
 TEST(Viewer, EndsAfterTheCountThatWasAskedForAndObeysNoMessage) {
     Viewer guide;

@@ -151,9 +151,9 @@ std::string difference(const std::vector<LoggedMessage>& logged,
         const ViewedMessage& actual = viewed[i];
         if (actual.text != expected.text || actual.level != expected.level ||
             actual.nanoseconds < expected.before || actual.nanoseconds > expected.after) {
-            text << "message " << i << " was logged as " << expected.level << ' ' << expected.text
-                 << " from " << expected.before << " to " << expected.after << " but seen as "
-                 << actual.level << ' ' << actual.text << " of " << actual.nanoseconds;
+            text << i << ": logged " << expected.level << ' ' << expected.text << " from "
+                 << expected.before << " to " << expected.after << ", seen " << actual.level << ' '
+                 << actual.text << " of " << actual.nanoseconds;
             return text.str();
         }
     }

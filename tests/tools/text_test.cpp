@@ -165,11 +165,6 @@ TEST(LoggerText, StandsInColumnsThatNoKindCanDisturb) {
     // clang-format on
 }
 
-TEST(LoggerText, IsPaintedOnlyWhenAskedTo) {
-    const std::string table = logger_table({logger_state(1, "pump")}, {.color = true});
-    EXPECT_NE(table.find("  \x1b[32mOPERATIONAL\x1b[0m  INFO"), std::string::npos) << table;
-}
-
 TEST(LoggerText, TellsProgramsEverythingInOneLineOfAscii) {
     EXPECT_EQ(change_json_line(
                   {LoggerChange::Kind::changed, logger_state(1, "pump"), hostile_logger()}, 1),
