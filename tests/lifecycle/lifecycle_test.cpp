@@ -143,6 +143,7 @@ TEST(Singleton, IsOneCompleteInstanceUntilItIsFinalised) {
     ASSERT_NE(instance, nullptr);
 
     EXPECT_EQ(QEL_KX_Orvane_createInstance(), instance);
+    EXPECT_EQ(verbosity_of(0), PEXA_CONFIG_LOG_VERBOSITY_ERROR) << "no longer silent";
     EXPECT_EQ(QEL_KX_Orvane_isOrvaneRunning(), 1);
     EXPECT_EQ(instance->options, options.get());
     EXPECT_EQ(instance->filterLevel, 450);
