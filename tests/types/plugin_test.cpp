@@ -123,8 +123,6 @@ TEST(Printing, ShowsMembersOneLevelDeeperThanTheDescriptionAndEnumeratorsByTheir
               "      message: \"hi\"\n");
     EXPECT_EQ(test::output_of([] { QEL_KX_LogMessageTypeSupport_print_data(nullptr); }),
               "\nNULL\n");
-    EXPECT_EQ(printed(QEL_KX_COMMAND_RESULT_ERROR, "result", 1),
-              "   result: QEL_KX_COMMAND_RESULT_ERROR (2)\n");
     EXPECT_NE(printed(*Filled<QEL_KX_ADMIN_State>(), "state", 0)
                   .find("      [4]:\n"
                         "         category: QEL_KX_PEXA_CONFIG_LOG_CATEGORY_API (4)\n"
@@ -132,14 +130,17 @@ TEST(Printing, ShowsMembersOneLevelDeeperThanTheDescriptionAndEnumeratorsByTheir
               std::string::npos);
 
     Sample<QEL_KX_ADMIN_Command> command;
-    set_pairs(*command, 1);
+    set_pairs(*command, 2);
     EXPECT_EQ(printed(*command, nullptr, 0),
               "\n"
               "   _d: QEL_KX_SET_QEL_LOGGER_LEVEL (1)\n"
               "   _u.categoryAndVerbosity:\n"
               "      [0]:\n"
               "         category: QEL_KX_PEXA_CONFIG_LOG_CATEGORY_PLATFORM (0)\n"
-              "         verbosity: QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_ERROR (1)\n");
+              "         verbosity: QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_ERROR (1)\n"
+              "      [1]:\n"
+              "         category: QEL_KX_PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION (1)\n"
+              "         verbosity: QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_WARNING (2)\n");
     command->_d = QEL_KX_SET_LOG_LEVEL;
     EXPECT_EQ(printed(*command, nullptr, 0),
               "\n   _d: QEL_KX_SET_LOG_LEVEL (0)\n   _u.filterLevel: 0\n");
