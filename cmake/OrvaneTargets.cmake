@@ -52,11 +52,6 @@ function(orvane_write_export_map name map)
     set(list "${PROJECT_SOURCE_DIR}/cmake/exports/lib${name}.txt")
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${list}")
     file(STRINGS "${list}" exports)
-    if(ORVANE_SANITIZE MATCHES "thread")
-        # The engine's library has copies of its inline functions, and so have ours. The sanitizer
-        # sees the order that a reference count gives only if both use our instrumented ones.
-        list(APPEND exports "ddsi_serdata_*" "ddsrt_atomic_*")
-    endif()
     list(JOIN exports ";\n    " exports)
     file(CONFIGURE OUTPUT "${map}" CONTENT "{\nglobal:\n    @exports@;\nlocal:\n    *;\n};\n" @ONLY)
 endfunction()

@@ -4,12 +4,13 @@
 #include <dds/ddsrt/md5.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <new>
+
+#include "platform/engine/cyclone/hand_over.hpp"
 
 namespace pexa::engine::cyclone {
 
@@ -20,9 +21,22 @@ static_assert(sizeof(Serdata) % 8 == 0, "payloads must be aligned to 8 bytes");
 // The wire rounds payloads up to a multiple of this.
 constexpr std::size_t payload_unit = 4;
 
-const Serdata& serdata_of(const ddsi_serdata* data) {
-    return *static_cast<const Serdata*>(data);
-}
+// A sample as one of Cyclone's threads reads it.
+class Reading {
+public:
+    explicit Reading(const ddsi_serdata* data) : serdata_(*static_cast<const Serdata*>(data)) {
+        acquire(&serdata_);
+    }
+    ~Reading() { release(&serdata_); }
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+
+    const Serdata* operator->() const { return &serdata_; }
+    const Serdata& operator*() const { return serdata_; }
+
+private:
+    const Serdata& serdata_;
+};
 
 PayloadKind payload_kind(ddsi_serdata_kind kind) {
     return kind == SDK_DATA ? PayloadKind::data : PayloadKind::key;
@@ -42,13 +56,13 @@ ddsi_serdata* accepted(SerdataPtr data, const SharedType& shared) {
 extern "C" {
 
 bool equal_keys(const ddsi_serdata* a, const ddsi_serdata* b) {
-    const Serdata& left = serdata_of(a);
-    const Serdata& right = serdata_of(b);
-    return left.type_number == right.type_number && left.key == right.key;
+    const Reading left(a);
+    const Reading right(b);
+    return left->type_number == right->type_number && left->key == right->key;
 }
 
 uint32_t get_size(const ddsi_serdata* data) {
-    return serdata_of(data).size;
+    return Reading(data)->size;
 }
 
 ddsi_serdata* from_fragments(const ddsi_sertype* type, ddsi_serdata_kind kind,
@@ -124,26 +138,27 @@ ddsi_serdata* from_sample(const ddsi_sertype* type, ddsi_serdata_kind kind, cons
 }
 
 void to_bytes(const ddsi_serdata* data, size_t offset, size_t size, void* buffer) {
-    std::memcpy(buffer, serdata_of(data).data() + offset, size);
+    std::memcpy(buffer, Reading(data)->data() + offset, size);
 }
 
 ddsi_serdata* to_vector(const ddsi_serdata* data, size_t offset, size_t size, ddsrt_iovec_t* out) {
-    out->iov_base = const_cast<std::byte*>(serdata_of(data).data() + offset);
+    out->iov_base = const_cast<std::byte*>(Reading(data)->data() + offset);
     out->iov_len = static_cast<ddsrt_iov_len_t>(size);
     return ddsi_serdata_ref(data);
 }
 
 void release_vector(ddsi_serdata* data, const ddsrt_iovec_t*) {
+    release(data);
     ddsi_serdata_unref(data);
 }
 
 bool to_sample(const ddsi_serdata* data, void* sample, void**, void*) {
-    static_cast<SampleView*>(sample)->data = &serdata_of(data);
+    static_cast<SampleView*>(sample)->data = &*Reading(data);
     return true;
 }
 
 ddsi_serdata* to_untyped(const ddsi_serdata* data) noexcept {
-    SerdataPtr key = make_key_serdata(serdata_of(data));
+    SerdataPtr key = make_key_serdata(*Reading(data));
     if (!key) {
         return nullptr;
     }
@@ -159,8 +174,8 @@ bool untyped_to_sample(const ddsi_sertype*, const ddsi_serdata* data, void* samp
 
 void free_serdata(ddsi_serdata* data) {
     auto* const serdata = static_cast<Serdata*>(data);
-    // The last reference may have been dropped without an acquire that the compiler can see.
-    static_cast<void>(std::atomic_ref(data->refc.v).load(std::memory_order_acquire));
+    acquire(&data->refc.v);
+    acquire(data);
     if (serdata->indexed_in) {
         serdata->indexed_in->instances().remove(serdata->key);
     }
@@ -170,12 +185,12 @@ void free_serdata(ddsi_serdata* data) {
 
 size_t print(const ddsi_sertype* type, const ddsi_serdata* data, char* buffer, size_t size) {
     const int length = std::snprintf(buffer, size, "%s(%u bytes)", type->type_name,
-                                     static_cast<unsigned>(serdata_of(data).size));
+                                     static_cast<unsigned>(Reading(data)->size));
     return length < 0 ? 0 : static_cast<size_t>(length);
 }
 
 void get_key_hash(const ddsi_serdata* data, ddsi_keyhash* out, bool force_md5) {
-    const KeyHash& key = serdata_of(data).key;
+    const KeyHash key = Reading(data)->key;
     if (!force_md5) {
         std::memcpy(out->value, key.data(), key.size());
         return;
@@ -225,6 +240,7 @@ void Serdata::set_key(const KeyHash& hash_bytes) {
         mixed = (mixed ^ word) * 0x9e3779b1U + (mixed >> 15U);
     }
     hash = mixed ^ type->serdata_basehash;
+    release(this);
 }
 
 SerdataPtr make_serdata(const ddsi_sertype* type, ddsi_serdata_kind kind, std::size_t size) {
