@@ -37,7 +37,7 @@ TEST(Feedback, PublishingAMillionMessagesNeitherFeedsItselfNorTakesMemory) {
     // The engine may hold another receive buffer of 1 MiB at the end than at the beginning.
     EXPECT_LT(memory[1] - memory[0], 2 << 20) << "bytes more after the other nine tenths";
     peer.close_input();
-    EXPECT_EQ(peer.wait_for_end(longest), "exit 0");
+    EXPECT_EQ(peer.wait_for_end(longest), "exit 0") << peer.transcript();
 }
 
 }  // namespace

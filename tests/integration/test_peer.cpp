@@ -149,9 +149,15 @@ std::size_t heap_in_use() {
 
 /// Logs no faster than the queue of @p queue_size messages can take, until all are published.
 void log_paced(Logger& logger, int count, int queue_size) {
-    const auto wait_for_queue = [](int longest) {
-        const std::atomic_ref queued{QEL_KX_Orvane_getMessageQueue()->list.count};
-        while (queued.load(std::memory_order_relaxed) > longest) {
+    const auto queued = [] {
+        const QEL_KX_MessageQueue& queue = *QEL_KX_Orvane_getMessageQueue();
+        QELOsapiSemaphore_take(queue.mutex, nullptr);
+        const int length = queue.list.count;
+        QELOsapiSemaphore_give(queue.mutex);
+        return length;
+    };
+    const auto wait_for_queue = [&](int longest) {
+        while (queued() > longest) {
             std::this_thread::sleep_for(std::chrono::milliseconds{1});
         }
     };
