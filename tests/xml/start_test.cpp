@@ -88,7 +88,7 @@ TEST(ExtensionClass, IsMadeWithItsListenerOrNotAtAll) {
     for (const auto& [allocation, report] :
          {std::pair{heap_allocation, "could not allocate extension class listener"},
           {new_expression, "creation of XML extension class failed"}}) {
-        const std::string printed = output_of([&] {
+        const std::string printed = output_of([&allocation = allocation] {
             sweep(allocation, [] {
                 DDS_XMLExtensionClass* made =
                     QEL_KX_XMLConfig_createXMLExtensionClass(note_parse_error);
