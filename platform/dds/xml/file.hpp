@@ -9,8 +9,8 @@
 
 namespace pexa::dds::xml {
 
-/// @return the content, nothing if the file cannot be read. Of a file that is too long for a document
-/// the end is not read.
+/// @return the content, nothing if the file cannot be read. Of a file that is too long for a
+/// document the end is not read.
 std::optional<std::string> read_file(const std::string& file_name);
 
 /// Replaces a file. After a failure the old one is there.
