@@ -96,8 +96,10 @@ function(orvane_add_test name)
     if(ORVANE_SANITIZE)
         math(EXPR arg_TIMEOUT "3 * ${arg_TIMEOUT}")
     endif()
+    # Those that may take longest begin first.
     set_tests_properties(
-        ${name} PROPERTIES TIMEOUT "${arg_TIMEOUT}" SKIP_RETURN_CODE "${ORVANE_SKIPPED}")
+        ${name} PROPERTIES TIMEOUT "${arg_TIMEOUT}" COST "${arg_TIMEOUT}"
+                           SKIP_RETURN_CODE "${ORVANE_SKIPPED}")
 endfunction()
 
 function(orvane_add_fuzzer name)
