@@ -154,6 +154,9 @@ TEST(Singleton, IsOneCompleteInstanceUntilItIsFinalised) {
     EXPECT_EQ(installed_device(), &QEL_KX_Orvane_localDevice);
     EXPECT_EQ(instance->loggerDevice, &QEL_KX_Orvane_localDevice);
 
+    QEL_KX_Orvane_disable();
+    EXPECT_EQ(instance->logMessageWriteThread->run, 0);
+
     // The commands end before the write thread that they use.
     bool had_write_thread = false;
     const Before removal("DDS_DataReader_set_listener", [&] {
