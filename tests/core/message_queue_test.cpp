@@ -39,6 +39,21 @@ std::string pop(QEL_KX_MessageQueue& queue) {
 constexpr const char* new_context = "QEL_KX_MessageQueue_new";
 constexpr const char* push_context = "QEL_KX_MessageQueue_push";
 
+TEST(MessageQueue, WakesItsConsumerWhenHalfOfItIsFull) {
+    std::vector<DDS_Long> wake_counts;
+    const Stub<decltype(QELOsapiSemaphore_new)> creation(
+        "QELOsapiSemaphore_new",
+        [&](QELOsapiSemaphoreKind kind, const QELOsapiSemaphoreProperty* property) {
+            if (property != nullptr) {
+                wake_counts.push_back(property->wakeCount);
+            }
+            return creation.real(kind, property);
+        });
+    make_queue(8);
+    make_queue(1);
+    EXPECT_EQ(wake_counts, (std::vector<DDS_Long>{4, 1}));
+}
+
 TEST(MessageQueue, KeepsShortTextsInTheElementAndCutsLongOnes) {
     constexpr struct {
         std::size_t message;

@@ -165,6 +165,23 @@ TEST(WriteThread, PausesAfterEightSmallBatchesInARow) {
     thread.reset();
 }
 
+TEST(WriteThread, SendsWhatItHasWrittenBeforeItWaits) {
+    ScriptedWriter writer;
+    std::atomic<bool> has_unsent = false;
+    std::atomic<int> waits = 0;
+    writer.during_first_write = [&] { has_unsent = true; };
+    writer.during_flushes = [&](std::size_t) { has_unsent = false; };
+    const Stub<decltype(QELOsapiSemaphore_take)> take(
+        "QELOsapiSemaphore_take", [&](QELOsapiSemaphore* semaphore, const QELNtpTime* timeout) {
+            waits += has_unsent && timeout != nullptr && timeout->frac != 0;
+            return take.real(semaphore, timeout);
+        });
+    const WriteThreadRecord thread = start(writer);
+    push(*thread, "lone");
+    EXPECT_EQ(writer.wait_for_flushes(1), std::vector<std::size_t>{1});
+    EXPECT_EQ(waits, 0);
+}
+
 TEST(WriteThread, SendsWhatItHasWrittenBeforeItEnds) {
     ScriptedWriter writer;
     WriteThreadRecord thread;
