@@ -27,4 +27,9 @@ inline bool is_live(const QEL_KX_Orvane* self) noexcept {
     return self != nullptr && self == instance();
 }
 
+/// The kind of the State. Any thread; what was done before the kind was set has happened.
+inline QEL_KX_ADMIN_StateKind state_kind(const QEL_KX_Orvane& logger) noexcept {
+    return load(logger.state->state, std::memory_order_acquire);
+}
+
 }  // namespace orvane::core

@@ -6,7 +6,6 @@
 #include "core/message_queue.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
-#include "core/state_kind.hpp"
 #include "orvane/admin.h"
 #include "pexa/osapi.h"
 

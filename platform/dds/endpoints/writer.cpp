@@ -27,15 +27,6 @@ Status DataWriter::wait_for_acknowledgments(const Operation& operation,
                                    : engine::wait_for_acknowledgments(id, to_nanoseconds(max_wait));
 }
 
-Status DataWriter::flush() const {
-    const engine::EntityId id = engine_id();
-    if (id == engine::no_entity) {
-        return Status::not_enabled;
-    }
-    engine::flush(id);
-    return Status::ok;
-}
-
 Status DataWriter::assert_liveliness() const {
     const engine::EntityId id = engine_id();
     return id == engine::no_entity ? Status::not_enabled : engine::assert_liveliness(id);
@@ -89,10 +80,6 @@ DDS_ReturnCode_t DDS_DataWriter_wait_for_acknowledgments(DDS_DataWriter* self,
                                                          const DDS_Duration_t* maxWait) {
     return dds::call(__func__, self, &dds::DataWriter::wait_for_acknowledgments,
                      dds::required("maxWait", maxWait));
-}
-
-DDS_ReturnCode_t DDS_DataWriter_flush(DDS_DataWriter* self) {
-    return dds::call(__func__, self, &dds::DataWriter::flush);
 }
 
 DDS_ReturnCode_t DDS_DataWriter_assert_liveliness(DDS_DataWriter* self) {

@@ -174,6 +174,15 @@ Result<DDS_InstanceHandle_t> DataWriter::register_instance(const Operation& oper
     return to_handle(instance);
 }
 
+Status DataWriter::flush() const {
+    const engine::EntityId id = engine_id();
+    if (id == engine::no_entity) {
+        return Status::not_enabled;
+    }
+    engine::flush(id);
+    return Status::ok;
+}
+
 }  // namespace pexa::dds
 
 namespace dds = pexa::dds;
@@ -202,4 +211,8 @@ DDS_ReturnCode_t DDS_DataWriter_unregister_instance_untypedI(DDS_DataWriter* sel
                                                              const void* sample,
                                                              const DDS_WriteParams_t* params) {
     return dds::call(__func__, self, &dds::DataWriter::unregister_instance, sample, params);
+}
+
+DDS_ReturnCode_t DDS_DataWriter_flush(DDS_DataWriter* self) {
+    return dds::call(__func__, self, &dds::DataWriter::flush);
 }

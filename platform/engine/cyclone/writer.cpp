@@ -143,7 +143,7 @@ Status write(EntityId writer, WriteKind kind, const KeyHash& instance, std::size
 
     const bool keyed = record->use.topic().type->keyed();
     if (keyed && kind != WriteKind::unregister) {
-        const Status remembered = record->instances.add(*data);
+        const Status remembered = record->instances.remember(*data);
         if (remembered != Status::ok) {
             return remembered;
         }
@@ -173,7 +173,7 @@ Status register_instance(EntityId writer, const KeyHash& instance, std::size_t s
     if (encoded != Status::ok || !record->use.topic().type->keyed()) {
         return encoded;
     }
-    return record->instances.add(*key);
+    return record->instances.remember(*key);
 }
 
 void flush(EntityId writer) noexcept {

@@ -7,7 +7,7 @@
 
 namespace pexa::engine::cyclone {
 
-Status WriterInstances::add(const Serdata& sample) {
+Status WriterInstances::remember(const Serdata& sample) {
     try {
         const std::lock_guard lock(mutex_);
         const auto [entry, is_new] = keys_.try_emplace(sample.key);

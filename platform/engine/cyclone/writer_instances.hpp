@@ -14,7 +14,7 @@ class WriterInstances {
 public:
     /// Adds the instance of a sample, unless it is there.
     /// @return ok, or out_of_resources with nothing changed
-    Status add(const Serdata& sample);
+    Status remember(const Serdata& sample);
     void remove(const KeyHash& instance);
     bool contains(const KeyHash& instance) const;
     /// @return bad_parameter for an unknown instance
