@@ -186,25 +186,21 @@ WRAP_FREE(QELOsapiHeap_freeStructureBytes);
 
 WRAP(0, QELSystemClock_new, 0);
 WRAP(2, QELSystemClock_getTime, 0);
-WRAP(0, QELOsapi_global_lock, -1);
 WRAP(1, QELOsapi_global_lockUnless, -1);
 WRAP(0, QELOsapi_global_unlock, -1);
 WRAP(2, QELOsapiSemaphore_new, 0);
 WRAP(2, QELOsapiSemaphore_take, QEL_OSAPI_SEMAPHORE_STATUS_ERROR);
-WRAP(1, QELOsapiSemaphore_give, QEL_OSAPI_SEMAPHORE_STATUS_ERROR);
 WRAP(7, QELOsapiThread_new, 0);
 WRAP(0, QELOsapiThread_getCurrentThreadID, 0);
 WRAP(1, QELOsapiThread_sleep, 0);
 WRAP(1, PEXA_Utility_sleep, 0);
 WRAP(3, MOSKFastBufferPool_new, 0);
 WRAP(1, MOSKFastBufferPool_getBuffer, 0);
-WRAP(2, MOSKFastBufferPool_returnBuffer, 0);
 WRAP(1, DDS_String_alloc, 0);
 WRAP(1, DDS_String_dup, 0);
 WRAP(2, DDS_String_replace, 0);
 WRAP(4, DDS_StringSeq_loan_contiguous, 0);
 WRAP(2, DDS_ThreadSettings_t_copy, 0);
-WRAP(0, PEXA_Config_Logger_get_instance, 0);
 WRAP(2, PEXA_Config_Logger_set_output_device, 0);
 
 WRAP(2, DDS_DomainParticipantFactory_get_default_participant_qos, 0);

@@ -1,17 +1,24 @@
 #include "tests/support/node.hpp"
 
-#include <algorithm>
 #include <cstdlib>
+
+#include "platform/dds/qos/conversion.hpp"
 
 namespace orvane::test {
 
 namespace {
 
 template <typename Qos>
-void keep_everything(Qos& qos) {
+auto qos_of(const std::function<void(Qos&)>& tweak) {
+    auto owned = std::make_unique<pexa::dds::OwnedQos<Qos>>();
+    Qos& qos = owned->get();
     qos.reliability = {DDS_RELIABLE_RELIABILITY_QOS, {1, 0}};
     qos.durability.kind = DDS_TRANSIENT_LOCAL_DURABILITY_QOS;
     qos.history.kind = DDS_KEEP_ALL_HISTORY_QOS;
+    if (tweak) {
+        tweak(qos);
+    }
+    return owned;
 }
 
 /// Waits until a status of an entity says what is wanted, and looks whenever it changes.
@@ -36,9 +43,7 @@ DDS_DomainId_t domain() {
 
 std::string topic_of_this_test() {
     const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
-    std::string name = std::string(test->test_suite_name()) + "_" + test->name();
-    std::replace(name.begin(), name.end(), '/', '_');
-    return name;
+    return std::string(test->test_suite_name()) + "_" + test->name();
 }
 
 DDS_DomainParticipantFactory* Node::factory() {
@@ -73,30 +78,18 @@ DDS_Topic* Node::obtain_topic(const std::string& name, const char* type_name) co
 }
 
 DDS_DataWriter* Node::writer_of(DDS_Topic* topic, const TweakWriterQos& tweak) const {
-    DDS_DataWriterQos qos{};
-    EXPECT_EQ(DDS_DataWriterQos_initialize(&qos), DDS_RETCODE_OK);
-    keep_everything(qos);
-    if (tweak) {
-        tweak(qos);
-    }
-    DDS_DataWriter* writer =
-        DDS_Publisher_create_datawriter(publisher_, topic, &qos, nullptr, DDS_STATUS_MASK_NONE);
+    const auto qos = qos_of<DDS_DataWriterQos>(tweak);
+    DDS_DataWriter* writer = DDS_Publisher_create_datawriter(publisher_, topic, &qos->get(),
+                                                             nullptr, DDS_STATUS_MASK_NONE);
     EXPECT_NE(writer, nullptr);
-    DDS_DataWriterQos_finalize(&qos);
     return writer;
 }
 
 DDS_DataReader* Node::reader_of(DDS_TopicDescription* topic, const TweakReaderQos& tweak) const {
-    DDS_DataReaderQos qos{};
-    EXPECT_EQ(DDS_DataReaderQos_initialize(&qos), DDS_RETCODE_OK);
-    keep_everything(qos);
-    if (tweak) {
-        tweak(qos);
-    }
-    DDS_DataReader* reader =
-        DDS_Subscriber_create_datareader(subscriber_, topic, &qos, nullptr, DDS_STATUS_MASK_NONE);
+    const auto qos = qos_of<DDS_DataReaderQos>(tweak);
+    DDS_DataReader* reader = DDS_Subscriber_create_datareader(subscriber_, topic, &qos->get(),
+                                                              nullptr, DDS_STATUS_MASK_NONE);
     EXPECT_NE(reader, nullptr);
-    DDS_DataReaderQos_finalize(&qos);
     return reader;
 }
 
@@ -118,19 +111,19 @@ bool await_data(DDS_DataReader* reader, DDS_SampleStateMask states) {
     return result == DDS_RETCODE_OK;
 }
 
-bool await_reader(DDS_DataWriter* writer, DDS_Long count) {
+bool await_reader(DDS_DataWriter* writer) {
     DDS_PublicationMatchedStatus status{};
     return await_status(DDS_DataWriter_as_entity(writer), DDS_PUBLICATION_MATCHED_STATUS, [&] {
         return DDS_DataWriter_get_publication_matched_status(writer, &status) == DDS_RETCODE_OK &&
-               status.current_count >= count;
+               status.current_count > 0;
     });
 }
 
-bool await_writer(DDS_DataReader* reader, DDS_Long count) {
+bool await_writer(DDS_DataReader* reader) {
     DDS_SubscriptionMatchedStatus status{};
     return await_status(DDS_DataReader_as_entity(reader), DDS_SUBSCRIPTION_MATCHED_STATUS, [&] {
         return DDS_DataReader_get_subscription_matched_status(reader, &status) == DDS_RETCODE_OK &&
-               status.current_count >= count;
+               status.current_count > 0;
     });
 }
 

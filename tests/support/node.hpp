@@ -112,9 +112,9 @@ private:
 DDS_ReturnCode_t await(DDS_Condition* condition, const DDS_Duration_t& timeout = patience);
 /// Waits until the reader has a sample of these states. @return whether it has one
 bool await_data(DDS_DataReader* reader, DDS_SampleStateMask states = DDS_ANY_SAMPLE_STATE);
-/// Waits until an endpoint has matched that many others. @return whether it has
-bool await_reader(DDS_DataWriter* writer, DDS_Long count = 1);
-bool await_writer(DDS_DataReader* reader, DDS_Long count = 1);
+/// Waits until an endpoint has matched another. @return whether it has
+bool await_reader(DDS_DataWriter* writer);
+bool await_writer(DDS_DataReader* reader);
 
 /// A sample as it was received. Without valid data only its key members mean something.
 template <typename T>
@@ -123,15 +123,15 @@ struct Received {
     DDS_SampleInfo info;
 };
 
-/// Reads or takes what there is.
+/// Takes what there is.
 template <typename T>
-std::vector<Received<T>> receive(DDS_DataReader* reader, bool take = true) {
+std::vector<Received<T>> receive(DDS_DataReader* reader) {
     std::vector<Received<T>> received;
     typename TopicType<T>::Seq samples{};
     DDS_SampleInfoSeq infos{};
     const DDS_ReturnCode_t result = TopicType<T>::read_or_take(
         reader, &samples, &infos, DDS_LENGTH_UNLIMITED, DDS_ANY_SAMPLE_STATE, DDS_ANY_VIEW_STATE,
-        DDS_ANY_INSTANCE_STATE, take ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE);
+        DDS_ANY_INSTANCE_STATE, DDS_BOOLEAN_TRUE);
     if (result != DDS_RETCODE_OK) {
         EXPECT_EQ(result, DDS_RETCODE_NO_DATA);
         return received;

@@ -1,6 +1,5 @@
 #include "tests/support/text.hpp"
 
-#include <array>
 #include <charconv>
 
 namespace orvane::test {

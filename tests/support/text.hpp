@@ -30,6 +30,14 @@ inline std::string line(std::string_view context, std::string_view text,
            "\n";
 }
 
+inline std::string repeated(const std::string& text, std::size_t count) {
+    std::string result;
+    while (count-- > 0) {
+        result += text;
+    }
+    return result;
+}
+
 /// Catches what the middleware's log writes for as long as it lives; all levels of all modules
 /// pass.
 class Reports {
