@@ -16,7 +16,6 @@
 
 namespace {
 
-std::atomic<int> system_calls{0};
 std::atomic<int> waits{0};
 /// Those of them that have a deadline.
 std::atomic<int> timed_waits{0};
@@ -37,7 +36,6 @@ bool is_high_half(long address) {
 extern "C" {
 long __real_syscall(long number, ...);
 long __wrap_syscall(long number, long a, long b, long c, long d, long e, long f) {
-    ++system_calls;
     if (number == SYS_futex && b == FUTEX_WAKE_PRIVATE) {
         ++wakeups;
         last_wakeup = a;
@@ -123,10 +121,10 @@ TEST(Semaphore, WaitsAsLongAsItIsTold) {
 
 TEST(Semaphore, GiveMakesNoSystemCallUnlessSomebodyWaits) {
     QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0);
-    const int before = system_calls;
+    const int before = waits + naps + wakeups;
     give(semaphore, 100);
     take(semaphore, 100);
-    EXPECT_EQ(system_calls, before);
+    EXPECT_EQ(waits + naps + wakeups, before);
 
     const int waits_before = waits;
     const int wakeups_before = wakeups;
@@ -249,6 +247,56 @@ TEST(Semaphore, MutexWakesWhoeverWaitsAndThatOneLooksAgainByItself) {
     EXPECT_GT(wakeups, wakeups_before);
     waiter.join();
     QELOsapiSemaphore_delete(mutex);
+}
+
+TEST(GlobalLock, IsGivenUpAfterTenMillisecondsInsideADeviceCall) {
+    EXPECT_NE(QELOsapi_global_unlock(), 0) << "nobody has it";
+    ASSERT_EQ(QELOsapi_global_lock(), 0);
+    std::thread([] {
+        // Device calls nest on their thread.
+        QELOsapi_enterDeviceCall();
+        QELOsapi_enterDeviceCall();
+        QELOsapi_leaveDeviceCall();
+        EXPECT_EQ(QELOsapi_isInDeviceCall(), 1);
+        std::thread([] { EXPECT_EQ(QELOsapi_isInDeviceCall(), 0); }).join();
+        const DDS_Long never = 0;
+        for (const bool has_flag : {false, true}) {
+            const Clock::time_point start = Clock::now();
+            EXPECT_NE(has_flag ? QELOsapi_global_lockUnless(&never) : QELOsapi_global_lock(), 0);
+            EXPECT_GE(Clock::now() - start, milliseconds(10));
+            EXPECT_LT(Clock::now() - start, milliseconds(2000));
+        }
+        EXPECT_NE(QELOsapi_global_unlock(), 0);
+        QELOsapi_leaveDeviceCall();
+        QELOsapi_leaveDeviceCall();
+        EXPECT_EQ(QELOsapi_isInDeviceCall(), 0);
+    }).join();
+    ASSERT_EQ(QELOsapi_global_unlock(), 0);
+}
+
+TEST(GlobalLock, IsWaitedForBeyondTenMillisecondsUntilTheFlagIsRaised) {
+    DDS_Long abandon = 0;
+    std::atomic<bool> about_to_lock{false};
+    std::atomic<bool> given_up{false};
+    ASSERT_EQ(QELOsapi_global_lock(), 0);
+    std::thread waiter([&] {
+        about_to_lock = true;
+        about_to_lock.notify_one();
+        EXPECT_NE(QELOsapi_global_lockUnless(&abandon), 0);
+        given_up = true;
+    });
+    about_to_lock.wait(false);
+    std::this_thread::sleep_for(milliseconds(35));
+    EXPECT_FALSE(given_up);
+    __atomic_store_n(&abandon, 1, __ATOMIC_RELEASE);
+    // Would never end if the waiter insisted on the lock.
+    waiter.join();
+    // Whoever holds the lock waits for nobody, and neither does anybody while it is free.
+    EXPECT_EQ(QELOsapi_global_lockUnless(&abandon), 0);
+    EXPECT_EQ(QELOsapi_global_unlock(), 0);
+    EXPECT_EQ(QELOsapi_global_unlock(), 0);
+    EXPECT_EQ(QELOsapi_global_lockUnless(&abandon), 0);
+    EXPECT_EQ(QELOsapi_global_unlock(), 0);
 }
 
 }  // namespace
