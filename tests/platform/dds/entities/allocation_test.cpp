@@ -55,12 +55,14 @@ TEST(WithoutMemory, FilteredTopicsAndConditionsAreNotMade) {
     DDS_WaitSet* wait_set = DDS_WaitSet_new();
     DDS_Condition* status = DDS_StatusCondition_as_condition(
         DDS_Entity_get_statuscondition(DDS_DataReader_as_entity(reader)));
-    sweep(new_expression, [&] {
+    const auto make_filtered = [&] {
         DDS_ContentFilteredTopic* topic = DDS_DomainParticipant_create_contentfilteredtopic(
             node.participant(), "filtered", node.topic,
             "invocation = 1 AND invocation = 2 AND invocation = 3", nullptr);
         return topic != nullptr && node.remove(topic) == ok;
-    });
+    };
+    sweep(new_expression, make_filtered);
+    sweep(heap_allocation, make_filtered);
     sweep(new_expression, [&] {
         DDS_ReadCondition* condition = DDS_DataReader_create_readcondition(reader, 1, 1, 1);
         return condition != nullptr && DDS_DataReader_delete_readcondition(reader, condition) == ok;

@@ -88,6 +88,8 @@ TEST(Entities, AreFoundFromEachOtherAndStayWhileTheyAreInUseOrContainSomething) 
     EXPECT_NE(DDS_DomainParticipantFactory_lookup_participant(factory, ORVANE_TEST_DOMAIN),
               nullptr);
     EXPECT_EQ(DDS_DomainParticipantFactory_lookup_participant(factory, 61), nullptr);
+    EXPECT_EQ(DDS_DomainParticipantFactory_create_participant(factory, -1, nullptr, nullptr, 0),
+              nullptr);
     EXPECT_EQ(DDS_DataWriter_get_topic(writer), node.topic);
     EXPECT_EQ(DDS_DataWriter_get_publisher(writer), node.publisher());
     EXPECT_EQ(DDS_DataReader_get_topicdescription(reader), found);
@@ -194,16 +196,6 @@ TEST(EntityQos, ADefaultAppliesToWhatIsCreatedLater) {
     ASSERT_EQ(DDS_Publisher_set_default_datawriter_qos(node.publisher(), &of_writers.get()), ok);
     ASSERT_EQ(DDS_DataWriter_get_qos(node.default_writer(), &of_writers.get()), ok);
     EXPECT_EQ(of_writers.get().transport_priority.value, 7);
-    ASSERT_EQ(DDS_Publisher_set_default_datawriter_qos(node.publisher(), DDS_QOS_DEFAULT), ok);
-    ASSERT_EQ(DDS_DataWriter_get_qos(node.default_writer(), &of_writers.get()), ok);
-    EXPECT_EQ(of_writers.get().transport_priority.value, 0);
-
-    OwnedQos<DDS_DataReaderQos> of_readers;
-    of_readers.get().history.depth = 3;
-    ASSERT_EQ(DDS_Subscriber_set_default_datareader_qos(node.subscriber(), &of_readers.get()), ok);
-    ASSERT_EQ(DDS_DataReader_get_qos(node.default_reader(), &of_readers.get()), ok);
-    EXPECT_EQ(of_readers.get().history.depth, 3);
-
     OwnedQos<DDS_PublisherQos> of_publishers;
     of_publishers.get().entity_factory.autoenable_created_entities = 0;
     ASSERT_EQ(
@@ -213,13 +205,11 @@ TEST(EntityQos, ADefaultAppliesToWhatIsCreatedLater) {
     EXPECT_EQ(DDS_Entity_is_enabled(writer), 0);
 }
 
-TEST(WrappedParticipants, WorkLikeOthersAndStayTheApplications) {
+TEST(WrappedParticipants, AreOrdinaryOnesAndStayTheApplications) {
     DDS_DomainParticipantFactory* factory = ProbeNode::factory();
     engine::Qos engine_qos;
     engine_qos.entity_name = "the application's";
     const engine::EntityId own = engine::create_participant(ORVANE_TEST_DOMAIN, engine_qos).entity;
-    engine::Guid guid{};
-    ASSERT_EQ(engine::get_guid(own, guid), pexa::Status::ok);
     DDS_DomainParticipant* participant =
         DDS_DomainParticipantFactory_wrap_participant(factory, own);
     ASSERT_NE(participant, nullptr);
@@ -227,24 +217,8 @@ TEST(WrappedParticipants, WorkLikeOthersAndStayTheApplications) {
     OwnedQos<DDS_DomainParticipantQos> qos;
     ASSERT_EQ(DDS_DomainParticipant_get_qos(participant, &qos.get()), ok);
     EXPECT_STREQ(qos.get().participant_name.name, "the application's");
-    EXPECT_EQ(qos.get().wire_protocol.rtps_host_id >> 24, std::to_integer<unsigned>(guid[0]));
 
-    const TULVTypePlugin plugin = probe_plugin();
-    ASSERT_EQ(DDS_DomainParticipant_register_type(participant, "Probe", &plugin, nullptr), ok);
-    DDS_Topic* topic = DDS_DomainParticipant_create_topic(participant, topic_of_this_test().c_str(),
-                                                          "Probe", nullptr, nullptr, 0);
-    {
-        const ProbeNode node;
-        DDS_DataWriter* writer = DDS_Publisher_create_datawriter(
-            DDS_DomainParticipant_create_publisher(participant, nullptr, nullptr, 0), topic,
-            nullptr, nullptr, 0);
-        DDS_DataReader* reader = node.reader([](DDS_DataReaderQos& wanted) {
-            wanted.durability.kind = DDS_VOLATILE_DURABILITY_QOS;
-        });
-        ASSERT_TRUE(await_reader(writer));
-        ASSERT_EQ(write(writer, 1, 10), ok);
-        EXPECT_EQ(summary(await_samples(reader, 1)), "1:10");
-    }
+    EXPECT_NE(DDS_DomainParticipant_create_publisher(participant, nullptr, nullptr, 0), nullptr);
     EXPECT_EQ(DDS_DomainParticipantFactory_delete_participant(factory, participant), refused);
     EXPECT_EQ(DDS_DomainParticipant_delete_contained_entities(participant), ok);
     EXPECT_EQ(DDS_DomainParticipantFactory_delete_participant(factory, participant), ok);
@@ -256,13 +230,40 @@ TEST(WrappedParticipants, WorkLikeOthersAndStayTheApplications) {
     EXPECT_EQ(DDS_DomainParticipantFactory_wrap_participant(factory, own), nullptr);
 }
 
-TEST(Factory, IsMadeAnewAfterItWasFinalized) {
-    ASSERT_NE(ProbeNode::factory(), nullptr);
-    EXPECT_EQ(DDS_DomainParticipantFactory_finalize_instance(), ok);
-    EXPECT_EQ(DDS_DomainParticipantFactory_finalize_instance(), ok) << "there is none";
-    EXPECT_EQ(DDS_DomainParticipantFactory_create_participant(ProbeNode::factory(), -1, nullptr,
-                                                              nullptr, 0),
-              nullptr);
+template <typename Result>
+bool is_refusal(Result result) {
+    return result == Result{};
+}
+bool is_refusal(DDS_ReturnCode_t code) {
+    return code == bad_parameter;
+}
+bool is_refusal(DDS_InstanceHandle_t handle) {
+    return equal(handle, DDS_HANDLE_NIL);
+}
+bool is_refusal(DDS_DomainId_t domain) {
+    return domain == -1;
+}
+
+/// Calls an operation with zero for every argument.
+template <typename Result, typename... Arguments>
+void expect_refusal(const std::string& name, Result (*operation)(Arguments...)) {
+    orvane::test::Reports reports;
+    EXPECT_TRUE(is_refusal(operation(Arguments{}...))) << name;
+    const std::vector<std::string> texts = reports.take();
+    EXPECT_EQ(texts.size(), 1U) << name;
+    EXPECT_TRUE(texts.at(0).starts_with(name + ":bad parameter: ")) << texts.at(0);
+}
+
+TEST(NullArguments, EveryExportedOperationOnANullEntityIsRefusedWithOneReport) {
+#define NULL_CALL(operation) [] { expect_refusal(#operation, operation); }
+    void (*const calls[])() = {
+// One line per name of the list of exports.
+#include "null_calls.inc"
+    };
+#undef NULL_CALL
+    for (const auto call : calls) {
+        call();
+    }
 }
 
 }  // namespace

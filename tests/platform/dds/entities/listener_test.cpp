@@ -313,21 +313,21 @@ TEST_F(Listeners, MayBeSetWhileEntitiesAreUsedMadeAndDeleted) {
     const ProbeNode others[2];
     DDS_DataReader* reader = node_.reader();
     std::atomic<int> taken = 0;
-    std::atomic<bool> writing = true;
+    std::atomic<int> writing = 4;
     std::vector<std::thread> threads;
-    std::vector<std::thread> writers;
     for (const ProbeNode* sender : {&node_, &node_, others, others + 1}) {
         DDS_DataWriter* writer = sender->writer();
         EXPECT_TRUE(await_reader(writer));
-        writers.emplace_back([writer, id = static_cast<DDS_Long>(writers.size())] {
+        threads.emplace_back([&writing, writer] {
             for (int i = 0; i < rounds; ++i) {
-                EXPECT_EQ(write(writer, id, i), ok);
+                EXPECT_EQ(write(writer, 1, i), ok);
             }
+            --writing;
         });
     }
     for (int i = 0; i < 2; ++i) {
         threads.emplace_back([&] {
-            while (writing) {
+            while (writing > 0) {
                 taken += static_cast<int>(receive(reader).size());
             }
         });
@@ -341,10 +341,6 @@ TEST_F(Listeners, MayBeSetWhileEntitiesAreUsedMadeAndDeleted) {
             EXPECT_EQ(node_.remove(other), ok);
         }
     });
-    for (std::thread& thread : writers) {
-        thread.join();
-    }
-    writing = false;
     for (std::thread& thread : threads) {
         thread.join();
     }

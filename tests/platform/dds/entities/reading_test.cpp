@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/dds/interface/string_list.hpp"
 #include "tests/platform/dds/entities/probe_node.hpp"
 
 namespace {
@@ -15,47 +16,11 @@ protected:
             EXPECT_EQ(write(writer_, 1, value), ok);
         }
     }
-    DDS_ReturnCode_t next_sample(Probe& probe, DDS_Boolean take) {
-        DDS_SampleInfo info{};
-        return DDS_DataReader_read_or_take_next_sample_untypedI(reader_, &probe, &info, take);
-    }
 
     ProbeNode node_;
     DDS_DataWriter* writer_ = node_.writer();
     DDS_DataReader* reader_ = node_.reader();
 };
-
-TEST_F(Reading, ReadingKeepsSamplesAndMarksThemAndTakingRemovesThem) {
-    const struct {
-        DDS_Boolean take;
-        DDS_Long max_samples;
-        DDS_SampleStateMask states;
-        const char* expected;
-    } cases[] = {
-        {0, 2, DDS_ANY_SAMPLE_STATE, "1:1 1:2"},
-        {0, -1, DDS_NOT_READ_SAMPLE_STATE, "1:3 1:4 1:5"},
-        {1, 3, DDS_ANY_SAMPLE_STATE, "1:1 1:2 1:3"},
-        {1, -1, DDS_NOT_READ_SAMPLE_STATE, ""},
-        {1, -1, DDS_READ_SAMPLE_STATE, "1:4 1:5"},
-        {1, -1, DDS_ANY_SAMPLE_STATE, ""},
-    };
-    for (const auto& one : cases) {
-        EXPECT_EQ(summary(receive(reader_, selector(one.take, one.max_samples, one.states))),
-                  one.expected);
-    }
-}
-
-TEST_F(Reading, SequencesWithMemoryGetCopiesUpToTheirMaximum) {
-    ProbeSeq sequence(3);
-    for (const char* expected : {"1:1 1:2 1:3", "1:4 1:5"}) {
-        ASSERT_EQ(sequence.receive(reader_), ok);
-        EXPECT_EQ(sequence.data.isLoan, 0);
-        EXPECT_EQ(DDS_SampleInfoSeq_has_ownership(&sequence.infos), 1);
-        EXPECT_EQ(summary(sequence.content()), expected);
-    }
-    EXPECT_EQ(sequence.receive(reader_), no_data);
-    EXPECT_EQ(DDS_SampleInfoSeq_get_length(&sequence.infos), 0);
-}
 
 TEST_F(Reading, SequencesThatCannotTakeTheResultAreRefusedAndNothingIsTaken) {
     const struct {
@@ -128,18 +93,6 @@ TEST_F(Reading, ALoanStaysWhatItWasUntilItIsReturnedOnceAndWholeToItsReader) {
     EXPECT_EQ(summary(receive(reader_)), "1:5");
 }
 
-TEST_F(Reading, TheNextSampleIsTheFirstThatWasNotRead) {
-    Probe probe;
-    for (const DDS_Long value : {1, 2, 3}) {
-        ASSERT_EQ(next_sample(probe, value == 3 ? 1 : 0), ok);
-        EXPECT_EQ(probe.value(), value);
-    }
-    EXPECT_EQ(summary(receive(reader_)), "1:1 1:2 1:4 1:5");
-    EXPECT_EQ(next_sample(probe, 1), no_data);
-    EXPECT_EQ(DDS_DataReader_add_sample_to_remote_writer_queue_untypedI(reader_, &probe),
-              DDS_RETCODE_UNSUPPORTED);
-}
-
 TEST_F(Reading, AConditionSelectsByItsOwnStates) {
     DDS_DataReader* other = node_.reader();
     DDS_ReadCondition* unread = DDS_DataReader_create_readcondition(
@@ -188,12 +141,15 @@ TEST_F(Reading, ASampleThatStopsBeingDecodableIsSkippedByEveryForm) {
     EXPECT_EQ(summary(copies.content()), "1:1 1:3");
     write_three();
     Probe probe;
+    DDS_SampleInfo info{};
     for (const DDS_Long value : {1, 3}) {
-        ASSERT_EQ(next_sample(probe, 1), ok);
+        ASSERT_EQ(DDS_DataReader_read_or_take_next_sample_untypedI(reader_, &probe, &info, 1), ok);
         EXPECT_EQ(probe.value(), value);
     }
     ASSERT_EQ(write(writer_, 1, 2), ok);
     EXPECT_EQ(ProbeSeq().receive(reader_), no_data);
+    EXPECT_EQ(DDS_DataReader_add_sample_to_remote_writer_queue_untypedI(reader_, &probe),
+              DDS_RETCODE_UNSUPPORTED);
     undecodable_value = before;
 }
 
@@ -212,23 +168,14 @@ TEST(CorruptPayloads, AreDroppedAndTheNextSampleComesThrough) {
     DDS_DataWriter* writer = node.writer();
     DDS_DataReader* reader = receiver.reader();
     ASSERT_TRUE(await_reader(writer));
-    orvane::test::Bytes good(500);
-    auto size = static_cast<DDS_UnsignedLong>(good.size());
-    const Probe probe(1, 2, "text");
-    QEL_KX_ADMIN_CommandResponsePlugin_serialize_to_cdr_buffer(good.data(), &size, &probe);
-    good.resize(size);
-    std::vector<orvane::test::Bytes> corrupt = {good};
-    corrupt[0][1] = 4;
-    // A payload that ends between two members, or after the last one, is complete.
-    for (std::size_t length = 7; length + 8 < good.size(); length += 4) {
-        corrupt.emplace_back(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(length));
-    }
     DDS_Long value = 100;
-    for (const orvane::test::Bytes& payload : corrupt) {
-        send(writer, payload);
+    for (const char* payload : {"00040000", "00030000 0000", "00030000 00000800 0100",
+                                "00030000 04000c00 05000000 'te'"}) {
+        send(writer, orvane::test::bytes(payload));
         ASSERT_EQ(write(writer, 1, ++value), ok);
         EXPECT_EQ(summary(await_samples(reader, 1)), "1:" + std::to_string(value));
     }
+    const Probe probe(1);
     ASSERT_EQ(write(writer, 1, undecodable_value), ok);
     send(writer, orvane::test::bytes("00030000 0000"), DDS_DataWriter_dispose_untypedI);
     ASSERT_EQ(write(writer, 1, ++value), ok);
@@ -237,6 +184,80 @@ TEST(CorruptPayloads, AreDroppedAndTheNextSampleComesThrough) {
     EXPECT_EQ(samples.at(0).info.disposed_generation_count, 0) << "a corrupt key disposes nothing";
     ASSERT_EQ(DDS_DataWriter_dispose_untypedI(writer, &probe, nullptr), ok);
     EXPECT_EQ(summary(await_samples(reader, 1)), "1-");
+}
+
+using Texts = std::vector<std::string>;
+
+/// A string sequence of these texts.
+struct TextSeq {
+    explicit TextSeq(const Texts& texts) {
+        EXPECT_EQ(pexa::dds::store_strings(texts, sequence), pexa::Status::ok);
+    }
+    TextSeq(const TextSeq&) = delete;
+    TextSeq& operator=(const TextSeq&) = delete;
+    ~TextSeq() { DDS_StringSeq_finalize(&sequence); }
+
+    DDS_StringSeq sequence{};
+};
+
+DDS_ContentFilteredTopic* filtered(const ProbeNode& node, const std::string& name,
+                                   const char* expression, const Texts& parameters = {}) {
+    TextSeq texts(parameters);
+    return DDS_DomainParticipant_create_contentfilteredtopic(
+        node.participant(), name.c_str(), node.topic, expression, &texts.sequence);
+}
+
+TEST(FilteredTopics, LetThroughWhatMatchesTheirParameters) {
+    const ProbeNode node;
+    DDS_DataWriter* writer = node.writer();
+    DDS_ContentFilteredTopic* topic =
+        filtered(node, topic_of_this_test() + "_filtered",
+                 "invocation > %0 AND hostAndAppId.rtps_host_id < %1", {"10", "5"});
+    ASSERT_NE(topic, nullptr);
+    DDS_DataReader* reader = node.reader_of(DDS_ContentFilteredTopic_as_topicdescription(topic));
+    const std::pair<Texts, const char*> cases[] = {
+        {{"10", "5"}, "1:11 4:101"}, {{"100", "5"}, "4:101"}, {{"0"}, "4:101"}};
+    for (const auto& [parameters, passing] : cases) {
+        TextSeq texts(parameters);
+        EXPECT_EQ(DDS_ContentFilteredTopic_set_expression_parameters(topic, &texts.sequence),
+                  parameters.size() == 2 ? ok : bad_parameter);
+        for (const auto& [id, value] : {std::pair(1, 10), {1, 11}, {5, 101}, {4, 101}}) {
+            EXPECT_EQ(write(writer, id, value), ok);
+        }
+        EXPECT_EQ(summary(receive(reader)), passing);
+    }
+    TextSeq kept({});
+    EXPECT_EQ(DDS_ContentFilteredTopic_get_expression_parameters(topic, &kept.sequence), ok);
+    EXPECT_EQ(pexa::dds::to_strings(&kept.sequence), (Texts{"100", "5"}));
+}
+
+TEST(FilteredTopics, AreDescriptionsOfTheirOwnThatKeepTheTopic) {
+    const ProbeNode node;
+    const std::string name = topic_of_this_test() + "_filtered";
+    DDS_ContentFilteredTopic* topic = filtered(node, name, "invocation = 1");
+    ASSERT_NE(topic, nullptr);
+    DDS_TopicDescription* description = DDS_ContentFilteredTopic_as_topicdescription(topic);
+    EXPECT_EQ(DDS_DomainParticipant_lookup_topicdescription(node.participant(), name.c_str()),
+              description);
+    EXPECT_EQ(DDS_Topic_narrow(description), nullptr);
+    EXPECT_EQ(DDS_ContentFilteredTopic_get_related_topic(topic), node.topic);
+    EXPECT_STREQ(DDS_ContentFilteredTopic_get_filter_expression(topic), "invocation = 1");
+    EXPECT_EQ(filtered(node, name, "invocation = 2"), nullptr) << "the name is taken";
+    EXPECT_EQ(filtered(node, "", "invocation = 1"), nullptr);
+    const ProbeNode other(topic_of_this_test() + "_other");
+    EXPECT_EQ(DDS_DomainParticipant_create_contentfilteredtopic(
+                  other.participant(), "foreign", node.topic, "invocation = 1", nullptr),
+              nullptr);
+    orvane::test::Reports reports;
+    EXPECT_EQ(filtered(node, "bad", "invocation = 1 AND (invocation = 2"), nullptr);
+    EXPECT_NE(reports.take().at(0).find("character 35"), std::string::npos);
+
+    DDS_DataReader* reader = node.reader_of(description);
+    EXPECT_EQ(node.remove(node.topic), refused);
+    EXPECT_EQ(node.remove(topic), refused);
+    EXPECT_EQ(node.remove(reader), ok);
+    EXPECT_EQ(node.remove(topic), ok);
+    EXPECT_EQ(node.remove(node.topic), ok);
 }
 
 }  // namespace
