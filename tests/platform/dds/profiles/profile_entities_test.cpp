@@ -83,10 +83,6 @@ TEST_F(ProfiledEntities, TheDefaultProfileReachesTheEngineAndItsPeers) {
     ASSERT_EQ(engine::get_matched_publications(id, handles), pexa::Status::ok);
     engine::EndpointData seen;
     ASSERT_EQ(engine::get_matched_publication(id, handles.at(0), seen), pexa::Status::ok);
-    engine::Guid guid{};
-    ASSERT_EQ(engine::get_guid(object_of(sender.participant())->engine_id(), guid),
-              pexa::Status::ok);
-    EXPECT_EQ(seen.participant_guid, guid);
     EXPECT_EQ(seen.qos.deadline, 50'000'000'000);
     EXPECT_EQ(seen.qos.reliability->kind, engine::ReliabilityKind::reliable);
     EXPECT_EQ(seen.qos.partition, (std::vector<std::string>{"p1", "p2"}));

@@ -42,9 +42,7 @@ protected:
         EXPECT_EQ(DDS_DomainParticipantFactory_finalize_instance(), DDS_RETCODE_OK);
     }
 
-    static DDS_DomainParticipantFactory* factory() {
-        return DDS_DomainParticipantFactory_get_instance();
-    }
+    static constexpr auto factory = DDS_DomainParticipantFactory_get_instance;
 
     static void write(const std::string& file_name, const std::string& content) {
         std::ofstream(file_name) << content;

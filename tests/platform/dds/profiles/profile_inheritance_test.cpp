@@ -21,6 +21,8 @@ TEST_F(ProfileInheritance, ADerivedProfileOverridesSingleValues) {
     EXPECT_EQ(qos.get().history.kind, DDS_KEEP_ALL_HISTORY_QOS);
     EXPECT_EQ(qos.get().history.depth, 4);
     EXPECT_EQ(qos.get().reliability.kind, DDS_RELIABLE_RELIABILITY_QOS) << "a writer's default";
+    EXPECT_EQ(qos.get().reliability.max_blocking_time.nanosec, 100'000'000U);
+    EXPECT_EQ(qos.get().resource_limits.max_samples, DDS_LENGTH_UNLIMITED);
 }
 
 TEST_F(ProfileInheritance, PropertiesAreMergedByName) {

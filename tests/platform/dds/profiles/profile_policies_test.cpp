@@ -65,18 +65,17 @@ TEST_F(ProfilePolicies, EnumeratorsMayLackPrefixAndSuffix) {
     };
     for (const auto& [policy, name, suffix] : kinds) {
         const std::string full = std::string(name) + suffix;
-        ASSERT_EQ(load(library(profile_with("Short", policy, "kind", std::string("\n ") + name) +
-                               profile_with("Full", policy, "kind", full) +
-                               profile_with("Prefixed", policy, "kind", "DDS_" + full))),
-                  DDS_RETCODE_OK);
         const WriterQos standard;
-        WriterQos qos[3];
-        for (int i = 0; const char* profile : {"Short", "Full", "Prefixed"}) {
-            ASSERT_EQ(fill(qos[i++].get(), profile), DDS_RETCODE_OK);
+        WriterQos expected;
+        ASSERT_EQ(load(library(profile_with("P", policy, "kind", full))), DDS_RETCODE_OK);
+        ASSERT_EQ(fill(expected.get(), "P"), DDS_RETCODE_OK);
+        EXPECT_FALSE(pexa::dds::equal_qos(expected.get(), standard.get())) << name;
+        for (const std::string& form : {std::string("\n ") + name, "DDS_" + full}) {
+            WriterQos qos;
+            ASSERT_EQ(load(library(profile_with("P", policy, "kind", form))), DDS_RETCODE_OK);
+            ASSERT_EQ(fill(qos.get(), "P"), DDS_RETCODE_OK);
+            EXPECT_TRUE(pexa::dds::equal_qos(qos.get(), expected.get())) << form;
         }
-        EXPECT_TRUE(pexa::dds::equal_qos(qos[0].get(), qos[1].get())) << name;
-        EXPECT_TRUE(pexa::dds::equal_qos(qos[0].get(), qos[2].get())) << name;
-        EXPECT_FALSE(pexa::dds::equal_qos(qos[0].get(), standard.get())) << name;
     }
 }
 
