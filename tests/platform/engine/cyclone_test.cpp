@@ -5,11 +5,20 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/engine/cyclone/qos_conversion.hpp"
 #include "platform/engine/cyclone/serdata.hpp"
-#include "platform/engine/engine.hpp"
+#include "tests/platform/engine/every_policy.hpp"
 
 namespace pexa::engine::cyclone {
 namespace {
+
+TEST(QosConversion, KeepsEveryPolicyAndAddsNone) {
+    Qos every = every_policy();
+    every.batching.reset();  // The engine's QoS has no such policy.
+    for (const Qos& qos : {every, Qos{}}) {
+        EXPECT_EQ(from_cyclone(to_cyclone(qos).get()), qos);
+    }
+}
 
 /// A type of which the first bytes of a payload are the key.
 class PlainType : public Type {
