@@ -145,6 +145,7 @@ TEST(Singleton, IsOneCompleteInstanceUntilItIsFinalised) {
     EXPECT_EQ(QEL_KX_Orvane_createInstance(), instance);
     EXPECT_EQ(verbosity_of(0), PEXA_CONFIG_LOG_VERBOSITY_ERROR) << "no longer silent";
     EXPECT_EQ(QEL_KX_Orvane_isOrvaneRunning(), 1);
+    EXPECT_EQ(instance->state->state, QEL_KX_STATE_OPERATIONAL);
     EXPECT_EQ(instance->options, options.get());
     EXPECT_EQ(instance->filterLevel, 450);
     EXPECT_EQ(instance->state->applicationKind, std::string(256, 'k'));
@@ -157,13 +158,17 @@ TEST(Singleton, IsOneCompleteInstanceUntilItIsFinalised) {
     QEL_KX_Orvane_disable();
     EXPECT_EQ(instance->logMessageWriteThread->run, 0);
 
-    // The commands end before the write thread that they use.
-    bool had_write_thread = false;
-    const Before removal("DDS_DataReader_set_listener", [&] {
-        had_write_thread = QEL_KX_Orvane_getLogMessageWriteThread() != nullptr;
-    });
+    // The commands end before the write thread that they use, and that before its writer.
+    std::string order;
+    const auto note = [&](const char* step) {
+        order += QEL_KX_Orvane_getLogMessageWriteThread() == nullptr ? "" : "thread, ";
+        order += step;
+    };
+    const Before removal("DDS_DataReader_set_listener", [&] { note("commands end; "); });
+    const Before deletion("DDS_DomainParticipantFactory_delete_participant",
+                          [&] { note("entities end"); });
     EXPECT_EQ(output_of([] { EXPECT_EQ(QEL_KX_Orvane_finalizeInstance(), DDS_RETCODE_OK); }), "");
-    EXPECT_TRUE(had_write_thread);
+    EXPECT_EQ(order, "thread, commands end; entities end");
     EXPECT_EQ(QEL_KX_Orvane_instance, nullptr);
     EXPECT_EQ(QEL_KX_Orvane_isOrvaneRunning(), 0);
     EXPECT_EQ(gQEL_KX_Orvane_currentOptions, nullptr);
