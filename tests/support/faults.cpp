@@ -237,6 +237,8 @@ WRAP(4, DDS_DataReader_return_loan_untypedI, 0);
 // The engine's. Its header defines macros that clash with ours.
 extern "C" void dds_write_flush(int writer);
 WRAP(1, dds_write_flush, 0);
+extern "C" void dds_write_set_batch(bool enable);
+WRAP(1, dds_write_set_batch, 0);
 
 // Wrapped at link time rather than replaced: sanitizers bring their own.
 static Wrapped new_group(orvane::test::new_expression);
