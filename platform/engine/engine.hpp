@@ -47,8 +47,9 @@ Status get_guid(EntityId entity, Guid& guid) noexcept;
 /// @name Any entity
 /// @{
 
-/// Deletes an entity with everything in it. Fails with precondition_not_met for a topic that
-/// endpoints use, and with illegal_operation in a callback that may not delete the entity.
+/// Deletes an entity, of a reader also its conditions. Other contents must have been deleted
+/// before. Fails with precondition_not_met for a topic that endpoints use, and with
+/// illegal_operation in a callback that may not delete the entity.
 Status delete_entity(EntityId entity) noexcept;
 
 /// Reads all policies of the entity, defaults included.

@@ -53,7 +53,9 @@ struct ListenerSetting {
 /// thread, for statuses in its mask that have changed before, among them data that arrived earlier.
 ///
 /// A status that an entity's listener does not take goes to the listener of the entity's parent, up
-/// to the participant.
+/// to the participant. What an entity takes must be set again when the listener of an entity above
+/// it has changed: the engine hands down a new listener only in place of one that it handed down
+/// before.
 Status set_listener(EntityId entity, ListenerSetting setting) noexcept;
 
 }  // namespace pexa::engine

@@ -36,19 +36,19 @@ Created create_participant(std::uint32_t domain_id, const Qos& qos,
                            ListenerSetting listener) noexcept {
     return note_creation(dds_create_participant(domain_id, cyclone::to_cyclone(qos).get(),
                                                 cyclone::to_cyclone(listener).get()),
-                         no_entity, listener);
+                         no_entity);
 }
 
 Created create_publisher(EntityId participant, const Qos& qos, ListenerSetting listener) noexcept {
     return note_creation(dds_create_publisher(participant, cyclone::to_cyclone(qos).get(),
                                               cyclone::to_cyclone(listener).get()),
-                         participant, listener);
+                         participant);
 }
 
 Created create_subscriber(EntityId participant, const Qos& qos, ListenerSetting listener) noexcept {
     return note_creation(dds_create_subscriber(participant, cyclone::to_cyclone(qos).get(),
                                                cyclone::to_cyclone(listener).get()),
-                         participant, listener);
+                         participant);
 }
 
 bool is_participant(EntityId entity) noexcept {
@@ -80,7 +80,7 @@ Status delete_entity(EntityId entity) noexcept {
     }
     const Status result = status_of(dds_delete(entity));
     if (result == Status::ok) {
-        cyclone::forget_with_contents(entity);
+        cyclone::forget(entity);
     }
     return result;
 }

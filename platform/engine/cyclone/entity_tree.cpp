@@ -8,67 +8,39 @@ namespace pexa::engine::cyclone {
 
 namespace {
 
-struct Note {
-    EntityId parent = no_entity;
-    ListenerSetting listener;
-};
-
-EntityTable<const Note>& notes() {
+EntityTable<const EntityId>& parents() {
     // Never destroyed: an application may use its entities until the process ends.
-    static auto* const table = new EntityTable<const Note>;
+    static auto* const table = new EntityTable<const EntityId>;
     return *table;
-}
-
-EntityId any_child_of(EntityId entity) {
-    EntityId child = no_entity;
-    notes().for_each([&](EntityId inner, const Note& note) {
-        if (note.parent == entity) {
-            child = inner;
-        }
-    });
-    return child;
 }
 
 }  // namespace
 
-Created note_creation(dds_entity_t result, EntityId parent, const ListenerSetting& listener) {
+Created note_creation(dds_entity_t result, EntityId parent) {
     if (result > 0) {
-        notes().add(result, std::make_shared<const Note>(Note{parent, listener}));
+        parents().add(result, std::make_shared<const EntityId>(parent));
     }
     return created(result);
 }
 
-void note_listener(EntityId entity, const ListenerSetting& listener) {
-    notes().add(entity, std::make_shared<const Note>(Note{parent_of(entity), listener}));
-}
-
-// Allocates nothing: an entity can always be deleted.
-void forget_with_contents(EntityId entity) {
-    for (EntityId child = any_child_of(entity); child != no_entity; child = any_child_of(entity)) {
-        forget_with_contents(child);
-    }
-    notes().remove(entity);
+void forget(EntityId entity) {
+    parents().remove(entity);
     writers().remove(entity);
     readers().remove(entity);
     topics().remove(entity);
 }
 
 EntityId parent_of(EntityId entity) {
-    const auto note = notes().find(entity);
-    return note ? note->parent : no_entity;
-}
-
-std::optional<ListenerSetting> listener_of(EntityId entity) {
-    const auto note = notes().find(entity);
-    return note ? std::optional(note->listener) : std::nullopt;
+    const auto parent = parents().find(entity);
+    return parent ? *parent : no_entity;
 }
 
 std::vector<EntityId> contents_of(EntityId entity) {
     std::vector<EntityId> found{entity};
     for (std::size_t i = 0; i < found.size(); ++i) {
         const EntityId parent = found[i];
-        notes().for_each([&](EntityId inner, const Note& note) {
-            if (note.parent == parent) {
+        parents().for_each([&](EntityId inner, EntityId parent_of_inner) {
+            if (parent_of_inner == parent) {
                 found.push_back(inner);
             }
         });

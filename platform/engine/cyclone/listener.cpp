@@ -1,6 +1,5 @@
 #include "platform/engine/listener.hpp"
 
-#include "platform/engine/cyclone/entity_tree.hpp"
 #include "platform/engine/cyclone/listener_call.hpp"
 #include "platform/engine/cyclone/listener_conversion.hpp"
 #include "platform/engine/cyclone/results.hpp"
@@ -87,14 +86,6 @@ Status set_listener(EntityId entity, ListenerSetting setting) noexcept {
     const Status result = install(entity, setting);
     if (result != Status::ok) {
         return result;
-    }
-    cyclone::note_listener(entity, setting);
-    // Cyclone hands down a new listener only in place of one that it handed down before.
-    for (const EntityId inner : cyclone::contents_of(entity)) {
-        if (const auto inner_setting = cyclone::listener_of(inner)) {
-            // An entity that another thread has deleted meanwhile needs no listener.
-            static_cast<void>(install(inner, *inner_setting));
-        }
     }
     if (setting.listener != nullptr) {
         announce_pending(entity, setting);

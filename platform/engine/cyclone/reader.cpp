@@ -147,7 +147,7 @@ Created create_reader(EntityId subscriber, EntityId topic, const Qos& qos,
     if (reader > 0) {
         cyclone::readers().add(reader, std::move(record));
     }
-    return cyclone::note_creation(reader, subscriber, listener);
+    return cyclone::note_creation(reader, subscriber);
 }
 
 Status read_or_take(EntityId reader, Access access, const StateMask& states,

@@ -55,7 +55,7 @@ Created create_topic(EntityId participant, const char* name, std::shared_ptr<con
         }
     }
     cyclone::topics().add(topic, std::move(record));
-    return cyclone::note_creation(topic, participant, listener);
+    return cyclone::note_creation(topic, participant);
 }
 
 Status set_content_filter(EntityId topic, ContentFilter filter) noexcept {

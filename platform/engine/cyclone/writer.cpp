@@ -123,7 +123,7 @@ Created create_writer(EntityId publisher, EntityId topic, const Qos& qos,
     if (writer > 0) {
         cyclone::writers().add(writer, std::move(record));
     }
-    return cyclone::note_creation(writer, publisher, listener);
+    return cyclone::note_creation(writer, publisher);
 }
 
 Status write(EntityId writer, WriteKind kind, const KeyHash& instance, std::size_t size, Fill fill,
