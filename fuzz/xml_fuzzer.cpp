@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "fuzz/demand.hpp"
 #include "pexa/log.h"

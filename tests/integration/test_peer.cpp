@@ -38,7 +38,6 @@
 #include <iomanip>
 #include <iostream>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <vector>
 

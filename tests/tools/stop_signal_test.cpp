@@ -4,8 +4,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdio>
-#include <cstdlib>
 #include <future>
 #include <thread>
 

@@ -1,5 +1,4 @@
-/// @file every_policy.hpp
-/// @brief A QoS with a value that is no default in every policy.
+// A QoS with a value that is no default in every policy.
 #pragma once
 
 #include "platform/engine/engine.hpp"

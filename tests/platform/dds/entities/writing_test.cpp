@@ -93,12 +93,10 @@ TEST(Writing, AKeylessTypeHasNoInstanceHandles) {
 
 /// Waits until the clock by which batches grow old has moved on.
 void await_tick() {
-    const auto tick = [] {
-        timespec now{};
+    timespec start{};
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &start);
+    for (timespec now = start; now.tv_nsec == start.tv_nsec;) {
         clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
-        return std::pair(now.tv_sec, now.tv_nsec);
-    };
-    for (const auto start = tick(); tick() == start;) {
     }
 }
 
