@@ -35,8 +35,6 @@ std::string pop(QEL_KX_MessageQueue& queue) {
     QEL_KX_MessageQueue_pop(&queue);
     return message;
 }
-
-constexpr const char* new_context = "QEL_KX_MessageQueue_new";
 constexpr const char* push_context = "QEL_KX_MessageQueue_push";
 
 TEST(MessageQueue, WakesItsConsumerWhenHalfOfItIsFull) {
@@ -135,7 +133,8 @@ TEST(MessageQueue, LacksAPartThatCouldNotBeMadeAndRefusesEveryPush) {
         Queue queue;
         {
             const Fault fault("QELOsapiSemaphore_new", call);
-            EXPECT_EQ(output_of([&] { queue = make_queue(1); }), line(new_context, report));
+            EXPECT_EQ(output_of([&] { queue = make_queue(1); }),
+                      line("QEL_KX_MessageQueue_new", report));
         }
         EXPECT_EQ(output_of([&] { EXPECT_EQ(push(*queue, "lost"), 0); }),
                   line(push_context, push_report));

@@ -61,11 +61,10 @@ public:
 
 private:
     static void on_data_available(void* self, DDS_DataReader* reader) {
-        constexpr DDS_Long samples_per_take = 16;
         auto* trigger = static_cast<Trigger*>(self);
         // A failure shows as samples that do not come.
         static_cast<void>(tools::take_all<QEL_KX_LogMessage>(
-            reader, samples_per_take, [&](const QEL_KX_LogMessage&, const DDS_SampleInfo&) {
+            reader, [&](const QEL_KX_LogMessage&, const DDS_SampleInfo&) {
                 trigger->action_();
                 ++trigger->samples_;
             }));

@@ -237,6 +237,8 @@ WRAP(4, DDS_DataReader_return_loan_untypedI, 0);
 // The engine's. Its header defines macros that clash with ours.
 extern "C" void dds_write_flush(int writer);
 WRAP(1, dds_write_flush, 0);
+extern "C" int dds_forwardcdr(int writer, void* data);
+WRAP(2, dds_forwardcdr, -10);  // a time-out
 extern "C" void dds_write_set_batch(bool enable);
 WRAP(1, dds_write_set_batch, 0);
 

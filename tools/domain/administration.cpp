@@ -142,9 +142,8 @@ public:
                 arrivals.responses.push_back(to_response(sample));
             }
         };
-        if (take_all<QEL_KX_ADMIN_State>(states_, samples_per_take, add_state) == Status::ok &&
-            take_all<QEL_KX_ADMIN_CommandResponse>(responses_, samples_per_take, add_response) ==
-                Status::ok) {
+        if (take_all<QEL_KX_ADMIN_State>(states_, add_state) == Status::ok &&
+            take_all<QEL_KX_ADMIN_CommandResponse>(responses_, add_response) == Status::ok) {
             return arrivals;
         }
         return {};

@@ -42,7 +42,7 @@ public:
                 records.push_back(to_record(sample, info.source_timestamp));
             }
         };
-        if (take_all<QEL_KX_LogMessage>(reader_, samples_per_take, add) == Status::failed) {
+        if (take_all<QEL_KX_LogMessage>(reader_, add) == Status::failed) {
             return {};
         }
         // A take groups the messages by instance, which here means by application and level.

@@ -79,13 +79,13 @@ DDS_ReturnCode_t take_some(DDS_DataReader* reader, DDS_Long most, const Visit& v
     return Topic::return_loan(reader, &samples, &infos);
 }
 
-/// Hands all samples that have arrived to @p visit, @p most decoded at a time.
+/// Hands all samples that have arrived to @p visit.
 /// @return failed when the reader failed
 template <typename Sample, typename Visit>
-Status take_all(DDS_DataReader* reader, DDS_Long most, const Visit& visit) {
+Status take_all(DDS_DataReader* reader, const Visit& visit) {
     DDS_ReturnCode_t result = DDS_RETCODE_OK;
     while (result == DDS_RETCODE_OK) {
-        result = take_some<Sample>(reader, most, visit);
+        result = take_some<Sample>(reader, samples_per_take, visit);
     }
     return result == DDS_RETCODE_NO_DATA ? Status::ok : Status::failed;
 }

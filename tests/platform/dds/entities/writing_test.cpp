@@ -42,6 +42,10 @@ TEST(Writing, ASampleArrivesWithItsMembersHandlesAndTimestamp) {
     EXPECT_EQ(DDS_DataWriter_wait_for_acknowledgments(writer, &patience), ok);
     EXPECT_EQ(DDS_DataWriter_wait_for_acknowledgments(writer, &malformed), bad_parameter);
     EXPECT_EQ(DDS_DataWriter_flush(writer), ok);
+
+    const orvane::test::Fault fault("dds_forwardcdr", {.after = true});
+    const auto time_out = [&] { EXPECT_EQ(write(writer, 7, 73), DDS_RETCODE_TIMEOUT); };
+    EXPECT_EQ(orvane::test::output_of(time_out), "") << "the caller may try again";
 }
 
 TEST(Writing, RefusesWhatDoesNotFitTheSample) {
