@@ -7,9 +7,6 @@
 namespace orvane::test {
 namespace {
 
-constexpr const char* create_context = "QEL_KX_DDSEntities_create";
-constexpr const char* delete_context = "QEL_KX_DDSEntities_deleteContainedEntities";
-
 constexpr const char* register_type = "DDS_DomainParticipant_register_type";
 constexpr const char* topic_qos = "DDS_DomainParticipant_get_default_topic_qos_w_topic_name";
 constexpr const char* create_topic = "DDS_DomainParticipant_create_topic";
@@ -79,7 +76,7 @@ TEST_F(Entities, EveryFailureIsSaidAndLeavesTheParticipantEmptyOrGone) {
                 }
                 const Fault injected(fault.function, fault.call);
                 EXPECT_EQ(output_of([&] { EXPECT_FALSE(bare.make_entities()); }),
-                          line(create_context, fault.text));
+                          line("QEL_KX_DDSEntities_create", fault.text));
             }
             if (is_shared) {
                 // The factory refuses while the participant has entities.
@@ -117,7 +114,7 @@ TEST_F(Entities, AFailingTeardownStepIsAWarningAndTheRestGoesOn) {
     for (const auto& row : cases) {
         faults.emplace_back(
             row.function, FaultPlan{.after = true, .code = static_cast<DDS_ReturnCode_t>(code++)});
-        expected += line(delete_context, row.text, "Warning");
+        expected += line("QEL_KX_DDSEntities_deleteContainedEntities", row.text, "Warning");
     }
     // An application may still use a topic.
     faults.emplace_back("DDS_DomainParticipant_delete_topic", FaultPlan{.call = 0, .after = true});

@@ -129,7 +129,7 @@ Created create_writer(EntityId publisher, EntityId topic, const Qos& qos,
 Status write(EntityId writer, WriteKind kind, const KeyHash& instance, std::size_t size, Fill fill,
              Nanoseconds source_timestamp) noexcept {
     const auto record = cyclone::writers().find(writer);
-    if (!record || source_timestamp < 0) {
+    if (!record) {
         return Status::bad_parameter;
     }
     SerdataPtr data;

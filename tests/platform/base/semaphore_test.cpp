@@ -169,14 +169,13 @@ TEST(Semaphore, GiveSparesATakerThatDozesUntilThereAreManyUnits) {
 
 TEST(Semaphore, EveryUnitGivenIsTakenOnce) {
     constexpr int givers = 2;
-    constexpr int takers = 3;
     constexpr int units_per_giver = 6000;
     constexpr int units = givers * units_per_giver;
     QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0, 2);
     std::atomic<int> wanted{units};
     std::atomic<int> taken{0};
     std::vector<std::thread> threads;
-    for (int taker = 0; taker < takers; ++taker) {
+    for (int taker = 0; taker < 3; ++taker) {
         // One waits for ever, the others keep running into their time-outs.
         threads.emplace_back([semaphore, &wanted, &taken, taker] {
             const QELNtpTime short_time = {0, 40000};
@@ -197,16 +196,6 @@ TEST(Semaphore, EveryUnitGivenIsTakenOnce) {
     EXPECT_EQ(taken, units);
     EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &no_time), timeout);
     QELOsapiSemaphore_delete(semaphore);
-}
-
-TEST(Semaphore, MayBeDeletedByWhoeverTookTheLastUnit) {
-    for (int round = 0; round < 300; ++round) {
-        QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0);
-        std::thread giver([semaphore] { give(semaphore, 1); });
-        take(semaphore, 1);
-        QELOsapiSemaphore_delete(semaphore);
-        giver.join();
-    }
 }
 
 TEST(Semaphore, MutexBelongsToItsThreadUntilGivenAsOftenAsTaken) {

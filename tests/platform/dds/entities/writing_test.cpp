@@ -110,6 +110,7 @@ TEST(Batches, AreSentBeforeTheHistoryWouldDropASampleAndBeforeAnythingThatMayWai
     DDS_DataWriter* of_three = node.writer([](DDS_DataWriterQos& qos) {
         qos.batch.enable = 1;
         qos.history = {DDS_KEEP_LAST_HISTORY_QOS, 3};
+        qos.durability.kind = DDS_TRANSIENT_LOCAL_DURABILITY_QOS;
     });
     DDS_DataWriter* writer = node.writer([](DDS_DataWriterQos& qos) { qos.batch.enable = 1; });
     EXPECT_EQ(switches.count(), 4) << "on and off for each";
@@ -123,6 +124,11 @@ TEST(Batches, AreSentBeforeTheHistoryWouldDropASampleAndBeforeAnythingThatMayWai
         flushes += flushes_of([&] { return write(of_three, 1, value); });
     }
     EXPECT_GE(flushes, 3);
+    DDS_DataReader* late = node.reader([](DDS_DataReaderQos& qos) {
+        qos.history = {DDS_KEEP_LAST_HISTORY_QOS, 9};
+        qos.durability.kind = DDS_TRANSIENT_LOCAL_DURABILITY_QOS;
+    });
+    EXPECT_EQ(summary(await_samples(late, 3)), "1:6 1:7 1:8");
     EXPECT_EQ(flushes_of([&] { return write(writer, 1, 1); }), 0);
     await_tick();
     EXPECT_EQ(flushes_of([&] { return write(writer, 1, 2); }), 1) << "an old batch";
@@ -185,12 +191,12 @@ TEST(Instances, AHandleLeadsBackToTheKeyOnBothSides) {
     DDS_DataWriter* writer = node.writer();
     DDS_DataReader* reader = node.reader();
     const Probe probe(5, 0);
+    const auto unregister = DDS_DataWriter_unregister_instance_untypedI;
     const Probe unknown(6, 0);
     const DDS_WriteParams_t of_unknown = {handle_of(6), DDS_TIME_INVALID};
-    EXPECT_EQ(DDS_DataWriter_unregister_instance_untypedI(writer, &probe, nullptr), refused);
-    EXPECT_EQ(DDS_DataWriter_unregister_instance_untypedI(writer, nullptr, &of_unknown),
-              bad_parameter);
-    EXPECT_EQ(DDS_DataWriter_unregister_instance_untypedI(writer, nullptr, nullptr), bad_parameter);
+    EXPECT_EQ(unregister(writer, &probe, nullptr), refused);
+    EXPECT_EQ(unregister(writer, nullptr, &of_unknown), bad_parameter);
+    EXPECT_EQ(unregister(writer, nullptr, nullptr), bad_parameter);
     const DDS_InstanceHandle_t handle =
         DDS_DataWriter_register_instance_untypedI(writer, &probe, nullptr);
     ASSERT_TRUE(equal(handle, handle_of(5)));
@@ -213,6 +219,8 @@ TEST(Instances, AHandleLeadsBackToTheKeyOnBothSides) {
         EXPECT_EQ(DDS_DataWriter_get_key_value_untypedI(writer, &of_writer, &bad), bad_parameter);
         EXPECT_EQ(DDS_DataReader_get_key_value_untypedI(reader, &of_reader, &bad), bad_parameter);
     }
+    EXPECT_EQ(unregister(writer, &probe, nullptr), ok);
+    EXPECT_EQ(unregister(writer, &probe, nullptr), refused);
     EXPECT_TRUE(equal(DDS_DataWriter_lookup_instance_untypedI(writer, &unknown), DDS_HANDLE_NIL));
     EXPECT_TRUE(equal(DDS_DataReader_lookup_instance_untypedI(reader, &unknown), DDS_HANDLE_NIL));
 }
