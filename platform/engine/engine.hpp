@@ -188,7 +188,6 @@ Status get_key(EntityId endpoint, const KeyHash& instance, Payload& key) noexcep
 /// A matched endpoint, as discovery announced it.
 struct EndpointData {
     Guid guid{};
-    Guid participant_guid{};
     std::string topic_name;
     std::string type_name;
     Qos qos;

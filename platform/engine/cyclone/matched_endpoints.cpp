@@ -46,7 +46,6 @@ Status fill(const EndpointPtr& endpoint, EndpointData& data) {
         return Status::bad_parameter;
     }
     data.guid = guid_of(endpoint->key);
-    data.participant_guid = guid_of(endpoint->participant_key);
     data.topic_name = endpoint->topic_name;
     data.type_name = endpoint->type_name;
     data.qos = cyclone::from_cyclone(endpoint->qos);

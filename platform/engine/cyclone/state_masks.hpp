@@ -27,6 +27,8 @@ constexpr std::uint32_t to_cyclone(const StateMask& states) {
         (states.instance_states << instance_shift) & DDS_ANY_INSTANCE_STATE;
     return sample == 0 || view == 0 || instance == 0 ? 0 : sample | view | instance;
 }
+static_assert(to_cyclone({.sample_states = 0}) == 0 && to_cyclone({.view_states = 0}) == 0 &&
+              to_cyclone({.instance_states = 0}) == 0);
 
 SampleInfo from_cyclone(const dds_sample_info_t& info, const KeyHash& instance);
 
