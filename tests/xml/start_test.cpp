@@ -73,7 +73,9 @@ TEST(Start, RunsTheLoggerWithTheParticipantAndTheOptionsOfTheFile) {
 
     // While the logger runs, the level that a tool has set is written.
     core::store(logger->filterLevel, QEL_KX_LEVEL_DEBUG);
+    const Calls unlocks("QELOsapi_global_unlock");
     EXPECT_NE(config.saved().find("<filter_level>DEBUG</filter_level>"), std::string::npos);
+    EXPECT_EQ(unlocks.count(), 1);
     QEL_KX_Orvane_finalizeInstance();
     EXPECT_NE(config.saved().find("<filter_level>ERROR</filter_level>"), std::string::npos);
 
