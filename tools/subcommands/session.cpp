@@ -34,8 +34,12 @@ Status write_out(const std::string& text) {
         std::fflush(stdout) == 0) {
         return Status::ok;
     }
-    fmt::print(stderr, "orvane: could not write: {}\n", std::strerror(errno));
+    print_write_failure(errno);
     return Status::failed;
+}
+
+void print_write_failure(int error) {
+    fmt::print(stderr, "orvane: could not write: {}\n", std::strerror(error));
 }
 
 }  // namespace orvane::tools

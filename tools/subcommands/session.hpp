@@ -21,4 +21,7 @@ int print_lost_domain();
 /// Writes to the standard output, at once. Prints on the standard error why it failed.
 Status write_out(const std::string& text);
 
+/// Prints on the standard error that writing failed with this error number.
+void print_write_failure(int error);
+
 }  // namespace orvane::tools

@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <limits>
 #include <set>
 #include <string>
@@ -17,6 +16,7 @@
 #include "tools/domain/log_subscription.hpp"
 #include "tools/subcommands/arguments.hpp"
 #include "tools/subcommands/exit_status.hpp"
+#include "tools/subcommands/session.hpp"
 #include "tools/subcommands/stop_signal.hpp"
 #include "tools/text/application_text.hpp"
 #include "tools/text/level_names.hpp"
@@ -128,8 +128,7 @@ int print_ending(Progress progress, const Display& display) {
             fmt::print(stderr, "orvane: the reader failed\n");
             break;
         case Progress::write_failed:
-            fmt::print(stderr, "orvane: could not write: {}\n",
-                       std::strerror(display.write_error()));
+            print_write_failure(display.write_error());
             break;
     }
     return exit_failure;
