@@ -2,6 +2,7 @@
 #include <array>
 #include <thread>
 
+#include "core/filter.hpp"
 #include "core/logging_lock.hpp"
 #include "orvane/admin.h"
 #include "tests/support/faults.hpp"
@@ -169,6 +170,7 @@ TEST(Singleton, IsOneCompleteInstanceUntilItIsFinalised) {
                           [&] { note("entities end"); });
     EXPECT_EQ(output_of([] { EXPECT_EQ(QEL_KX_Orvane_finalizeInstance(), DDS_RETCODE_OK); }), "");
     EXPECT_EQ(order, "thread, commands end; entities end");
+    EXPECT_FALSE(core::leaves_no_trace(QEL_KX_LEVEL_TRACE)) << "the filter went with the instance";
     EXPECT_EQ(QEL_KX_Orvane_instance, nullptr);
     EXPECT_EQ(QEL_KX_Orvane_isOrvaneRunning(), 0);
     EXPECT_EQ(gQEL_KX_Orvane_currentOptions, nullptr);

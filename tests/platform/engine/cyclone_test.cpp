@@ -107,6 +107,17 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
     ddsi_sertype_unref(type);
 }
 
+TEST(InstanceIndex, HasAnInstanceAsLongAsThereIsACopyOfIt) {
+    InstanceIndex index;
+    // The map of the engine makes a new copy while the old one waits to be freed.
+    index.add(KeyHash{});
+    index.add(KeyHash{});
+    index.remove(KeyHash{});
+    EXPECT_TRUE(index.next(nullptr));
+    index.remove(KeyHash{});
+    EXPECT_FALSE(index.next(nullptr));
+}
+
 TEST(KeyHashAlone, MakesASampleOfTheInstanceWithoutPayload) {
     ddsi_sertype* const type = plain_type();
     const KeyHash key = *PlainType().accept(PayloadKind::key, whole);

@@ -1,3 +1,5 @@
+#include <malloc.h>
+
 #include <functional>
 
 #include <gtest/gtest.h>
@@ -106,6 +108,27 @@ TEST(WithoutMemory, ReadingFailsWithoutALoan) {
     EXPECT_EQ(first.return_loan(reader), ok);
     EXPECT_EQ(held.return_loan(reader), ok);
     EXPECT_EQ(receive(reader).size(), 20U);
+}
+
+TEST(WithoutMemory, SamplesThatAReadHasNoRoomForAreFreed) {
+    const ProbeNode node;
+    DDS_DataWriter* writer = node.writer([](DDS_DataWriterQos& qos) {
+        qos.history = {DDS_KEEP_LAST_HISTORY_QOS, 1};
+    });
+    DDS_DataReader* reader = node.reader();
+    constexpr std::size_t rounds = 200;
+    constexpr std::size_t least_size = 100;
+    const auto lose_samples = [&] {
+        for (std::size_t round = 0; round < rounds; ++round) {
+            ASSERT_EQ(write(writer, 1, 1), ok);
+            const Fault room_in_the_list(new_expression, 2);
+            ASSERT_EQ(ProbeSeq().receive(reader, take_anything), DDS_RETCODE_OUT_OF_RESOURCES);
+        }
+    };
+    lose_samples();
+    const std::size_t before = mallinfo2().uordblks;
+    lose_samples();
+    EXPECT_LT(mallinfo2().uordblks, before + rounds * least_size);
 }
 
 }  // namespace
