@@ -117,18 +117,23 @@ TEST(WithoutMemory, SamplesThatAReadHasNoRoomForAreFreed) {
     });
     DDS_DataReader* reader = node.reader();
     constexpr std::size_t rounds = 200;
-    constexpr std::size_t least_size = 100;
+    constexpr std::size_t least_size = 50;
     const auto lose_samples = [&] {
         for (std::size_t round = 0; round < rounds; ++round) {
             ASSERT_EQ(write(writer, 1, 1), ok);
-            const Fault room_in_the_list(new_expression, 2);
+            const Fault list_of_samples(new_expression, 2);
             ASSERT_EQ(ProbeSeq().receive(reader, take_anything), DDS_RETCODE_OUT_OF_RESOURCES);
         }
     };
+    // A loan that is outstanding leaves its memory to no other read.
+    ProbeSeq loan;
+    ASSERT_EQ(write(writer, 1, 1), ok);
+    ASSERT_EQ(loan.receive(reader, take_anything), ok);
     lose_samples();
     const std::size_t before = mallinfo2().uordblks;
     lose_samples();
     EXPECT_LT(mallinfo2().uordblks, before + rounds * least_size);
+    EXPECT_EQ(loan.return_loan(reader), ok);
 }
 
 }  // namespace
