@@ -1,5 +1,6 @@
 #include <pthread.h>
 #include <sched.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -87,6 +88,17 @@ public:
         return set ? Status::ok : Status::bad_parameter;
     }
 
+    /// Signals are the application's: its handlers and its sigwait() get them on its own threads.
+    /// A fault of the thread itself still ends the process where it happens.
+    Status block_signals() {
+        sigset_t blocked;
+        sigfillset(&blocked);
+        for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGSYS}) {
+            sigdelset(&blocked, fault);
+        }
+        return status_of(pthread_attr_setsigmask_np(&attributes_, &blocked));
+    }
+
 private:
     pthread_attr_t attributes_{};
     bool initialized_;
@@ -113,6 +125,9 @@ bool asks_for_priority(const ThreadSettings& settings) {
 Status start(QELOsapiThread* thread, const ThreadSettings& settings, bool with_priority) {
     ThreadAttributes attributes;
     Status result = attributes.set_stack_size(settings.stack_size);
+    if (result == Status::ok) {
+        result = attributes.block_signals();
+    }
     if (result == Status::ok) {
         result = attributes.set_cpus(settings.cpu_bitmap);
     }
