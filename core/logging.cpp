@@ -1,5 +1,7 @@
 #include "core/logging.hpp"
 
+#include <atomic>
+
 #include "core/filter.hpp"
 #include "core/instance.hpp"
 #include "core/logging_lock.hpp"
@@ -13,6 +15,29 @@ namespace orvane::core {
 namespace {
 
 constexpr const char* no_category = "";
+
+/// Marks the thread as being in a logging call. A signal handler that logs may have interrupted
+/// that call in the middle of a change of the queue, and its own call must touch nothing.
+class LoggingCall {
+public:
+    LoggingCall() noexcept : is_nested_(under_way) {
+        under_way = true;
+        std::atomic_signal_fence(std::memory_order_seq_cst);
+    }
+    ~LoggingCall() {
+        std::atomic_signal_fence(std::memory_order_seq_cst);
+        under_way = is_nested_;
+    }
+    LoggingCall(const LoggingCall&) = delete;
+    LoggingCall& operator=(const LoggingCall&) = delete;
+
+    bool is_nested() const noexcept { return is_nested_; }
+
+private:
+    [[gnu::tls_model("initial-exec")]] static inline constinit thread_local bool under_way = false;
+
+    const bool is_nested_;
+};
 
 Outcome validate(const QEL_KX_LogMessageParams* params) noexcept {
     if (params == nullptr) {
@@ -89,6 +114,10 @@ QELSystemClock* clock_for(const QEL_KX_Orvane* self) noexcept {
 
 void log_message(QEL_KX_Orvane* self, const QEL_KX_LogMessageParams* params) {
     constexpr const char* context = "QEL_KX_Orvane_logMessageWithParams";
+    const LoggingCall call;
+    if (call.is_nested()) {
+        return;
+    }
     switch (lock_for_logging()) {
         case LoggingLock::Held:
             break;
