@@ -9,35 +9,20 @@ namespace {
 constexpr DDS_UnsignedLong patience_ns = 10'000'000;
 
 constinit RecursiveMutex global_mutex;
+
 [[gnu::tls_model("initial-exec")]] constinit thread_local unsigned device_call_depth = 0;
 
-Status lock_soon() {
-    return global_mutex.lock_until(deadline_after(0, patience_ns));
-}
-
-Status lock() {
-    if (device_call_depth > 0) {
-        return lock_soon();
-    }
-    global_mutex.lock();
-    return Status::ok;
-}
-
+/// @param abandon NULL, or a flag that ends the wait.
 Status lock_unless(const DDS_Long* abandon) {
-    if (abandon == nullptr) {
-        return lock();
-    }
-    // Before the flag is read: a thread that gets the lock at once waits for nobody.
+    // A thread that gets the lock at once waits for nobody, whatever the flag says.
     if (global_mutex.try_lock()) {
         return Status::ok;
     }
-    while (__atomic_load_n(abandon, __ATOMIC_ACQUIRE) == 0) {
-        const Status result = lock_soon();
-        if (result == Status::ok || device_call_depth > 0) {
-            return result;
-        }
+    if (device_call_depth == 0) {
+        return global_mutex.lock_unless(abandon, nullptr);
     }
-    return Status::timeout;
+    const timespec deadline = deadline_after(0, patience_ns);
+    return global_mutex.lock_unless(abandon, &deadline);
 }
 
 void leave_device_call() {

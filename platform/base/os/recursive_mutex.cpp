@@ -1,5 +1,7 @@
 #include "platform/base/os/recursive_mutex.hpp"
 
+#include <algorithm>
+
 #include "platform/base/os/deadline.hpp"
 
 namespace pexa::base {
@@ -10,8 +12,14 @@ namespace {
 // and more than a mutex is usually held.
 constexpr int patience = 60;
 
-// The longest time that a thread sleeps too long.
-constexpr uint32_t longest_sleep_ns = 1'000'000;
+// A sleep is the longest time that a thread waits too long. It grows with the wait, so that many
+// threads that wait for long cost next to nothing.
+constexpr uint32_t first_sleep_ns = 1'000'000;
+constexpr uint32_t longest_sleep_ns = 64 * first_sleep_ns;
+
+bool is_set(const int32_t* flag) {
+    return flag != nullptr && __atomic_load_n(flag, __ATOMIC_ACQUIRE) != 0;
+}
 
 void pause_briefly() {
 #if defined(__x86_64__) || defined(__i386__)
@@ -34,17 +42,19 @@ Success RecursiveMutex::take_soon() {
     return false;
 }
 
-Status RecursiveMutex::wait(const timespec* deadline) {
+Status RecursiveMutex::wait(const timespec* deadline, const int32_t* abandon) {
     if (take_soon()) {
         return Status::ok;
     }
     bool is_last_look = false;
+    uint32_t sleep_ns = first_sleep_ns;
     // A thread that has waited marks it as wanted, because other threads may be waiting still.
     while (state_.exchange(taken_and_wanted, std::memory_order_acquire) != free) {
-        if (is_last_look) {
+        if (is_last_look || is_set(abandon)) {
             return Status::timeout;
         }
-        timespec end = deadline_after(0, longest_sleep_ns);
+        timespec end = deadline_after(0, sleep_ns);
+        sleep_ns = std::min(2 * sleep_ns, longest_sleep_ns);
         const bool is_last_sleep = deadline != nullptr && !is_before(end, *deadline);
         if (is_last_sleep) {
             end = *deadline;

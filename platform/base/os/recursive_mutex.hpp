@@ -16,8 +16,8 @@ namespace pexa::base {
 ///
 /// Unlocking is a plain store, because atomic read-modify-write instructions are a good part of the
 /// cost of a logging call. The store overwrites the mark of a thread that goes to sleep at that
-/// very moment. Such a thread sleeps for a millisecond too long at most, because sleeping threads
-/// look again that often.
+/// very moment. Such a thread sleeps for a millisecond too long at most, or for as long as it has
+/// waited already, because sleeping threads look again that often.
 ///
 /// Made of atomics because the thread sanitizer does not follow a POSIX mutex that is locked with a
 /// monotonic deadline.
@@ -29,7 +29,7 @@ public:
     void lock() {
         if (!try_lock()) {
             // Without a deadline it ends with the lock held.
-            static_cast<void>(wait(nullptr));
+            static_cast<void>(wait(nullptr, nullptr));
         }
     }
     /// @return whether the calling thread holds it now.
@@ -42,8 +42,13 @@ public:
         return true;
     }
     /// @param deadline of the monotonic clock. @return ok, or timeout when it has passed.
-    Status lock_until(const timespec& deadline) {
-        return try_lock() ? Status::ok : wait(&deadline);
+    Status lock_until(const timespec& deadline) { return lock_unless(nullptr, &deadline); }
+    /// @param abandon NULL, or a flag that ends the wait when it is not 0. It is read before each
+    /// sleep of the thread.
+    /// @param deadline NULL, or of the monotonic clock.
+    /// @return ok, or timeout when the flag is set or the deadline has passed.
+    Status lock_unless(const int32_t* abandon, const timespec* deadline) {
+        return try_lock() ? Status::ok : wait(deadline, abandon);
     }
     /// @return ok, or precondition_not_met when the calling thread does not hold the mutex.
     Status unlock() {
@@ -79,7 +84,7 @@ private:
     }
     /// Tries again for a moment, which costs less than to sleep and be woken.
     Success take_soon();
-    Status wait(const timespec* deadline);
+    Status wait(const timespec* deadline, const int32_t* abandon);
 
     std::atomic<uint32_t> state_{free};
     // Each thread has its own at an address of its own, which identifies the thread without a call.
