@@ -139,6 +139,8 @@ Outcome enqueue(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& rec
     return Outcome::done();
 }
 
+constexpr const char* front_context = "QEL_KX_MEssageQueue_front";
+
 Outcome make_parts(QEL_KX_MessageQueue& queue) {
     queue.mutex = QELOsapiSemaphore_new(QEL_OSAPI_SEMAPHORE_KIND_MUTEX, nullptr);
     if (queue.mutex == nullptr) {
@@ -191,6 +193,9 @@ Status push(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& record)
         report(context, mutex_not_given);
     }
     if (queued.has_failed()) {
+        // A consumer that could not write the head tries again with the next unit. A message that
+        // finds no room has to bring that unit, too, or a full queue would stay full.
+        QELOsapiSemaphore_giveIfEmpty(queue.countingSemaphore);
         return Status::error;
     }
     if (!succeeded(QELOsapiSemaphore_give(queue.countingSemaphore))) {
@@ -200,24 +205,27 @@ Status push(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& record)
 }
 
 const QEL_KX_MessageQueueRecord* front(QEL_KX_MessageQueue& queue, const QELNtpTime* timeout) {
-    constexpr const char* context = "QEL_KX_MEssageQueue_front";
     const QELOsapiSemaphoreStatus status = QELOsapiSemaphore_take(queue.countingSemaphore, timeout);
     if (status == QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT) {
         return nullptr;
     }
     if (!succeeded(status)) {
-        report(context, "Unable to take message queue counting semaphore");
+        report(front_context, "Unable to take message queue counting semaphore");
         // A semaphore that fails does not wait either, and the consumer asks again at once.
         QELOsapiThread_sleep(timeout);
         return nullptr;
     }
-    if (lock(queue, context) != Status::ok) {
+    return head(queue);
+}
+
+const QEL_KX_MessageQueueRecord* head(QEL_KX_MessageQueue& queue) {
+    if (lock(queue, front_context) != Status::ok) {
         return nullptr;
     }
     const bool is_empty = queue.list.count == 0;
-    const auto* head = reinterpret_cast<const Element*>(queue.list.head);
-    unlock(queue, context);
-    return is_empty ? nullptr : &head->record;
+    const auto* element = reinterpret_cast<const Element*>(queue.list.head);
+    unlock(queue, front_context);
+    return is_empty ? nullptr : &element->record;
 }
 
 void pop(QEL_KX_MessageQueue& queue) {

@@ -17,4 +17,7 @@ void pop(QEL_KX_MessageQueue& queue);
 void delete_queue(QEL_KX_MessageQueue* queue);
 /// @}
 
+/// @return what front() returns, at once and without taking a unit.
+const QEL_KX_MessageQueueRecord* head(QEL_KX_MessageQueue& queue);
+
 }  // namespace orvane::core

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "core/backlog.hpp"
 #include "core/batch_pacing.hpp"
 #include "core/message_queue.hpp"
 #include "core/report.hpp"
@@ -13,23 +14,27 @@
 namespace orvane::core {
 namespace {
 
+using pexa::Status;
+
 using LogMessageWriter = types::DataWriter<QEL_KX_LogMessage>;
 
 constexpr QELNtpTime no_wait = {0, 0};
 /// The queue has to have room for as long as the thread may take to wake up. This is no longer.
 constexpr QELNtpTime batch_pause = {0, QEL_NTP_TIME_FRAC_PER_MILLISECOND / 10};
 
-void write(LogMessageWriteThread& thread, const QEL_KX_MessageQueueRecord& record,
-           const char* context) {
+/// @return timeout when the message stays in the queue, or ok.
+Status write(LogMessageWriteThread& thread, const QEL_KX_MessageQueueRecord& record,
+             const char* context) {
     const DDS_ReturnCode_t result = LogMessageWriter::write_w_timestamp(
         thread.writer, &record.sample, &DDS_HANDLE_NIL, &record.timestamp);
     if (result == DDS_RETCODE_TIMEOUT) {
-        return;
+        return Status::timeout;
     }
     if (result != DDS_RETCODE_OK) {
         report(context, "Unable to write LogMessage in DataWriter");
     }
     pop(*thread.messageQueue);
+    return Status::ok;
 }
 
 void flush(LogMessageWriteThread& thread) {
@@ -41,13 +46,18 @@ void flush(LogMessageWriteThread& thread) {
 
 void publish(LogMessageWriteThread& thread, const char* context) {
     BatchPacing pacing;
+    Backlog backlog;
     std::uint64_t in_batch = 0;
     while (load(thread.run) == 1) {
+        const bool is_due = backlog.is_due();
         const QEL_KX_MessageQueueRecord* record =
-            front(*thread.messageQueue, in_batch > 0 ? &no_wait : &wait_period);
+            is_due ? head(*thread.messageQueue)
+                   : front(*thread.messageQueue, in_batch > 0 ? &no_wait : &wait_period);
         if (record != nullptr) {
-            write(thread, *record, context);
+            backlog.note(is_due, write(thread, *record, context) == Status::timeout);
             ++in_batch;
+        } else if (is_due) {
+            backlog.end();
         } else if (in_batch > 0) {
             flush(thread);
             if (pacing.wants_pause_after(in_batch)) {

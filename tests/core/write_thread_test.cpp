@@ -108,29 +108,48 @@ std::string written(const char* message) {
     return std::string("-7 2 300 category ") + message + " 5.6";
 }
 
-TEST(WriteThread, TriesAMessageThatTimedOutAgainWhenTheNextOneComesAndLosesOneThatFailed) {
-    const struct {
-        DDS_ReturnCode_t first_result;
-        std::vector<std::string> messages;
-        std::string output;
-    } cases[] = {
-        {DDS_RETCODE_TIMEOUT, {written("first"), written("first"), written("second")}, ""},
-        {DDS_RETCODE_ERROR,
-         {written("first"), written("second"), written("third")},
-         line("LogMessageWriteThread_run", "Unable to write LogMessage in DataWriter")},
-    };
-    for (const auto& row : cases) {
-        ScriptedWriter writer({row.first_result});
-        const WriteThreadRecord thread = start(writer);
-        EXPECT_EQ(output_of([&] {
-                      push(*thread, "first");
-                      ASSERT_EQ(writer.wait_for(1).size(), 1U);
-                      push(*thread, "second");
-                      ASSERT_EQ(writer.wait_for(2).size(), 2U);
-                      push(*thread, "third");
-                      EXPECT_EQ(writer.wait_for(3), row.messages);
-                  }),
-                  row.output);
+TEST(WriteThread, LosesAMessageThatFailedAndReportsIt) {
+    ScriptedWriter writer({DDS_RETCODE_ERROR});
+    const WriteThreadRecord thread = start(writer);
+    EXPECT_EQ(output_of([&] {
+                  push(*thread, "first");
+                  push(*thread, "second");
+                  EXPECT_EQ(writer.wait_for(2),
+                            (std::vector<std::string>{written("first"), written("second")}));
+              }),
+              line("LogMessageWriteThread_run", "Unable to write LogMessage in DataWriter"));
+}
+
+TEST(WriteThread, PublishesWhatTimedOutWhenTheNextMessageComesWhetherThatFindsRoomOrNot) {
+    for (const std::size_t queued : {1U, 5U, 8U}) {
+        SCOPED_TRACE(queued);
+        ScriptedWriter writer(std::vector<DDS_ReturnCode_t>(queued, DDS_RETCODE_TIMEOUT));
+        const Calls waits("QELOsapiSemaphore_take");
+        WriteThreadRecord thread = start(writer);
+        std::vector<std::string> expected;
+        for (std::size_t number = 1; number <= queued; ++number) {
+            push(*thread, std::to_string(number));
+            expected.push_back(written("1"));
+            ASSERT_EQ(writer.wait_for(number), expected) << "only the head is tried";
+        }
+        const bool finds_room = queued < 8;
+        char text[] = "next";
+        const QEL_KX_MessageQueueRecord next = {{{-7, 2}, 300, text, text}, {5, 6}};
+        static_cast<void>(output_of([&] {
+            EXPECT_EQ(QEL_KX_MessageQueue_push(thread->messageQueue, &next), finds_room ? 1 : 0);
+        }));
+        for (std::size_t number = 1; number <= queued; ++number) {
+            expected.push_back(written(std::to_string(number).c_str()));
+        }
+        if (finds_room) {
+            expected.push_back("-7 2 300 next next 5.6");
+        }
+        ASSERT_EQ(writer.wait_for(expected.size()), expected);
+        push(*thread, "last");
+        expected.push_back(written("last"));
+        EXPECT_EQ(writer.wait_for(expected.size()), expected);
+        thread.reset();
+        EXPECT_LT(waits.count(), 200) << "the thread waits and does not spin";
     }
 }
 

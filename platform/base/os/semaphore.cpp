@@ -95,6 +95,15 @@ Status give(QELOsapiSemaphore* semaphore) {
     return kind == QEL_OSAPI_SEMAPHORE_KIND_BINARY ? Status::ok : result;
 }
 
+Status give_if_empty(QELOsapiSemaphore* semaphore) {
+    if (semaphore == nullptr || semaphore->kind != QEL_OSAPI_SEMAPHORE_KIND_COUNTING) {
+        return Status::bad_parameter;
+    }
+    // Refused when there is a unit.
+    static_cast<void>(semaphore->counter.give(1));
+    return Status::ok;
+}
+
 QELOsapiSemaphoreStatus to_semaphore_status(Status result) {
     if (result == Status::timeout) {
         return QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT;
@@ -121,4 +130,8 @@ QELOsapiSemaphoreStatus QELOsapiSemaphore_take(QELOsapiSemaphore* semaphore,
 
 QELOsapiSemaphoreStatus QELOsapiSemaphore_give(QELOsapiSemaphore* semaphore) {
     return pexa::base::to_semaphore_status(pexa::base::give(semaphore));
+}
+
+QELOsapiSemaphoreStatus QELOsapiSemaphore_giveIfEmpty(QELOsapiSemaphore* semaphore) {
+    return pexa::base::to_semaphore_status(pexa::base::give_if_empty(semaphore));
 }

@@ -125,6 +125,11 @@ PEXA_API QELOsapiSemaphoreStatus QELOsapiSemaphore_take(QELOsapiSemaphore* semap
  * @return OK, or ERROR: NULL, a mutex that this thread does not hold, a count at its maximum.
  */
 PEXA_API QELOsapiSemaphoreStatus QELOsapiSemaphore_give(QELOsapiSemaphore* semaphore);
+/**
+ * Gives a semaphore of the counting kind a unit if it has none.
+ * @return OK, also when there was a unit, or ERROR: NULL or another kind.
+ */
+PEXA_API QELOsapiSemaphoreStatus QELOsapiSemaphore_giveIfEmpty(QELOsapiSemaphore* semaphore);
 /** @} */
 
 /**
