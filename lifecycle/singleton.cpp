@@ -28,8 +28,8 @@ void set_instance(QEL_KX_Orvane* created) noexcept {
     core::store(QEL_KX_Orvane_instance, created, std::memory_order_release);
 }
 
-/// With the global lock held.
-void create(const char* context) {
+/// With the global lock held. @return whether there is an instance.
+bool create(const char* context) {
     const LifecycleChange change;
     PEXA_Config_LogVerbosity verbosities[PEXA_CONFIG_LOG_CATEGORY_COUNT] = {};
     admin::mask_verbosity(verbosities);
@@ -39,14 +39,14 @@ void create(const char* context) {
         // The middleware's logger stays silent. Its reports would be about an instance that does
         // not exist.
         report(context, "Unable to create Orvane singleton!");
-        return;
+        return false;
     }
     admin::unmask_verbosity(verbosities);
     admin::refresh_verbosities(*created);
     if (admin::write_state(*created) != Status::ok) {
         report(context, "Unable to Write State", QEL_KX_LEVEL_WARNING);
     }
-    set_initialized(1);
+    return true;
 }
 
 void disable() {
@@ -101,8 +101,9 @@ QEL_KX_Orvane* get_instance() {
         report(context, "Unable to lock when creating Orvane singleton!");
         return core::instance();
     }
-    if (!core::is_running() && !LifecycleChange::is_under_way()) {
-        create(context);
+    // A thread that sees the flag may log at once, so the change has ended by then.
+    if (!core::is_running() && !LifecycleChange::is_under_way() && create(context)) {
+        set_initialized(1);
     }
     if (QELOsapi_global_unlock() != 0) {
         report(context, "Unable to unlock when creating Orvane singleton!");
