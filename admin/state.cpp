@@ -1,5 +1,7 @@
 #include "admin/state.hpp"
 
+#include <memory>
+
 #include "admin/entities.hpp"
 #include "core/exported.hpp"
 #include "core/report.hpp"
@@ -198,6 +200,12 @@ Status write_state(QEL_KX_Orvane& logger) {
     const Status written = publish_reporting(logger, writer);
     serve_requests(logger, writer);
     return written;
+}
+
+void forget_publication() noexcept {
+    std::construct_at(&state_mutex);
+    turn = Turn{};
+    QEL_KX_DDSEntities_gInitialStateSent = 0;
 }
 
 }  // namespace orvane::admin

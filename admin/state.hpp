@@ -39,6 +39,8 @@ bool initial_state_sent() noexcept;
 void publish_initial_state(QEL_KX_Orvane& logger, DDS_DataWriter* writer);
 /// @return an error after a report.
 pexa::Status write_state(QEL_KX_Orvane& logger);
+/// In a child process that has just been forked: no thread publishes or holds the mutex there.
+void forget_publication() noexcept;
 /// @}
 
 }  // namespace orvane::admin

@@ -1,5 +1,6 @@
 #include "core/filter.hpp"
 
+#include <memory>
 #include <mutex>
 
 #include "core/shared_field.hpp"
@@ -30,6 +31,13 @@ void follow_filter_of(const QEL_KX_Orvane* self) noexcept {
 void refresh_filter() noexcept {
     const std::lock_guard lock(mutex);
     refresh_with_mutex();
+}
+
+void silence_filter() noexcept {
+    // A thread that does not exist any more may hold it.
+    std::construct_at(&mutex);
+    followed = nullptr;
+    last_traced_level.store(std::numeric_limits<DDS_Long>::min(), std::memory_order_relaxed);
 }
 
 }  // namespace orvane::core

@@ -26,4 +26,7 @@ void follow_filter_of(const QEL_KX_Orvane* self) noexcept;
 /// Must be called after a change of the level or of the echo.
 void refresh_filter() noexcept;
 
+/// In a child process that has just been forked and can have no logger: no level leaves a trace.
+void silence_filter() noexcept;
+
 }  // namespace orvane::core

@@ -17,16 +17,22 @@ std::atomic<DDS_UnsignedLong> changes_ended = 0;
 }  // namespace
 
 LifecycleChange::LifecycleChange() noexcept {
+    QELOsapi_beginEngineUse();
     std::atomic_ref(changes_under_way).fetch_add(1);
 }
 
 LifecycleChange::~LifecycleChange() {
     changes_ended.fetch_add(1);
     std::atomic_ref(changes_under_way).fetch_sub(1);
+    QELOsapi_endEngineUse();
 }
 
 bool LifecycleChange::is_under_way() noexcept {
     return std::atomic_ref(changes_under_way).load() != 0;
+}
+
+void LifecycleChange::forget_all() noexcept {
+    std::atomic_ref(changes_under_way).store(0);
 }
 
 LoggingLock lock_for_logging() noexcept {

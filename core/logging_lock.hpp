@@ -12,6 +12,8 @@ namespace orvane::core {
  * thread of its own, or on the write thread. When that listener logs, it would wait for the lock
  * that this thread holds, and neither would ever go on. So logging calls give up while an object
  * lives; nothing is lost by it, as there is no instance that would take their messages.
+ *
+ * A change counts as a use of the engine.
  */
 class LifecycleChange {
 public:
@@ -25,6 +27,9 @@ public:
      * a listener that the change itself has called.
      */
     static bool is_under_way() noexcept;
+
+    /// In a child process that has just been forked: the thread of the change does not exist there.
+    static void forget_all() noexcept;
 };
 
 enum class LoggingLock {

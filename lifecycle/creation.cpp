@@ -240,6 +240,16 @@ QEL_KX_Orvane* destroy(QEL_KX_Orvane* self) {
     return nullptr;
 }
 
+void free_copy(QEL_KX_Orvane& copy) {
+    remove_device(copy);
+    QELOsapiHeap_freeStructure(copy.logMessageWriteThread);
+    QELOsapiHeap_freeStructure(copy.ddsEntities);
+    QELSystemClock_delete(copy.clock);
+    forget_options(copy);
+    delete_state(copy);
+    QELOsapiHeap_freeStructure(&copy);
+}
+
 }  // namespace orvane::lifecycle
 
 namespace lifecycle = orvane::lifecycle;

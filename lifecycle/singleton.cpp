@@ -1,8 +1,11 @@
 #include "lifecycle/singleton.hpp"
 
+#include <atomic>
+
 #include "admin/logger_bridge.hpp"
 #include "admin/state.hpp"
 #include "core/exported.hpp"
+#include "core/filter.hpp"
 #include "core/instance.hpp"
 #include "core/logging_lock.hpp"
 #include "core/report.hpp"
@@ -27,6 +30,29 @@ void set_initialized(DDS_Long value) noexcept {
 void set_instance(QEL_KX_Orvane* created) noexcept {
     core::store(QEL_KX_Orvane_instance, created, std::memory_order_release);
 }
+
+/// In a child process: the parent's instance, until it is finalised here.
+constinit std::atomic<QEL_KX_Orvane*> copy_of_instance = nullptr;
+
+/// In a child process that has just been forked. The instance has lost its thread and its engine,
+/// so it ends for all logging calls, whatever locks its threads held.
+void abandon_instance() {
+    if (QELOsapi_isEngineLost() == 0) {
+        return;
+    }
+    // A creation or destruction leaves a copy that nobody can make sense of.
+    if (!LifecycleChange::is_under_way()) {
+        copy_of_instance.store(core::instance());
+    }
+    LifecycleChange::forget_all();
+    set_initialized(0);
+    set_instance(nullptr);
+    core::live_clock.store(nullptr);
+    core::silence_filter();
+    admin::forget_publication();
+}
+
+[[maybe_unused]] const int registration = QELOsapi_callInChild(abandon_instance);
 
 /// With the global lock held. @return whether there is an instance.
 bool create(const char* context) {
@@ -66,6 +92,10 @@ void disable() {
 Status finalize() {
     constexpr const char* context = "QEL_KX_Orvane_finalizeInstance";
     if (!core::is_running()) {
+        if (QEL_KX_Orvane* copy = copy_of_instance.exchange(nullptr); copy != nullptr) {
+            free_copy(*copy);
+            core::store(gQEL_KX_Orvane_currentOptions, nullptr);
+        }
         return Status::ok;
     }
     if (QELOsapi_global_lock() != 0) {
@@ -96,6 +126,12 @@ QEL_KX_Orvane* get_instance() {
     constexpr const char* context = "QEL_Orvane_getInstance";
     if (core::is_running()) {
         return core::instance();
+    }
+    if (QELOsapi_isEngineLost() != 0) {
+        report(context,
+               "No logger in a process that was forked while DDS was in use: finalize before fork, "
+               "or execute a program in the child");
+        return nullptr;
     }
     if (QELOsapi_global_lock() != 0) {
         report(context, "Unable to lock when creating Orvane singleton!");

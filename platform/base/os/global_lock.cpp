@@ -1,5 +1,6 @@
 #include "pexa/osapi.h"
 #include "platform/base/os/deadline.hpp"
+#include "platform/base/os/fork.hpp"
 #include "platform/base/os/recursive_mutex.hpp"
 #include "platform/internal/status.hpp"
 
@@ -36,10 +37,15 @@ int to_code(Status result) {
 }
 
 }  // namespace
+
+void free_global_lock() {
+    global_mutex.free_of_lost_owner();
+}
+
 }  // namespace pexa::base
 
 int QELOsapi_global_lock(void) {
-    return pexa::base::to_code(pexa::base::lock());
+    return pexa::base::to_code(pexa::base::lock_unless(nullptr));
 }
 
 int QELOsapi_global_lockUnless(const DDS_Long* abandon) {

@@ -69,6 +69,16 @@ public:
         return Status::ok;
     }
 
+    /// In a child process that has just been forked: frees the mutex unless the calling thread
+    /// holds it. Its owner does not exist there.
+    void free_of_lost_owner() {
+        if (!is_mine()) {
+            owner_.store(nullptr, std::memory_order_relaxed);
+            depth_ = 0;
+            state_.store(free, std::memory_order_relaxed);
+        }
+    }
+
 private:
     enum State : uint32_t { free, taken, taken_and_wanted };
 

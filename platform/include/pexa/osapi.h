@@ -205,6 +205,30 @@ PEXA_API void QELOsapi_leaveDeviceCall(void);
 PEXA_API QELBool QELOsapi_isInDeviceCall(void);
 /** @} */
 
+/**
+ * @name Fork
+ * A child process that fork() makes has a copy of the memory, but only the one thread that forked.
+ * The threads of the engine are missing, and its locks stay as they were at that moment. So a child
+ * of a process that used the engine can never use it. In each child the global lock is free unless
+ * the thread that forked holds it. Processes that are made without fork(), as by posix_spawn() and
+ * system(), and programs that are executed are not concerned.
+ * @{
+ */
+/** Tells that the engine is in use until @ref QELOsapi_endEngineUse. Uses add up. Thread-safe. */
+PEXA_API void QELOsapi_beginEngineUse(void);
+/** Ends a use that began with @ref QELOsapi_beginEngineUse. Thread-safe. */
+PEXA_API void QELOsapi_endEngineUse(void);
+/** @return nonzero in a process that was forked while the engine was in use, and in its children.
+ *  Thread-safe. */
+PEXA_API QELBool QELOsapi_isEngineLost(void);
+/**
+ * Calls @p function in each child process, on its thread, before fork() returns there. Functions
+ * are called in the order of this call, after the global lock is free. It cannot be taken back.
+ * @return 0, or nonzero when there are 16 functions already.
+ */
+PEXA_API int QELOsapi_callInChild(void (*function)(void));
+/** @} */
+
 PEXA_END_C
 
 #endif

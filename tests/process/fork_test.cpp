@@ -1,0 +1,102 @@
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <functional>
+#include <thread>
+#include <vector>
+
+#include "tests/support/logger.hpp"
+#include "tests/support/text.hpp"
+
+namespace orvane::test {
+namespace {
+
+/// Runs @p action in a child process, which a signal ends if the action takes too long.
+/// @return whether the action returned true
+bool succeeds_in_child(const std::function<bool()>& action) {
+    const pid_t child = fork();
+    if (child == 0) {
+        alarm(static_cast<unsigned>(patience.sec));
+        const bool succeeded = action();
+        std::fflush(stdout);
+        _exit(succeeded ? 0 : 1);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+/// Threads that log for as long as the object lives.
+class LoggingThreads {
+public:
+    explicit LoggingThreads(QEL_KX_Orvane* logger) {
+        for (int number = 0; number < 4; ++number) {
+            threads_.emplace_back([logger](const std::stop_token& stop) {
+                while (!stop.stop_requested()) {
+                    QEL_KX_Orvane_info(logger, "from a thread that no child has");
+                }
+            });
+        }
+    }
+
+private:
+    std::vector<std::jthread> threads_;
+};
+
+const std::string refusal =
+    line("QEL_Orvane_getInstance",
+         "No logger in a process that was forked while DDS was in use: finalize before fork, or "
+         "execute a program in the child");
+
+TEST(Fork, LeavesTheChildADeadLoggerThatNeitherHangsNorTouchesTheEngine) {
+    const RunningLogger logger;
+    const LoggingThreads threads(logger.get());
+    const auto child = [&] {
+        QEL_KX_Orvane_fatal(logger.get(), "nobody sees it");
+        const bool refused =
+            output_of([] { EXPECT_EQ(QEL_KX_Orvane_getInstance(), nullptr); }) == refusal;
+        return refused && QEL_KX_Orvane_isOrvaneRunning() == 0 &&
+               QEL_KX_Orvane_finalizeInstance() == DDS_RETCODE_OK &&
+               QEL_KX_Orvane_finalizeInstance() == DDS_RETCODE_OK && QELOsapi_global_lock() == 0 &&
+               QELOsapi_global_unlock() == 0 && !testing::Test::HasFailure();
+    };
+    for (int round = 0; round < 20; ++round) {
+        ASSERT_TRUE(succeeds_in_child(child)) << round;
+    }
+    EXPECT_TRUE(succeeds_in_child([&] { return succeeds_in_child(child); })) << "a grandchild";
+    EXPECT_EQ(QEL_KX_Orvane_getInstance(), logger.get()) << "the parent goes on";
+}
+
+TEST(Fork, KeepsAParticipantOfTheApplicationFromALoggerInTheChild) {
+    const Node node;
+    EXPECT_TRUE(succeeds_in_child(
+        [] { return output_of([] { QEL_KX_Orvane_getInstance(); }) == refusal; }));
+}
+
+TEST(Fork, LetsProgramsStartWhileThreadsLog) {
+    const RunningLogger logger;
+    const LoggingThreads threads(logger.get());
+    for (int round = 0; round < 20; ++round) {
+        // NOLINTNEXTLINE(cert-env33-c): it is what applications do
+        ASSERT_EQ(std::system("true"), 0);
+        ASSERT_TRUE(succeeds_in_child([] { return execl("/bin/true", "true", nullptr) == 0; }));
+    }
+}
+
+TEST(Fork, LetsEachChildStartALoggerAfterTheParentHasFinalisedItsOwn) {
+    { const RunningLogger logger; }
+    const auto child = [] {
+        const RunningLogger logger;
+        QEL_KX_Orvane_info(logger.get(), "from a child");
+        return logger.get() != nullptr && !testing::Test::HasFailure();
+    };
+    EXPECT_TRUE(succeeds_in_child(child));
+    EXPECT_TRUE(succeeds_in_child([&] { return child() && succeeds_in_child(child); }));
+    const RunningLogger logger;
+    EXPECT_NE(logger.get(), nullptr);
+}
+
+}  // namespace
+}  // namespace orvane::test
