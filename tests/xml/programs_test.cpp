@@ -52,12 +52,16 @@ TEST(CheckConfig, EndsByWhatItIsGiven) {
          "exit 1",
          "/no/such\\x1b/file.xml:0: the file cannot be read"},
         {{"check-config", source + "/README.md"}, "exit 1", "/README.md:1: "},
+        {{"check-config", source + "/docs/orvane.xsd"}, "exit 1", "expected dds as the root"},
         {{"check-config", "/dev/null"}, "exit 1", "/dev/null is not a regular file"},
     };
     for (const auto& each : cases) {
         ChildProcess tool{tool_command(each.arguments)};
         EXPECT_EQ(tool.wait_for_end(), each.ending) << tool.transcript();
         EXPECT_NE(tool.transcript().find(each.says), std::string::npos) << tool.transcript();
+        std::vector<std::string> errors = tool.output().error;
+        std::ranges::sort(errors);
+        EXPECT_EQ(std::ranges::adjacent_find(errors), errors.end()) << "each problem once";
     }
 }
 
