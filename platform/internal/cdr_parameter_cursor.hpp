@@ -134,6 +134,10 @@ public:
         header.mustUnderstand = (id & short_must_understand) != 0 ? 1 : 0;
         header.isListEnd = header.id == QEL_CDR_PARAMETER_ID_LIST_END ? 1 : 0;
         header.isIgnored = header.id == QEL_CDR_PARAMETER_ID_IGNORE ? 1 : 0;
+        if (header.isListEnd != 0) {
+            // Nothing follows, whatever the length says (RTPS 9.4.2.11).
+            header.length = 0;
+        }
         if (header.id == QEL_CDR_PARAMETER_ID_EXTENDED && !next.read_extended_part(header)) {
             return false;
         }

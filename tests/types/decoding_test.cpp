@@ -58,6 +58,9 @@ TEST(Decoding, OfOtherVersionsOfATypeKeepsWhatIsKnown) {
         {"a member twice",
          "02 00 06 00  02 00 00 00  'x' 00  00 00 " + identity + all_but_identity},
         {"something behind the end", identity + all_but_identity + "01 00 04 00 01 00 00 00"},
+        {"an end with a length", identity + level + category + message + "02 7F 04 00 01 00 00 00"},
+        {"an end with a length beyond the input",
+         identity + level + category + message + "02 3F FF FF "},
     };
     for (const auto& input : inputs) {
         Sample<QEL_KX_LogMessage> sample;

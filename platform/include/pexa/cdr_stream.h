@@ -140,8 +140,9 @@ PEXA_API QELBool QELCdrStream_serializeParameterLength(QELCdrStream* self,
                                                        const QELCdrOpenParameter* parameter);
 /** Writes the list-end header: id 0x3F02, must-understand set, length 0. */
 PEXA_API QELBool QELCdrStream_serializeListEnd(QELCdrStream* self);
-/** Reads a header of either form. @return 0 when it is incomplete, its length exceeds the buffer,
- * or an extended header has less than 8 bytes. */
+/** Reads a header of either form. The length of a list end is ignored and given as 0. @return 0
+ * when it is incomplete, its length exceeds the buffer, or an extended header has less than 8
+ * bytes. */
 PEXA_API QELBool QELCdrStream_deserializeParameterHeader(QELCdrStream* self,
                                                          QELCdrParameterHeader* header);
 /** Moves to the end of the member by the length in its header, however much of it was read. */
