@@ -1,6 +1,7 @@
 #include "types/compiled_members.hpp"
 #include "types/encoding.hpp"
 #include "types/record_access.hpp"
+#include "types/values.hpp"
 
 namespace orvane::types {
 
@@ -41,6 +42,8 @@ Success decode_sequence(void* sequence, const MemberDescriptor& member, QELCdrSt
 }  // namespace
 
 Success decode_variable_value(void* value, const MemberDescriptor& member, QELCdrStream& stream) {
+    // The member may occur twice, and the last one counts as a whole.
+    reset_variable_value(value, member);
     return member.kind == MemberKind::Sequence
                ? decode_sequence(value, member, stream)
                : decode(*member.type, value, stream, Selection::All);

@@ -189,6 +189,10 @@ TEST(Decoding, OfACommandInsideARequestEndsWithItsHeader) {
          "03 00 10 00 " + discriminator + format, 6},
         {"without its branch", "03 00 08 00 " + discriminator, 0},
         {"empty", "03 00 00 00 ", 0},
+        {"behind another one, of which nothing stays",
+         "03 00 24 00 00 00 04 00  01 00 00 00 02 00 0C 00  01 00 00 00  02 00 00 00  03 00 00 00 "
+         "03 00 04 00  06 00 00 00 02 7F 00 00 03 00 0C 00 00 00 04 00  00 00 00 00 02 7F 00 00 ",
+         0},
         {"with more behind its end",
          "03 00 18 00 " + discriminator + format + list_end + "FF FF FF FF ", 6},
         {"with a member that reaches behind it",
@@ -201,6 +205,7 @@ TEST(Decoding, OfACommandInsideARequestEndsWithItsHeader) {
         const Bytes whole = bytes(std::string(before).append(input.command).append(list_end));
         EXPECT_EQ(decode(*sample, whole, &after), input.accepted) << input.what;
         EXPECT_EQ(sample->command._u.printFormat, input.format) << input.what;
+        EXPECT_EQ(sample->command._u.categoryAndVerbosity.length, 0) << input.what;
         EXPECT_EQ(after.size, whole.size()) << input.what;
         EXPECT_TRUE(!input.accepted || after.position == whole.size()) << input.what;
     }
