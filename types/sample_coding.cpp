@@ -10,24 +10,17 @@ namespace {
 
 using pexa::CdrCursor;
 
-/** Restores the alignment origin of the stream after a body. The encapsulation header has moved it.
- */
+/** Restores the alignment origin of the stream, which the encapsulation header moves. */
 class OriginScope {
 public:
-    OriginScope(QELCdrStream& stream, PayloadParts parts)
-        : stream_(stream), origin_(stream.origin), parts_(parts) {}
-    ~OriginScope() {
-        if (parts_.body) {
-            stream_.origin = origin_;
-        }
-    }
+    explicit OriginScope(QELCdrStream& stream) : stream_(stream), origin_(stream.origin) {}
+    ~OriginScope() { stream_.origin = origin_; }
     OriginScope(const OriginScope&) = delete;
     OriginScope& operator=(const OriginScope&) = delete;
 
 private:
     QELCdrStream& stream_;
     std::size_t origin_;
-    PayloadParts parts_;
 };
 
 /** The outermost mutable type decides the form of the member headers for all types inside it. */
@@ -86,13 +79,13 @@ Success serialize(const TypeTable& table, TULVEndpointData endpoint, const void*
     if (stream == nullptr) {
         return false;
     }
-    const OriginScope origin(*stream, parts);
-    if ((parts.body && sample == nullptr) ||
-        !write_encapsulation(table, *stream, encapsulation_id, parts)) {
-        return false;
-    }
     if (!parts.body) {
-        return true;
+        // The body that follows is aligned from here.
+        return write_encapsulation(table, *stream, encapsulation_id, parts);
+    }
+    const OriginScope origin(*stream);
+    if (sample == nullptr || !write_encapsulation(table, *stream, encapsulation_id, parts)) {
+        return false;
     }
     const HeaderFormScope form(table, endpoint, *stream);
     return encode(table, sample, *stream, stream->extendedHeaders != 0, parts.selection);
@@ -103,7 +96,7 @@ Success deserialize(const TypeTable& table, void* sample, QELCdrStream* stream,
     if (stream == nullptr) {
         return false;
     }
-    const OriginScope origin(*stream, parts);
+    const OriginScope origin(*stream);
     if ((parts.body && sample == nullptr) || !read_encapsulation(*stream, parts)) {
         return false;
     }
@@ -127,7 +120,7 @@ Success skip_sample(const TypeTable& table, QELCdrStream* stream, PayloadParts p
     if (stream == nullptr) {
         return false;
     }
-    const OriginScope origin(*stream, parts);
+    const OriginScope origin(*stream);
     return read_encapsulation(*stream, parts) && (!parts.body || skip(table, *stream));
 }
 

@@ -212,7 +212,11 @@ TEST(Encoding, CanBeDoneInTwoStepsOfWhichEitherMayBeLeftOut) {
 
     Sample<QEL_KX_LogMessage> decoded;
     stream = stream_over(buffer);
+    EXPECT_TRUE(Log::skip(nullptr, &stream, 1, 0, nullptr));
+    EXPECT_EQ(stream.origin, 0U) << "as after a whole sample";
+    stream = stream_over(buffer);
     EXPECT_TRUE(Log::deserialize_sample(nullptr, nullptr, &stream, 1, 0, nullptr));
+    EXPECT_EQ(stream.origin, 0U);
     EXPECT_TRUE(Log::deserialize_sample(nullptr, decoded.get(), &stream, 0, 1, nullptr));
     EXPECT_EQ(encoded(*decoded), buffer);
 }
