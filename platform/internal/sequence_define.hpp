@@ -127,14 +127,16 @@ const PEXASequence* any_sequence(const Sequence* sequence) {
             PEXASequence_get_contiguous_buffer(pexa::any_sequence(self), &(elementDescription)));  \
     }                                                                                              \
     Element* Seq##_get_contiguous_bufferI(Seq* self) {                                             \
-        return Seq##_get_contiguous_buffer(self);                                                  \
+        return static_cast<Element*>(                                                              \
+            PEXASequence_get_contiguous_bufferI(pexa::any_sequence(self), &(elementDescription))); \
     }                                                                                              \
     Element** Seq##_get_discontiguous_buffer(Seq* self) {                                          \
         return reinterpret_cast<Element**>(PEXASequence_get_discontiguous_buffer(                  \
             pexa::any_sequence(self), &(elementDescription)));                                     \
     }                                                                                              \
     Element** Seq##_get_discontiguous_bufferI(Seq* self) {                                         \
-        return Seq##_get_discontiguous_buffer(self);                                               \
+        return reinterpret_cast<Element**>(PEXASequence_get_discontiguous_bufferI(                 \
+            pexa::any_sequence(self), &(elementDescription)));                                     \
     }                                                                                              \
     DDS_Boolean Seq##_to_array(Seq* self, Element* array, DDS_Long count) {                        \
         return PEXASequence_to_array(pexa::any_sequence(self), &(elementDescription), array,       \

@@ -246,6 +246,14 @@ void** PEXASequence_get_discontiguous_buffer(PEXASequence* self, const PEXASeque
     return value_of(&PEXASequence::discontiguousBuffer, self, {type, "get_discontiguous_buffer"});
 }
 
+void* PEXASequence_get_contiguous_bufferI(PEXASequence* self, const PEXASequenceElement* type) {
+    return value_of(&PEXASequence::contiguousBuffer, self, {type, "get_contiguous_bufferI"});
+}
+
+void** PEXASequence_get_discontiguous_bufferI(PEXASequence* self, const PEXASequenceElement* type) {
+    return value_of(&PEXASequence::discontiguousBuffer, self, {type, "get_discontiguous_bufferI"});
+}
+
 DDS_Boolean PEXASequence_get_read_tokenI(PEXASequence* self, const PEXASequenceElement* type,
                                          void** token1, void** token2) {
     return to_boolean(pexa::base::get_read_tokens(self, type, token1, token2));

@@ -131,6 +131,12 @@ PEXA_API void* PEXASequence_get_contiguous_buffer(PEXASequence* self,
                                                   const PEXASequenceElement* type);
 PEXA_API void** PEXASequence_get_discontiguous_buffer(PEXASequence* self,
                                                       const PEXASequenceElement* type);
+/** As without the I, but for the name in the report of NULL. */
+PEXA_API void* PEXASequence_get_contiguous_bufferI(PEXASequence* self,
+                                                   const PEXASequenceElement* type);
+/** As without the I, but for the name in the report of NULL. */
+PEXA_API void** PEXASequence_get_discontiguous_bufferI(PEXASequence* self,
+                                                       const PEXASequenceElement* type);
 /** Copies all elements into @p array, which has @p count initialised elements. */
 PEXA_API DDS_Boolean PEXASequence_to_array(PEXASequence* self, const PEXASequenceElement* type,
                                            void* array, DDS_Long count);
