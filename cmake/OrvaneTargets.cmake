@@ -66,8 +66,11 @@ function(orvane_make_shared name)
                    INSTALL_RPATH "$ORIGIN"
                    LINKER_LANGUAGE CXX
                    LINK_DEPENDS "${map}")
-    # Symbols are looked up when the library is loaded, not in the middle of a first call.
-    target_link_options(${name} PRIVATE "LINKER:--version-script=${map}" "LINKER:-z,now")
+    # Symbols are looked up when the library is loaded, not in the middle of a first call. Nor is it
+    # ever unmapped: the engine calls into our code as long as it has types and samples of ours,
+    # which is as long as the domain lives, and that may be the application's.
+    target_link_options(
+        ${name} PRIVATE "LINKER:--version-script=${map}" "LINKER:-z,now" "LINKER:-z,nodelete")
     if(NOT ORVANE_SANITIZE)
         # With Clang the sanitizer's functions come from the executable only.
         target_link_options(${name} PRIVATE LINKER:--no-undefined)
