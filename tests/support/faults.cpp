@@ -239,8 +239,6 @@ extern "C" void dds_write_flush(int writer);
 WRAP(1, dds_write_flush, 0);
 extern "C" int dds_forwardcdr(int writer, void* data);
 WRAP(2, dds_forwardcdr, -10);  // a time-out
-extern "C" void dds_write_set_batch(bool enable);
-WRAP(1, dds_write_set_batch, 0);
 
 // Wrapped at link time rather than replaced: sanitizers bring their own.
 static Wrapped new_group(orvane::test::new_expression);

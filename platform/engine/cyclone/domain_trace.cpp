@@ -4,7 +4,7 @@
 #include <optional>
 #include <unordered_set>
 
-extern "C" void pexa_cyclone_store_trace_mask(struct ddsi_domaingv* domain, std::uint32_t mask);
+#include "platform/engine/cyclone/domain_record.h"
 
 namespace pexa::engine::cyclone {
 

@@ -10,6 +10,7 @@
 
 #include "platform/engine/cyclone/domain_trace.hpp"
 #include "platform/engine/cyclone/serdata.hpp"
+#include "platform/engine/cyclone/writer_batching.hpp"
 
 namespace pexa::engine::cyclone {
 
@@ -71,9 +72,11 @@ uint32_t hash(const ddsi_sertype* type) {
     return static_cast<uint32_t>(shared_of(type).number());
 }
 
-// The one representation serves every endpoint; Cyclone counts the use by itself.
+// The one representation serves every endpoint; Cyclone counts the use by itself. For a new writer
+// it asks right after it has looked whether the writer batches.
 ddsi_sertype* derive(const ddsi_sertype* base, dds_data_representation_id_t representation,
                      dds_type_consistency_enforcement_qospolicy_t) {
+    end_batching_window();
     return representation == DDS_DATA_REPRESENTATION_XCDR1 ? const_cast<ddsi_sertype*>(base)
                                                            : nullptr;
 }

@@ -1,13 +1,12 @@
 #include <dds/dds.h>
 #include <dds/ddsi/q_protocol.h>
 
-#include <mutex>
-
 #include "platform/engine/cyclone/entity_records.hpp"
 #include "platform/engine/cyclone/entity_tree.hpp"
 #include "platform/engine/cyclone/listener_conversion.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
 #include "platform/engine/cyclone/results.hpp"
+#include "platform/engine/cyclone/writer_batching.hpp"
 #include "platform/engine/engine.hpp"
 
 namespace pexa::engine {
@@ -37,25 +36,15 @@ Qos with_late_reader_history(const Qos& qos, EntityId topic) {
     return out;
 }
 
-// Batching is a switch of the process, which Cyclone looks at when a writer is created. So the
-// first batching writer overrides the configuration of Cyclone, and a writer that the application
-// creates with Cyclone's own interface at this very moment batches, too.
-dds_entity_t create_cyclone_writer(EntityId publisher, EntityId topic, const Qos& qos,
-                                   const ListenerSetting& listener) {
-    static std::mutex batching_mutex;
+dds_entity_t create_cyclone_writer(EntityId publisher, EntityId topic, const ddsi_sertype* type,
+                                   const Qos& qos, const ListenerSetting& listener) {
     const cyclone::QosPtr cyclone_qos = cyclone::to_cyclone(qos);
     const cyclone::ListenerPtr cyclone_listener = cyclone::to_cyclone(listener);
-    const std::lock_guard lock(batching_mutex);
+    const auto create = [&] {
+        return dds_create_writer(publisher, topic, cyclone_qos.get(), cyclone_listener.get());
+    };
     const bool batches = qos.batching.value_or(false);
-    if (batches) {
-        dds_write_set_batch(true);
-    }
-    const dds_entity_t writer =
-        dds_create_writer(publisher, topic, cyclone_qos.get(), cyclone_listener.get());
-    if (batches) {
-        dds_write_set_batch(false);
-    }
-    return writer;
+    return batches ? cyclone::create_batching(type, cyclone_qos.get(), create) : create();
 }
 
 std::uint32_t status_info(WriteKind kind, const WriterRecord& writer) {
@@ -119,7 +108,8 @@ Created create_writer(EntityId publisher, EntityId topic, const Qos& qos,
     }
     auto record = std::make_shared<WriterRecord>(std::move(topic_record), qos);
     const dds_entity_t writer =
-        create_cyclone_writer(publisher, topic, with_late_reader_history(qos, topic), listener);
+        create_cyclone_writer(publisher, topic, record->use.topic().sertype,
+                              with_late_reader_history(qos, topic), listener);
     if (writer > 0) {
         cyclone::writers().add(writer, std::move(record));
     }
