@@ -45,8 +45,9 @@ void set_log_sink(LogSink sink, void* context) noexcept;
 
 /// Chooses the categories that reach the sink, at any time, for existing and future domains.
 ///
-/// Fatal lines always pass. Traces of a domain start with the first topic that this process creates
-/// in it. Earlier traces pass only if the engine's configuration enables them, too.
+/// Fatal lines always pass, and also go to standard error. Traces of a domain start with the first
+/// topic that this process creates in it. Earlier traces pass only if the engine's configuration
+/// enables them, too.
 void set_log_mask(LogMask mask) noexcept;
 
 }  // namespace pexa::engine

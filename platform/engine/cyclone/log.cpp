@@ -1,9 +1,15 @@
 #include "platform/engine/log.hpp"
 
 #include <dds/dds.h>
+#include <poll.h>
+#include <pthread.h>
+#include <sys/uio.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <csignal>
 #include <mutex>
+#include <tuple>
 
 #include "platform/engine/cyclone/domain_trace.hpp"
 
@@ -65,6 +71,25 @@ Target target;
 std::atomic<LogMask> chosen_mask{log_bit(LogCategory::fatal) | log_bit(LogCategory::error) |
                                  log_bit(LogCategory::warning)};
 
+/// The process ends right after this line, and neither a device nor a verbosity shall hide why.
+void write_last_words(std::string_view line) {
+    // A closed pipe must not end the process in another way than the engine does.
+    sigset_t signal;
+    sigemptyset(&signal);
+    sigaddset(&signal, SIGPIPE);
+    pthread_sigmask(SIG_BLOCK, &signal, nullptr);
+    // Nor may a blocked one keep it from ending.
+    constexpr int patience_ms = 1000;
+    pollfd ready = {STDERR_FILENO, POLLOUT, 0};
+    if (poll(&ready, 1, patience_ms) <= 0) {
+        return;
+    }
+    char end = '\n';
+    const iovec parts[] = {{const_cast<char*>(line.data()), line.size()}, {&end, 1}};
+    // Nobody is left to be told of a failure.
+    std::ignore = writev(STDERR_FILENO, parts, std::size(parts));
+}
+
 extern "C" void forward_log(void*, const dds_log_data_t* data) {
     const LogCategory category = category_of(data->priority);
     const LogMask passing =
@@ -77,6 +102,9 @@ extern "C" void forward_log(void*, const dds_log_data_t* data) {
         const std::size_t end = text.find('\n');
         const std::string_view line = text.substr(0, end);
         if (!line.empty()) {
+            if (category == LogCategory::fatal) {
+                write_last_words(line);
+            }
             target.sink(target.context, category, line);
         }
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);

@@ -7,6 +7,7 @@
 
 #include "platform/engine/cyclone/qos_conversion.hpp"
 #include "platform/engine/cyclone/serdata.hpp"
+#include "platform/engine/log.hpp"
 #include "tests/platform/engine/every_policy.hpp"
 
 namespace pexa::engine::cyclone {
@@ -18,6 +19,15 @@ TEST(QosConversion, KeepsEveryPolicyAndAddsNone) {
     for (const Qos& qos : {every, Qos{}}) {
         EXPECT_EQ(from_cyclone(to_cyclone(qos).get()), qos);
     }
+}
+
+TEST(EngineLogDeathTest, FatalReportsReachStandardErrorWhateverTheMaskAndTheSink) {
+    const auto fail = [] {
+        set_log_sink([](void*, LogCategory, std::string_view) {}, nullptr);
+        set_log_mask(0);
+        dds_log(DDS_LC_FATAL, __FILE__, __LINE__, "test", "no more threads\n");
+    };
+    EXPECT_DEATH(fail(), "^no more threads\n$");
 }
 
 /// A type of which the first bytes of a payload are the key.
