@@ -1,7 +1,6 @@
 #include "admin/logger_bridge.hpp"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 #include "admin/state.hpp"
@@ -12,6 +11,7 @@
 #include "core/report.hpp"
 #include "core/write_thread.hpp"
 #include "orvane/core.h"
+#include "pexa/osapi.h"
 #include "platform/internal/number_of.hpp"
 
 namespace orvane::admin {
@@ -61,7 +61,7 @@ void write_device(const PEXA_Config_LogMessage* message) {
     }
     const std::size_t length = std::strlen(message->text);
     if (length != 0) {
-        std::printf(message->text[length - 1] == '\n' ? "%s" : "%s\n", message->text);
+        QELOsapi_printLine(message->text[length - 1] == '\n' ? "%s" : "%s\n", message->text);
     }
 }
 

@@ -1,23 +1,23 @@
 #include "core/printer.hpp"
 
-#include <cstdio>
 #include <string_view>
 
 #include "core/level_names.hpp"
+#include "pexa/osapi.h"
 
 namespace orvane::core {
 namespace {
 
 constexpr const char* own_name = "QEL_KX_Orvane_printMessage";
 
-// One call of printf per line: standard output is locked for that long, so lines stay whole.
+// One call per line, so that lines stay whole.
 DDS_ReturnCode_t print_line(std::string_view message, const char* context, DDS_Long level) {
     if (message.empty()) {
-        std::printf("KX Error: %s: Message to print is empty.\n", own_name);
+        QELOsapi_printLine("KX Error: %s: Message to print is empty.\n", own_name);
         return DDS_RETCODE_BAD_PARAMETER;
     }
     const char* end = message.back() == '\n' ? "" : "\n";
-    std::printf("%s: %s: %s%s", printed_level_name(level), context, message.data(), end);
+    QELOsapi_printLine("%s: %s: %s%s", printed_level_name(level), context, message.data(), end);
     return DDS_RETCODE_OK;
 }
 
@@ -25,7 +25,7 @@ DDS_ReturnCode_t print_line(std::string_view message, const char* context, DDS_L
 
 DDS_ReturnCode_t print_message(const char* message, const char* context, DDS_Long level) {
     if (message == nullptr || context == nullptr) {
-        std::printf("KX Error: %s: String passed as parameter is NULL.\n", own_name);
+        QELOsapi_printLine("KX Error: %s: String passed as parameter is NULL.\n", own_name);
         return DDS_RETCODE_PRECONDITION_NOT_MET;
     }
     return print_line(message, context, level);

@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <mutex>
 
+#include "pexa/osapi.h"
+
 namespace pexa::base {
 
 namespace {
@@ -20,7 +22,7 @@ struct Sink {
 
 void print_to_standard_output(void* /*data*/, QELLogModule /*module*/, QELLogLevel /*level*/,
                               const char* text) {
-    std::printf("%s\n", text);
+    QELOsapi_printLine("%s\n", text);
 }
 
 constexpr unsigned module_count = 3;

@@ -1,4 +1,5 @@
 #include "pexa/osapi.h"
+#include "platform/base/os/call_marks.hpp"
 #include "platform/base/os/deadline.hpp"
 #include "platform/base/os/fork.hpp"
 #include "platform/base/os/recursive_mutex.hpp"
@@ -10,8 +11,6 @@ namespace {
 constexpr DDS_UnsignedLong patience_ns = 10'000'000;
 
 constinit RecursiveMutex global_mutex;
-
-[[gnu::tls_model("initial-exec")]] constinit thread_local unsigned device_call_depth = 0;
 
 /// @param abandon NULL, or a flag that ends the wait.
 Status lock_unless(const DDS_Long* abandon) {

@@ -5,6 +5,7 @@
 #include "platform/dds/domain/participant.hpp"
 #include "platform/dds/domain/participant_factory.hpp"
 #include "platform/dds/endpoints/reader.hpp"
+#include "platform/dds/interface/engine_call.hpp"
 
 namespace pexa::dds {
 
@@ -80,6 +81,7 @@ Status Subscriber::delete_contained(const Operation& operation) {
 }
 
 void SubscriberDispatch::on_data_on_readers(engine::EntityId /*id*/) {
+    const EngineCall mark;
     DDS_DomainParticipantListener listener;
     if (subscriber_.listeners().find(engine::data_on_readers_status, listener)) {
         const DDS_SubscriberListener& chosen = listener.as_subscriberlistener;

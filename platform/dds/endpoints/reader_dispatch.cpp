@@ -1,6 +1,7 @@
 #include "platform/dds/endpoints/reader_dispatch.hpp"
 
 #include "platform/dds/endpoints/reader.hpp"
+#include "platform/dds/interface/engine_call.hpp"
 #include "platform/dds/listeners/announce.hpp"
 
 namespace pexa::dds {
@@ -32,6 +33,7 @@ void ReaderDispatch::on_status(engine::EntityId /*id*/, engine::StatusMask kind,
 }
 
 void ReaderDispatch::on_data_available(engine::EntityId /*id*/) {
+    const EngineCall mark;
     DDS_DomainParticipantListener listener;
     if (reader_.listeners().find(engine::data_available_status, listener)) {
         const DDS_DataReaderListener& chosen = listener.as_subscriberlistener.as_datareaderlistener;

@@ -2,6 +2,7 @@
 /// @brief Calling the application's listener with a status that has changed.
 #pragma once
 
+#include "platform/dds/interface/engine_call.hpp"
 #include "platform/dds/interface/handle.hpp"
 #include "platform/dds/listeners/listener_slot.hpp"
 #include "platform/dds/listeners/status_conversion.hpp"
@@ -28,6 +29,7 @@ inline const DDS_DataReaderListener& part(const DDS_DomainParticipantListener& l
 template <typename Object, typename Part, typename Record>
 void announce(Object& object, void (*Part::*slot)(void*, typename Object::Handle*, const Record*),
               const engine::CommunicationStatus& status) {
+    const EngineCall mark;
     Record record{};
     DDS_DomainParticipantListener listener;
     if (!object.listeners().find(kind_of(record), listener)) {

@@ -4,6 +4,7 @@
 
 #include "pexa/osapi.h"
 #include "platform/dds/interface/operation.hpp"
+#include "platform/internal/cancellation.hpp"
 
 namespace {
 
@@ -77,6 +78,7 @@ pexa::Status PEXA_Config_Logger::set_device(const PEXA_Config_LoggerDevice* devi
     if (device != nullptr && device->write == nullptr) {
         return Status::bad_parameter;
     }
+    const pexa::NoCancellation whole_change;
     const PEXA_Config_LoggerDevice* old = device_.exchange(device, std::memory_order_acq_rel);
     if (old != nullptr && old != device && old->close != nullptr) {
         old->close(old);
@@ -89,6 +91,8 @@ void PEXA_Config_Logger::receive(PEXA_Config_LogCategory category, PEXA_Config_L
     if (!pexa::dds::passes(verbosity(category), level)) {
         return;
     }
+    // The device is the application's, and the port or the engine may hold locks.
+    const pexa::NoCancellation whole_report;
     const PEXA_Config_LoggerDevice* receiver = device();
     if (receiver == nullptr || QELOsapi_isInDeviceCall() != 0) {
         pexa::dds::print_line(print_format(), category, level, source, text);

@@ -137,8 +137,7 @@ void print_line(PEXA_Config_LogPrintFormat format, PEXA_Config_LogCategory categ
 
     std::array<char, longest_message + longest_prefix> line;
     const std::size_t length = format_line(line, format, content);
-    // A failing standard output leaves nowhere to report to.
-    static_cast<void>(std::fwrite(line.data(), 1, length, stdout));
+    QELOsapi_printLine("%.*s", static_cast<int>(length), line.data());
 }
 
 }  // namespace pexa::dds

@@ -1,9 +1,10 @@
 #include "platform/dds/log/log_sources.hpp"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
+#include "pexa/osapi.h"
+#include "platform/dds/interface/engine_call.hpp"
 #include "platform/dds/log/config_logger.hpp"
 
 namespace pexa::dds {
@@ -20,6 +21,7 @@ void receive_from_port(void* /*context*/, QELLogModule module, QELLogLevel level
 }
 
 void receive_from_engine(void* /*context*/, engine::LogCategory category, std::string_view text) {
+    const EngineCall mark;
     std::array<char, longest_message + 1> terminated;
     const std::size_t length = std::min(text.size(), longest_message);
     std::memcpy(terminated.data(), text.data(), length);
@@ -29,7 +31,7 @@ void receive_from_engine(void* /*context*/, engine::LogCategory category, std::s
     PEXA_Config_Logger::instance().receive(sorted, level, LogSource::engine, terminated.data());
     if (category == engine::LogCategory::fatal) {
         // The engine ends the process without flushing standard output.
-        std::fflush(stdout);
+        QELOsapi_flushLines();
     }
 }
 

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/dds/interface/engine_call.hpp"
+
 namespace pexa::dds {
 
 namespace {
@@ -46,7 +48,7 @@ struct TypeAdapter::Scratch {
     std::unique_ptr<Scratch> next;
 };
 
-/// Takes an idle scratch, or makes a new scratch, for one call.
+/// Takes an idle scratch, or makes a new scratch, for one call of the engine.
 class TypeAdapter::BorrowedScratch {
 public:
     explicit BorrowedScratch(const TypeAdapter& adapter) : adapter_(adapter) {
@@ -76,6 +78,7 @@ public:
     void* sample() const { return scratch_->sample; }
 
 private:
+    const EngineCall mark_;
     const TypeAdapter& adapter_;
     std::unique_ptr<Scratch> scratch_;
 };

@@ -229,6 +229,26 @@ PEXA_API QELBool QELOsapi_isEngineLost(void);
 PEXA_API int QELOsapi_callInChild(void (*function)(void));
 /** @} */
 
+/**
+ * @name Standard output
+ * All lines of the middleware and of libraries on top of it go there by these operations. A line
+ * is written as a whole. It raises no SIGPIPE when nobody reads the pipe any more, and the thread
+ * is not cancelled meanwhile. A thread may wait for a standard output that blocks, except inside a
+ * device call (@ref QELOsapi_enterDeviceCall) and inside a call by the engine. There a line that
+ * would have to wait is dropped. The next line that is printed follows a line with the number of
+ * the dropped lines.
+ * @{
+ */
+/** Prints like printf. Where the thread must not wait, a text of more than 4096 bytes is cut. */
+PEXA_API void QELOsapi_printLine(const char* format, ...) __attribute__((format(printf, 1, 2)));
+/** Flushes the buffer of standard output, as far as the thread may wait for that. */
+PEXA_API void QELOsapi_flushLines(void);
+/** Marks the calling thread as being called by the engine. Marks nest. */
+PEXA_API void QELOsapi_enterEngineCall(void);
+/** Ends the innermost mark of @ref QELOsapi_enterEngineCall. */
+PEXA_API void QELOsapi_leaveEngineCall(void);
+/** @} */
+
 PEXA_END_C
 
 #endif
