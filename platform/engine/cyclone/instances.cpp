@@ -18,10 +18,16 @@ Status get_reader_key(EntityId reader, const KeyHash& instance, Payload& key) {
     }
     cyclone::SampleView view;
     const Status result = cyclone::status_of(dds_instance_get_key(reader, handle, &view));
-    if (result == Status::ok) {
-        key = PayloadAccess::adopt(cyclone::SerdataPtr(const_cast<cyclone::Serdata*>(view.data)));
+    if (result != Status::ok) {
+        return result;
     }
-    return result;
+    cyclone::SerdataPtr found(const_cast<cyclone::Serdata*>(view.data));
+    // There was no memory for the key when the instance became known.
+    if (found->kind != SDK_KEY) {
+        return Status::out_of_resources;
+    }
+    key = PayloadAccess::adopt(std::move(found));
+    return Status::ok;
 }
 
 }  // namespace

@@ -177,7 +177,7 @@ Status read_or_take_next_instance(EntityId reader, Access access, const StateMas
     if (!request || !record) {
         return Status::bad_parameter;
     }
-    const cyclone::InstanceIndex& instances = record->use.topic().type->instances();
+    const cyclone::InstanceIndex& instances = *record->use.topic().type->instances();
     std::optional<KeyHash> instance = instances.next(previous);
     for (; instance; instance = instances.next(&*instance)) {
         const LocalHandle handle = cyclone::find_instance(reader, *instance);

@@ -16,7 +16,8 @@ namespace pexa::engine::cyclone {
 
 namespace {
 
-static_assert(sizeof(Serdata) % 8 == 0, "payloads must be aligned to 8 bytes");
+static_assert(sizeof(Serdata) % 8 == 0 && sizeof(InstanceSerdata) % 8 == 0,
+              "payloads must be aligned to 8 bytes");
 
 // The wire rounds payloads up to a multiple of this.
 constexpr std::size_t payload_unit = 4;
@@ -40,6 +41,49 @@ private:
 
 PayloadKind payload_kind(ddsi_serdata_kind kind) {
     return kind == SDK_DATA ? PayloadKind::data : PayloadKind::key;
+}
+
+template <typename Header>
+SerdataPtr make(const ddsi_sertype* type, ddsi_serdata_kind kind, std::size_t size) {
+    if (size > std::numeric_limits<std::uint32_t>::max() - payload_unit) {
+        return nullptr;
+    }
+    const std::size_t rounded = (size + payload_unit - 1) / payload_unit * payload_unit;
+    void* const memory = std::malloc(sizeof(Header) + rounded);
+    if (memory == nullptr) {
+        return nullptr;
+    }
+    SerdataPtr data(new (memory) Header{});
+    ddsi_serdata_init(data.get(), type, kind);
+    data->type_number = shared_of(type).number();
+    data->size = static_cast<std::uint32_t>(size);
+    data->header_size = sizeof(Header);
+    std::memset(data->data() + size, 0, rounded - size);
+    return data;
+}
+
+template <typename Header>
+SerdataPtr make_key(const Serdata& data) {
+    const SharedType& shared = shared_of(data.type);
+    SerdataPtr key;
+    const auto allocate = [&](std::size_t size) -> std::byte* {
+        key = make<Header>(data.type, SDK_KEY, size);
+        return key ? key->data() : nullptr;
+    };
+    if (shared.keyed() && data.kind == SDK_KEY && allocate(data.size) != nullptr) {
+        std::memcpy(key->data(), data.data(), data.size);
+    }
+    if (shared.keyed() && data.kind == SDK_DATA &&
+        !shared.type().write_key(data.bytes(), allocate)) {
+        key.reset();
+    }
+    if (!key) {
+        key = make<Header>(data.type, SDK_KEY, 0);
+    }
+    if (key) {
+        key->set_key(data.key);
+    }
+    return key;
 }
 
 // Gives a received sample its key, or drops it.
@@ -158,12 +202,16 @@ bool to_sample(const ddsi_serdata* data, void* sample, void**, void*) {
 }
 
 ddsi_serdata* to_untyped(const ddsi_serdata* data) noexcept {
-    SerdataPtr key = make_key_serdata(*Reading(data));
+    SerdataPtr key = make_key<InstanceSerdata>(*Reading(data));
     if (!key) {
-        return nullptr;
+        // Cyclone cannot be refused. The sample itself stands for the instance, and no index has
+        // it.
+        return ddsi_serdata_ref(data);
     }
-    key->indexed_in = static_cast<const Sertype*>(data->type)->shared;
-    key->indexed_in->instances().add(key->key);
+    auto& instance = static_cast<InstanceSerdata&>(*key);
+    instance.place.key = key->key;
+    instance.index = shared_of(data->type).instances();
+    instance.index->add(instance.place);
     return key.release();
 }
 
@@ -176,10 +224,13 @@ void free_serdata(ddsi_serdata* data) {
     auto* const serdata = static_cast<Serdata*>(data);
     acquire(&data->refc.v);
     acquire(data);
-    if (serdata->indexed_in) {
-        serdata->indexed_in->instances().remove(serdata->key);
+    if (serdata->header_size == sizeof(InstanceSerdata)) {
+        auto& instance = static_cast<InstanceSerdata&>(*serdata);
+        if (instance.index) {
+            instance.index->remove(instance.place);
+        }
+        instance.~InstanceSerdata();
     }
-    serdata->~Serdata();
     std::free(serdata);
 }
 
@@ -244,43 +295,11 @@ void Serdata::set_key(const KeyHash& hash_bytes) {
 }
 
 SerdataPtr make_serdata(const ddsi_sertype* type, ddsi_serdata_kind kind, std::size_t size) {
-    if (size > std::numeric_limits<std::uint32_t>::max() - payload_unit) {
-        return nullptr;
-    }
-    const std::size_t rounded = (size + payload_unit - 1) / payload_unit * payload_unit;
-    void* const memory = std::malloc(sizeof(Serdata) + rounded);
-    if (memory == nullptr) {
-        return nullptr;
-    }
-    SerdataPtr data(new (memory) Serdata{});
-    ddsi_serdata_init(data.get(), type, kind);
-    data->type_number = shared_of(type).number();
-    data->size = static_cast<std::uint32_t>(size);
-    std::memset(data->data() + size, 0, rounded - size);
-    return data;
+    return make<Serdata>(type, kind, size);
 }
 
 SerdataPtr make_key_serdata(const Serdata& data) {
-    const SharedType& shared = shared_of(data.type);
-    SerdataPtr key;
-    const auto allocate = [&](std::size_t size) -> std::byte* {
-        key = make_serdata(data.type, SDK_KEY, size);
-        return key ? key->data() : nullptr;
-    };
-    if (shared.keyed() && data.kind == SDK_KEY && allocate(data.size) != nullptr) {
-        std::memcpy(key->data(), data.data(), data.size);
-    }
-    if (shared.keyed() && data.kind == SDK_DATA &&
-        !shared.type().write_key(data.bytes(), allocate)) {
-        key.reset();
-    }
-    if (!key) {
-        key = make_serdata(data.type, SDK_KEY, 0);
-    }
-    if (key) {
-        key->set_key(data.key);
-    }
-    return key;
+    return make_key<Serdata>(data);
 }
 
 }  // namespace pexa::engine::cyclone

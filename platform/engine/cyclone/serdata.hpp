@@ -12,23 +12,28 @@
 
 namespace pexa::engine::cyclone {
 
-/// One allocation: this header, then the payload. Cyclone counts the references and fixes the
-/// meaning of the base's members; `type` is not owned and may dangle once topics are deleted, so
-/// nothing that can happen later looks at it.
+/// One allocation: this header or a longer one, then the payload. Cyclone counts the references and
+/// fixes the meaning of the base's members; `type` is not owned and may dangle once topics are
+/// deleted, so nothing that can happen later looks at it.
 struct Serdata : ddsi_serdata {
     KeyHash key{};
     std::uint64_t type_number = 0;
     std::uint32_t size = 0;
-    /// Of the copies that stand for an instance in Cyclone's map: the type in whose index they
-    /// are. Empty otherwise.
-    std::shared_ptr<SharedType> indexed_in;
+    std::uint32_t header_size = 0;
 
-    std::byte* data() { return reinterpret_cast<std::byte*>(this + 1); }
-    const std::byte* data() const { return reinterpret_cast<const std::byte*>(this + 1); }
+    std::byte* data() { return reinterpret_cast<std::byte*>(this) + header_size; }
+    const std::byte* data() const { return reinterpret_cast<const std::byte*>(this) + header_size; }
     std::span<const std::byte> bytes() const { return {data(), size}; }
     std::span<std::byte> writable_bytes() { return {data(), size}; }
 
     void set_key(const KeyHash& hash);
+};
+
+/// Stands for an instance in Cyclone's map: its key, and its place in the index. Cyclone may keep
+/// it when all topics are gone. So it must not keep the type alive.
+struct InstanceSerdata : Serdata {
+    InstanceIndex::Place place;
+    std::shared_ptr<InstanceIndex> index;
 };
 
 struct SerdataRelease {
@@ -40,7 +45,7 @@ using SerdataPtr = std::unique_ptr<Serdata, SerdataRelease>;
 /// @return a sample with room for @p size bytes and without key, or NULL without memory
 SerdataPtr make_serdata(const ddsi_sertype* type, ddsi_serdata_kind kind, std::size_t size);
 
-/// @return the sample that stands for the instance of @p data: its key and nothing else
+/// @return the key of @p data and nothing else, or NULL without memory
 SerdataPtr make_key_serdata(const Serdata& data);
 
 /// What Cyclone takes for a sample of the application, in look-ups, filters and key queries.

@@ -111,7 +111,10 @@ constexpr ddsi_sertype_ops sertype_ops = {
 }  // namespace
 
 SharedType::SharedType(std::shared_ptr<const Type> type)
-    : type_(std::move(type)), keyed_(type_->keyed()), number_(next_number()) {}
+    : type_(std::move(type)),
+      keyed_(type_->keyed()),
+      number_(next_number()),
+      instances_(std::make_shared<InstanceIndex>()) {}
 
 SharedType::~SharedType() {
     KnownTypes& known = known_types();

@@ -12,7 +12,7 @@
 
 namespace pexa::engine::cyclone {
 
-/// What all domains share of one Type object. Instances keep it alive when topics are gone.
+/// What all domains share of one Type object.
 class SharedType {
 public:
     /// @return the one of this Type object, made if there is none
@@ -27,13 +27,14 @@ public:
     bool keyed() const { return keyed_; }
     /// Never used again for another one, unlike an address.
     std::uint64_t number() const { return number_; }
-    InstanceIndex& instances() { return instances_; }
+    /// Instances keep it alive when topics are gone, for as long as Cyclone knows them.
+    const std::shared_ptr<InstanceIndex>& instances() const { return instances_; }
 
 private:
     std::shared_ptr<const Type> type_;
     bool keyed_;
     std::uint64_t number_;
-    InstanceIndex instances_;
+    std::shared_ptr<InstanceIndex> instances_;
 };
 
 /// What Cyclone registers for a type in a domain. Cyclone counts the references.

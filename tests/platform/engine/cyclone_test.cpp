@@ -120,11 +120,13 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
 TEST(InstanceIndex, HasAnInstanceAsLongAsThereIsACopyOfIt) {
     InstanceIndex index;
     // The map of the engine makes a new copy while the old one waits to be freed.
-    index.add(KeyHash{});
-    index.add(KeyHash{});
-    index.remove(KeyHash{});
+    InstanceIndex::Place old_copy;
+    InstanceIndex::Place new_copy;
+    index.add(old_copy);
+    index.add(new_copy);
+    index.remove(old_copy);
     EXPECT_TRUE(index.next(nullptr));
-    index.remove(KeyHash{});
+    index.remove(new_copy);
     EXPECT_FALSE(index.next(nullptr));
 }
 
