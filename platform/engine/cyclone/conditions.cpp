@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/engine/cyclone/entity_records.hpp"
+#include "platform/engine/cyclone/guarded.hpp"
 #include "platform/engine/cyclone/results.hpp"
 #include "platform/engine/cyclone/state_masks.hpp"
 #include "platform/engine/cyclone/statuses.hpp"
@@ -79,17 +80,20 @@ Status wait(EntityId wait_set, Nanoseconds timeout, std::vector<EntityId>& trigg
     if (attached < 0) {
         return status_of(attached);
     }
-    // One place more than needed: a condition may be attached meanwhile.
-    std::vector<dds_attach_t> found(static_cast<std::size_t>(attached) + 1);
-    const dds_return_t count = dds_waitset_wait(wait_set, found.data(), found.size(), timeout);
-    if (count <= 0) {
-        return count == 0 ? Status::timeout : status_of(count);
-    }
-    found.resize(std::min(found.size(), static_cast<std::size_t>(count)));
-    for (const dds_attach_t condition : found) {
-        triggered.push_back(static_cast<EntityId>(condition));
-    }
-    return Status::ok;
+    return cyclone::guarded([&] {
+        // One place more than needed: a condition may be attached meanwhile.
+        std::vector<dds_attach_t> found(static_cast<std::size_t>(attached) + 1);
+        triggered.reserve(found.size());
+        const dds_return_t count = dds_waitset_wait(wait_set, found.data(), found.size(), timeout);
+        if (count <= 0) {
+            return count == 0 ? Status::timeout : status_of(count);
+        }
+        found.resize(std::min(found.size(), static_cast<std::size_t>(count)));
+        for (const dds_attach_t condition : found) {
+            triggered.push_back(static_cast<EntityId>(condition));
+        }
+        return Status::ok;
+    });
 }
 
 }  // namespace pexa::engine

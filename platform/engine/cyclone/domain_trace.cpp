@@ -5,6 +5,7 @@
 #include <unordered_set>
 
 #include "platform/engine/cyclone/domain_record.h"
+#include "platform/engine/cyclone/never_destroyed.hpp"
 
 namespace pexa::engine::cyclone {
 
@@ -20,22 +21,28 @@ struct TracedTypes {
 };
 
 TracedTypes& traced_types() {
-    // Never destroyed: Cyclone's threads may free types until the process ends.
-    static auto* const traced = new TracedTypes;
-    return *traced;
+    static NeverDestroyed<TracedTypes> traced;
+    return traced.get();
 }
 
 void store_mask(const ddsi_sertype* type, std::uint32_t mask) {
-    void* const domain = ddsrt_atomic_ldvoidp(&type->gv);
-    pexa_cyclone_store_trace_mask(static_cast<ddsi_domaingv*>(domain), mask);
+    // Not yet registered, a type has no domain.
+    if (void* const domain = ddsrt_atomic_ldvoidp(&type->gv)) {
+        pexa_cyclone_store_trace_mask(static_cast<ddsi_domaingv*>(domain), mask);
+    }
 }
 
 }  // namespace
 
-void follow_trace_mask(const ddsi_sertype* type) {
+void note_type(const ddsi_sertype* type) {
     TracedTypes& traced = traced_types();
     const std::lock_guard lock(traced.mutex);
     traced.types.insert(type);
+}
+
+void follow_trace_mask(const ddsi_sertype* type) {
+    TracedTypes& traced = traced_types();
+    const std::lock_guard lock(traced.mutex);
     if (traced.mask) {
         store_mask(type, *traced.mask);
     }

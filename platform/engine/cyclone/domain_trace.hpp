@@ -12,7 +12,11 @@
 
 namespace pexa::engine::cyclone {
 
-/// Brings the domain of a registered type in line, now and whenever the mask is changed.
+/// Notes a type, whose domain follows the mask once the type is registered. May throw
+/// std::bad_alloc.
+void note_type(const ddsi_sertype* type);
+
+/// Brings the domain of a type that was just registered in line.
 void follow_trace_mask(const ddsi_sertype* type);
 
 /// To be called before a type is freed, while its domain still exists.

@@ -1,11 +1,10 @@
 #include <dds/dds.h>
 
-#include <algorithm>
 #include <cstring>
-#include <vector>
 
 #include "platform/engine/cyclone/entity_records.hpp"
 #include "platform/engine/cyclone/entity_tree.hpp"
+#include "platform/engine/cyclone/guarded.hpp"
 #include "platform/engine/cyclone/listener_call.hpp"
 #include "platform/engine/cyclone/listener_conversion.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
@@ -16,39 +15,40 @@ namespace pexa::engine {
 
 namespace {
 
-using cyclone::note_creation;
+using cyclone::guarded;
+using cyclone::NewEntity;
 using cyclone::status_of;
-
-bool is_endpoint(EntityId entity) {
-    return cyclone::readers().find(entity) || cyclone::writers().find(entity);
-}
 
 // Cyclone's collector of endpoints waits for every thread that is in Cyclone. A callback is.
 bool waits_for_callbacks(EntityId entity) {
-    const std::vector<EntityId> contents = cyclone::contents_of(entity);
-    return is_participant(entity) || is_endpoint(entity) ||
-           std::any_of(contents.begin(), contents.end(), is_endpoint);
+    return is_participant(entity) || cyclone::has_endpoints(entity);
 }
 
 }  // namespace
 
 Created create_participant(std::uint32_t domain_id, const Qos& qos,
                            ListenerSetting listener) noexcept {
-    return note_creation(dds_create_participant(domain_id, cyclone::to_cyclone(qos).get(),
-                                                cyclone::to_cyclone(listener).get()),
-                         no_entity);
+    return guarded([&] {
+        NewEntity participant(no_entity);
+        return participant.note(dds_create_participant(domain_id, cyclone::to_cyclone(qos).get(),
+                                                       cyclone::to_cyclone(listener).get()));
+    });
 }
 
 Created create_publisher(EntityId participant, const Qos& qos, ListenerSetting listener) noexcept {
-    return note_creation(dds_create_publisher(participant, cyclone::to_cyclone(qos).get(),
-                                              cyclone::to_cyclone(listener).get()),
-                         participant);
+    return guarded([&] {
+        NewEntity publisher(participant);
+        return publisher.note(dds_create_publisher(participant, cyclone::to_cyclone(qos).get(),
+                                                   cyclone::to_cyclone(listener).get()));
+    });
 }
 
 Created create_subscriber(EntityId participant, const Qos& qos, ListenerSetting listener) noexcept {
-    return note_creation(dds_create_subscriber(participant, cyclone::to_cyclone(qos).get(),
-                                               cyclone::to_cyclone(listener).get()),
-                         participant);
+    return guarded([&] {
+        NewEntity subscriber(participant);
+        return subscriber.note(dds_create_subscriber(participant, cyclone::to_cyclone(qos).get(),
+                                                     cyclone::to_cyclone(listener).get()));
+    });
 }
 
 bool is_participant(EntityId entity) noexcept {
@@ -86,16 +86,19 @@ Status delete_entity(EntityId entity) noexcept {
 }
 
 Status get_qos(EntityId entity, Qos& qos) noexcept {
-    const cyclone::QosPtr found(dds_create_qos());
-    const Status result = status_of(dds_get_qos(entity, found.get()));
-    if (result == Status::ok) {
-        qos = cyclone::from_cyclone(found.get());
-    }
-    return result;
+    return guarded([&] {
+        const cyclone::QosPtr found(dds_create_qos());
+        const Status result = status_of(dds_get_qos(entity, found.get()));
+        if (result == Status::ok) {
+            qos = cyclone::from_cyclone(found.get());
+        }
+        return result;
+    });
 }
 
 Status set_qos(EntityId entity, const Qos& qos) noexcept {
-    const Status result = status_of(dds_set_qos(entity, cyclone::to_cyclone(qos).get()));
+    const Status result =
+        guarded([&] { return status_of(dds_set_qos(entity, cyclone::to_cyclone(qos).get())); });
     const auto writer = cyclone::writers().find(entity);
     if (result == Status::ok && writer && qos.autodispose_unregistered_instances) {
         writer->autodispose = *qos.autodispose_unregistered_instances;

@@ -1,22 +1,22 @@
 #include "platform/engine/cyclone/entity_records.hpp"
 
+#include "platform/engine/cyclone/never_destroyed.hpp"
+
 namespace pexa::engine::cyclone {
 
-// The tables are never destroyed: an application may use its entities until the process ends.
-
 EntityTable<TopicRecord>& topics() {
-    static auto* const table = new EntityTable<TopicRecord>;
-    return *table;
+    static NeverDestroyed<EntityTable<TopicRecord>> table;
+    return table.get();
 }
 
 EntityTable<WriterRecord>& writers() {
-    static auto* const table = new EntityTable<WriterRecord>;
-    return *table;
+    static NeverDestroyed<EntityTable<WriterRecord>> table;
+    return table.get();
 }
 
 EntityTable<ReaderRecord>& readers() {
-    static auto* const table = new EntityTable<ReaderRecord>;
-    return *table;
+    static NeverDestroyed<EntityTable<ReaderRecord>> table;
+    return table.get();
 }
 
 }  // namespace pexa::engine::cyclone

@@ -2,10 +2,11 @@
 /// @brief Records by entity.
 #pragma once
 
+#include <algorithm>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <shared_mutex>
-#include <unordered_map>
 
 #include "platform/engine/values.hpp"
 
@@ -14,10 +15,30 @@ namespace pexa::engine::cyclone {
 /// Records by entity. Thread-safe; a record that was found stays valid when it is removed.
 template <typename Record>
 class EntityTable {
+    using Records = std::map<EntityId, std::shared_ptr<Record>>;
+
 public:
-    void add(EntityId entity, std::shared_ptr<Record> record) {
+    /// A record with the room that it will take in the table. It is made before its entity, so that
+    /// nothing can fail once there is the entity.
+    class Entry {
+    public:
+        explicit Entry(std::shared_ptr<Record> record) {
+            Records one;
+            one.emplace(no_entity, std::move(record));
+            node_ = one.extract(one.begin());
+        }
+
+    private:
+        friend class EntityTable;
+        typename Records::node_type node_;
+    };
+
+    void add(EntityId entity, Entry entry) noexcept {
+        entry.node_.key() = entity;
         const std::unique_lock lock(mutex_);
-        records_.insert_or_assign(entity, std::move(record));
+        // An entity that was deleted behind the seam leaves its record, and its id comes again.
+        records_.erase(entity);
+        records_.insert(std::move(entry.node_));
     }
     void remove(EntityId entity) {
         const std::unique_lock lock(mutex_);
@@ -29,18 +50,17 @@ public:
         const auto found = records_.find(entity);
         return found == records_.end() ? nullptr : found->second;
     }
-    /// Calls @p visit with every entity and its record; it must not use the table.
-    template <typename Visit>
-    void for_each(const Visit& visit) const {
+    /// @return whether @p accepts says so of any entity; it must not use the table
+    template <typename Predicate>
+    bool any(const Predicate& accepts) const {
         const std::shared_lock lock(mutex_);
-        for (const auto& [entity, record] : records_) {
-            visit(entity, *record);
-        }
+        return std::any_of(records_.begin(), records_.end(),
+                           [&](const auto& entry) { return accepts(entry.first); });
     }
 
 private:
     mutable std::shared_mutex mutex_;
-    std::unordered_map<EntityId, std::shared_ptr<Record>> records_;
+    Records records_;
 };
 
 }  // namespace pexa::engine::cyclone

@@ -1,7 +1,7 @@
 #include "platform/engine/cyclone/entity_tree.hpp"
 
 #include "platform/engine/cyclone/entity_records.hpp"
-#include "platform/engine/cyclone/entity_table.hpp"
+#include "platform/engine/cyclone/never_destroyed.hpp"
 #include "platform/engine/cyclone/results.hpp"
 
 namespace pexa::engine::cyclone {
@@ -9,16 +9,23 @@ namespace pexa::engine::cyclone {
 namespace {
 
 EntityTable<const EntityId>& parents() {
-    // Never destroyed: an application may use its entities until the process ends.
-    static auto* const table = new EntityTable<const EntityId>;
-    return *table;
+    static NeverDestroyed<EntityTable<const EntityId>> table;
+    return table.get();
+}
+
+/// @return the entity that contains this one; none for participants and unknown entities
+EntityId parent_of(EntityId entity) {
+    const auto parent = parents().find(entity);
+    return parent ? *parent : no_entity;
 }
 
 }  // namespace
 
-Created note_creation(dds_entity_t result, EntityId parent) {
+NewEntity::NewEntity(EntityId parent) : entry_(std::make_shared<const EntityId>(parent)) {}
+
+Created NewEntity::note(dds_entity_t result) noexcept {
     if (result > 0) {
-        parents().add(result, std::make_shared<const EntityId>(parent));
+        parents().add(result, std::move(entry_));
     }
     return created(result);
 }
@@ -30,23 +37,16 @@ void forget(EntityId entity) {
     topics().remove(entity);
 }
 
-EntityId parent_of(EntityId entity) {
-    const auto parent = parents().find(entity);
-    return parent ? *parent : no_entity;
+bool is_within(EntityId inner, EntityId outer) {
+    while (inner > 0 && inner != outer) {
+        inner = parent_of(inner);
+    }
+    return inner == outer;
 }
 
-std::vector<EntityId> contents_of(EntityId entity) {
-    std::vector<EntityId> found{entity};
-    for (std::size_t i = 0; i < found.size(); ++i) {
-        const EntityId parent = found[i];
-        parents().for_each([&](EntityId inner, EntityId parent_of_inner) {
-            if (parent_of_inner == parent) {
-                found.push_back(inner);
-            }
-        });
-    }
-    found.erase(found.begin());
-    return found;
+bool has_endpoints(EntityId entity) {
+    const auto is_in_it = [entity](EntityId endpoint) { return is_within(endpoint, entity); };
+    return readers().any(is_in_it) || writers().any(is_in_it);
 }
 
 }  // namespace pexa::engine::cyclone

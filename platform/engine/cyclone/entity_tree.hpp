@@ -7,26 +7,33 @@
 
 #include <dds/dds.h>
 
-#include <vector>
-
+#include "platform/engine/cyclone/entity_table.hpp"
 #include "platform/engine/values.hpp"
 
 namespace pexa::engine::cyclone {
 
-/// Notes an entity, if the creation succeeded.
-///
-/// @param result return value of Cyclone's creating function
-/// @param parent no_entity for participants
-Created note_creation(dds_entity_t result, EntityId parent);
+/// The note about an entity that is being created.
+class NewEntity {
+public:
+    /// @param parent no_entity for participants
+    explicit NewEntity(EntityId parent);
+
+    /// Notes the entity, if the creation succeeded.
+    /// @param result return value of Cyclone's creating function
+    Created note(dds_entity_t result) noexcept;
+
+private:
+    EntityTable<const EntityId>::Entry entry_;
+};
 
 /// Drops the note and the records of an entity that contains nothing any more. To be called when
 /// Cyclone has deleted it.
 void forget(EntityId entity);
 
-/// @return the entity that contains this one; none for participants and unknown entities
-EntityId parent_of(EntityId entity);
+/// @return whether @p inner is @p outer, or an entity in it, of any depth
+bool is_within(EntityId inner, EntityId outer);
 
-/// @return all entities in this one, of any depth, parents first
-std::vector<EntityId> contents_of(EntityId entity);
+/// @return whether an entity is a reader or writer, or contains one
+bool has_endpoints(EntityId entity);
 
 }  // namespace pexa::engine::cyclone

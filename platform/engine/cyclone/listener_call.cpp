@@ -13,12 +13,7 @@ bool is_in_callback() {
 }
 
 bool is_in_callback_of(EntityId entity) {
-    return ListenerCall::any([entity](EntityId inner) {
-        while (inner > 0 && inner != entity) {
-            inner = parent_of(inner);
-        }
-        return inner == entity;
-    });
+    return ListenerCall::any([entity](EntityId inner) { return is_within(inner, entity); });
 }
 
 }  // namespace cyclone

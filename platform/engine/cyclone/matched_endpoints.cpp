@@ -3,6 +3,7 @@
 #include <cstring>
 #include <memory>
 
+#include "platform/engine/cyclone/guarded.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
 #include "platform/engine/cyclone/results.hpp"
 #include "platform/engine/engine.hpp"
@@ -22,17 +23,19 @@ using GetHandles = dds_return_t (*)(dds_entity_t, dds_instance_handle_t*, size_t
 
 Status get_handles(GetHandles get, EntityId endpoint, std::vector<LocalHandle>& handles) {
     handles.clear();
-    dds_return_t count = get(endpoint, nullptr, 0);
-    // The number may grow between counting and reading.
-    while (count > 0 && handles.size() < static_cast<std::size_t>(count)) {
+    return cyclone::guarded([&] {
+        dds_return_t count = get(endpoint, nullptr, 0);
+        // The number may grow between counting and reading.
+        while (count > 0 && handles.size() < static_cast<std::size_t>(count)) {
+            handles.resize(static_cast<std::size_t>(count));
+            count = get(endpoint, handles.data(), handles.size());
+        }
+        if (count < 0) {
+            return cyclone::status_of(count);
+        }
         handles.resize(static_cast<std::size_t>(count));
-        count = get(endpoint, handles.data(), handles.size());
-    }
-    if (count < 0) {
-        return cyclone::status_of(count);
-    }
-    handles.resize(static_cast<std::size_t>(count));
-    return Status::ok;
+        return Status::ok;
+    });
 }
 
 Guid guid_of(const dds_guid_t& guid) {
@@ -45,11 +48,13 @@ Status fill(const EndpointPtr& endpoint, EndpointData& data) {
     if (!endpoint) {
         return Status::bad_parameter;
     }
-    data.guid = guid_of(endpoint->key);
-    data.topic_name = endpoint->topic_name;
-    data.type_name = endpoint->type_name;
-    data.qos = cyclone::from_cyclone(endpoint->qos);
-    return Status::ok;
+    return cyclone::guarded([&] {
+        data.guid = guid_of(endpoint->key);
+        data.topic_name = endpoint->topic_name;
+        data.type_name = endpoint->type_name;
+        data.qos = cyclone::from_cyclone(endpoint->qos);
+        return Status::ok;
+    });
 }
 
 }  // namespace

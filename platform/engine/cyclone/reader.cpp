@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <new>
 
 #include "platform/engine/cyclone/entity_records.hpp"
 #include "platform/engine/cyclone/entity_tree.hpp"
+#include "platform/engine/cyclone/guarded.hpp"
 #include "platform/engine/cyclone/instances.hpp"
 #include "platform/engine/cyclone/listener_conversion.hpp"
 #include "platform/engine/cyclone/payload_access.hpp"
@@ -19,6 +19,7 @@ namespace pexa::engine {
 
 namespace {
 
+using cyclone::guarded;
 using cyclone::status_of;
 
 // Room for the samples that Cyclone returns from one call. Large room comes from the heap, where
@@ -99,21 +100,19 @@ Status fetch(const Request& request, LocalHandle instance, std::vector<Sample>& 
         return count == 0 ? Status::no_data : status_of(count);
     }
 
-    bool has_room = true;
-    try {
+    const Status room = guarded([&] {
         samples.reserve(samples.size() + static_cast<std::size_t>(count));
-    } catch (const std::bad_alloc&) {
-        has_room = false;
-    }
+        return Status::ok;
+    });
     for (dds_return_t i = 0; i < count; ++i) {
         cyclone::SerdataPtr data(static_cast<cyclone::Serdata*>(raw.data()[i]));
-        if (!has_room) {
+        if (room != Status::ok) {
             continue;
         }
         const SampleInfo info = cyclone::from_cyclone(raw.infos()[i], data->key);
         samples.push_back({PayloadAccess::adopt(std::move(data)), info});
     }
-    return has_room ? Status::ok : Status::out_of_resources;
+    return room;
 }
 
 }  // namespace
@@ -141,13 +140,17 @@ Created create_reader(EntityId subscriber, EntityId topic, const Qos& qos,
     if (!topic_record) {
         return {Status::bad_parameter, no_entity};
     }
-    auto record = std::make_shared<cyclone::ReaderRecord>(std::move(topic_record));
-    const dds_entity_t reader = dds_create_reader(subscriber, topic, cyclone::to_cyclone(qos).get(),
-                                                  cyclone::to_cyclone(listener).get());
-    if (reader > 0) {
-        cyclone::readers().add(reader, std::move(record));
-    }
-    return cyclone::note_creation(reader, subscriber);
+    return guarded([&] {
+        cyclone::EntityTable<cyclone::ReaderRecord>::Entry entry(
+            std::make_shared<cyclone::ReaderRecord>(std::move(topic_record)));
+        cyclone::NewEntity entity(subscriber);
+        const dds_entity_t reader = dds_create_reader(
+            subscriber, topic, cyclone::to_cyclone(qos).get(), cyclone::to_cyclone(listener).get());
+        if (reader > 0) {
+            cyclone::readers().add(reader, std::move(entry));
+        }
+        return entity.note(reader);
+    });
 }
 
 Status read_or_take(EntityId reader, Access access, const StateMask& states,

@@ -5,10 +5,10 @@
 #include <atomic>
 #include <cstdlib>
 #include <mutex>
-#include <new>
 #include <unordered_map>
 
 #include "platform/engine/cyclone/domain_trace.hpp"
+#include "platform/engine/cyclone/never_destroyed.hpp"
 #include "platform/engine/cyclone/serdata.hpp"
 #include "platform/engine/cyclone/writer_batching.hpp"
 
@@ -22,9 +22,8 @@ struct KnownTypes {
 };
 
 KnownTypes& known_types() {
-    // Never destroyed: Cyclone's threads may release samples until the process ends.
-    static auto* const known = new KnownTypes;
-    return *known;
+    static NeverDestroyed<KnownTypes> known;
+    return known.get();
 }
 
 std::uint64_t next_number() {
@@ -127,27 +126,29 @@ SharedType::~SharedType() {
 }
 
 std::shared_ptr<SharedType> SharedType::of(std::shared_ptr<const Type> type) {
+    const Type* const key = type.get();
+    // Outlives the lock, which its destruction takes.
+    auto made = std::make_shared<SharedType>(std::move(type));
     KnownTypes& known = known_types();
     const std::lock_guard lock(known.mutex);
-    std::weak_ptr<SharedType>& entry = known.types[type.get()];
+    std::weak_ptr<SharedType>& entry = known.types[key];
     std::shared_ptr<SharedType> shared = entry.lock();
     if (!shared) {
-        shared = std::make_shared<SharedType>(std::move(type));
-        entry = shared;
+        shared = made;
+        entry = made;
     }
     return shared;
 }
 
 ddsi_sertype* make_sertype(std::shared_ptr<SharedType> shared) {
-    auto* const sertype = new (std::nothrow) Sertype{};
-    if (sertype == nullptr) {
-        return nullptr;
-    }
+    auto sertype = std::make_unique<Sertype>();
+    note_type(sertype.get());
     const uint32_t flags = shared->keyed() ? 0 : DDSI_SERTYPE_FLAG_TOPICKIND_NO_KEY;
-    ddsi_sertype_init_flags(sertype, shared->type().name(), &sertype_ops, &serdata_ops, flags);
+    ddsi_sertype_init_flags(sertype.get(), shared->type().name(), &sertype_ops, &serdata_ops,
+                            flags);
     sertype->allowed_data_representation = DDS_DATA_REPRESENTATION_FLAG_XCDR1;
     sertype->shared = std::move(shared);
-    return sertype;
+    return sertype.release();
 }
 
 }  // namespace pexa::engine::cyclone

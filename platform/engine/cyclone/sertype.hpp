@@ -46,7 +46,8 @@ inline SharedType& shared_of(const ddsi_sertype* type) {
     return *static_cast<const Sertype*>(type)->shared;
 }
 
-/// @return a new Cyclone type with one reference, for dds_create_topic_sertype()
+/// @return a new Cyclone type with one reference, for dds_create_topic_sertype(). May throw
+/// std::bad_alloc.
 ddsi_sertype* make_sertype(std::shared_ptr<SharedType> shared);
 
 }  // namespace pexa::engine::cyclone

@@ -3,6 +3,7 @@
 #include "platform/engine/cyclone/domain_trace.hpp"
 #include "platform/engine/cyclone/entity_records.hpp"
 #include "platform/engine/cyclone/entity_tree.hpp"
+#include "platform/engine/cyclone/guarded.hpp"
 #include "platform/engine/cyclone/listener_conversion.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
 #include "platform/engine/cyclone/results.hpp"
@@ -20,6 +21,43 @@ bool filter_sample(const void* sample, void* argument) {
     return static_cast<const cyclone::ReplaceableFilter*>(argument)->accepts(view.data->bytes());
 }
 
+std::shared_ptr<cyclone::TopicRecord> make_record(std::shared_ptr<const Type> type,
+                                                  ContentFilter filter) {
+    auto record = std::make_shared<cyclone::TopicRecord>();
+    record->type = cyclone::SharedType::of(std::move(type));
+    if (filter) {
+        record->filter = std::make_shared<cyclone::ReplaceableFilter>(std::move(filter));
+    }
+    return record;
+}
+
+// Gives Cyclone's topic and registered type, which may have existed before.
+dds_entity_t create_cyclone_topic(EntityId participant, const char* name,
+                                  const cyclone::TopicRecord& record, const Qos& qos,
+                                  const ListenerSetting& listener, ddsi_sertype*& registered) {
+    const cyclone::QosPtr cyclone_qos = cyclone::to_cyclone(qos);
+    const cyclone::ListenerPtr cyclone_listener = cyclone::to_cyclone(listener);
+    registered = cyclone::make_sertype(record.type);
+    const dds_entity_t topic = dds_create_topic_sertype(
+        participant, name, &registered, cyclone_qos.get(), cyclone_listener.get(), nullptr);
+    if (topic < 0) {
+        ddsi_sertype_unref(registered);
+        return topic;
+    }
+    cyclone::follow_trace_mask(registered);
+    if (record.filter == nullptr) {
+        return topic;
+    }
+    const dds_return_t filtered =
+        dds_set_topic_filter_and_arg(topic, filter_sample, record.filter.get());
+    if (filtered != DDS_RETCODE_OK) {
+        // It was just created, and nobody else knows it.
+        static_cast<void>(dds_delete(topic));
+        return filtered;
+    }
+    return topic;
+}
+
 }  // namespace
 
 Created create_topic(EntityId participant, const char* name, std::shared_ptr<const Type> type,
@@ -27,35 +65,19 @@ Created create_topic(EntityId participant, const char* name, std::shared_ptr<con
     if (name == nullptr || !type) {
         return {Status::bad_parameter, no_entity};
     }
-    auto record = std::make_shared<cyclone::TopicRecord>();
-    record->type = cyclone::SharedType::of(std::move(type));
-    ddsi_sertype* sertype = cyclone::make_sertype(record->type);
-    if (sertype == nullptr) {
-        return {Status::out_of_resources, no_entity};
-    }
-
-    const dds_entity_t topic =
-        dds_create_topic_sertype(participant, name, &sertype, cyclone::to_cyclone(qos).get(),
-                                 cyclone::to_cyclone(listener).get(), nullptr);
-    if (topic < 0) {
-        ddsi_sertype_unref(sertype);
-        return {status_of(topic), no_entity};
-    }
-    // Now the registered type, which may have existed before.
-    record->sertype = sertype;
-    cyclone::follow_trace_mask(sertype);
-    if (filter) {
-        record->filter = std::make_shared<cyclone::ReplaceableFilter>(std::move(filter));
-        const Status filtered =
-            status_of(dds_set_topic_filter_and_arg(topic, filter_sample, record->filter.get()));
-        if (filtered != Status::ok) {
-            // It was just created, and nobody else knows it.
-            static_cast<void>(dds_delete(topic));
-            return {filtered, no_entity};
+    return cyclone::guarded([&] {
+        const auto record = make_record(std::move(type), std::move(filter));
+        cyclone::EntityTable<cyclone::TopicRecord>::Entry entry(record);
+        cyclone::NewEntity entity(participant);
+        ddsi_sertype* registered = nullptr;
+        const dds_entity_t topic =
+            create_cyclone_topic(participant, name, *record, qos, listener, registered);
+        if (topic > 0) {
+            record->sertype = registered;
+            cyclone::topics().add(topic, std::move(entry));
         }
-    }
-    cyclone::topics().add(topic, std::move(record));
-    return cyclone::note_creation(topic, participant);
+        return entity.note(topic);
+    });
 }
 
 Status set_content_filter(EntityId topic, ContentFilter filter) noexcept {
@@ -66,8 +88,10 @@ Status set_content_filter(EntityId topic, ContentFilter filter) noexcept {
     if (!record->filter) {
         return Status::illegal_operation;
     }
-    record->filter->replace(std::move(filter));
-    return Status::ok;
+    return cyclone::guarded([&] {
+        record->filter->replace(std::move(filter));
+        return Status::ok;
+    });
 }
 
 }  // namespace pexa::engine

@@ -3,6 +3,7 @@
 
 #include "platform/engine/cyclone/entity_records.hpp"
 #include "platform/engine/cyclone/entity_tree.hpp"
+#include "platform/engine/cyclone/guarded.hpp"
 #include "platform/engine/cyclone/listener_conversion.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
 #include "platform/engine/cyclone/results.hpp"
@@ -13,6 +14,7 @@ namespace pexa::engine {
 
 namespace {
 
+using cyclone::guarded;
 using cyclone::SerdataPtr;
 using cyclone::status_of;
 using cyclone::WriterRecord;
@@ -20,20 +22,21 @@ using cyclone::WriterRecord;
 constexpr std::size_t encapsulation_size = 4;
 
 // In Cyclone the durability service policy, not the history, decides what a late reader gets.
-Qos with_late_reader_history(const Qos& qos, EntityId topic) {
-    Qos out = qos;
+Status add_late_reader_history(Qos& qos, EntityId topic) {
     Qos of_topic;
     if (!qos.history || !qos.resource_limits || !qos.durability_service) {
-        // If the topic is deleted meanwhile, the creation of the writer fails.
-        static_cast<void>(get_qos(topic, of_topic));
+        const Status result = get_qos(topic, of_topic);
+        if (result != Status::ok) {
+            return result;
+        }
     }
     DurabilityServicePolicy service = qos.durability_service.value_or(
         of_topic.durability_service.value_or(DurabilityServicePolicy{}));
     service.history = qos.history.value_or(of_topic.history.value_or(HistoryPolicy{}));
     service.limits =
         qos.resource_limits.value_or(of_topic.resource_limits.value_or(ResourceLimitsPolicy{}));
-    out.durability_service = service;
-    return out;
+    qos.durability_service = service;
+    return Status::ok;
 }
 
 dds_entity_t create_cyclone_writer(EntityId publisher, EntityId topic, const ddsi_sertype* type,
@@ -106,14 +109,23 @@ Created create_writer(EntityId publisher, EntityId topic, const Qos& qos,
     if (topic_record->filter) {
         return {Status::illegal_operation, no_entity};
     }
-    auto record = std::make_shared<WriterRecord>(std::move(topic_record), qos);
-    const dds_entity_t writer =
-        create_cyclone_writer(publisher, topic, record->use.topic().sertype,
-                              with_late_reader_history(qos, topic), listener);
-    if (writer > 0) {
-        cyclone::writers().add(writer, std::move(record));
-    }
-    return cyclone::note_creation(writer, publisher);
+    return guarded([&]() -> Created {
+        Qos complete = qos;
+        const Status completed = add_late_reader_history(complete, topic);
+        if (completed != Status::ok) {
+            return {completed, no_entity};
+        }
+        const ddsi_sertype* const type = topic_record->sertype;
+        cyclone::EntityTable<WriterRecord>::Entry entry(
+            std::make_shared<WriterRecord>(std::move(topic_record), qos));
+        cyclone::NewEntity entity(publisher);
+        const dds_entity_t writer =
+            create_cyclone_writer(publisher, topic, type, complete, listener);
+        if (writer > 0) {
+            cyclone::writers().add(writer, std::move(entry));
+        }
+        return entity.note(writer);
+    });
 }
 
 Status write(EntityId writer, WriteKind kind, const KeyHash& instance, std::size_t size, Fill fill,
@@ -133,7 +145,7 @@ Status write(EntityId writer, WriteKind kind, const KeyHash& instance, std::size
 
     const bool keyed = record->use.topic().type->keyed();
     if (keyed && kind != WriteKind::unregister) {
-        const Status remembered = record->instances.remember(*data);
+        const Status remembered = guarded([&] { return record->instances.remember(*data); });
         if (remembered != Status::ok) {
             return remembered;
         }
@@ -163,7 +175,7 @@ Status register_instance(EntityId writer, const KeyHash& instance, std::size_t s
     if (encoded != Status::ok || !record->use.topic().type->keyed()) {
         return encoded;
     }
-    return record->instances.remember(*key);
+    return guarded([&] { return record->instances.remember(*key); });
 }
 
 void flush(EntityId writer) noexcept {

@@ -1,29 +1,24 @@
 #include "platform/engine/cyclone/writer_instances.hpp"
 
 #include <cstring>
-#include <new>
 
 #include "platform/engine/cyclone/payload_access.hpp"
 
 namespace pexa::engine::cyclone {
 
 Status WriterInstances::remember(const Serdata& sample) {
-    try {
-        const std::lock_guard lock(mutex_);
-        const auto [entry, is_new] = keys_.try_emplace(sample.key);
-        if (!is_new) {
-            return Status::ok;
-        }
-        SerdataPtr key = make_key_serdata(sample);
-        if (key) {
-            entry->second = PayloadAccess::adopt(std::move(key));
-            return Status::ok;
-        }
+    const std::lock_guard lock(mutex_);
+    const auto [entry, is_new] = keys_.try_emplace(sample.key);
+    if (!is_new) {
+        return Status::ok;
+    }
+    SerdataPtr key = make_key_serdata(sample);
+    if (!key) {
         keys_.erase(entry);
-    } catch (const std::bad_alloc&) {
         return Status::out_of_resources;
     }
-    return Status::out_of_resources;
+    entry->second = PayloadAccess::adopt(std::move(key));
+    return Status::ok;
 }
 
 void WriterInstances::remove(const KeyHash& instance) {

@@ -13,7 +13,7 @@ namespace pexa::engine::cyclone {
 class WriterInstances {
 public:
     /// Adds the instance of a sample, unless it is there.
-    /// @return ok, or out_of_resources with nothing changed
+    /// @return ok, or out_of_resources with nothing changed. May throw std::bad_alloc instead.
     Status remember(const Serdata& sample);
     void remove(const KeyHash& instance);
     bool contains(const KeyHash& instance) const;
