@@ -182,19 +182,11 @@ Status Participant::delete_subscriber(const Operation& operation, Subscriber& su
 }
 
 Status Participant::delete_contained(const Operation& operation) {
-    const auto subscribers = subscribers_.all();
-    for (const auto& subscriber : subscribers) {
-        if (subscriber->has_loans()) {
-            return operation.precondition_not_met("no loan is outstanding");
-        }
+    if (subscribers_.find([](const Subscriber& subscriber) { return subscriber.has_loans(); })) {
+        return operation.precondition_not_met("no loan is outstanding");
     }
-    Status result = Status::ok;
-    for (const auto& subscriber : subscribers) {
-        result = first_failure(result, subscriber->delete_contained(operation));
-    }
-    for (const auto& publisher : publishers_.all()) {
-        result = first_failure(result, publisher->delete_contained(operation));
-    }
+    const auto empty = [&](auto& child) { return child.delete_contained(operation); };
+    Status result = first_failure(subscribers_.all_ok(empty), publishers_.all_ok(empty));
     // A subscriber or publisher that is not empty must stay, and so must the topics that it uses.
     if (result != Status::ok) {
         return result;

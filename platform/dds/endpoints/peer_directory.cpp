@@ -28,7 +28,10 @@ DDS_InstanceHandle_t PeerDirectory::handle_of(engine::EntityId endpoint,
     if (status == Status::ok) {
         handle = to_handle(data.guid);
     }
-    remember({peer, handle});
+    // Without memory the engine could not say.
+    if (status != Status::out_of_resources) {
+        remember({peer, handle});
+    }
     return handle;
 }
 

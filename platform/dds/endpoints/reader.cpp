@@ -13,9 +13,10 @@ engine::Created DataReader::create(engine::EntityId topic, const engine::Qos& qo
 }
 
 void DataReader::closed() {
-    for (const auto& condition : conditions_.all()) {
-        condition->reader_closed();
-    }
+    static_cast<void>(conditions_.all_ok([](ReadCondition& condition) {
+        condition.reader_closed();
+        return Status::ok;
+    }));
     release_topic();
 }
 

@@ -142,17 +142,29 @@ decltype(auto) invoke(Method method, Object& object, const Operation& operation,
 
 }  // namespace call_details
 
-/// Runs @p work behind the barrier that no exception passes, and exports its result.
+/// Takes a step behind the barrier that no exception passes.
+/// @return its status; after an exception a failure, reported
+template <typename Step>
+Status attempt(const Operation& operation, Step&& step) noexcept {
+    try {
+        return step();
+    } catch (const std::bad_alloc&) {
+        return operation.out_of_memory();
+    } catch (...) {
+        return operation.failed("an internal step", Status::error);
+    }
+}
+
+/// Runs @p work behind that barrier, and exports its result.
 template <typename Work>
 auto guarded(const Operation& operation, Work&& work) noexcept {
     using Exported = decltype(exported(work()));
-    try {
-        return exported(work());
-    } catch (const std::bad_alloc&) {
-        return failure<Exported>(operation.out_of_memory());
-    } catch (...) {
-        return failure<Exported>(operation.failed("an internal step", Status::error));
-    }
+    Exported result{};
+    const Status status = attempt(operation, [&] {
+        result = exported(work());
+        return Status::ok;
+    });
+    return status == Status::ok ? result : failure<Exported>(status);
 }
 
 /// The body of an exported operation: checks @p self and the required arguments, then calls
