@@ -144,5 +144,22 @@ TEST(KeyHashAlone, MakesASampleOfTheInstanceWithoutPayload) {
     ddsi_sertype_unref(type);
 }
 
+// Cyclone keeps some instances until the last participant of the domain ends.
+TEST(Instance, HasItsPlaceInTheIndexWithoutItsType) {
+    const auto shared = SharedType::of(std::make_shared<PlainType>());
+    ddsi_sertype* const type = make_sertype(shared);
+    SerdataPtr sample = make_serdata(type, SDK_DATA, whole.size());
+    sample->set_key(*PlainType().accept(PayloadKind::data, whole));
+    const long users = shared.use_count();
+    SerdataPtr instance(static_cast<Serdata*>(ddsi_serdata_to_untyped(sample.get())));
+    EXPECT_EQ(shared.use_count(), users);
+    EXPECT_EQ(shared->instances()->next(nullptr), sample->key);
+    EXPECT_EQ(shared->instances()->next(&sample->key), std::nullopt);
+    sample.reset();
+    ddsi_sertype_unref(type);
+    instance.reset();
+    EXPECT_EQ(shared->instances()->next(nullptr), std::nullopt);
+}
+
 }  // namespace
 }  // namespace pexa::engine::cyclone

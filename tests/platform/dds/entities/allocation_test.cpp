@@ -1,7 +1,5 @@
 #include <malloc.h>
 
-#include <functional>
-
 #include <gtest/gtest.h>
 
 #include "tests/platform/dds/entities/probe_node.hpp"
@@ -17,37 +15,32 @@ using orvane::test::sweep;
 TEST(WithoutMemory, NoEntityIsMadeAndNothingIsLeftBehind) {
     const ProbeNode node;
     const std::string name = topic_of_this_test() + "_new";
-    // With the allocations of the port itself; the engine ends the process where its own fail.
-    const std::pair<int, std::function<const void*()>> cases[] = {
-        {2,
-         [] {
-             return DDS_DomainParticipantFactory_create_participant(
-                 ProbeNode::factory(), orvane::test::domain(), nullptr, nullptr, 0);
-         }},
-        {2, [&] { return node.make_publisher(); }},
-        {2, [&] { return node.make_subscriber(); }},
-        {2, [&] { return node.make_topic(name); }},
-        {3, [&] { return node.default_writer(); }},
-        {3, [&] { return node.default_reader(); }},
-    };
     orvane::test::Reports reports;
-    for (const auto& [allocations, create] : cases) {
-        for (int number = 1; number <= allocations; ++number) {
-            const Fault fault(new_expression, number);
-            EXPECT_EQ(create(), nullptr) << number;
-            EXPECT_TRUE(fault.has_struck());
-            EXPECT_EQ(reports.take().size(), 1U);
-        }
+    const auto expect_all_or_nothing = [&](auto make, auto remove,
+                                           const char* allocation = new_expression) {
+        sweep(allocation, [&] {
+            auto* const made = make();
+            EXPECT_EQ(reports.take().size(), made == nullptr ? 1U : 0U);
+            return made != nullptr && remove(made) == ok;
+        });
+    };
+    const auto remove = [&](auto* entity) { return node.remove(entity); };
+    expect_all_or_nothing(
+        [] {
+            return DDS_DomainParticipantFactory_create_participant(
+                ProbeNode::factory(), orvane::test::domain(), nullptr, nullptr, 0);
+        },
+        [](DDS_DomainParticipant* participant) {
+            return DDS_DomainParticipantFactory_delete_participant(ProbeNode::factory(),
+                                                                   participant);
+        });
+    expect_all_or_nothing([&] { return node.make_publisher(); }, remove);
+    expect_all_or_nothing([&] { return node.make_subscriber(); }, remove);
+    expect_all_or_nothing([&] { return node.make_topic(name); }, remove);
+    for (const char* allocation : {new_expression, heap_allocation}) {
+        expect_all_or_nothing([&] { return node.default_writer(); }, remove, allocation);
+        expect_all_or_nothing([&] { return node.default_reader(); }, remove, allocation);
     }
-    sweep(heap_allocation, [&] {
-        DDS_DataWriter* writer = node.default_writer();
-        return writer != nullptr && node.remove(writer) == ok;
-    });
-    sweep(heap_allocation, [&] {
-        DDS_DataReader* reader = node.default_reader();
-        return reader != nullptr && node.remove(reader) == ok;
-    });
-    EXPECT_NE(node.make_topic(name), nullptr) << "the name is free";
     EXPECT_EQ(node.remove(node.topic), ok) << "nothing uses it";
 }
 
