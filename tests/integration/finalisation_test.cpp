@@ -50,7 +50,8 @@ private:
     ChildProcess trigger_{peer_command("trigger")};
 };
 
-/// Remote tools come and go meanwhile, and the middleware reports all it can to the device.
+/// Remote tools come and go meanwhile, the middleware reports all it can to the device, signal
+/// handlers log, and the process forks.
 TEST_F(Finalisation, EndsWhileThreadsLogAndRemoteToolsSendCommands) {
     ChildProcess visitor{peer_command("visit")};
     Viewer viewer;

@@ -1,5 +1,7 @@
 #include "tests/integration/peer.hpp"
 
+#include <signal.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
@@ -96,6 +98,53 @@ void wait_for_more(int more, const std::atomic<int>& counter) {
     }
 }
 
+std::atomic<Logger*> logger_of_handlers = nullptr;
+
+/// Interrupts the threads again and again with a signal whose handler logs.
+std::jthread start_interrupting(Logger& logger, std::array<std::jthread, 8>& threads) {
+    logger_of_handlers = &logger;
+    struct sigaction action {};
+    action.sa_handler = [](int) {
+        QEL_KX_Orvane_info(logger_of_handlers.load()->instance(), "from a handler");
+    };
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGUSR1, &action, nullptr);
+    return std::jthread{[&](const std::stop_token& token) {
+        while (!token.stop_requested()) {
+            for (std::jthread& thread : threads) {
+                pthread_kill(thread.native_handle(), SIGUSR1);
+            }
+            std::this_thread::sleep_for(1ms);
+        }
+    }};
+}
+
+/// What a forked child does with its copy of the logger. @return whether it is as it should be
+bool use_copy(const Logger& logger) {
+    QEL_KX_Orvane_error(logger.instance(), "from a child");
+    return QEL_KX_Orvane_getInstance() == nullptr && Logger::finish() == DDS_RETCODE_OK;
+}
+
+/// Forks children again and again, which must not hang.
+std::jthread start_forking(const Logger& logger) {
+    return std::jthread{[&](const std::stop_token& token) {
+        while (!token.stop_requested()) {
+            const pid_t child = fork();
+            if (child == 0) {
+                alarm(20);
+                _exit(use_copy(logger) ? EXIT_SUCCESS : EXIT_FAILURE);
+            }
+            int status = 0;
+            waitpid(child, &status, 0);
+            if (status != 0) {
+                std::cerr << "test_peer: a child ended with status " << status << '\n';
+                std::exit(EXIT_FAILURE);
+            }
+            std::this_thread::sleep_for(20ms);
+        }
+    }};
+}
+
 /// @param under_fire waits until the logger has been used in that cycle
 void run_cycles(Logger& logger, int cycles, const std::function<OptionsPointer()>& options,
                 const std::function<void(int cycle)>& under_fire) {
@@ -169,6 +218,8 @@ void fire_from_threads(int domain_id, int cycles) {
             }
         }};
     }
+    const std::jthread forking = start_forking(logger);
+    const std::jthread interrupting = start_interrupting(logger, threads);
     const auto options = [&] {
         // Again each time, because remote tools change it.
         report_everything();
