@@ -42,11 +42,12 @@ Success decode_sequence(void* sequence, const MemberDescriptor& member, QELCdrSt
 }  // namespace
 
 Success decode_variable_value(void* value, const MemberDescriptor& member, QELCdrStream& stream) {
+    if (member.kind == MemberKind::Sequence) {
+        return decode_sequence(value, member, stream);
+    }
     // The member may occur twice, and the last one counts as a whole.
-    reset_variable_value(value, member);
-    return member.kind == MemberKind::Sequence
-               ? decode_sequence(value, member, stream)
-               : decode(*member.type, value, stream, Selection::All);
+    reset(*member.type, value);
+    return decode(*member.type, value, stream, Selection::All);
 }
 
 Success decode(const TypeTable& table, void* record, QELCdrStream& stream, Selection selection) {

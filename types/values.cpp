@@ -111,9 +111,12 @@ void reset(const TypeTable& table, void* record) {
 
 void reset_variable_value(void* value, const MemberDescriptor& member) {
     if (member.kind == MemberKind::Sequence) {
-        // A shorter length needs no memory and cannot fail.
-        static_cast<void>(
-            PEXASequence_set_length(static_cast<PEXASequence*>(value), member.element, 0));
+        const auto sequence = read_value<PEXASequence>(value);
+        // It is nearly always empty. A shorter length needs no memory and cannot fail.
+        if (sequence.length != 0 || sequence.sequenceInit != DDS_SEQUENCE_MAGIC) {
+            static_cast<void>(
+                PEXASequence_set_length(static_cast<PEXASequence*>(value), member.element, 0));
+        }
     } else {
         reset(*member.type, value);
     }
