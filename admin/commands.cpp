@@ -1,5 +1,6 @@
 #include "admin/commands.hpp"
 
+#include "admin/command_response.hpp"
 #include "admin/entities.hpp"
 #include "admin/logger_bridge.hpp"
 #include "admin/state.hpp"
@@ -10,12 +11,10 @@
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
 #include "orvane/core.h"
-#include "pexa/string.h"
 #include "platform/internal/number_of.hpp"
 #include "platform/internal/sequence_define.hpp"
 #include "types/table.hpp"
 #include "types/typed_reader.hpp"
-#include "types/typed_writer.hpp"
 #include "types/value_operations.hpp"
 
 namespace orvane::admin {
@@ -25,7 +24,6 @@ constexpr const char* process_context = "QEL_KX_Orvane_processCommand";
 constexpr const char* take_context = "QEL_KX_Orvane_CommandRequestListener_on_data_available";
 
 using CommandReader = types::DataReader<QEL_KX_ADMIN_CommandRequest>;
-using ResponseWriter = types::DataWriter<QEL_KX_ADMIN_CommandResponse>;
 using Identity = types::ValueOperations<QEL_KX_HostAndAppId>;
 
 /// Calls @p action with the elements of a sequence and their numbers.
@@ -39,28 +37,13 @@ void for_each_element(Sequence& typed, Action action) {
     }
 }
 
-/// A response that frees its text with its scope, also when its initialisation ran out of memory.
-class Response {
-public:
-    Response() { types::ValueOperations<QEL_KX_ADMIN_CommandResponse>::initialize(&sample_); }
-    Response(const Response&) = delete;
-    Response& operator=(const Response&) = delete;
-    ~Response() { types::ValueOperations<QEL_KX_ADMIN_CommandResponse>::finalize(&sample_); }
-
-    QEL_KX_ADMIN_CommandResponse& sample() noexcept { return sample_; }
-
-private:
-    QEL_KX_ADMIN_CommandResponse sample_{};
-};
-
 QEL_KX_ADMIN_CommandResult execute_filter_level(QEL_KX_Orvane& logger, DDS_Long level,
                                                 QEL_KX_ADMIN_CommandResponse& response) {
     if (set_filter_level(logger, level) == pexa::Status::ok) {
         return QEL_KX_COMMAND_RESULT_OK;
     }
-    constexpr const char* refusal = "Orvane: Trouble setting new Filter Level.";
-    // Into the buffer that the response owns and frees.
-    DDS_String_copyBounded(response.message, refusal, ORVANE_RESPONSE_MESSAGE_BOUND + 1);
+    static char refusal[] = "Orvane: Trouble setting new Filter Level.";
+    response.message = refusal;
     core::report(process_context, refusal, QEL_KX_LEVEL_WARNING);
     return QEL_KX_COMMAND_RESULT_ERROR;
 }
@@ -92,7 +75,8 @@ QEL_KX_ADMIN_CommandResult execute(QEL_KX_Orvane& logger, QEL_KX_ADMIN_Command& 
         case QEL_KX_SET_QEL_LOGGER_PRINT_FORMAT:
             // The answer is OK in any case. The State shows the format in force.
             static_cast<void>(set_middleware_print_format(
-                logger, print_formats.to_middleware(pexa::number_of(command._u.printFormat))));
+                logger, print_formats.to_middleware(pexa::number_of(command._u.printFormat)),
+                no_wait));
             return QEL_KX_COMMAND_RESULT_OK;
     }
     return QEL_KX_COMMAND_RESULT_NOT_SUPPORTED;
@@ -133,39 +117,40 @@ void take_commands(QEL_KX_Orvane& logger, DDS_DataReader* reader) {
 }
 
 void process_command(QEL_KX_Orvane& logger, QEL_KX_ADMIN_CommandRequest& request) {
-    Response response;
-    QEL_KX_ADMIN_CommandResponse& sample = response.sample();
+    // What a listener of this process does on this thread meanwhile is published after the answer.
+    const KeptTurn turn(logger);
+    static char no_message[] = "";
+    Answer answer{field_of<&QEL_KX_DDSEntities::commandResponseWriter>(logger.ddsEntities), {}};
+    QEL_KX_ADMIN_CommandResponse& sample = answer.sample;
+    sample.message = no_message;
     with_state(logger, [&](const QEL_KX_ADMIN_State& state) {
         Identity::copy(&sample.hostAndAppId, &state.hostAndAppId);
     });
     Identity::copy(&sample.originatorHostAndAppId, &request.originatorHostAndAppId);
     sample.invocation = request.invocation;
     sample.commandResult = execute(logger, request.command, sample);
-    if (ResponseWriter::write(
-            field_of<&QEL_KX_DDSEntities::commandResponseWriter>(logger.ddsEntities), &sample,
-            &DDS_HANDLE_NIL) != DDS_RETCODE_OK) {
-        core::report(process_context, "Unable to write Command Response");
-    }
+    answer_in_turn(logger, answer);
 }
 
 pexa::Status set_filter_level(QEL_KX_Orvane& logger, DDS_Long level) {
     if (level < 0) {
         return pexa::Status::error;
     }
-    bool changed = false;
-    with_state(logger, [&](QEL_KX_ADMIN_State& state) {
-        // The logging calls read it without the mutex.
-        changed =
-            std::atomic_ref(logger.filterLevel).exchange(level, std::memory_order_relaxed) != level;
-        if (changed) {
-            state.filterLevel = level;
-            // Before anybody can see the new level in the published State.
-            core::refresh_filter();
-        }
-    });
-    if (changed && write_state(logger) != pexa::Status::ok) {
-        core::report("QEL_KX_Orvane_setFilterLevel", "Unable to write State", QEL_KX_LEVEL_WARNING);
-    }
+    publish_change(
+        logger,
+        [&](QEL_KX_ADMIN_State& state) {
+            // The logging calls read it without the mutex.
+            const bool changed =
+                std::atomic_ref(logger.filterLevel).exchange(level, std::memory_order_relaxed) !=
+                level;
+            if (changed) {
+                state.filterLevel = level;
+                // Before anybody can see the new level in the published State.
+                core::refresh_filter();
+            }
+            return changed;
+        },
+        {"QEL_KX_Orvane_setFilterLevel", "Unable to write State"});
     return pexa::Status::ok;
 }
 

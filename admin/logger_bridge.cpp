@@ -123,13 +123,15 @@ void set_middleware_verbosity(QEL_KX_Orvane& logger, PEXA_Config_LogCategory cat
         core::set_communications_verbosity(*logger.logMessageWriteThread, verbosity);
     }
     refresh_verbosities(logger);
-    if (write_state(logger) != Status::ok) {
-        core::report("QEL_KX_Orvane_setQELLoggerVerbosityByCategory",
-                     "Unable to write Verbosity State", QEL_KX_LEVEL_WARNING);
-    }
+    // A failure is reported.
+    static_cast<void>(publish_state(
+        logger,
+        {"QEL_KX_Orvane_setQELLoggerVerbosityByCategory", "Unable to write Verbosity State"},
+        no_wait));
 }
 
-Status set_middleware_print_format(QEL_KX_Orvane& logger, PEXA_Config_LogPrintFormat format) {
+Status set_middleware_print_format(QEL_KX_Orvane& logger, PEXA_Config_LogPrintFormat format,
+                                   std::chrono::milliseconds patience) {
     constexpr const char* context = "QEL_KX_Orvane_setQELLoggerPrintFormat";
     PEXA_Config_Logger* const middleware = middleware_logger(context);
     if (middleware == nullptr) {
@@ -137,11 +139,7 @@ Status set_middleware_print_format(QEL_KX_Orvane& logger, PEXA_Config_LogPrintFo
     }
     PEXA_Config_Logger_set_print_format(middleware, format);
     store_print_format(logger, middleware);
-    if (write_state(logger) == Status::ok) {
-        return Status::ok;
-    }
-    core::report(context, "Unable to write PrintFormat State", QEL_KX_LEVEL_WARNING);
-    return Status::error;
+    return publish_state(logger, {context, "Unable to write PrintFormat State"}, patience);
 }
 
 }  // namespace orvane::admin
@@ -180,5 +178,6 @@ void QEL_KX_Orvane_setQELLoggerVerbosityByCategory(QEL_KX_Orvane* logger,
 
 DDS_Boolean QEL_KX_Orvane_setQELLoggerPrintFormat(QEL_KX_Orvane* logger,
                                                   PEXA_Config_LogPrintFormat format) {
-    return orvane::core::to_boolean(admin::set_middleware_print_format(*logger, format));
+    return orvane::core::to_boolean(
+        admin::set_middleware_print_format(*logger, format, admin::for_result));
 }

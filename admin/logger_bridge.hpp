@@ -2,6 +2,8 @@
 /// @brief What the library does with the middleware's own logger.
 #pragma once
 
+#include <chrono>
+
 #include "orvane/admin.h"
 #include "platform/internal/status.hpp"
 
@@ -16,8 +18,9 @@ void refresh_verbosities(QEL_KX_Orvane& logger);
 void refresh_print_format(QEL_KX_Orvane& logger);
 void set_middleware_verbosity(QEL_KX_Orvane& logger, PEXA_Config_LogCategory category,
                               PEXA_Config_LogVerbosity verbosity);
-/// @return an error after a report.
-pexa::Status set_middleware_print_format(QEL_KX_Orvane& logger, PEXA_Config_LogPrintFormat format);
+/// @param patience as for publish_state(). @return an error after a report.
+pexa::Status set_middleware_print_format(QEL_KX_Orvane& logger, PEXA_Config_LogPrintFormat format,
+                                         std::chrono::milliseconds patience);
 /// @}
 
 }  // namespace orvane::admin

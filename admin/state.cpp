@@ -1,7 +1,13 @@
 #include "admin/state.hpp"
 
+#include <array>
+#include <condition_variable>
+#include <cstddef>
 #include <memory>
+#include <utility>
+#include <variant>
 
+#include "admin/command_response.hpp"
 #include "admin/entities.hpp"
 #include "core/exported.hpp"
 #include "core/report.hpp"
@@ -19,43 +25,88 @@ constexpr const char* initial_context = "QEL_KX_DDSEntities_stateWriterOnPublica
 constexpr const char* write_context = "QEL_KX_Orvane_writeState";
 constexpr const char* no_writer = "could not get KX state data writer";
 
-/// Publications follow the order of the changes, and yet no lock is held while the engine writes.
-/// On the writing thread a write runs the logger device and the listeners of readers in this
-/// process. They may change the State again, or wait for the global lock while its holder publishes
-/// the end of the logger.
+struct FirstState {
+    QEL_KX_ADMIN_StateDataWriter* writer;
+};
+using Work = std::variant<StateFailure, FirstState, Answer>;
+
+/// Work that was left. Changes of the same kind in succession take one place.
+struct LeftWork {
+    Work work;
+    unsigned times = 1;
+};
+
+/// The turn to write.
+///
+/// Publications follow the order of the changes, and a response follows the State that shows its
+/// command's effect. Yet no lock is held while the engine writes. On the writing thread a write
+/// runs the logger device and the listeners of readers in this process. They may change the State
+/// again, or wait for the global lock while its holder publishes the end of the logger. They must
+/// not use the writer, either, which the engine keeps locked meanwhile.
 ///
 /// So only the thread that has the turn publishes. It publishes a copy that it made under the
-/// mutex. Another thread leaves a request and goes on. The publishing thread then publishes a new
-/// copy for the requests. In this way every change is followed by a publication that contains it,
-/// and no thread waits.
+/// mutex. Another thread leaves its work and goes on, and so does a listener inside a write of the
+/// thread that has the turn. The thread with the turn does what was left, in its order, before it
+/// gives the turn back. A command on it keeps the turn until it is answered. In this way every
+/// change is followed by a publication that contains it, and no thread has to wait.
 ///
-/// No publication comes too late: its thread either holds the global lock or is in a callback of
-/// the entities, and the deletion of the entities waits for the end of their callbacks.
+/// A thread without a turn waits only for a result that it has to return, and not for ever. See
+/// publish_state().
+///
+/// No write comes too late: its thread holds the global lock or is in a callback of the entities,
+/// and the teardown waits for the callbacks before it deletes a writer.
 struct Turn {
     bool taken = false;
-    unsigned requests = 0;
+    /// Whether the thread that has the turn is inside a write.
+    bool writing = false;
+    std::size_t first = 0;
+    std::size_t count = 0;
+    /// A reader of commands keeps ten requests. Each leaves six works at most.
+    std::array<LeftWork, 128> left;
 };
 constinit Turn turn;
+std::condition_variable turn_ended;
+constinit thread_local bool has_turn = false;
 
-/// @return false when another thread is publishing; it then publishes once more.
-bool take_turn() noexcept {
-    const std::lock_guard lock(state_mutex);
-    if (turn.taken) {
-        ++turn.requests;
+/// @name With the mutex held
+/// @{
+bool may_write() noexcept {
+    return !turn.taken || (has_turn && !turn.writing);
+}
+
+/// @return false when there is no room.
+bool leave(const Work& work) noexcept {
+    const auto place = [](std::size_t index) -> LeftWork& {
+        return turn.left[(turn.first + index) % turn.left.size()];
+    };
+    if (const auto* change = std::get_if<StateFailure>(&work);
+        change != nullptr && turn.count > 0) {
+        LeftWork& last = place(turn.count - 1);
+        if (const auto* same = std::get_if<StateFailure>(&last.work);
+            same != nullptr && *same == *change) {
+            ++last.times;
+            return true;
+        }
+    }
+    if (turn.count == turn.left.size()) {
         return false;
     }
-    turn.taken = true;
+    place(turn.count++) = LeftWork{work};
     return true;
 }
 
-/// Gives the turn back although requests may be left, which only a first publication that failed
-/// does: then nothing is published at all.
-void drop_turn() noexcept {
-    const std::lock_guard lock(state_mutex);
-    turn = Turn{};
+/// There is some.
+Work take_left_work() noexcept {
+    LeftWork& next = turn.left[turn.first];
+    if (--next.times == 0) {
+        turn.first = (turn.first + 1) % turn.left.size();
+        --turn.count;
+    }
+    return next.work;
 }
+/// @}
 
-DDS_ReturnCode_t publish(QEL_KX_Orvane& logger, QEL_KX_ADMIN_StateDataWriter* writer) {
+Status publish(QEL_KX_Orvane& logger, QEL_KX_ADMIN_StateDataWriter* writer) {
     QEL_KX_ADMIN_State copy;
     DDS_InstanceHandle_t handle;
     {
@@ -65,33 +116,8 @@ DDS_ReturnCode_t publish(QEL_KX_Orvane& logger, QEL_KX_ADMIN_StateDataWriter* wr
         copy = *logger.state;
         handle = logger.stateInstanceHandle;
     }
-    return StateWriter::write(writer, &copy, &handle);
-}
-
-Status publish_reporting(QEL_KX_Orvane& logger, QEL_KX_ADMIN_StateDataWriter* writer) {
-    if (publish(logger, writer) == DDS_RETCODE_OK) {
-        return Status::ok;
-    }
-    core::report(write_context, "Unable to write State in DataWriter");
-    return Status::error;
-}
-
-/// @return false when no request was left, and the turn is given back.
-bool take_request() noexcept {
-    const std::lock_guard lock(state_mutex);
-    if (turn.requests == 0) {
-        turn.taken = false;
-        return false;
-    }
-    --turn.requests;
-    return true;
-}
-
-void serve_requests(QEL_KX_Orvane& logger, QEL_KX_ADMIN_StateDataWriter* writer) {
-    while (take_request()) {
-        // A failure has been reported. The threads of the requests have gone on.
-        static_cast<void>(publish_reporting(logger, writer));
-    }
+    return StateWriter::write(writer, &copy, &handle) == DDS_RETCODE_OK ? Status::ok
+                                                                        : Status::error;
 }
 
 void set_state_handle(QEL_KX_Orvane& logger, const DDS_InstanceHandle_t& handle) noexcept {
@@ -99,28 +125,128 @@ void set_state_handle(QEL_KX_Orvane& logger, const DDS_InstanceHandle_t& handle)
     logger.stateInstanceHandle = handle;
 }
 
-/// @return whether this call is the one that has to publish the first State.
-bool take_initial_turn(QEL_KX_Orvane& logger, QEL_KX_ADMIN_State& copy) noexcept {
-    const std::lock_guard lock(state_mutex);
-    if (DDS_InstanceHandle_is_valid(&logger.stateInstanceHandle) != 0 || turn.taken) {
-        return false;
+/// @name What cannot be done
+/// @{
+void refuse(const StateFailure& failure, const char* text) {
+    core::report(write_context, text);
+    if (failure.text != nullptr) {
+        core::report(failure.context, failure.text, QEL_KX_LEVEL_WARNING);
     }
-    turn.taken = true;
-    copy = *logger.state;
-    return true;
 }
 
-/// @return false before the first publication, when there is no reader. A first publication that is
-/// under way made its copy before this call's change, so it gets a request for another one.
-bool publication_begun() noexcept {
-    const std::lock_guard lock(state_mutex);
-    if (QEL_KX_DDSEntities_gInitialStateSent != 0) {
-        return true;
+void refuse(const StateFailure& failure) {
+    refuse(failure, "Unable to write State in DataWriter");
+}
+
+void refuse(const FirstState&) {
+    core::report(initial_context, "Unable to register the State instance");
+}
+
+void refuse(const Answer&) {
+    refuse_answer();
+}
+/// @}
+
+/// @name What is done with the turn
+/// @return an error after a report, if there is one
+/// @{
+Status perform(QEL_KX_Orvane& logger, const StateFailure& failure) {
+    // Without a reader there is nothing to do: the first one gets the State as a whole.
+    if (!initial_state_sent()) {
+        return Status::ok;
     }
-    if (turn.taken) {
-        ++turn.requests;
+    DDS_DataWriter* const writer = field_of<&QEL_KX_DDSEntities::stateWriter>(logger.ddsEntities);
+    if (writer == nullptr) {
+        refuse(failure, no_writer);
+        return Status::error;
     }
-    return false;
+    DDS_DataWriter* const untyped = StateWriter::as_datawriter(writer);
+    if (untyped == nullptr) {
+        refuse(failure, "could not get State DataWriter as DDS DataWriter");
+        return Status::error;
+    }
+    if (DDS_Entity_is_enabled(DDS_DataWriter_as_entity(untyped)) == 0) {
+        return Status::ok;
+    }
+    const Status written = publish(logger, writer);
+    if (written != Status::ok) {
+        refuse(failure);
+    }
+    return written;
+}
+
+Status perform(QEL_KX_Orvane& logger, const FirstState& first) {
+    QEL_KX_ADMIN_State copy;
+    {
+        const std::lock_guard lock(state_mutex);
+        if (DDS_InstanceHandle_is_valid(&logger.stateInstanceHandle) != 0) {
+            return Status::ok;
+        }
+        copy = *logger.state;
+    }
+    const DDS_InstanceHandle_t handle = StateWriter::register_instance(first.writer, &copy);
+    if (DDS_InstanceHandle_is_valid(&handle) == 0) {
+        refuse(first);
+        return Status::error;
+    }
+    set_state_handle(logger, handle);
+    const Status written = publish(logger, first.writer);
+    if (written == Status::ok) {
+        set_initial_state_sent(1);
+    }
+    return written;
+}
+
+Status perform(QEL_KX_Orvane&, const Answer& answer) {
+    return write_answer(answer);
+}
+/// @}
+
+using Lock = std::unique_lock<std::mutex>;
+
+/// @param lock is given back for the time of the writing.
+Status do_now(QEL_KX_Orvane& logger, const Work& work, Lock& lock) {
+    turn.writing = true;
+    lock.unlock();
+    const Status done = std::visit([&](const auto& what) { return perform(logger, what); }, work);
+    lock.lock();
+    turn.writing = false;
+    return done;
+}
+
+void begin_turn() noexcept {
+    turn.taken = true;
+    has_turn = true;
+}
+
+void end_turn(QEL_KX_Orvane& logger, Lock& lock) {
+    while (turn.count > 0) {
+        // A failure has been reported. The threads that left the work have gone on.
+        static_cast<void>(do_now(logger, take_left_work(), lock));
+    }
+    turn.taken = false;
+    has_turn = false;
+    turn_ended.notify_all();
+}
+
+Status submit(QEL_KX_Orvane& logger, const Work& work, Lock lock) {
+    if (!may_write()) {
+        if (leave(work)) {
+            return Status::ok;
+        }
+        lock.unlock();
+        std::visit([](const auto& what) { refuse(what); }, work);
+        return Status::out_of_resources;
+    }
+    const bool begins = !turn.taken;
+    if (begins) {
+        begin_turn();
+    }
+    const Status done = do_now(logger, work, lock);
+    if (begins) {
+        end_turn(logger, lock);
+    }
+    return done;
 }
 
 }  // namespace
@@ -158,52 +284,53 @@ void publish_initial_state(QEL_KX_Orvane& logger, DDS_DataWriter* writer) {
         core::report(initial_context, no_writer);
         return;
     }
-    QEL_KX_ADMIN_State copy;
-    if (!take_initial_turn(logger, copy)) {
-        return;
-    }
-    const DDS_InstanceHandle_t handle = StateWriter::register_instance(state_writer, &copy);
-    if (DDS_InstanceHandle_is_valid(&handle) == 0) {
-        drop_turn();
-        core::report(initial_context, "Unable to register the State instance");
-        return;
-    }
-    set_state_handle(logger, handle);
-    if (publish(logger, state_writer) != DDS_RETCODE_OK) {
-        drop_turn();
-        return;
-    }
-    set_initial_state_sent(1);
-    serve_requests(logger, state_writer);
+    // Nobody waits for the result.
+    static_cast<void>(submit(logger, FirstState{state_writer}, Lock(state_mutex)));
 }
 
-Status write_state(QEL_KX_Orvane& logger) {
-    if (!publication_begun()) {
-        return Status::ok;
+Status publish_state(QEL_KX_Orvane& logger, const StateFailure& failure, Lock lock) {
+    return submit(logger, failure, std::move(lock));
+}
+
+Status publish_state(QEL_KX_Orvane& logger, const StateFailure& failure,
+                     std::chrono::milliseconds patience) {
+    Lock lock(state_mutex);
+    const auto needs_no_wait = [] {
+        return !turn.taken || has_turn || QEL_KX_DDSEntities_gInitialStateSent == 0;
+    };
+    if (patience > no_wait && !turn_ended.wait_for(lock, patience, needs_no_wait)) {
+        // Readers still get the State, if there is room.
+        static_cast<void>(leave(StateFailure{}));
+        lock.unlock();
+        refuse(failure);
+        return Status::timeout;
     }
-    DDS_DataWriter* const writer = field_of<&QEL_KX_DDSEntities::stateWriter>(logger.ddsEntities);
-    if (writer == nullptr) {
-        core::report(write_context, no_writer);
-        return Status::error;
+    return submit(logger, failure, std::move(lock));
+}
+
+void answer_in_turn(QEL_KX_Orvane& logger, const Answer& answer) {
+    // A failure has been reported.
+    static_cast<void>(submit(logger, answer, Lock(state_mutex)));
+}
+
+KeptTurn::KeptTurn(QEL_KX_Orvane& logger) : logger_(logger) {
+    const std::lock_guard lock(state_mutex);
+    begins_ = !turn.taken;
+    if (begins_) {
+        begin_turn();
     }
-    DDS_DataWriter* const untyped = StateWriter::as_datawriter(writer);
-    if (untyped == nullptr) {
-        core::report(write_context, "could not get State DataWriter as DDS DataWriter");
-        return Status::error;
+}
+
+KeptTurn::~KeptTurn() {
+    if (begins_) {
+        Lock lock(state_mutex);
+        end_turn(logger_, lock);
     }
-    if (DDS_Entity_is_enabled(DDS_DataWriter_as_entity(untyped)) == 0) {
-        return Status::ok;
-    }
-    if (!take_turn()) {
-        return Status::ok;
-    }
-    const Status written = publish_reporting(logger, writer);
-    serve_requests(logger, writer);
-    return written;
 }
 
 void forget_publication() noexcept {
     std::construct_at(&state_mutex);
+    std::construct_at(&turn_ended);
     turn = Turn{};
     QEL_KX_DDSEntities_gInitialStateSent = 0;
 }
@@ -224,5 +351,5 @@ void QEL_KX_DDSEntities_stateWriterOnPublicationMatched(void* listenerData, DDS_
 }
 
 DDS_Boolean QEL_KX_Orvane_writeState(QEL_KX_Orvane* logger) {
-    return orvane::core::to_boolean(admin::write_state(*logger));
+    return orvane::core::to_boolean(admin::publish_state(*logger, {}, admin::for_result));
 }

@@ -7,8 +7,11 @@
 /// not the printer.
 #pragma once
 
+#include <chrono>
 #include <mutex>
+#include <utility>
 
+#include "admin/command_response.hpp"
 #include "orvane/admin.h"
 #include "orvane/core.h"
 #include "platform/internal/status.hpp"
@@ -37,8 +40,63 @@ void identify_state(QEL_KX_Orvane& logger, DDS_UnsignedLong host_id, DDS_Unsigne
 void set_initial_state_sent(QELBool sent) noexcept;
 bool initial_state_sent() noexcept;
 void publish_initial_state(QEL_KX_Orvane& logger, DDS_DataWriter* writer);
-/// @return an error after a report.
-pexa::Status write_state(QEL_KX_Orvane& logger);
+
+/// What the operation that changed the State says, as a warning, when it cannot be published.
+struct StateFailure {
+    const char* context = nullptr;
+    const char* text = nullptr;
+
+    bool operator==(const StateFailure&) const = default;
+};
+
+/// How long to wait for the result of a publication while another thread publishes. A thread that
+/// does not need it must not wait: it may hold the global lock, or be the engine's thread for
+/// acknowledgements. For a thread that does wait this is the end of a circle through the listeners
+/// of the application.
+inline constexpr std::chrono::milliseconds no_wait{0};
+inline constexpr std::chrono::milliseconds for_result{5000};
+
+/// Publishes the State as it is now. While another thread publishes, or inside a write of this one,
+/// the publication is left to that thread or to the end of that write. @p failure is reported by
+/// whoever publishes.
+/// @param patience above no_wait: the call waits for the other thread. What it then returns is the
+///   result of its own publication. Inside a write it does not wait.
+/// @return ok for a publication that is left; otherwise an error after a report.
+pexa::Status publish_state(QEL_KX_Orvane& logger, const StateFailure& failure,
+                           std::chrono::milliseconds patience);
+/// Does not wait. @param lock has the mutex.
+pexa::Status publish_state(QEL_KX_Orvane& logger, const StateFailure& failure,
+                           std::unique_lock<std::mutex> lock);
+
+/// Changes and publishes the State in one step: a command that finds the change made is answered
+/// after its publication.
+/// @param change as in with_state(); returns whether there is something to publish.
+template <typename Change>
+void publish_change(QEL_KX_Orvane& logger, Change change, const StateFailure& failure) {
+    std::unique_lock lock(state_mutex);
+    if (change(*logger.state)) {
+        // Nobody waits for the result.
+        static_cast<void>(publish_state(logger, failure, std::move(lock)));
+    }
+}
+
+/// Writes an answer behind all States and answers that are under way, as publish_state() does.
+void answer_in_turn(QEL_KX_Orvane& logger, const Answer& answer);
+
+/// Keeps the turn to publish, if it is free, for States and an answer between which nothing may
+/// come.
+class KeptTurn {
+public:
+    explicit KeptTurn(QEL_KX_Orvane& logger);
+    ~KeptTurn();
+    KeptTurn(const KeptTurn&) = delete;
+    KeptTurn& operator=(const KeptTurn&) = delete;
+
+private:
+    QEL_KX_Orvane& logger_;
+    bool begins_;
+};
+
 /// In a child process that has just been forked: no thread publishes or holds the mutex there.
 void forget_publication() noexcept;
 /// @}

@@ -119,7 +119,8 @@ Outcome serve_waiting_commands(QEL_KX_Orvane& self) {
 
 Outcome become_operational(QEL_KX_Orvane& self) {
     admin::set_state_kind(self, QEL_KX_STATE_OPERATIONAL);
-    return Outcome::done_if(admin::write_state(self) == Status::ok, "Unable to write State");
+    return Outcome::done_if(admin::publish_state(self, {}, admin::for_result) == Status::ok,
+                            "Unable to write State");
 }
 
 Outcome install_device(QEL_KX_Orvane& self) {

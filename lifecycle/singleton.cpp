@@ -69,9 +69,9 @@ bool create(const char* context) {
     }
     admin::unmask_verbosity(verbosities);
     admin::refresh_verbosities(*created);
-    if (admin::write_state(*created) != Status::ok) {
-        report(context, "Unable to Write State", QEL_KX_LEVEL_WARNING);
-    }
+    // A failure is reported.
+    static_cast<void>(
+        admin::publish_state(*created, {context, "Unable to Write State"}, admin::no_wait));
     return true;
 }
 
@@ -84,9 +84,9 @@ void disable() {
     if (logger->logMessageWriteThread != nullptr) {
         core::store(logger->logMessageWriteThread->run, 0);
     }
-    if (admin::write_state(*logger) != Status::ok) {
-        report("QEL_KX_Orvane_disable", "Unable to Write State", QEL_KX_LEVEL_WARNING);
-    }
+    // A failure is reported.
+    static_cast<void>(admin::publish_state(
+        *logger, {"QEL_KX_Orvane_disable", "Unable to Write State"}, admin::no_wait));
 }
 
 Status finalize() {

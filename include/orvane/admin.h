@@ -205,10 +205,11 @@ ORVANE_API QELBool QEL_KX_DDSEntities_hasInitialStateBeenSent(void);
 ORVANE_API void QEL_KX_DDSEntities_stateWriterOnPublicationMatched(
     void* listenerData, DDS_DataWriter* writer, const DDS_PublicationMatchedStatus* status);
 /**
- * Publishes the State as it is now. When another thread is just publishing, that thread publishes
- * once more after its own, and this call returns 1 without waiting.
- * @return 1: published, handed over, or nothing to do yet (no reader so far, or the writer is
- *   disabled); 0 after a reported failure.
+ * Publishes the State as it is now. Waits while another thread publishes, up to five seconds; after
+ * that the State is left to that thread, and this call reports a failure. In a listener that is
+ * called from within a publication, the State is published after it.
+ * @return 1: published, to be published after the present one, or nothing to do yet (no reader so
+ *   far, or the writer is disabled); 0 after a reported failure.
  */
 ORVANE_API DDS_Boolean QEL_KX_Orvane_writeState(QEL_KX_Orvane* logger);
 /** Makes the logger NONOPERATIONAL, lets its write thread end and publishes the State. Does nothing
@@ -230,15 +231,17 @@ ORVANE_API void QEL_KX_Orvane_initialize(QEL_KX_Orvane* logger);
 ORVANE_API void QEL_KX_Orvane_CommandRequestListener_on_data_available(void* logger,
                                                                        DDS_DataReader* reader);
 /**
- * Executes one request and publishes the response to it. A kind of command that is none of the
- * enumeration's is answered NOT_SUPPORTED.
+ * Executes one request and publishes the response to it, behind the State that shows its effect.
+ * While another thread publishes, both are left to that thread. A kind of command that is none of
+ * the enumeration's is answered NOT_SUPPORTED.
  * @param request not kept; not const only because reading a sequence may initialise its record.
  */
 ORVANE_API void QEL_KX_Orvane_processCommand(QEL_KX_Orvane* logger,
                                              QEL_KX_ADMIN_CommandRequest* request);
 /**
- * Changes the level from which on messages are filtered out and publishes the State. A level that
- * is in force already publishes nothing.
+ * Changes the level from which on messages are filtered out and publishes the State. While another
+ * thread publishes, the State is left to that thread. A level that is in force already publishes
+ * nothing.
  * @param level any number from 0 on; 0 filters out everything.
  * @return OK, also when the State could not be written; ERROR for a negative level, with nothing
  *   changed.
@@ -275,7 +278,8 @@ ORVANE_API void QEL_KX_Orvane_setQELLoggerVerbosityByCategory(QEL_KX_Orvane* log
                                                               PEXA_Config_LogCategory category,
                                                               PEXA_Config_LogVerbosity verbosity);
 /**
- * Sets the middleware's print format and publishes the State with the format then in force.
+ * Sets the middleware's print format and publishes the State with the format then in force, as
+ * @ref QEL_KX_Orvane_writeState does.
  * @return 1, or 0 after a reported failure: no middleware logger, or the State was not written.
  */
 ORVANE_API DDS_Boolean QEL_KX_Orvane_setQELLoggerPrintFormat(QEL_KX_Orvane* logger,

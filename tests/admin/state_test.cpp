@@ -1,3 +1,5 @@
+#include <chrono>
+#include <future>
 #include <thread>
 
 #include "admin/state.hpp"
@@ -131,6 +133,34 @@ TEST_F(AdminTest, AChangeDuringAPublicationIsPublishedAfterIt) {
         change();
         EXPECT_EQ(take_levels(reader), (std::vector<DDS_Long>{101, 102}));
     }
+}
+
+TEST_F(StatePublication, TheResultIsThatOfTheWriteThatContainsTheChange) {
+    match();
+    const auto publish = [&] { return QEL_KX_Orvane_writeState(bare_.get()); };
+    std::future<DDS_Boolean> other;
+    const Stub<decltype(DDS_DataWriter_write_untypedI)> write(
+        write_function, [&](DDS_DataWriter*, const void*, const DDS_WriteParams_t*) {
+            if (other.valid()) {
+                return DDS_RETCODE_ERROR;
+            }
+            other = std::async(std::launch::async, publish);
+            // It is ready only if it is wrong.
+            other.wait_for(std::chrono::milliseconds(100));
+            EXPECT_EQ(publish(), 1) << "inside a write nothing is known yet";
+            const auto is_late = [&] {
+                return admin::publish_state(*bare_.get(), {}, std::chrono::milliseconds(1));
+            };
+            EXPECT_EQ(std::async(std::launch::async, is_late).get(), pexa::Status::timeout);
+            return DDS_RETCODE_OK;
+        });
+    const std::string output = output_of([&] {
+        EXPECT_EQ(publish(), 1);
+        EXPECT_EQ(other.get(), 0);
+    });
+    const std::string report = line(write_context, "Unable to write State in DataWriter");
+    EXPECT_EQ(output, report + report + report + report)
+        << "the one that is late, what was left twice, and the other one";
 }
 
 TEST_F(StatePublication, TheLastSampleOfRacingChangesIsTheLastState) {

@@ -1,0 +1,23 @@
+#include "admin/command_response.hpp"
+
+#include "core/report.hpp"
+#include "types/typed_writer.hpp"
+
+namespace orvane::admin {
+
+using pexa::Status;
+
+Status write_answer(const Answer& answer) {
+    using Writer = types::DataWriter<QEL_KX_ADMIN_CommandResponse>;
+    if (Writer::write(answer.writer, &answer.sample, &DDS_HANDLE_NIL) == DDS_RETCODE_OK) {
+        return Status::ok;
+    }
+    refuse_answer();
+    return Status::error;
+}
+
+void refuse_answer() {
+    core::report("QEL_KX_Orvane_processCommand", "Unable to write Command Response");
+}
+
+}  // namespace orvane::admin
