@@ -16,12 +16,25 @@ using namespace std::chrono_literals;
 [[noreturn]] void be_stopped_twice(int signal) {
     StopSignal stop;
     std::promise<void> called;
-    const std::jthread watcher = stop.watch([&] { called.set_value(); });
+    const auto interruption = stop.interrupt([&] { called.set_value(); });
     kill(getpid(), signal);
     called.get_future().wait();
     kill(getpid(), signal);
     std::this_thread::sleep_for(10s);
     std::_Exit(1);
+}
+
+/// Does not leave.
+[[noreturn]] void be_done(int status) {
+    StopSignal stop;
+    stop.conclude(status);
+    std::this_thread::sleep_for(60s);
+    std::_Exit(1);
+}
+
+TEST(StopSignalDeathTest, EndsAProcessThatIsDoneAndDoesNotLeave) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(be_done(5), testing::ExitedWithCode(5), "");
 }
 
 TEST(StopSignalDeathTest, LetsTheSecondSignalEndAProcessThatHangs) {

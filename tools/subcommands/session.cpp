@@ -19,9 +19,9 @@ int with_domain(std::int32_t domain_id, const std::function<int(DomainView& view
         fmt::print(stderr, "orvane: could not join domain {}\n", domain_id);
         return exit_failure;
     }
-    const std::jthread watcher = stop.watch([&] { administration->interrupt(); });
+    const auto interruption = stop.interrupt([&] { administration->interrupt(); });
     DomainView view{*administration};
-    return action(view);
+    return stop.conclude(action(view));
 }
 
 int print_lost_domain() {

@@ -1,6 +1,8 @@
 #include "tools/subcommands/stop_signal.hpp"
 
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <utility>
 
@@ -20,25 +22,61 @@ sigset_t stop_signals() {
 StopSignal::StopSignal() {
     const sigset_t signals = stop_signals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    watcher_ = std::jthread([this](const std::stop_token& token) { run(token); });
 }
 
-std::jthread StopSignal::watch(std::function<void()> action) {
-    return std::jthread([this, action = std::move(action)](const std::stop_token& token) {
-        const sigset_t signals = stop_signals();
-        // The wait is short, because nothing else ends it when the tool does.
-        constexpr std::timespec period{.tv_sec = 0, .tv_nsec = 50'000'000};
-        while (!token.stop_requested()) {
-            const int signal = sigtimedwait(&signals, nullptr, &period);
-            if (signal < 0) {
-                continue;
-            }
-            if (requested_.exchange(true)) {
-                pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
-                std::raise(signal);
-            }
-            action();
+StopSignal::Interruption StopSignal::interrupt(std::function<void()> action) {
+    set_action(std::move(action));
+    return Interruption{*this};
+}
+
+void StopSignal::set_action(std::function<void()> action) {
+    const std::lock_guard lock(mutex_);
+    action_ = std::move(action);
+    if (action_ && requested_) {
+        action_();
+    }
+}
+
+int StopSignal::conclude(int status) {
+    const std::lock_guard lock(mutex_);
+    status_ = status;
+    concluded_ = std::chrono::steady_clock::now();
+    return status;
+}
+
+void StopSignal::run(const std::stop_token& token) {
+    const sigset_t signals = stop_signals();
+    // The wait is short, because nothing else ends it when the tool does.
+    constexpr std::timespec period{.tv_sec = 0, .tv_nsec = 50'000'000};
+    while (!token.stop_requested()) {
+        const int signal = sigtimedwait(&signals, nullptr, &period);
+        if (signal >= 0) {
+            receive(signal);
         }
-    });
+        end_if_overdue();
+    }
+}
+
+void StopSignal::receive(int signal) {
+    if (requested_.exchange(true)) {
+        const sigset_t signals = stop_signals();
+        pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+        std::raise(signal);
+    }
+    const std::lock_guard lock(mutex_);
+    if (action_) {
+        action_();
+    }
+}
+
+void StopSignal::end_if_overdue() {
+    constexpr std::chrono::seconds longest_leave{2};
+    const std::lock_guard lock(mutex_);
+    if (status_ && std::chrono::steady_clock::now() - concluded_ > longest_leave) {
+        std::fflush(stdout);
+        std::_Exit(*status_);
+    }
 }
 
 }  // namespace orvane::tools

@@ -201,13 +201,13 @@ int tail(const TailOptions& options) {
         fmt::print(stderr, "orvane: could not join domain {}\n", options.domain_id);
         return exit_failure;
     }
-    const std::jthread watcher = stop.watch([&] { subscription->interrupt(); });
+    const auto interruption = stop.interrupt([&] { subscription->interrupt(); });
 
     Display display{options};
     const Progress progress = follow(*subscription, stop, options, display, start);
     const std::chrono::duration<double> elapsed = Clock::now() - start;
     fmt::print(stderr, "orvane: {}\n", display.summary(subscription->lost(), elapsed.count()));
-    return print_ending(progress, display);
+    return stop.conclude(print_ending(progress, display));
 }
 
 }  // namespace orvane::tools
