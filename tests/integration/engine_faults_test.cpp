@@ -29,5 +29,61 @@ TEST(Unloading, LeavesTheEngineTheCodeThatItCallsAndTheLibraryReadyForAnotherLoa
     EXPECT_EQ(application.wait_for_end(), "exit 0") << application.transcript();
 }
 
+/// Runs a shell script in a network of its own with one interface, "gone".
+class InterfaceDisappears : public testing::Test {
+protected:
+    void SetUp() override {
+        ChildProcess probe{{"unshare", "--net", "true"}};
+        if (probe.wait_for_end() != "exit 0") {
+            GTEST_SKIP() << "no network namespace can be made here: " << probe.transcript();
+        }
+    }
+
+    static Words in_network(const std::string& script, const Words& program) {
+        Words command{"unshare",
+                      "--net",
+                      "sh",
+                      "-ec",
+                      "ip link add gone type veth peer name other\n"
+                      "ip address add 10.78.0.1/24 dev gone\n"
+                      "ip link set gone up\nip link set other up\nunset CYCLONEDDS_URI\n" +
+                          script,
+                      "sh"};
+        command.insert(command.end(), program.begin(), program.end());
+        return command;
+    }
+
+    static bool await_line(ChildProcess& process, const std::string& line) {
+        return process.wait_until([&](const Output& output) {
+            return std::ranges::find(output.out, line) != output.out.end();
+        });
+    }
+};
+
+TEST_F(InterfaceDisappears, AndTheLoggerEnds) {
+    ChildProcess logger{
+        in_network("ip link set lo up\n"
+                   "(echo identity; read line; ip link delete gone; echo finish) | \"$@\"",
+                   peer_command("log"))};
+    ASSERT_TRUE(logger.wait_until([](const Output& output) { return !output.out.empty(); }))
+        << logger.transcript();
+    logger.send_line("");
+    EXPECT_TRUE(await_line(logger, "> finish 0")) << logger.transcript();
+    EXPECT_EQ(logger.wait_for_end(), "exit 0") << logger.transcript();
+}
+
+TEST_F(InterfaceDisappears, AndTheToolObeysASignalAlsoWhereTheEngineHangs) {
+    // Without the loopback interface nothing wakes the engine's threads.
+    ChildProcess tool{
+        in_network("\"$@\" &\n"
+                   "while ! ip maddress | grep -q 239.255; do sleep 0.05; done\n"
+                   "ip link delete gone; kill -TERM $!; wait $!",
+                   tool_in_domain({"tail"}))};
+    EXPECT_EQ(tool.wait_for_end(), "exit 0") << tool.transcript();
+    EXPECT_TRUE(std::ranges::any_of(tool.output().error, [](const std::string& line) {
+        return line.starts_with("orvane: 0 messages");
+    })) << tool.transcript();
+}
+
 }  // namespace
 }  // namespace orvane::tests

@@ -8,6 +8,7 @@
 #include "platform/engine/cyclone/listener_call.hpp"
 #include "platform/engine/cyclone/listener_conversion.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
+#include "platform/engine/cyclone/receive_threads.hpp"
 #include "platform/engine/cyclone/results.hpp"
 #include "platform/engine/engine.hpp"
 
@@ -29,9 +30,13 @@ bool waits_for_callbacks(EntityId entity) {
 Created create_participant(std::uint32_t domain_id, const Qos& qos,
                            ListenerSetting listener) noexcept {
     return guarded([&] {
-        NewEntity participant(no_entity);
-        return participant.note(dds_create_participant(domain_id, cyclone::to_cyclone(qos).get(),
-                                                       cyclone::to_cyclone(listener).get()));
+        NewEntity entity(no_entity);
+        const dds_entity_t participant = dds_create_participant(
+            domain_id, cyclone::to_cyclone(qos).get(), cyclone::to_cyclone(listener).get());
+        if (participant > 0) {
+            cyclone::note_receive_threads(participant, domain_id);
+        }
+        return entity.note(participant);
     });
 }
 
@@ -78,7 +83,8 @@ Status delete_entity(EntityId entity) noexcept {
     if (cyclone::is_in_callback() && waits_for_callbacks(entity)) {
         return Status::illegal_operation;
     }
-    const Status result = status_of(dds_delete(entity));
+    const Status result = status_of(is_participant(entity) ? cyclone::delete_participant(entity)
+                                                           : dds_delete(entity));
     if (result == Status::ok) {
         cyclone::forget(entity);
     }

@@ -1,0 +1,144 @@
+#include "platform/engine/cyclone/receive_threads.hpp"
+
+#include <netinet/in.h>
+#include <pthread.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <csignal>
+#include <cstring>
+#include <exception>
+#include <mutex>
+#include <new>
+#include <thread>
+
+#include "platform/engine/cyclone/domain_record.h"
+#include "platform/engine/cyclone/entity_table.hpp"
+
+namespace pexa::engine::cyclone {
+
+namespace {
+
+using Receiver = pexa_cyclone_receiver;
+
+struct Receivers {
+    std::array<Receiver, pexa_cyclone_max_receivers> all{};
+    std::uint32_t count = 0;
+};
+
+EntityTable<const Receivers>& receivers() {
+    // Never destroyed: an application may use its participants until the process ends.
+    static auto* const table = new EntityTable<const Receivers>;
+    return *table;
+}
+
+/// Sends what Cyclone sends, one byte, which is no RTPS message and therefore ignored.
+void wake(const Receiver& receiver) {
+    const int descriptor = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    if (descriptor < 0) {
+        return;
+    }
+    sockaddr_in to{};
+    to.sin_family = AF_INET;
+    to.sin_port = htons(receiver.port);
+    std::memcpy(&to.sin_addr, receiver.group, sizeof to.sin_addr);
+    if (to.sin_addr.s_addr == 0) {
+        to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    } else {
+        // A host takes a group's datagrams from an interface that has a member there, and then
+        // gives them to all sockets of the port that are members anywhere.
+        ip_mreq membership{};
+        membership.imr_multiaddr = to.sin_addr;
+        membership.imr_interface.s_addr = htonl(INADDR_LOOPBACK);
+        setsockopt(descriptor, IPPROTO_IP, IP_ADD_MEMBERSHIP, &membership, sizeof membership);
+        setsockopt(descriptor, IPPROTO_IP, IP_MULTICAST_IF, &membership.imr_interface,
+                   sizeof membership.imr_interface);
+    }
+    const char byte = 0;
+    static_cast<void>(sendto(descriptor, &byte, sizeof byte, MSG_DONTWAIT,
+                             reinterpret_cast<const sockaddr*>(&to), sizeof to));
+    close(descriptor);
+}
+
+/// Wakes receivers again and again, but not at first, from a thread of its own.
+class Waker {
+public:
+    explicit Waker(const Receivers& receivers) : receivers_(receivers) {
+        sigset_t all;
+        sigset_t before;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &before);
+        try {
+            thread_ = std::thread([this] { run(); });
+        } catch (const std::exception&) {
+            // Then a deletion that would wait for ever does so.
+        }
+        pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    }
+    Waker(const Waker&) = delete;
+    Waker& operator=(const Waker&) = delete;
+    ~Waker() {
+        {
+            const std::lock_guard lock(mutex_);
+            deleted_ = true;
+        }
+        changed_.notify_one();
+        if (thread_.joinable()) {
+            thread_.join();
+        }
+    }
+
+private:
+    void run() {
+        constexpr std::chrono::milliseconds usual_deletion{500};
+        pthread_setname_np(pthread_self(), "pexa.wake");
+        std::unique_lock lock(mutex_);
+        while (!changed_.wait_for(lock, usual_deletion, [this] { return deleted_; })) {
+            for (std::uint32_t i = 0; i < receivers_.count; ++i) {
+                wake(receivers_.all[i]);
+            }
+        }
+    }
+
+    const Receivers& receivers_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    bool deleted_ = false;
+    std::thread thread_;
+};
+
+}  // namespace
+
+void note_receive_threads(dds_entity_t participant, dds_domainid_t domain) {
+    Receivers found;
+    found.count = pexa_cyclone_receivers(domain, found.all.data());
+    if (found.count == 0) {
+        return;
+    }
+    try {
+        receivers().add(participant, std::make_shared<const Receivers>(found));
+    } catch (const std::bad_alloc&) {
+        // The participant is as good without.
+    }
+}
+
+dds_return_t delete_participant(dds_entity_t participant) {
+    const auto found = receivers().find(participant);
+    if (!found) {
+        return dds_delete(participant);
+    }
+    dds_return_t result = DDS_RETCODE_OK;
+    {
+        const Waker waker(*found);
+        result = dds_delete(participant);
+    }
+    if (result == DDS_RETCODE_OK) {
+        receivers().remove(participant);
+    }
+    return result;
+}
+
+}  // namespace pexa::engine::cyclone
