@@ -32,6 +32,8 @@ namespace pexa::engine {
 /// @{
 
 /// Joins a domain. The first participant of a domain in this process starts the domain's threads.
+/// Fails with out_of_resources, and a line on the standard error, when the process has too few
+/// descriptors or threads left for that.
 Created create_participant(std::uint32_t domain_id, const Qos& qos,
                            ListenerSetting listener = {}) noexcept;
 

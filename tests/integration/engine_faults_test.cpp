@@ -29,6 +29,18 @@ TEST(Unloading, LeavesTheEngineTheCodeThatItCallsAndTheLibraryReadyForAnotherLoa
     EXPECT_EQ(application.wait_for_end(), "exit 0") << application.transcript();
 }
 
+TEST(FileDescriptors, AreEnoughOrTheLoggerIsRefusedWithALine) {
+    for (const char* limit : {"6", "7", "8", "9", "12"}) {
+        ChildProcess logger{
+            peer_command("log", {}, {"sh", "-c", "ulimit -n $0; exec \"$@\"", limit})};
+        EXPECT_EQ(logger.wait_for_end(), "exit 1") << limit << '\n' << logger.transcript();
+        const std::vector<std::string> lines = logger.output().error;
+        EXPECT_TRUE(!lines.empty() && lines[0].starts_with("pexac: domain "))
+            << limit << '\n'
+            << logger.transcript();
+    }
+}
+
 /// Runs a shell script in a network of its own with one interface, "gone".
 class InterfaceDisappears : public testing::Test {
 protected:

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "platform/engine/cyclone/domain_resources.hpp"
 #include "platform/engine/cyclone/entity_records.hpp"
 #include "platform/engine/cyclone/entity_tree.hpp"
 #include "platform/engine/cyclone/guarded.hpp"
@@ -29,7 +30,10 @@ bool waits_for_callbacks(EntityId entity) {
 
 Created create_participant(std::uint32_t domain_id, const Qos& qos,
                            ListenerSetting listener) noexcept {
-    return guarded([&] {
+    return guarded([&]() -> Created {
+        if (!cyclone::has_resources_for(domain_id)) {
+            return {Status::out_of_resources, no_entity};
+        }
         NewEntity entity(no_entity);
         const dds_entity_t participant = dds_create_participant(
             domain_id, cyclone::to_cyclone(qos).get(), cyclone::to_cyclone(listener).get());

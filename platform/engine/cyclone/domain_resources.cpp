@@ -1,0 +1,126 @@
+#include "platform/engine/cyclone/domain_resources.hpp"
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <sched.h>
+#include <sys/select.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <mutex>
+
+namespace pexa::engine::cyclone {
+
+namespace {
+
+// Three sockets to receive and one for each of up to four interfaces to send, two ends of a pipe,
+// and a file of the configuration. With one interface and without a file there are six.
+constexpr std::size_t most_descriptors = 10;
+
+// gc, dq.builtins, dq.user, tev, recv, recvMC, recvUC, and one more with some configurations.
+constexpr std::size_t most_threads = 8;
+
+/// @return how many descriptors could be had that select() takes, which Cyclone uses
+std::size_t free_descriptors() {
+    std::array<int, most_descriptors> taken{};
+    std::size_t count = 0;
+    std::size_t usable = 0;
+    while (count < taken.size()) {
+        const int descriptor = open("/", O_PATH | O_CLOEXEC);
+        if (descriptor < 0) {
+            break;
+        }
+        taken[count++] = descriptor;
+        usable += descriptor < FD_SETSIZE ? 1 : 0;
+    }
+    std::for_each_n(taken.begin(), count, close);
+    return usable;
+}
+
+/// Threads that live at the same time.
+class Crowd {
+public:
+    Crowd() {
+        // With the attributes that Cyclone gives its threads. They inherit that they get no
+        // signals.
+        sigset_t all;
+        sigset_t before;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &before);
+        const std::lock_guard until_all_are_there(gate_);
+        for (Thread& thread : threads_) {
+            thread.crowd = this;
+            if (pthread_create(&thread.handle, nullptr, pass, &thread) != 0) {
+                break;
+            }
+            ++count_;
+        }
+        pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    }
+    Crowd(const Crowd&) = delete;
+    Crowd& operator=(const Crowd&) = delete;
+    ~Crowd() {
+        for (std::size_t i = 0; i < count_; ++i) {
+            pthread_join(threads_[i].handle, nullptr);
+            await_release_of(threads_[i].id);
+        }
+    }
+
+    std::size_t size() const { return count_; }
+
+private:
+    struct Thread {
+        Crowd* crowd;
+        pthread_t handle;
+        pid_t id;
+    };
+
+    static void* pass(void* self) {
+        auto& thread = *static_cast<Thread*>(self);
+        thread.id = gettid();
+        const std::lock_guard lock(thread.crowd->gate_);
+        return nullptr;
+    }
+
+    /// A thread counts for a moment longer than the join of it takes.
+    static void await_release_of(pid_t thread) {
+        constexpr int patience = 10'000;
+        for (int i = 0; i < patience && syscall(SYS_tgkill, getpid(), thread, 0) == 0; ++i) {
+            sched_yield();
+        }
+    }
+
+    std::mutex gate_;
+    std::array<Thread, most_threads> threads_{};
+    std::size_t count_ = 0;
+};
+
+bool is_enough(dds_domainid_t domain, const char* what, std::size_t needed, std::size_t found) {
+    if (found >= needed) {
+        return true;
+    }
+    // Not a line of the log, which may be silent.
+    std::array<char, 200> line{};
+    const int length = std::snprintf(
+        line.data(), line.size(),
+        "pexac: domain %u cannot be started: it may need %zu %s, and %zu can be had\n", domain,
+        needed, what, found);
+    // Nobody is left to be told of a failure.
+    static_cast<void>(!write(STDERR_FILENO, line.data(), static_cast<std::size_t>(length)));
+    return false;
+}
+
+}  // namespace
+
+bool has_resources_for(dds_domainid_t domain) {
+    return dds_lookup_participant(domain, nullptr, 0) > 0 ||
+           (is_enough(domain, "file descriptors below 1024", most_descriptors,
+                      free_descriptors()) &&
+            is_enough(domain, "threads", most_threads, Crowd().size()));
+}
+
+}  // namespace pexa::engine::cyclone
