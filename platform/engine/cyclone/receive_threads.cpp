@@ -17,6 +17,7 @@
 
 #include "platform/engine/cyclone/domain_record.h"
 #include "platform/engine/cyclone/entity_table.hpp"
+#include "platform/engine/cyclone/never_destroyed.hpp"
 
 namespace pexa::engine::cyclone {
 
@@ -30,9 +31,8 @@ struct Receivers {
 };
 
 EntityTable<const Receivers>& receivers() {
-    // Never destroyed: an application may use its participants until the process ends.
-    static auto* const table = new EntityTable<const Receivers>;
-    return *table;
+    static NeverDestroyed<EntityTable<const Receivers>> table;
+    return table.get();
 }
 
 /// Sends what Cyclone sends, one byte, which is no RTPS message and therefore ignored.
@@ -119,7 +119,8 @@ void note_receive_threads(dds_entity_t participant, dds_domainid_t domain) {
         return;
     }
     try {
-        receivers().add(participant, std::make_shared<const Receivers>(found));
+        receivers().add(participant, EntityTable<const Receivers>::Entry(
+                                         std::make_shared<const Receivers>(found)));
     } catch (const std::bad_alloc&) {
         // The participant is as good without.
     }
