@@ -8,6 +8,7 @@
 #include "core/shared_field.hpp"
 #include "pexa/config_logger.h"
 #include "pexa/osapi.h"
+#include "platform/internal/cancellation.hpp"
 
 namespace orvane::core {
 namespace {
@@ -75,6 +76,7 @@ void delete_write_thread(LogMessageWriteThread* self) {
     if (self == nullptr) {
         return;
     }
+    const pexa::NoCancellation whole_deletion;
     while (load(self->finished, std::memory_order_acquire) == 0) {
         QELOsapiThread_sleep(&wait_period);
     }

@@ -14,6 +14,7 @@
 #include "orvane/admin.h"
 #include "pexa/config_logger.h"
 #include "pexa/osapi.h"
+#include "platform/internal/cancellation.hpp"
 
 namespace orvane::lifecycle {
 namespace {
@@ -98,6 +99,7 @@ Status finalize() {
         }
         return Status::ok;
     }
+    const pexa::NoCancellation whole_end;
     if (QELOsapi_global_lock() != 0) {
         report(context, "Unable to lock when finalizing Orvane singleton!");
         return Status::error;
@@ -133,6 +135,7 @@ QEL_KX_Orvane* get_instance() {
                "or execute a program in the child");
         return nullptr;
     }
+    const pexa::NoCancellation whole_creation;
     if (QELOsapi_global_lock() != 0) {
         report(context, "Unable to lock when creating Orvane singleton!");
         return core::instance();

@@ -11,6 +11,7 @@
 #include "platform/base/log/log.hpp"
 #include "platform/base/memory/heap_object.hpp"
 #include "platform/base/os/deadline.hpp"
+#include "platform/internal/cancellation.hpp"
 #include "platform/internal/status.hpp"
 
 struct QELOsapiThread {
@@ -178,6 +179,7 @@ QELOsapiThread* new_thread(const char* name, const ThreadSettings& settings,
 
 void join_and_delete(QELOsapiThread* thread) {
     if (thread != nullptr) {
+        const NoCancellation whole_deletion;
         pthread_join(thread->id, nullptr);
         heap_delete(thread);
     }

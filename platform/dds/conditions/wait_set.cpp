@@ -5,6 +5,7 @@
 #include <new>
 #include <utility>
 
+#include "platform/dds/conditions/waiting.hpp"
 #include "platform/dds/qos/duration.hpp"
 
 namespace pexa::dds {
@@ -92,17 +93,29 @@ Status WaitSet::detach(const Operation& operation, Condition& condition) {
     return status == Status::ok ? Status::ok : operation.failed("detaching", status);
 }
 
+WaitSet::Turn::~Turn() {
+    if (set_ != nullptr) {
+        set_->waiting_.store(false);
+    }
+}
+
+Success WaitSet::Turn::take(WaitSet& set) {
+    if (set_ == nullptr && !set.waiting_.exchange(true)) {
+        set_ = &set;
+    }
+    return set_ == &set;
+}
+
 Status WaitSet::wait(const Operation& operation, DDS_ConditionSeq& active,
-                     const DDS_Duration_t& timeout) {
+                     const DDS_Duration_t& timeout, Turn* turn) {
     if (!is_valid(timeout)) {
         return operation.bad_parameter("timeout");
     }
-    if (waiting_.exchange(true)) {
+    if (!turn->take(*this)) {
         return operation.precondition_not_met("no other thread waits");
     }
     std::vector<engine::EntityId> triggered;
     const Status status = engine::wait(id_, to_nanoseconds(timeout), triggered);
-    waiting_.store(false);
     if (status != Status::ok) {
         DDS_ConditionSeq_set_length(&active, 0);
         return status;
@@ -175,6 +188,10 @@ DDS_ReturnCode_t DDS_WaitSet_detach_condition(DDS_WaitSet* self, DDS_Condition* 
 
 DDS_ReturnCode_t DDS_WaitSet_wait(DDS_WaitSet* self, DDS_ConditionSeq* active,
                                   const DDS_Duration_t* timeout) {
-    return dds::call(__func__, self, &dds::WaitSet::wait, dds::required("active", active),
-                     dds::required("timeout", timeout));
+    const char* const name = __func__;
+    dds::WaitSet::Turn turn;
+    return dds::wait_in_steps(timeout, [&](const DDS_Duration_t* step) {
+        return dds::call(name, self, &dds::WaitSet::wait, dds::required("active", active),
+                         dds::required("timeout", step), &turn);
+    });
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/dds/conditions/condition.hpp"
+#include "platform/internal/success.hpp"
 
 namespace pexa::dds {
 
@@ -26,8 +27,24 @@ public:
     /// Attaching a condition again changes nothing.
     Status attach(const Operation& operation, Condition& condition);
     Status detach(const Operation& operation, Condition& condition);
-    Status wait(const Operation& operation, DDS_ConditionSeq& active,
-                const DDS_Duration_t& timeout);
+
+    /// The right to wait. It lasts from the first step of a wait to the end of the object, also
+    /// when that comes by a cancellation of the thread.
+    class Turn {
+    public:
+        Turn() = default;
+        Turn(const Turn&) = delete;
+        Turn& operator=(const Turn&) = delete;
+        ~Turn();
+        /// @return false while another thread waits
+        Success take(WaitSet& set);
+
+    private:
+        WaitSet* set_ = nullptr;
+    };
+    /// A step of a wait.
+    Status wait(const Operation& operation, DDS_ConditionSeq& active, const DDS_Duration_t& timeout,
+                Turn* turn);
 
     /// Takes a condition that ends out of all wait sets.
     static void forget(const Condition& condition);

@@ -1,5 +1,6 @@
 #include "platform/dds/endpoints/reader.hpp"
 
+#include "platform/dds/conditions/waiting.hpp"
 #include "platform/dds/qos/duration.hpp"
 
 namespace pexa::dds {
@@ -121,8 +122,11 @@ DDS_InstanceHandle_t DDS_DataReader_lookup_instance_untypedI(DDS_DataReader* sel
 
 DDS_ReturnCode_t DDS_DataReader_wait_for_historical_data(DDS_DataReader* self,
                                                          const DDS_Duration_t* maxWait) {
-    return dds::call(__func__, self, &dds::DataReader::wait_for_historical_data,
-                     dds::required("maxWait", maxWait));
+    const char* const name = __func__;
+    return dds::wait_in_steps(maxWait, [&](const DDS_Duration_t* step) {
+        return dds::call(name, self, &dds::DataReader::wait_for_historical_data,
+                         dds::required("maxWait", step));
+    });
 }
 
 DDS_ReturnCode_t DDS_DataReader_get_subscription_matched_status(

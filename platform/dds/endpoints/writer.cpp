@@ -1,5 +1,6 @@
 #include "platform/dds/endpoints/writer.hpp"
 
+#include "platform/dds/conditions/waiting.hpp"
 #include "platform/dds/qos/duration.hpp"
 
 namespace pexa::dds {
@@ -78,8 +79,11 @@ DDS_InstanceHandle_t DDS_DataWriter_lookup_instance_untypedI(DDS_DataWriter* sel
 
 DDS_ReturnCode_t DDS_DataWriter_wait_for_acknowledgments(DDS_DataWriter* self,
                                                          const DDS_Duration_t* maxWait) {
-    return dds::call(__func__, self, &dds::DataWriter::wait_for_acknowledgments,
-                     dds::required("maxWait", maxWait));
+    const char* const name = __func__;
+    return dds::wait_in_steps(maxWait, [&](const DDS_Duration_t* step) {
+        return dds::call(name, self, &dds::DataWriter::wait_for_acknowledgments,
+                         dds::required("maxWait", step));
+    });
 }
 
 DDS_ReturnCode_t DDS_DataWriter_assert_liveliness(DDS_DataWriter* self) {

@@ -10,6 +10,7 @@
 
 #include "platform/dds/interface/handle.hpp"
 #include "platform/dds/interface/result.hpp"
+#include "platform/internal/cancellation.hpp"
 
 namespace pexa::dds {
 
@@ -155,10 +156,11 @@ Status attempt(const Operation& operation, Step&& step) noexcept {
     }
 }
 
-/// Runs @p work behind that barrier, and exports its result.
+/// Runs @p work behind that barrier, which no cancellation passes either, and exports its result.
 template <typename Work>
 auto guarded(const Operation& operation, Work&& work) noexcept {
     using Exported = decltype(exported(work()));
+    const NoCancellation whole_operation;
     Exported result{};
     const Status status = attempt(operation, [&] {
         result = exported(work());

@@ -5,6 +5,10 @@
  * Every header of this folder compiles as C11 and as C++20. The following holds unless a comment
  * says otherwise. Any thread may call an operation. A string argument is NUL-terminated and may be
  * freed after the call. The middleware owns a record that an operation returns a pointer to.
+ *
+ * A thread may be cancelled while it is inside an operation, as long as its cancellation is
+ * deferred (PTHREAD_CANCEL_DEFERRED, the default). The operation is then completed first.
+ * Operations that say so, whose purpose is to wait, end early.
  */
 #ifndef PEXA_BASE_H
 #define PEXA_BASE_H

@@ -114,7 +114,7 @@ PEXA_API QELOsapiSemaphore* QELOsapiSemaphore_new(QELOsapiSemaphoreKind kind,
 /** Frees a semaphore on which no thread waits; NULL is ignored. */
 PEXA_API void QELOsapiSemaphore_delete(QELOsapiSemaphore* semaphore);
 /**
- * Waits for the semaphore.
+ * Waits for the semaphore. A cancellation of the thread does not end the wait.
  * @param timeout the longest wait, by the monotonic clock; NULL waits for ever, zero does not wait.
  * @return OK, TIMEOUT, or ERROR (NULL semaphore or system failure).
  */
@@ -166,13 +166,15 @@ PEXA_API QELOsapiThread* QELOsapiThread_new(const char* name, DDS_Long priority,
                                             DDS_UnsignedLong options, DDS_Long stackSize,
                                             const uint64_t* cpuBitmap,
                                             QELOsapiThreadFunction function, void* parameter);
-/** Waits until the thread's function has returned, then frees the record; NULL is ignored. */
+/** Waits until the thread's function has returned, then frees the record; NULL is ignored. A
+ * cancellation of the calling thread does not end the wait. */
 PEXA_API void QELOsapiThread_delete(QELOsapiThread* thread);
 /** @return the kernel's id of the calling thread, never 0 on success; 0 on failure. */
 PEXA_API DDS_UnsignedLong QELOsapiThread_getCurrentThreadID(void);
-/** Sleeps at least for @p time; NULL or negative returns at once. */
+/** Sleeps at least for @p time; NULL or negative returns at once. A cancellation ends the sleep. */
 PEXA_API void QELOsapiThread_sleep(const QELNtpTime* time);
-/** Sleeps for @p duration. @return OK, or BAD_PARAMETER for NULL, negative or infinite. */
+/** Sleeps for @p duration. A cancellation ends the sleep. @return OK, or BAD_PARAMETER for NULL,
+ * negative or infinite. */
 PEXA_API DDS_ReturnCode_t PEXA_Utility_sleep(const DDS_Duration_t* duration);
 /** @} */
 

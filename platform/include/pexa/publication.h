@@ -83,7 +83,9 @@ PEXA_API DDS_InstanceHandle_t DDS_DataWriter_lookup_instance_untypedI(DDS_DataWr
                                                                       const void* sample);
 
 /** Sends the samples that a batching writer has collected. Then waits until all matched reliable
- *  readers have acknowledged, or TIMEOUT. */
+ *  readers have acknowledged, or TIMEOUT. When that takes longer than 0.1 s, what other threads
+ *  write meanwhile may be waited for, too. A cancellation of the thread ends the wait within a
+ *  second. */
 PEXA_API DDS_ReturnCode_t DDS_DataWriter_wait_for_acknowledgments(DDS_DataWriter* self,
                                                                   const DDS_Duration_t* maxWait);
 /** Sends the samples that a batching writer has collected, see @ref DDS_BatchQosPolicy. */

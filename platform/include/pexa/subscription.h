@@ -158,6 +158,7 @@ PEXA_API DDS_InstanceHandle_t DDS_DataReader_lookup_instance_untypedI(DDS_DataRe
 PEXA_API DDS_ReturnCode_t
 DDS_DataReader_add_sample_to_remote_writer_queue_untypedI(DDS_DataReader* self, const void* sample);
 
+/** A cancellation of the thread ends the wait within a second. */
 PEXA_API DDS_ReturnCode_t DDS_DataReader_wait_for_historical_data(DDS_DataReader* self,
                                                                   const DDS_Duration_t* maxWait);
 /** Each status getter resets the change counts. */
@@ -216,7 +217,8 @@ PEXA_API DDS_WaitSet* DDS_WaitSet_new(void);
 PEXA_API DDS_ReturnCode_t DDS_WaitSet_delete(DDS_WaitSet* self);
 PEXA_API DDS_ReturnCode_t DDS_WaitSet_attach_condition(DDS_WaitSet* self, DDS_Condition* condition);
 PEXA_API DDS_ReturnCode_t DDS_WaitSet_detach_condition(DDS_WaitSet* self, DDS_Condition* condition);
-/** Blocks until a condition triggers. @param active is filled with those that did.
+/** Blocks until a condition triggers. A cancellation of the thread ends the wait within a second.
+ *  @param active is filled with those that did.
  *  @return OK, TIMEOUT, or PRECONDITION_NOT_MET when another thread already waits. */
 PEXA_API DDS_ReturnCode_t DDS_WaitSet_wait(DDS_WaitSet* self, DDS_ConditionSeq* active,
                                            const DDS_Duration_t* timeout);
