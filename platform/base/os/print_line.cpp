@@ -32,7 +32,8 @@ bool may_wait() {
     return device_call_depth == 0 && engine_call_depth == 0;
 }
 
-/// Keeps SIGPIPE from the application while this thread writes.
+/// Keeps SIGPIPE from the application while this thread writes. The thread is not cancelled
+/// meanwhile. What stays in the buffer of standard output needs neither: it makes no system call.
 class PipeSignalHeld {
 public:
     PipeSignalHeld() {
@@ -64,6 +65,7 @@ public:
     }
 
 private:
+    const NoCancellation whole_write_;
     sigset_t signal_;
     bool was_blocked_;
     bool was_pending_;
@@ -167,8 +169,6 @@ void put(std::string_view text) {
 }
 
 [[gnu::format(printf, 1, 0)]] void print_line(const char* format, va_list arguments) {
-    const NoCancellation whole_line;
-    const bool waits = may_wait();
     const unsigned lost = lost_lines.load(std::memory_order_relaxed) == 0
                               ? 0
                               : lost_lines.exchange(0, std::memory_order_relaxed);
@@ -187,17 +187,21 @@ void put(std::string_view text) {
     length += wanted < 0 ? 0 : static_cast<std::size_t>(wanted);
     const bool is_too_long = length >= text.size();
 
-    const OutputLock lock(waits);
-    if (waits && is_too_long) {
-        put(note);
-        put_formatted(format, arguments);
+    if (may_wait()) {
+        const OutputLock lock(true);
+        put(is_too_long ? note : std::string_view(text.data(), length));
+        if (is_too_long) {
+            put_formatted(format, arguments);
+        }
         return;
     }
     if (is_too_long) {
         length = text.size();
         text.back() = '\n';
     }
-    if (waits || (lock.is_held() && make_room(length))) {
+    const NoCancellation whole_line;
+    const OutputLock lock(false);
+    if (lock.is_held() && make_room(length)) {
         put({text.data(), length});
     } else {
         lost_lines.fetch_add(lost + 1, std::memory_order_relaxed);
