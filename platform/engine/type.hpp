@@ -17,8 +17,9 @@ enum class PayloadKind {
     key,   ///< the key members, for a dispose or unregister
 };
 
-/// A data type, implemented by the port and shared with the engine for as long as topics, endpoints
-/// or instances of it exist. The last reference may be dropped on a thread of the engine.
+/// A data type, implemented by the port and shared with the engine for as long as topics or
+/// endpoints of it exist. The last reference may be dropped on a thread of the engine, some time
+/// after their deletion. Instances that the engine still knows then do not call it any more.
 ///
 /// Endpoints of one process share samples without a copy when their topics were made with the same
 /// Type object. Between two objects of the same type name every sample is copied and accepted anew.

@@ -21,7 +21,8 @@ public:
     explicit PeerDirectory(PeerKind kind) : kind_(kind) {}
 
     /// @param endpoint ours, that the peer matches or matched
-    /// @return the peer's handle, NIL if it was not asked for while the peer was matched
+    /// @return the peer's handle, NIL if it was not asked for while the peer was matched, or
+    /// without memory
     DDS_InstanceHandle_t handle_of(engine::EntityId endpoint, engine::LocalHandle peer) noexcept;
 
     /// Replaces the content of a sequence by the handles of all peers that match now.

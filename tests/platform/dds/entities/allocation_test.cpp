@@ -86,11 +86,12 @@ TEST(WithoutMemory, ReadingFailsWithoutALoan) {
         ASSERT_EQ(held.receive(reader, read_anything), ok);
     }
     const int allocations = calls.count();
-    // The engine, which allocates between the loan and its two arrays, would end the process. On
-    // the heap the reader's pool has to grow.
+    // The loan, its two arrays, and the engine's array between them. After that one has failed, the
+    // loan is there for the next read. On the heap the reader's pool has to grow.
     const std::pair<const char*, int> cases[] = {{new_expression, 1},
                                                  {new_expression, allocations - 1},
                                                  {new_expression, allocations},
+                                                 {new_expression, 2},
                                                  {heap_allocation, 1}};
     for (const auto& [allocation, number] : cases) {
         const Fault fault(allocation, number);
