@@ -14,9 +14,9 @@
  *     QEL_KX_Options_delete(options);
  *
  * Failures of the library itself are single lines on standard output, written by
- * QEL_KX_Orvane_printMessage(). Nothing is raised, and nothing of the library or of the middleware's
- * port ends the process: a call that finds no memory fails. Only the DDS engine ends the process
- * where it finds no memory itself. The header compiles as C11 and as C++20.
+ * QEL_KX_Orvane_printMessage(). Nothing is raised, and nothing of the library or of the
+ * middleware's port ends the process: a call that finds no memory fails. Only the DDS engine ends
+ * the process where it finds no memory itself. The header compiles as C11 and as C++20.
  */
 #ifndef ORVANE_CORE_H
 #define ORVANE_CORE_H
