@@ -56,11 +56,9 @@ DDS_ReturnCode_t delete_contained_entities(QEL_KX_DDSEntities* entities) {
     if (participant == nullptr) {
         return DDS_RETCODE_OK;
     }
-    if (entities->stateWriter != nullptr) {
-        // Waits for a callback that may still publish States and answers, with any of the writers.
-        DDS_DataWriter_set_listener(entities->stateWriter, nullptr, DDS_STATUS_MASK_NONE);
-    }
     Teardown teardown;
+    // Before the writers. It waits for all callbacks, and the one of the State's writer may be
+    // writing answers.
     if (entities->subscriber != nullptr) {
         teardown.note(DDS_Subscriber_delete_contained_entities(entities->subscriber),
                       "Unable to delete subscriber's contained entities");

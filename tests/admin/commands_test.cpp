@@ -334,13 +334,13 @@ TEST_F(AdminTest, EntitiesAreDeletedWhenEveryCommandHasBeenAnswered) {
     BareLogger bare;
     ASSERT_TRUE(bare.make_entities());
     std::thread deleting;
-    const Calls removals("DDS_DataWriter_set_listener");
+    const Calls deletions("DDS_Subscriber_delete_contained_entities");
     std::atomic<bool> is_published = false;
     Writes writes(bare, [&] {
         QEL_KX_Orvane_processCommand(bare.get(), make_sample<Request>().get());
         deleting =
             std::thread([&] { QEL_KX_DDSEntities_deleteContainedEntities(bare.entities()); });
-        for (int round = 0; removals.count() == 0 && round < 2000; ++round) {
+        for (int round = 0; deletions.count() == 0 && round < 2000; ++round) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         }
         is_published = true;
