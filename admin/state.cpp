@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <memory>
+#include <new>
 #include <utility>
 #include <variant>
 
@@ -65,8 +66,14 @@ struct Turn {
     std::array<LeftWork, 128> left;
 };
 constinit Turn turn;
-std::condition_variable turn_ended;
 constinit thread_local bool has_turn = false;
+
+/// Never destroyed: the engine's threads may publish until the process has ended.
+std::condition_variable& turn_ended() noexcept {
+    alignas(std::condition_variable) static std::byte place[sizeof(std::condition_variable)];
+    static auto* const made = new (place) std::condition_variable;
+    return *made;
+}
 
 /// @name With the mutex held
 /// @{
@@ -226,7 +233,7 @@ void end_turn(QEL_KX_Orvane& logger, Lock& lock) {
     }
     turn.taken = false;
     has_turn = false;
-    turn_ended.notify_all();
+    turn_ended().notify_all();
 }
 
 Status submit(QEL_KX_Orvane& logger, const Work& work, Lock lock) {
@@ -298,7 +305,7 @@ Status publish_state(QEL_KX_Orvane& logger, const StateFailure& failure,
     const auto needs_no_wait = [] {
         return !turn.taken || has_turn || QEL_KX_DDSEntities_gInitialStateSent == 0;
     };
-    if (patience > no_wait && !turn_ended.wait_for(lock, patience, needs_no_wait)) {
+    if (patience > no_wait && !turn_ended().wait_for(lock, patience, needs_no_wait)) {
         // Readers still get the State, if there is room.
         static_cast<void>(leave(StateFailure{}));
         lock.unlock();
