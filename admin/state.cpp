@@ -337,7 +337,7 @@ KeptTurn::~KeptTurn() {
 
 void forget_publication() noexcept {
     std::construct_at(&state_mutex);
-    std::construct_at(&turn_ended);
+    std::construct_at(&turn_ended());
     turn = Turn{};
     QEL_KX_DDSEntities_gInitialStateSent = 0;
 }

@@ -41,7 +41,7 @@ void tell(const char* text) {
 }  // namespace
 
 int main(int, char** arguments) {
-    const int domain = std::atoi(arguments[1]);
+    const int domain = std::stoi(arguments[1]);
     const dds_entity_t participant =
         dds_create_participant(static_cast<dds_domainid_t>(domain), nullptr, nullptr);
     for (std::string line; std::getline(std::cin, line);) {

@@ -33,8 +33,8 @@ void pexa_cyclone_end_batching(struct ddsi_domaingv* domain, int before) {
                                 __ATOMIC_RELAXED);
 }
 
-uint32_t pexa_cyclone_receivers(
-    uint32_t domain_id, struct pexa_cyclone_receiver receivers[pexa_cyclone_max_receivers]) {
+uint32_t pexa_cyclone_receivers(uint32_t domain_id,
+                                struct CycloneReceiver receivers[pexa_cyclone_max_receivers]) {
     const struct ddsi_domaingv* const domain = ddsrt_atomic_ldvoidp(&lookup_thread_state()->gv);
     uint32_t count = 0;
     if (domain == NULL || domain->config.domainId != domain_id) {
@@ -45,7 +45,7 @@ uint32_t pexa_cyclone_receivers(
         if (thread->mode != RTM_SINGLE || thread->u.single.loc->kind != NN_LOCATOR_KIND_UDPv4) {
             continue;
         }
-        struct pexa_cyclone_receiver* const receiver = &receivers[count++];
+        struct CycloneReceiver* const receiver = &receivers[count++];
         const unsigned char* const address = &thread->u.single.loc->address[12];
         const int is_multicast = address[0] >= 224 && address[0] <= 239;
         memset(receiver, 0, sizeof *receiver);

@@ -18,7 +18,7 @@ int pexa_cyclone_begin_batching(struct ddsi_domaingv* domain);
 void pexa_cyclone_end_batching(struct ddsi_domaingv* domain, int before);
 
 /* A UDP socket on which a thread of Cyclone waits. */
-struct pexa_cyclone_receiver {
+struct CycloneReceiver {
     unsigned char group[4]; /* all zero when it is not for multicast */
     uint16_t port;
 };
@@ -27,7 +27,7 @@ enum { pexa_cyclone_max_receivers = 3 };
 /* Finds the sockets of the domain in which this thread has created a participant just now that have
    a thread of their own. Returns their number. Those of IPv6 are left out. */
 uint32_t pexa_cyclone_receivers(uint32_t domain_id,
-                                struct pexa_cyclone_receiver receivers[pexa_cyclone_max_receivers]);
+                                struct CycloneReceiver receivers[pexa_cyclone_max_receivers]);
 
 #ifdef __cplusplus
 }

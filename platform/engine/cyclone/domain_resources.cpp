@@ -37,7 +37,7 @@ std::size_t free_descriptors() {
         taken[count++] = descriptor;
         usable += descriptor < FD_SETSIZE ? 1 : 0;
     }
-    std::for_each_n(taken.begin(), count, close);
+    std::for_each_n(taken.begin(), count, ::close);
     return usable;
 }
 
@@ -110,7 +110,7 @@ bool is_enough(dds_domainid_t domain, const char* what, std::size_t needed, std:
         "pexac: domain %u cannot be started: it may need %zu %s, and %zu can be had\n", domain,
         needed, what, found);
     // Nobody is left to be told of a failure.
-    static_cast<void>(!write(STDERR_FILENO, line.data(), static_cast<std::size_t>(length)));
+    static_cast<void>(!::write(STDERR_FILENO, line.data(), static_cast<std::size_t>(length)));
     return false;
 }
 

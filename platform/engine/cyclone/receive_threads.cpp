@@ -23,7 +23,7 @@ namespace pexa::engine::cyclone {
 
 namespace {
 
-using Receiver = pexa_cyclone_receiver;
+using Receiver = CycloneReceiver;
 
 struct Receivers {
     std::array<Receiver, pexa_cyclone_max_receivers> all{};

@@ -97,7 +97,10 @@ TEST(Batching, IsForTheWriterThatAsksAndLeavesTheSwitchOfTheApplicationAlone) {
     };
     dds_entity_t other = 0;
     WhileCreated listener{[&] { other = make_other(); }};
-    ASSERT_TRUE(create_writer(publisher, ours, batching, {&listener, publication_matched_status}));
+    const Created matched =
+        create_writer(publisher, ours, batching, {&listener, publication_matched_status});
+    ASSERT_TRUE(matched);
+    ASSERT_EQ(set_listener(matched.entity, {}), Status::ok);
     ASSERT_GT(other, 0);
     dds_write_set_batch(true);
     ASSERT_TRUE(create_writer(publisher, ours, batching));
