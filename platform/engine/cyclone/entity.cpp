@@ -35,10 +35,11 @@ Created create_participant(std::uint32_t domain_id, const Qos& qos,
             return {Status::out_of_resources, no_entity};
         }
         NewEntity entity(no_entity);
+        cyclone::ReceiversNote receivers;
         const dds_entity_t participant = dds_create_participant(
             domain_id, cyclone::to_cyclone(qos).get(), cyclone::to_cyclone(listener).get());
         if (participant > 0) {
-            cyclone::note_receive_threads(participant, domain_id);
+            receivers.write(participant, domain_id);
         }
         return entity.note(participant);
     });

@@ -5,30 +5,18 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <array>
 #include <chrono>
 #include <condition_variable>
 #include <csignal>
 #include <cstring>
-#include <exception>
 #include <mutex>
-#include <new>
-#include <thread>
+#include <utility>
 
-#include "platform/engine/cyclone/domain_record.h"
-#include "platform/engine/cyclone/entity_table.hpp"
 #include "platform/engine/cyclone/never_destroyed.hpp"
 
 namespace pexa::engine::cyclone {
 
 namespace {
-
-using Receiver = CycloneReceiver;
-
-struct Receivers {
-    std::array<Receiver, pexa_cyclone_max_receivers> all{};
-    std::uint32_t count = 0;
-};
 
 EntityTable<const Receivers>& receivers() {
     static NeverDestroyed<EntityTable<const Receivers>> table;
@@ -36,7 +24,7 @@ EntityTable<const Receivers>& receivers() {
 }
 
 /// Sends what Cyclone sends, one byte, which is no RTPS message and therefore ignored.
-void wake(const Receiver& receiver) {
+void wake(const CycloneReceiver& receiver) {
     const int descriptor = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     if (descriptor < 0) {
         return;
@@ -71,11 +59,9 @@ public:
         sigset_t before;
         sigfillset(&all);
         pthread_sigmask(SIG_SETMASK, &all, &before);
-        try {
-            thread_ = std::thread([this] { run(); });
-        } catch (const std::exception&) {
-            // Then a deletion that would wait for ever does so.
-        }
+        // Without the thread a deletion that would wait for ever does so. No std::thread, because
+        // a deletion needs no memory of ours.
+        has_thread_ = pthread_create(&thread_, nullptr, run, this) == 0;
         pthread_sigmask(SIG_SETMASK, &before, nullptr);
     }
     Waker(const Waker&) = delete;
@@ -86,43 +72,39 @@ public:
             deleted_ = true;
         }
         changed_.notify_one();
-        if (thread_.joinable()) {
-            thread_.join();
+        if (has_thread_) {
+            pthread_join(thread_, nullptr);
         }
     }
 
 private:
-    void run() {
+    static void* run(void* waker) {
         constexpr std::chrono::milliseconds usual_deletion{500};
         pthread_setname_np(pthread_self(), "pexa.wake");
-        std::unique_lock lock(mutex_);
-        while (!changed_.wait_for(lock, usual_deletion, [this] { return deleted_; })) {
-            for (std::uint32_t i = 0; i < receivers_.count; ++i) {
-                wake(receivers_.all[i]);
+        auto& self = *static_cast<Waker*>(waker);
+        std::unique_lock lock(self.mutex_);
+        while (!self.changed_.wait_for(lock, usual_deletion, [&] { return self.deleted_; })) {
+            for (std::uint32_t i = 0; i < self.receivers_.count; ++i) {
+                wake(self.receivers_.all[i]);
             }
         }
+        return nullptr;
     }
 
     const Receivers& receivers_;
     std::mutex mutex_;
     std::condition_variable changed_;
     bool deleted_ = false;
-    std::thread thread_;
+    pthread_t thread_{};
+    bool has_thread_ = false;
 };
 
 }  // namespace
 
-void note_receive_threads(dds_entity_t participant, dds_domainid_t domain) {
-    Receivers found;
-    found.count = pexa_cyclone_receivers(domain, found.all.data());
-    if (found.count == 0) {
-        return;
-    }
-    try {
-        receivers().add(participant, EntityTable<const Receivers>::Entry(
-                                         std::make_shared<const Receivers>(found)));
-    } catch (const std::bad_alloc&) {
-        // The participant is as good without.
+void ReceiversNote::write(dds_entity_t participant, dds_domainid_t domain) noexcept {
+    receivers_->count = pexa_cyclone_receivers(domain, receivers_->all.data());
+    if (receivers_->count > 0) {
+        receivers().add(participant, std::move(entry_));
     }
 }
 

@@ -9,11 +9,33 @@
 
 #include <dds/dds.h>
 
+#include <array>
+#include <cstdint>
+
+#include "platform/engine/cyclone/domain_record.h"
+#include "platform/engine/cyclone/entity_table.hpp"
+
 namespace pexa::engine::cyclone {
 
-/// Notes how the threads of the domain can be woken. To be called by the thread that has just
-/// created the participant.
-void note_receive_threads(dds_entity_t participant, dds_domainid_t domain);
+/// Where a domain's threads can be woken.
+struct Receivers {
+    std::array<CycloneReceiver, pexa_cyclone_max_receivers> all{};
+    std::uint32_t count = 0;
+};
+
+/// Notes how the threads of a participant's domain can be woken. Has its room before there is the
+/// participant.
+class ReceiversNote {
+public:
+    ReceiversNote() : receivers_(std::make_shared<Receivers>()), entry_(receivers_) {}
+
+    /// To be called once, by the thread that has just created the participant.
+    void write(dds_entity_t participant, dds_domainid_t domain) noexcept;
+
+private:
+    std::shared_ptr<Receivers> receivers_;
+    EntityTable<const Receivers>::Entry entry_;
+};
 
 /// dds_delete() of a participant. Wakes the threads as long as the deletion waits.
 dds_return_t delete_participant(dds_entity_t participant);
