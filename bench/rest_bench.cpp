@@ -12,10 +12,12 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "bench/bare/engine.hpp"
 #include "bench/logger.hpp"
 #include "bench/measure.hpp"
+#include "pexa/osapi.h"
 
 namespace orvane::bench {
 namespace {
@@ -26,6 +28,8 @@ struct Plan {
     std::int32_t domain = 0;
     /// 0: creation, deletion and memory are measured, not the rest.
     int idle_seconds = 0;
+    /// Threads that wait for the global lock while the process rests.
+    int waiting_threads = 0;
 };
 
 /// The number behind "name:" in a file of /proc.
@@ -83,6 +87,26 @@ nlohmann::json rest(int length) {
             {"cpu_ms_per_second", (after.cpu_seconds - before.cpu_seconds) * 1e3 / length}};
 }
 
+/// Threads that wait for the global lock, for as long as the object lives.
+class WaitingThreads {
+public:
+    explicit WaitingThreads(int count) {
+        QELOsapi_global_lock();
+        while (count-- > 0) {
+            threads_.emplace_back([] {
+                QELOsapi_global_lock();
+                QELOsapi_global_unlock();
+            });
+        }
+    }
+    ~WaitingThreads() { QELOsapi_global_unlock(); }
+    WaitingThreads(const WaitingThreads&) = delete;
+    WaitingThreads& operator=(const WaitingThreads&) = delete;
+
+private:
+    std::vector<std::jthread> threads_;
+};
+
 template <typename Entities, typename Options>
 int run(const Plan& plan, const Options& options) {
     const Clock::time_point begin = Clock::now();
@@ -93,6 +117,7 @@ int run(const Plan& plan, const Options& options) {
 
     nlohmann::json figures;
     if (plan.idle_seconds != 0) {
+        const WaitingThreads waiting{plan.waiting_threads};
         figures = rest(plan.idle_seconds);
     } else {
         figures["create_ms"] = nanoseconds_between(begin, created) / 1e6;
@@ -105,7 +130,9 @@ int run(const Plan& plan, const Options& options) {
     }
     append_result(plan.results, {{"group", "rest"},
                                  {"subject", plan.subject},
-                                 {"what", plan.idle_seconds != 0 ? "idle" : "life"},
+                                 {"what", plan.waiting_threads != 0 ? "waiting"
+                                          : plan.idle_seconds != 0  ? "idle"
+                                                                    : "life"},
                                  {"figures", figures}});
     return 0;
 }
@@ -125,6 +152,7 @@ int main(int argc, char** argv) try {
     app.add_option("--results", plan.results, "file that a line of JSON is added to")->required();
     app.add_option("--domain", plan.domain);
     app.add_option("--idle", plan.idle_seconds, "seconds to rest");
+    app.add_option("--waiting", plan.waiting_threads, "threads that wait for the global lock");
     CLI11_PARSE(app, argc, argv);
     return orvane::bench::run_subject(plan);
 } catch (const std::exception& failure) {

@@ -242,6 +242,8 @@ Section rest_section(const Results& results) {
     add("wake-ups per second, idle", "idle", "wakeups_per_second", 1);
     add("of it the write thread", "idle", "write_thread_wakeups_per_second", 1);
     add("processor time, idle, ms/s", "idle", "cpu_ms_per_second", 2);
+    add("the same with 32 threads that wait for the global lock", "waiting", "cpu_ms_per_second",
+        2);
 
     Target start{"creation : bare engine", Kind::at_most, 1.3};
     start.judge(ratio(figure("orvane", "life", "create_ms"), figure("bare", "life", "create_ms")));
@@ -251,7 +253,9 @@ Section rest_section(const Results& results) {
     memory.judge(ours && bare ? std::optional{*ours - *bare} : std::nullopt);
     Target idle{"wake-ups of an idle logger", Kind::at_most, 12, "/s"};
     idle.judge(figure("orvane", "idle", "wakeups_per_second"));
-    return {"### Start and rest\n\n" + table.text(), {start, memory, idle}};
+    Target waiting{"processor time of 32 waiting threads", Kind::at_most, 10, " ms/s"};
+    waiting.judge(figure("orvane", "waiting", "cpu_ms_per_second"));
+    return {"### Start and rest\n\n" + table.text(), {start, memory, idle, waiting}};
 }
 
 Section flood_section(const Results& results) {
