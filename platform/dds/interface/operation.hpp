@@ -8,6 +8,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "pexa/osapi.h"
 #include "platform/dds/interface/handle.hpp"
 #include "platform/dds/interface/result.hpp"
 #include "platform/internal/cancellation.hpp"
@@ -161,6 +162,11 @@ template <typename Work>
 auto guarded(const Operation& operation, Work&& work) noexcept {
     using Exported = decltype(exported(work()));
     const NoCancellation whole_operation;
+    // Its locks may be taken for ever in such a process.
+    if (QELOsapi_isEngineLost() != 0) {
+        return failure<Exported>(
+            operation.precondition_not_met("the process was not forked while it had participants"));
+    }
     Exported result{};
     const Status status = attempt(operation, [&] {
         result = exported(work());
