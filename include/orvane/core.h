@@ -361,7 +361,8 @@ ORVANE_API extern const PEXA_Config_LoggerDevice QEL_KX_Orvane_localDevice;
  * Any thread, except from a listener of a participant that is handed to the logger: the creation
  * may wait for that listener.
  * @return the instance, the same at every call; NULL after lines that say why it could not be
- *   created. A later call tries again.
+ *   created. A later call tries again. NULL after a line in a child process that was forked while
+ *   there was an instance or another participant of the middleware.
  */
 ORVANE_API QEL_KX_Orvane* QEL_KX_Orvane_getInstance(void);
 /** The creation itself; for QEL_KX_Orvane_getInstance(), with the global lock held.
@@ -376,7 +377,8 @@ ORVANE_API QEL_KX_Orvane* QEL_KX_Orvane_destroy(QEL_KX_Orvane* self);
 /**
  * Ends the logger: publishes the State NONOPERATIONAL, stops the write thread (messages still
  * queued are discarded) and frees everything that the creation made. Options handed over are
- * forgotten and remain the application's. Takes some 100 ms. Any thread but those of listeners.
+ * forgotten and remain the application's. Takes some 100 ms. Any thread but those of listeners. In
+ * a child process it frees the child's copy of the instance.
  * @return DDS_RETCODE_OK, also when there was nothing to do; DDS_RETCODE_ERROR when the global lock
  *   could not be taken (nothing has changed) or not be released.
  */
@@ -404,6 +406,11 @@ ORVANE_API LogMessageWriteThread* QEL_KX_Orvane_getLogMessageWriteThread(void);
  *
  * Texts are not kept; a message is published up to 4096 characters, a category up to 512. Messages
  * logged on the write thread itself are dropped.
+ *
+ * A signal handler may log even when it has interrupted a logging call of its thread; its message
+ * is then lost. The calls are not async-signal-safe all the same: a long text allocates memory, and
+ * the echo prints. A child process that was forked while there was an instance logs nothing. The
+ * calls leave errno as it was.
  *
  * All return DDS_RETCODE_OK: what fails is said on standard output, and the message is lost.
  * @{

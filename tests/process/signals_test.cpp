@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <fstream>
 #include <map>
 #include <string>
@@ -63,9 +64,14 @@ TEST(Signals, FindNoDeadLockInAHandlerThatLogs) {
     };
     ASSERT_EQ(sigaction(SIGUSR1, &action, nullptr), 0);
     // In the middle of the change of the queue, where a second one would ruin it.
-    const Before during_push("MOSKFastBufferPool_getBuffer", [] { raise(SIGUSR1); });
+    const Before during_push("MOSKFastBufferPool_getBuffer", [] {
+        raise(SIGUSR1);
+        errno = EAGAIN;
+    });
+    errno = 0;
     const Calls pushes("MOSKFastBufferPool_getBuffer");
     QEL_KX_Orvane_info(logger.get(), "interrupted");
+    EXPECT_EQ(errno, 0) << "stays what it was";
     EXPECT_EQ(handled, 1);
     EXPECT_EQ(pushes.count(), 1) << "the message of the handler is given up";
     signal(SIGUSR1, SIG_DFL);
