@@ -7,16 +7,16 @@ namespace orvane::admin {
 
 using pexa::Status;
 
-Status write_answer(const Answer& answer) {
+Status write_response(const PendingResponse& response) {
     using Writer = types::DataWriter<QEL_KX_ADMIN_CommandResponse>;
-    if (Writer::write(answer.writer, &answer.sample, &DDS_HANDLE_NIL) == DDS_RETCODE_OK) {
+    if (Writer::write(response.writer, &response.sample, &DDS_HANDLE_NIL) == DDS_RETCODE_OK) {
         return Status::ok;
     }
-    refuse_answer();
+    refuse_response();
     return Status::error;
 }
 
-void refuse_answer() {
+void refuse_response() {
     core::report("QEL_KX_Orvane_processCommand", "Unable to write Command Response");
 }
 

@@ -8,16 +8,16 @@
 namespace orvane::admin {
 
 /// A response on its way, and the writer for it.
-struct Answer {
+struct PendingResponse {
     QEL_KX_ADMIN_CommandResponseDataWriter* writer;
     /// Its text is a constant: nothing is to be freed, and no memory can be missing.
     QEL_KX_ADMIN_CommandResponse sample;
 };
 
 /// @return an error after a report.
-pexa::Status write_answer(const Answer& answer);
+pexa::Status write_response(const PendingResponse& response);
 
-/// Reports that an answer is not written.
-void refuse_answer();
+/// Reports that a response is not written.
+void refuse_response();
 
 }  // namespace orvane::admin

@@ -73,7 +73,7 @@ QEL_KX_ADMIN_CommandResult execute(QEL_KX_Orvane& logger, QEL_KX_ADMIN_Command& 
         case QEL_KX_SET_QEL_LOGGER_LEVEL:
             return execute_verbosities(logger, command._u.categoryAndVerbosity);
         case QEL_KX_SET_QEL_LOGGER_PRINT_FORMAT:
-            // The answer is OK in any case. The State shows the format in force.
+            // The response is OK in any case. The State shows the format in force.
             static_cast<void>(set_middleware_print_format(
                 logger, print_formats.to_middleware(pexa::number_of(command._u.printFormat)),
                 no_wait));
@@ -117,11 +117,13 @@ void take_commands(QEL_KX_Orvane& logger, DDS_DataReader* reader) {
 }
 
 void process_command(QEL_KX_Orvane& logger, QEL_KX_ADMIN_CommandRequest& request) {
-    // What a listener of this process does on this thread meanwhile is published after the answer.
+    // What a listener of this process does on this thread meanwhile is published after the
+    // response.
     const KeptTurn turn(logger);
     static char no_message[] = "";
-    Answer answer{field_of<&QEL_KX_DDSEntities::commandResponseWriter>(logger.ddsEntities), {}};
-    QEL_KX_ADMIN_CommandResponse& sample = answer.sample;
+    PendingResponse response{
+        field_of<&QEL_KX_DDSEntities::commandResponseWriter>(logger.ddsEntities), {}};
+    QEL_KX_ADMIN_CommandResponse& sample = response.sample;
     sample.message = no_message;
     with_state(logger, [&](const QEL_KX_ADMIN_State& state) {
         Identity::copy(&sample.hostAndAppId, &state.hostAndAppId);
@@ -129,7 +131,7 @@ void process_command(QEL_KX_Orvane& logger, QEL_KX_ADMIN_CommandRequest& request
     Identity::copy(&sample.originatorHostAndAppId, &request.originatorHostAndAppId);
     sample.invocation = request.invocation;
     sample.commandResult = execute(logger, request.command, sample);
-    answer_in_turn(logger, answer);
+    respond_in_turn(logger, response);
 }
 
 pexa::Status set_filter_level(QEL_KX_Orvane& logger, DDS_Long level) {

@@ -58,7 +58,7 @@ DDS_ReturnCode_t delete_contained_entities(QEL_KX_DDSEntities* entities) {
     }
     Teardown teardown;
     // Before the writers. It waits for all callbacks, and the one of the State's writer may be
-    // writing answers.
+    // writing responses.
     if (entities->subscriber != nullptr) {
         teardown.note(DDS_Subscriber_delete_contained_entities(entities->subscriber),
                       "Unable to delete subscriber's contained entities");

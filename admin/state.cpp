@@ -13,6 +13,7 @@
 #include "core/exported.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
+#include "platform/internal/cancellation.hpp"
 #include "types/typed_writer.hpp"
 
 namespace orvane::admin {
@@ -29,7 +30,7 @@ constexpr const char* no_writer = "could not get KX state data writer";
 struct FirstState {
     QEL_KX_ADMIN_StateDataWriter* writer;
 };
-using Work = std::variant<StateFailure, FirstState, Answer>;
+using Work = std::variant<StateFailure, FirstState, PendingResponse>;
 
 /// Work that was left. Changes of the same kind in succession take one place.
 struct LeftWork {
@@ -54,8 +55,9 @@ struct LeftWork {
 /// A thread without a turn waits only for a result that it has to return, and not for ever. See
 /// publish_state().
 ///
-/// No write comes too late: its thread holds the global lock or is in a callback of the entities,
-/// and the teardown waits for the callbacks before it deletes a writer.
+/// No write comes too late: its thread holds the global lock, is in a callback of the entities, for
+/// which the teardown waits before it deletes a writer, or is the application's, which does not
+/// finalise meanwhile.
 struct Turn {
     bool taken = false;
     /// Whether the thread that has the turn is inside a write.
@@ -149,8 +151,8 @@ void refuse(const FirstState&) {
     core::report(initial_context, "Unable to register the State instance");
 }
 
-void refuse(const Answer&) {
-    refuse_answer();
+void refuse(const PendingResponse&) {
+    refuse_response();
 }
 /// @}
 
@@ -204,8 +206,8 @@ Status perform(QEL_KX_Orvane& logger, const FirstState& first) {
     return written;
 }
 
-Status perform(QEL_KX_Orvane&, const Answer& answer) {
-    return write_answer(answer);
+Status perform(QEL_KX_Orvane&, const PendingResponse& response) {
+    return write_response(response);
 }
 /// @}
 
@@ -226,11 +228,15 @@ void begin_turn() noexcept {
     has_turn = true;
 }
 
-void end_turn(QEL_KX_Orvane& logger, Lock& lock) {
+void do_left_work(QEL_KX_Orvane& logger, Lock& lock) {
     while (turn.count > 0) {
         // A failure has been reported. The threads that left the work have gone on.
         static_cast<void>(do_now(logger, take_left_work(), lock));
     }
+}
+
+void end_turn(QEL_KX_Orvane& logger, Lock& lock) {
+    do_left_work(logger, lock);
     turn.taken = false;
     has_turn = false;
     turn_ended().notify_all();
@@ -295,16 +301,21 @@ void publish_initial_state(QEL_KX_Orvane& logger, DDS_DataWriter* writer) {
     static_cast<void>(submit(logger, FirstState{state_writer}, Lock(state_mutex)));
 }
 
+void publish_left_changes(QEL_KX_Orvane& logger, Lock lock) {
+    if (has_turn && !turn.writing) {
+        do_left_work(logger, lock);
+    }
+}
+
 Status publish_state(QEL_KX_Orvane& logger, const StateFailure& failure, Lock lock) {
     return submit(logger, failure, std::move(lock));
 }
 
 Status publish_state(QEL_KX_Orvane& logger, const StateFailure& failure,
                      std::chrono::milliseconds patience) {
+    const pexa::NoCancellation whole_publication;
     Lock lock(state_mutex);
-    const auto needs_no_wait = [] {
-        return !turn.taken || has_turn || QEL_KX_DDSEntities_gInitialStateSent == 0;
-    };
+    const auto needs_no_wait = [] { return !turn.taken || has_turn; };
     if (patience > no_wait && !turn_ended().wait_for(lock, patience, needs_no_wait)) {
         // Readers still get the State, if there is room.
         static_cast<void>(leave(StateFailure{}));
@@ -315,9 +326,9 @@ Status publish_state(QEL_KX_Orvane& logger, const StateFailure& failure,
     return submit(logger, failure, std::move(lock));
 }
 
-void answer_in_turn(QEL_KX_Orvane& logger, const Answer& answer) {
+void respond_in_turn(QEL_KX_Orvane& logger, const PendingResponse& response) {
     // A failure has been reported.
-    static_cast<void>(submit(logger, answer, Lock(state_mutex)));
+    static_cast<void>(submit(logger, response, Lock(state_mutex)));
 }
 
 KeptTurn::KeptTurn(QEL_KX_Orvane& logger) : logger_(logger) {

@@ -68,6 +68,10 @@ pexa::Status publish_state(QEL_KX_Orvane& logger, const StateFailure& failure,
 pexa::Status publish_state(QEL_KX_Orvane& logger, const StateFailure& failure,
                            std::unique_lock<std::mutex> lock);
 
+/// Publishes what other threads have left to this one, if it has the turn. @param lock has the
+/// mutex.
+void publish_left_changes(QEL_KX_Orvane& logger, std::unique_lock<std::mutex> lock);
+
 /// Changes and publishes the State in one step: a command that finds the change made is answered
 /// after its publication.
 /// @param change as in with_state(); returns whether there is something to publish.
@@ -77,13 +81,15 @@ void publish_change(QEL_KX_Orvane& logger, Change change, const StateFailure& fa
     if (change(*logger.state)) {
         // Nobody waits for the result.
         static_cast<void>(publish_state(logger, failure, std::move(lock)));
+    } else {
+        publish_left_changes(logger, std::move(lock));
     }
 }
 
-/// Writes an answer behind all States and answers that are under way, as publish_state() does.
-void answer_in_turn(QEL_KX_Orvane& logger, const Answer& answer);
+/// Writes a response behind all States and responses that are under way, as publish_state() does.
+void respond_in_turn(QEL_KX_Orvane& logger, const PendingResponse& response);
 
-/// Keeps the turn to publish, if it is free, for States and an answer between which nothing may
+/// Keeps the turn to publish, if it is free, for States and a response between which nothing may
 /// come.
 class KeptTurn {
 public:

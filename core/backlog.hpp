@@ -2,7 +2,9 @@
 /// @brief Messages that wait in the queue although their units have been taken.
 #pragma once
 
-#include <cstdint>
+#include <algorithm>
+
+#include "pexa/base.h"
 
 namespace orvane::core {
 
@@ -12,6 +14,10 @@ namespace orvane::core {
 /// that many messages would stay behind for good.
 class Backlog {
 public:
+    /// @param most messages that the queue can hold. A message that finds no room brings a unit for
+    /// another one.
+    explicit Backlog(DDS_Long most) noexcept : most_(most) {}
+
     /// @return whether the next message is to be published without a unit.
     bool is_due() const noexcept { return messages_ > 0 && !is_stalled_; }
 
@@ -20,7 +26,7 @@ public:
     /// @param timed_out whether the message is still in the queue
     void note(bool was_due, bool timed_out) noexcept {
         if (was_due != timed_out) {
-            messages_ = was_due ? messages_ - 1 : messages_ + 1;
+            messages_ = was_due ? messages_ - 1 : std::min(messages_ + 1, most_);
         }
         is_stalled_ = timed_out;
     }
@@ -29,7 +35,8 @@ public:
     void end() noexcept { messages_ = 0; }
 
 private:
-    std::uint64_t messages_ = 0;
+    const DDS_Long most_;
+    DDS_Long messages_ = 0;
     bool is_stalled_ = false;
 };
 

@@ -33,9 +33,11 @@ void refresh_filter() noexcept {
     refresh_with_mutex();
 }
 
-void silence_filter() noexcept {
-    // A thread that does not exist any more may hold it.
+void free_filter_lock() noexcept {
     std::construct_at(&mutex);
+}
+
+void silence_filter() noexcept {
     followed = nullptr;
     last_traced_level.store(std::numeric_limits<DDS_Long>::min(), std::memory_order_relaxed);
 }

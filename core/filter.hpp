@@ -26,7 +26,13 @@ void follow_filter_of(const QEL_KX_Orvane* self) noexcept;
 /// Must be called after a change of the level or of the echo.
 void refresh_filter() noexcept;
 
-/// In a child process that has just been forked and can have no logger: no level leaves a trace.
+/// @name In a child process that has just been forked
+/// @{
+
+/// A thread that does not exist there may hold the mutex.
+void free_filter_lock() noexcept;
+/// There can be no logger: no level leaves a trace.
 void silence_filter() noexcept;
+/// @}
 
 }  // namespace orvane::core

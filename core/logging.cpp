@@ -1,10 +1,8 @@
 #include "core/logging.hpp"
 
-#include <atomic>
-#include <cerrno>
-
 #include "core/filter.hpp"
 #include "core/instance.hpp"
+#include "core/logging_call.hpp"
 #include "core/logging_lock.hpp"
 #include "core/message_queue.hpp"
 #include "core/report.hpp"
@@ -16,33 +14,6 @@ namespace orvane::core {
 namespace {
 
 constexpr const char* no_category = "";
-
-/// Marks the thread as being in a logging call. A signal handler that logs may have interrupted
-/// that call in the middle of a change of the queue, and its own call must touch nothing. The error
-/// number stays what it was, for the handler's thread and for applications that log before they
-/// look at it.
-class LoggingCall {
-public:
-    LoggingCall() noexcept : error_number_(errno), is_nested_(under_way) {
-        under_way = true;
-        std::atomic_signal_fence(std::memory_order_seq_cst);
-    }
-    ~LoggingCall() {
-        std::atomic_signal_fence(std::memory_order_seq_cst);
-        under_way = is_nested_;
-        errno = error_number_;
-    }
-    LoggingCall(const LoggingCall&) = delete;
-    LoggingCall& operator=(const LoggingCall&) = delete;
-
-    bool is_nested() const noexcept { return is_nested_; }
-
-private:
-    [[gnu::tls_model("initial-exec")]] static inline constinit thread_local bool under_way = false;
-
-    const int error_number_;
-    const bool is_nested_;
-};
 
 Outcome validate(const QEL_KX_LogMessageParams* params) noexcept {
     if (params == nullptr) {

@@ -46,7 +46,7 @@ void flush(LogMessageWriteThread& thread) {
 
 void publish(LogMessageWriteThread& thread, const char* context) {
     BatchPacing pacing;
-    Backlog backlog;
+    Backlog backlog(thread.messageQueue->maxSize);
     std::uint64_t in_batch = 0;
     while (load(thread.run) == 1) {
         const bool is_due = backlog.is_due();

@@ -1,6 +1,7 @@
 #include "lifecycle/creation.hpp"
 
 #include <cstring>
+#include <utility>
 
 #include "admin/commands.hpp"
 #include "admin/entities.hpp"
@@ -183,23 +184,20 @@ void stop_write_thread(QEL_KX_Orvane& self) {
         return;
     }
     core::store(self.logMessageWriteThread->run, 0);
-    core::delete_write_thread(self.logMessageWriteThread);
-    self.logMessageWriteThread = nullptr;
     self.messageQueue = nullptr;
+    core::delete_write_thread(std::exchange(self.logMessageWriteThread, nullptr));
 }
 
 void forget_options(QEL_KX_Orvane& self) {
-    if (options_made != nullptr && self.options == options_made) {
-        core::delete_options(options_made);
-        options_made = nullptr;
+    const QEL_KX_Options* options = std::exchange(self.options, nullptr);
+    if (options_made != nullptr && options == options_made) {
+        core::delete_options(std::exchange(options_made, nullptr));
     }
-    self.options = nullptr;
 }
 
 void delete_state(QEL_KX_Orvane& self) {
     if (self.state != nullptr) {
-        StateSample::destroy_data(self.state);
-        self.state = nullptr;
+        StateSample::destroy_data(std::exchange(self.state, nullptr));
     }
 }
 
@@ -221,7 +219,8 @@ QEL_KX_Orvane* create_instance() {
 
 // Each part ends before the parts that its callbacks use: device, commands, write thread, entities,
 // the rest. The deletion of the entities may call a listener on this thread, and the listener may
-// log. It then meets a record without the parts that are gone.
+// log, and so may a signal handler at any moment. They meet a record without the parts that are
+// going, because each part is taken out of the record first.
 QEL_KX_Orvane* destroy(QEL_KX_Orvane* self) {
     if (self == nullptr) {
         return nullptr;
@@ -237,6 +236,9 @@ QEL_KX_Orvane* destroy(QEL_KX_Orvane* self) {
     core::follow_filter_of(nullptr);
     forget_options(*self);
     delete_state(*self);
+    if (core::instance() == self) {
+        core::store(QEL_KX_Orvane_instance, nullptr, std::memory_order_release);
+    }
     QELOsapiHeap_freeStructure(self);
     return nullptr;
 }

@@ -7,6 +7,7 @@
 #include "core/exported.hpp"
 #include "core/filter.hpp"
 #include "core/instance.hpp"
+#include "core/logging_call.hpp"
 #include "core/logging_lock.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
@@ -32,17 +33,32 @@ void set_instance(QEL_KX_Orvane* created) noexcept {
     core::store(QEL_KX_Orvane_instance, created, std::memory_order_release);
 }
 
+/// @name The global lock, while no signal handler of this thread logs
+/// @{
+int lock_global() noexcept {
+    const core::LoggingCall no_nested_call;
+    return QELOsapi_global_lock();
+}
+
+int unlock_global() noexcept {
+    const core::LoggingCall no_nested_call;
+    return QELOsapi_global_unlock();
+}
+/// @}
+
 /// In a child process: the parent's instance, until it is finalised here.
 constinit std::atomic<QEL_KX_Orvane*> copy_of_instance = nullptr;
 
 /// In a child process that has just been forked. The instance has lost its thread and its engine,
 /// so it ends for all logging calls, whatever locks its threads held.
 void abandon_instance() {
+    core::free_filter_lock();
+    admin::forget_publication();
     if (QELOsapi_isEngineLost() == 0) {
         return;
     }
     // A creation or destruction leaves a copy that nobody can make sense of.
-    if (!LifecycleChange::is_under_way()) {
+    if (core::instance() != nullptr && !LifecycleChange::is_under_way()) {
         copy_of_instance.store(core::instance());
     }
     LifecycleChange::forget_all();
@@ -50,7 +66,6 @@ void abandon_instance() {
     set_instance(nullptr);
     core::live_clock.store(nullptr);
     core::silence_filter();
-    admin::forget_publication();
 }
 
 [[maybe_unused]] const int registration = QELOsapi_callInChild(abandon_instance);
@@ -100,7 +115,7 @@ Status finalize() {
         return Status::ok;
     }
     const pexa::NoCancellation whole_end;
-    if (QELOsapi_global_lock() != 0) {
+    if (lock_global() != 0) {
         report(context, "Unable to lock when finalizing Orvane singleton!");
         return Status::error;
     }
@@ -108,14 +123,13 @@ Status finalize() {
         self != nullptr && !LifecycleChange::is_under_way()) {
         const LifecycleChange change;
         disable();
-        QEL_KX_Orvane* gone = destroy(self);
         // As long as there seems to be an instance, no new options are accepted that this would
         // forget.
         core::store(gQEL_KX_Orvane_currentOptions, nullptr);
-        set_instance(gone);
+        set_instance(destroy(self));
         set_initialized(0);
     }
-    if (QELOsapi_global_unlock() != 0) {
+    if (unlock_global() != 0) {
         report(context, "Unable to unlock when finalizing Orvane singleton!");
         return Status::error;
     }
@@ -136,7 +150,7 @@ QEL_KX_Orvane* get_instance() {
         return nullptr;
     }
     const pexa::NoCancellation whole_creation;
-    if (QELOsapi_global_lock() != 0) {
+    if (lock_global() != 0) {
         report(context, "Unable to lock when creating Orvane singleton!");
         return core::instance();
     }
@@ -144,7 +158,7 @@ QEL_KX_Orvane* get_instance() {
     if (!core::is_running() && !LifecycleChange::is_under_way() && create(context)) {
         set_initialized(1);
     }
-    if (QELOsapi_global_unlock() != 0) {
+    if (unlock_global() != 0) {
         report(context, "Unable to unlock when creating Orvane singleton!");
     }
     return core::instance();

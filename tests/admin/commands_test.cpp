@@ -298,6 +298,16 @@ TEST_F(Commands, DuringAPublicationAreAnsweredBehindTheStateThatShowsTheirEffect
     }
 }
 
+TEST_F(Commands, ThatFindTheirChangeMadeAreAnsweredBehindTheStateThatShowsIt) {
+    Writes writes(bare_, [] {});
+    {
+        const admin::KeptTurn turn(*bare_.get());
+        std::thread([&] { QEL_KX_Orvane_setFilterLevel(bare_.get(), 300); }).join();
+        QEL_KX_Orvane_processCommand(bare_.get(), set_level(1, 300).get());
+    }
+    EXPECT_EQ(writes.log(), (Log{"State 300", "response 1"}));
+}
+
 TEST_F(Commands, ThatCannotBeAnsweredLaterAreReported) {
     const auto process = [&](DDS_Long invocation) {
         const Sample<Request> unknown = set_verbosities(invocation, {});

@@ -1,10 +1,16 @@
 #include "tools/subcommands/stop_signal.hpp"
 
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <utility>
+
+#include "tools/subcommands/exit_status.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -41,7 +47,7 @@ void StopSignal::set_action(std::function<void()> action) {
 int StopSignal::conclude(int status) {
     const std::lock_guard lock(mutex_);
     status_ = status;
-    concluded_ = std::chrono::steady_clock::now();
+    leaving_since_ = std::min(leaving_since_, std::chrono::steady_clock::now());
     return status;
 }
 
@@ -65,6 +71,7 @@ void StopSignal::receive(int signal) {
         std::raise(signal);
     }
     const std::lock_guard lock(mutex_);
+    leaving_since_ = std::min(leaving_since_, std::chrono::steady_clock::now());
     if (action_) {
         action_();
     }
@@ -73,10 +80,14 @@ void StopSignal::receive(int signal) {
 void StopSignal::end_if_overdue() {
     constexpr std::chrono::seconds longest_leave{2};
     const std::lock_guard lock(mutex_);
-    if (status_ && std::chrono::steady_clock::now() - concluded_ > longest_leave) {
-        std::fflush(stdout);
-        std::_Exit(*status_);
+    if (std::chrono::steady_clock::now() - longest_leave < leaving_since_) {
+        return;
     }
+    pollfd output = {STDOUT_FILENO, POLLOUT, 0};
+    if (poll(&output, 1, 0) > 0) {
+        std::fflush(stdout);
+    }
+    std::_Exit(status_.value_or(exit_failure));
 }
 
 }  // namespace orvane::tools

@@ -34,7 +34,9 @@ public:
     };
 
     /// The first signal calls @p action, also if it came before this call. A second one ends the
-    /// process in the usual way. The result must end before the objects that @p action uses.
+    /// process in the usual way, and so does the first one two seconds later, if the process still
+    /// hangs, say in a standard output that blocks. The result must end before the objects that @p
+    /// action uses.
     Interruption interrupt(std::function<void()> action);
 
     /// Says that the command is done but for leaving the domain. That may take two seconds; then
@@ -53,7 +55,8 @@ private:
     std::mutex mutex_;
     std::function<void()> action_;
     std::optional<int> status_;
-    std::chrono::steady_clock::time_point concluded_;
+    std::chrono::steady_clock::time_point leaving_since_ =
+        std::chrono::steady_clock::time_point::max();
     std::jthread watcher_;
 };
 

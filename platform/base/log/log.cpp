@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdio>
+#include <memory>
 #include <mutex>
 
 #include "pexa/osapi.h"
@@ -88,6 +89,10 @@ void print(QELLogModule module, DDS_UnsignedLong submodule, QELLogLevel level, c
     format(text, context, message->format, arguments);
     const Sink sink = get_sink();
     sink.function(sink.data, module, level, text);
+}
+
+void free_sink_lock() {
+    std::construct_at(&sink_mutex);
 }
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): takes what the exported function takes

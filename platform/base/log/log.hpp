@@ -17,4 +17,7 @@ void print(QELLogModule module, DDS_UnsignedLong submodule, QELLogLevel level, c
 void report(QELLogModule module, DDS_UnsignedLong submodule, QELLogLevel level, const char* context,
             const QELLogMessageTemplate* message, ...);
 
+/// In a child process that has just been forked: a thread that does not exist there may hold it.
+void free_sink_lock();
+
 }  // namespace pexa::base

@@ -6,6 +6,7 @@
 #include <atomic>
 
 #include "pexa/osapi.h"
+#include "platform/base/log/log.hpp"
 #include "platform/internal/status.hpp"
 
 namespace pexa::base {
@@ -23,6 +24,7 @@ void in_child() {
     }
     forget_thread_id();
     free_global_lock();
+    free_sink_lock();
     for (const auto& function : functions) {
         if (const auto call = function.load(std::memory_order_acquire); call != nullptr) {
             call();

@@ -16,6 +16,7 @@
 #include "platform/base/os/call_marks.hpp"
 #include "platform/base/os/deadline.hpp"
 #include "platform/internal/cancellation.hpp"
+#include "platform/internal/signals.hpp"
 
 namespace pexa::base {
 namespace {
@@ -32,43 +33,11 @@ bool may_wait() {
     return device_call_depth == 0 && engine_call_depth == 0;
 }
 
-/// Keeps SIGPIPE from the application while this thread writes. The thread is not cancelled
-/// meanwhile. What stays in the buffer of standard output needs neither: it makes no system call.
-class PipeSignalHeld {
-public:
-    PipeSignalHeld() {
-        sigemptyset(&signal_);
-        sigaddset(&signal_, SIGPIPE);
-        sigset_t before;
-        pthread_sigmask(SIG_BLOCK, &signal_, &before);
-        was_blocked_ = sigismember(&before, SIGPIPE) == 1;
-        // Only a blocked signal can be pending.
-        sigset_t pending;
-        was_pending_ =
-            was_blocked_ && sigpending(&pending) == 0 && sigismember(&pending, SIGPIPE) == 1;
-    }
-    PipeSignalHeld(const PipeSignalHeld&) = delete;
-    PipeSignalHeld& operator=(const PipeSignalHeld&) = delete;
-    ~PipeSignalHeld() {
-        if (!was_blocked_) {
-            pthread_sigmask(SIG_UNBLOCK, &signal_, nullptr);
-        }
-    }
-
-    /// To be called after a write that failed.
-    void take_signal() const {
-        constexpr timespec at_once = {};
-        while (errno == EPIPE && !was_pending_ && sigtimedwait(&signal_, nullptr, &at_once) == -1 &&
-               errno == EINTR) {
-            errno = EPIPE;
-        }
-    }
-
-private:
-    const NoCancellation whole_write_;
-    sigset_t signal_;
-    bool was_blocked_;
-    bool was_pending_;
+/// Around a write. What stays in the buffer of standard output needs neither: it makes no system
+/// call.
+struct Write {
+    const NoCancellation whole_write;
+    const PipeSignalHeld signal;
 };
 
 /// The lock of standard output.
@@ -91,7 +60,7 @@ public:
 
 private:
     /// Other threads hold the lock for microseconds, unless standard output blocks. Only the first
-    /// thread that meets a blocked one tries for about a millisecond.
+    /// thread that meets a blocked one tries for about half a millisecond.
     static bool take_soon() {
         constexpr int attempts = 10;
         constexpr uint32_t pause_ns = 50'000;
@@ -130,10 +99,8 @@ bool takes_at_once(std::size_t bytes) {
 }
 
 void flush() {
-    const PipeSignalHeld signal;
-    if (fflush_unlocked(stdout) != 0) {
-        signal.take_signal();
-    }
+    const Write write;
+    fflush_unlocked(stdout);
 }
 
 /// Empties the buffer as far as that does not wait. @return whether there is room for @p bytes
@@ -155,17 +122,13 @@ void put(std::string_view text) {
         fwrite_unlocked(text.data(), 1, text.size(), stdout);
         return;
     }
-    const PipeSignalHeld signal;
-    if (fwrite_unlocked(text.data(), 1, text.size(), stdout) < text.size()) {
-        signal.take_signal();
-    }
+    const Write write;
+    fwrite_unlocked(text.data(), 1, text.size(), stdout);
 }
 
 [[gnu::format(printf, 1, 0)]] void put_formatted(const char* format, va_list arguments) {
-    const PipeSignalHeld signal;
-    if (std::vprintf(format, arguments) < 0) {
-        signal.take_signal();
-    }
+    const Write write;
+    std::vprintf(format, arguments);
 }
 
 [[gnu::format(printf, 1, 0)]] void print_line(const char* format, va_list arguments) {

@@ -54,12 +54,15 @@ Status RecursiveMutex::wait(const timespec* deadline, const int32_t* abandon) {
             return Status::timeout;
         }
         timespec end = deadline_after(0, sleep_ns);
-        sleep_ns = std::min(2 * sleep_ns, longest_sleep_ns);
         const bool is_last_sleep = deadline != nullptr && !is_before(end, *deadline);
         if (is_last_sleep) {
             end = *deadline;
         }
-        is_last_look = !wait_while_equal(&state_, taken_and_wanted, &end) && is_last_sleep;
+        if (wait_while_equal(&state_, taken_and_wanted, &end)) {
+            continue;
+        }
+        is_last_look = is_last_sleep;
+        sleep_ns = std::min(2 * sleep_ns, longest_sleep_ns);
     }
     owner_.store(&this_thread, std::memory_order_relaxed);
     ++depth_;

@@ -1,6 +1,5 @@
 #include <pthread.h>
 #include <sched.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,6 +11,7 @@
 #include "platform/base/memory/heap_object.hpp"
 #include "platform/base/os/deadline.hpp"
 #include "platform/internal/cancellation.hpp"
+#include "platform/internal/signals.hpp"
 #include "platform/internal/status.hpp"
 
 struct QELOsapiThread {
@@ -89,14 +89,8 @@ public:
         return set ? Status::ok : Status::bad_parameter;
     }
 
-    /// Signals are the application's: its handlers and its sigwait() get them on its own threads.
-    /// A fault of the thread itself still ends the process where it happens.
     Status block_signals() {
-        sigset_t blocked;
-        sigfillset(&blocked);
-        for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGSYS}) {
-            sigdelset(&blocked, fault);
-        }
+        const sigset_t blocked = signals_of_application();
         return status_of(pthread_attr_setsigmask_np(&attributes_, &blocked));
     }
 

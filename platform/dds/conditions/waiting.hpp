@@ -19,9 +19,9 @@ namespace pexa::dds {
 /// @param step waits for the duration that it is given. Its result TIMEOUT asks for another step.
 /// It is also given what is no valid duration, to refuse it.
 template <typename Step>
-DDS_ReturnCode_t wait_in_steps(const DDS_Duration_t* timeout, Step step) {
+DDS_ReturnCode_t wait_in_steps(const DDS_Duration_t* timeout, Step step,
+                               engine::Nanoseconds longest = nanoseconds_per_second) {
     using std::chrono::steady_clock;
-    constexpr engine::Nanoseconds longest = nanoseconds_per_second;
     engine::Nanoseconds length = nanoseconds_per_second / 10;
 
     cancellation_point();

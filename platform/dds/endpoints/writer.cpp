@@ -80,10 +80,14 @@ DDS_InstanceHandle_t DDS_DataWriter_lookup_instance_untypedI(DDS_DataWriter* sel
 DDS_ReturnCode_t DDS_DataWriter_wait_for_acknowledgments(DDS_DataWriter* self,
                                                          const DDS_Duration_t* maxWait) {
     const char* const name = __func__;
-    return dds::wait_in_steps(maxWait, [&](const DDS_Duration_t* step) {
-        return dds::call(name, self, &dds::DataWriter::wait_for_acknowledgments,
-                         dds::required("maxWait", step));
-    });
+    // A step that is too short for what is written meanwhile has to grow until it is not.
+    return dds::wait_in_steps(
+        maxWait,
+        [&](const DDS_Duration_t* step) {
+            return dds::call(name, self, &dds::DataWriter::wait_for_acknowledgments,
+                             dds::required("maxWait", step));
+        },
+        pexa::engine::infinite);
 }
 
 DDS_ReturnCode_t DDS_DataWriter_assert_liveliness(DDS_DataWriter* self) {

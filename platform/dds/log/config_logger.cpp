@@ -112,6 +112,9 @@ void PEXA_Config_Logger::verbosity_changed() noexcept {
 // verbosities, and neither thread may wait for the other, which may wait for a device's call of
 // this thread. So the thread that is already updating the sources does it once more for the other.
 void PEXA_Config_Logger::update_sources() noexcept {
+    if (QELOsapi_isEngineLost() != 0) {
+        return;
+    }
     while (update_pending_.load() && QELOsapi_isInDeviceCall() == 0 && !updating_.exchange(true)) {
         while (update_pending_.exchange(false)) {
             Verbosities now;

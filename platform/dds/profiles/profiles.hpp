@@ -31,9 +31,10 @@ public:
     template <typename Record>
     Status fill_default(const Operation& operation, const char* topic_name, Record& qos) {
         const std::shared_ptr<const ProfileStore> store = get(operation);
-        static const QosProfile empty;
+        // Never destroyed: threads may make entities until the process has ended.
+        static const auto* const empty = new QosProfile;
         const QosProfile* profile =
-            store->default_profile() ? store->find(*store->default_profile()) : &empty;
+            store->default_profile() ? store->find(*store->default_profile()) : empty;
         return store->fill(*profile, topic_name, qos);
     }
 

@@ -1,17 +1,20 @@
 #include "platform/engine/cyclone/domain_resources.hpp"
 
-#include <fcntl.h>
 #include <pthread.h>
 #include <sched.h>
 #include <sys/select.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <csignal>
+#include <cerrno>
 #include <cstdio>
 #include <mutex>
+
+#include "platform/engine/cyclone/standard_error.hpp"
+#include "platform/internal/signals.hpp"
 
 namespace pexa::engine::cyclone {
 
@@ -24,33 +27,36 @@ constexpr std::size_t most_descriptors = 10;
 // gc, dq.builtins, dq.user, tev, recv, recvMC, recvUC, and one more with some configurations.
 constexpr std::size_t most_threads = 8;
 
-/// @return how many descriptors could be had that select() takes, which Cyclone uses
+bool is_lack(int error) {
+    return error == EMFILE || error == ENFILE || error == ENOMEM || error == ENOBUFS;
+}
+
+/// @return how many descriptors could be had that select() takes, which Cyclone uses; enough where
+/// that cannot be found out
 std::size_t free_descriptors() {
     std::array<int, most_descriptors> taken{};
     std::size_t count = 0;
     std::size_t usable = 0;
+    bool is_known = true;
     while (count < taken.size()) {
-        const int descriptor = open("/", O_PATH | O_CLOEXEC);
+        const int descriptor = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
         if (descriptor < 0) {
+            is_known = is_lack(errno);
             break;
         }
         taken[count++] = descriptor;
         usable += descriptor < FD_SETSIZE ? 1 : 0;
     }
-    std::for_each_n(taken.begin(), count, ::close);
-    return usable;
+    std::for_each_n(taken.begin(), count, close);
+    return is_known ? usable : most_descriptors;
 }
 
 /// Threads that live at the same time.
 class Crowd {
 public:
     Crowd() {
-        // With the attributes that Cyclone gives its threads. They inherit that they get no
-        // signals.
-        sigset_t all;
-        sigset_t before;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &before);
+        // With the attributes that Cyclone gives its threads.
+        const ApplicationSignalsBlocked signals;
         const std::lock_guard until_all_are_there(gate_);
         for (Thread& thread : threads_) {
             thread.crowd = this;
@@ -59,7 +65,6 @@ public:
             }
             ++count_;
         }
-        pthread_sigmask(SIG_SETMASK, &before, nullptr);
     }
     Crowd(const Crowd&) = delete;
     Crowd& operator=(const Crowd&) = delete;

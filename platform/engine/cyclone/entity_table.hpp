@@ -35,14 +35,17 @@ public:
 
     void add(EntityId entity, Entry entry) noexcept {
         entry.node_.key() = entity;
+        // A record may end more than itself, and must do so without the lock.
+        typename Records::node_type former;
         const std::unique_lock lock(mutex_);
         // An entity that was deleted behind the seam leaves its record, and its id comes again.
-        records_.erase(entity);
+        former = records_.extract(entity);
         records_.insert(std::move(entry.node_));
     }
     void remove(EntityId entity) {
+        typename Records::node_type removed;
         const std::unique_lock lock(mutex_);
-        records_.erase(entity);
+        removed = records_.extract(entity);
     }
     /// @return NULL when there is none
     std::shared_ptr<Record> find(EntityId entity) const {

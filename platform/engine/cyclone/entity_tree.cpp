@@ -41,7 +41,7 @@ bool is_within(EntityId inner, EntityId outer) {
     while (inner > 0 && inner != outer) {
         inner = parent_of(inner);
     }
-    return inner == outer;
+    return inner > 0 && inner == outer;
 }
 
 bool has_endpoints(EntityId entity) {

@@ -12,6 +12,7 @@
 #include <tuple>
 
 #include "platform/engine/cyclone/domain_trace.hpp"
+#include "platform/engine/cyclone/standard_error.hpp"
 
 namespace pexa::engine {
 
@@ -71,25 +72,6 @@ Target target;
 std::atomic<LogMask> chosen_mask{log_bit(LogCategory::fatal) | log_bit(LogCategory::error) |
                                  log_bit(LogCategory::warning)};
 
-/// The process ends right after this line, and neither a device nor a verbosity shall hide why.
-void write_last_words(std::string_view line) {
-    // A closed pipe must not end the process in another way than the engine does.
-    sigset_t signal;
-    sigemptyset(&signal);
-    sigaddset(&signal, SIGPIPE);
-    pthread_sigmask(SIG_BLOCK, &signal, nullptr);
-    // Nor may a blocked one keep it from ending.
-    constexpr int patience_ms = 1000;
-    pollfd ready = {STDERR_FILENO, POLLOUT, 0};
-    if (poll(&ready, 1, patience_ms) <= 0) {
-        return;
-    }
-    char end = '\n';
-    const iovec parts[] = {{const_cast<char*>(line.data()), line.size()}, {&end, 1}};
-    // Nobody is left to be told of a failure.
-    std::ignore = writev(STDERR_FILENO, parts, std::size(parts));
-}
-
 extern "C" void forward_log(void*, const dds_log_data_t* data) {
     const LogCategory category = category_of(data->priority);
     const LogMask passing =
@@ -103,7 +85,8 @@ extern "C" void forward_log(void*, const dds_log_data_t* data) {
         const std::string_view line = text.substr(0, end);
         if (!line.empty()) {
             if (category == LogCategory::fatal) {
-                write_last_words(line);
+                // The process ends right after this line.
+                cyclone::write_to_standard_error(line);
             }
             target.sink(target.context, category, line);
         }

@@ -32,6 +32,9 @@ public:
         }
         large_.reset(std::malloc(capacity * (sizeof(void*) + sizeof(dds_sample_info_t))));
         infos_ = static_cast<dds_sample_info_t*>(large_.get());
+        if (infos_ == nullptr) {
+            return;
+        }
         data_ = reinterpret_cast<ddsi_serdata**>(infos_ + capacity);
     }
 

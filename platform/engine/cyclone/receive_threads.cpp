@@ -7,12 +7,12 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <csignal>
 #include <cstring>
 #include <mutex>
 #include <utility>
 
 #include "platform/engine/cyclone/never_destroyed.hpp"
+#include "platform/internal/signals.hpp"
 
 namespace pexa::engine::cyclone {
 
@@ -55,14 +55,10 @@ void wake(const CycloneReceiver& receiver) {
 class Waker {
 public:
     explicit Waker(const Receivers& receivers) : receivers_(receivers) {
-        sigset_t all;
-        sigset_t before;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &before);
+        const ApplicationSignalsBlocked signals;
         // Without the thread a deletion that would wait for ever does so. No std::thread, because
         // a deletion needs no memory of ours.
         has_thread_ = pthread_create(&thread_, nullptr, run, this) == 0;
-        pthread_sigmask(SIG_SETMASK, &before, nullptr);
     }
     Waker(const Waker&) = delete;
     Waker& operator=(const Waker&) = delete;

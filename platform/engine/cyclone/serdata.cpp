@@ -212,6 +212,7 @@ ddsi_serdata* to_untyped(const ddsi_serdata* data) noexcept {
     instance.place.key = key->key;
     instance.index = shared_of(data->type).instances();
     instance.index->add(instance.place);
+    release(key.get());
     return key.release();
 }
 
