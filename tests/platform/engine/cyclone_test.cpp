@@ -3,10 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
+#include <chrono>
 #include <cstring>
+#include <ranges>
+#include <thread>
 
+#include "platform/engine/cyclone/entity_records.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
 #include "platform/engine/cyclone/serdata.hpp"
+#include "platform/engine/engine.hpp"
 #include "platform/engine/log.hpp"
 #include "tests/platform/engine/every_policy.hpp"
 
@@ -103,8 +109,8 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
             fragments.emplace_back(begin, end);
         }
         nn_rdata* chain = nullptr;
-        for (std::size_t i = fragments.size(); i-- > 0;) {
-            chain = fragments[i].link(chain);
+        for (Fragment& fragment : std::views::reverse(fragments)) {
+            chain = fragment.link(chain);
         }
         const SerdataPtr data(
             static_cast<Serdata*>(ddsi_serdata_from_ser(type, SDK_DATA, chain, size)));
@@ -159,6 +165,107 @@ TEST(Instance, HasItsPlaceInTheIndexWithoutItsType) {
     ddsi_sertype_unref(type);
     instance.reset();
     EXPECT_EQ(shared->instances()->next(nullptr), std::nullopt);
+}
+
+/// A domain of this process that meets the other ones on the loopback interface.
+struct Side {
+    explicit Side(std::uint32_t id)
+        : domain(dds_create_domain(
+              id, "file://" ORVANE_SOURCE_DIR "/config/cyclonedds-loopback.xml,"
+                  "<Discovery><ExternalDomainId>109</ExternalDomainId></Discovery>")),
+          participant(create_participant(id, {}).entity) {}
+    ~Side() { dds_delete(domain); }
+    EntityId topic(const char* name) const {
+        return create_topic(participant, name, std::make_shared<PlainType>(), {}).entity;
+    }
+
+    const dds_entity_t domain;
+    const EntityId participant;
+};
+
+struct MatchListener : Listener {
+    void on_status(EntityId, StatusMask, const CommunicationStatus&) override { action(); }
+    std::function<void()> action;
+};
+
+void write_octet(dds_entity_t writer, EntityId topic, int octet) {
+    SerdataPtr data = make_serdata(topics().find(topic)->sertype, SDK_DATA, 5);
+    std::ranges::fill(data->writable_bytes(), std::byte{0});
+    data->writable_bytes()[4] = static_cast<std::byte>(octet);
+    data->set_key({});
+    dds_forwardcdr(writer, data.release());
+}
+
+bool await(const std::function<bool()>& condition) {
+    for (int round = 0; round < 6000 && !condition(); ++round) {
+        std::this_thread::sleep_for(std::chrono::milliseconds{5});
+    }
+    return condition();
+}
+
+TEST(Batching, IsForTheWriterThatAsksAndLeavesTheSwitchOfTheApplicationAlone) {
+    const Side here{110};
+    const Side there{111};
+    const EntityId publisher = create_publisher(here.participant, {}).entity;
+    const EntityId ours = here.topic("ours");
+    const EntityId others = here.topic("others");
+    Qos keep_all;
+    keep_all.history = HistoryPolicy{HistoryKind::keep_all, unlimited};
+    const EntityId local = create_subscriber(here.participant, {}).entity;
+    ASSERT_TRUE(create_reader(local, ours, {}));
+    const EntityId subscriber = create_subscriber(there.participant, {}).entity;
+    const EntityId reader = create_reader(subscriber, there.topic("others"), keep_all).entity;
+
+    Qos batching;
+    batching.batching = true;
+    // Heartbeats would make a reliable writer send its batch.
+    const QosPtr best_effort(dds_create_qos());
+    dds_qset_reliability(best_effort.get(), DDS_RELIABILITY_BEST_EFFORT, 0);
+    const auto make_other = [&] {
+        return dds_create_writer(here.participant, others, best_effort.get(), nullptr);
+    };
+    dds_entity_t other = 0;
+    // A writer of the application that is made while the library makes one.
+    MatchListener listener;
+    listener.action = [&] { other = make_other(); };
+    const Created matched =
+        create_writer(publisher, ours, batching, {&listener, publication_matched_status});
+    ASSERT_TRUE(matched);
+    ASSERT_EQ(set_listener(matched.entity, {}), Status::ok);
+    ASSERT_GT(other, 0);
+    dds_write_set_batch(true);
+    ASSERT_TRUE(create_writer(publisher, ours, batching));
+    const dds_entity_t switched = make_other();
+    dds_write_set_batch(false);
+    const EntityId plain = create_writer(publisher, others, {}).entity;
+
+    std::vector<LocalHandle> matches;
+    ASSERT_TRUE(await([&] {
+        matches.clear();
+        static_cast<void>(get_matched_publications(reader, matches));
+        return matches.size() == 3 &&
+               std::ranges::all_of(std::array{switched, other, plain}, [](dds_entity_t writer) {
+                   return dds_get_matched_subscriptions(writer, nullptr, 0) == 1;
+               });
+    }));
+    std::string received;
+    const auto await_octets = [&](std::size_t count) {
+        return await([&] {
+            std::vector<Sample> samples;
+            static_cast<void>(read_or_take(reader, Access::take, {}, unlimited, samples));
+            for (const Sample& sample : samples) {
+                received += std::to_string(static_cast<int>(sample.payload.bytes()[4]));
+            }
+            return received.size() >= count;
+        });
+    };
+    write_octet(switched, others, 3);
+    write_octet(other, others, 1);
+    write_octet(plain, others, 2);
+    EXPECT_TRUE(await_octets(2)) << "a writer batches that nobody told to";
+    dds_write_flush(switched);
+    EXPECT_TRUE(await_octets(3));
+    EXPECT_EQ(received, "123") << "the application's switch was lost";
 }
 
 }  // namespace
