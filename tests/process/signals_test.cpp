@@ -1,43 +1,37 @@
-#include <dirent.h>
 #include <signal.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <string>
 
-#include "pexa/osapi.h"
 #include "tests/support/faults.hpp"
 #include "tests/support/logger.hpp"
-#include "tests/support/text.hpp"
 
 namespace orvane::test {
 namespace {
 
-/// @return the signals that each other thread of the process blocks, by the kernel's thread id.
-std::map<std::string, unsigned long long> masks_of_other_threads() {
+/// @return the signals that each thread of the process blocks, by the kernel's thread id.
+std::map<std::string, unsigned long long> blocked_signals() {
     std::map<std::string, unsigned long long> masks;
-    DIR* const tasks = opendir("/proc/self/task");
-    while (const dirent* entry = readdir(tasks)) {
-        const std::string id = entry->d_name;
-        std::ifstream status("/proc/self/task/" + id + "/status");
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream status(task.path() / "status");
         for (std::string word; status >> word;) {
-            if (word == "SigBlk:" && status >> word && id != std::to_string(getpid())) {
-                masks[id] = std::stoull(word, nullptr, 16);
+            if (word == "SigBlk:") {
+                status >> std::hex >> masks[task.path().filename()];
             }
         }
     }
-    closedir(tasks);
     return masks;
 }
 
 TEST(Signals, AreLeftToTheThreadsOfTheApplication) {
-    const auto before = masks_of_other_threads();
+    const auto before = blocked_signals();
     const RunningLogger logger;
     std::size_t count = 0;
-    for (const auto& [thread, blocked] : masks_of_other_threads()) {
+    for (const auto& [thread, blocked] : blocked_signals()) {
         if (before.contains(thread)) {
             continue;
         }
@@ -49,14 +43,10 @@ TEST(Signals, AreLeftToTheThreadsOfTheApplication) {
     EXPECT_GT(count, 1U) << "the write thread and those of the engine";
 }
 
-/// The logger that the handler logs with, and how often it has.
-std::atomic<QEL_KX_Orvane*> logger_of_handler = nullptr;
-std::atomic<int> handled = 0;
-
 TEST(Signals, FindNoDeadLockInAHandlerThatLogs) {
     const RunningLogger logger;
-    logger_of_handler = logger.get();
-    handled = 0;
+    static std::atomic<QEL_KX_Orvane*> logger_of_handler = logger.get();
+    static std::atomic<int> handled = 0;
     struct sigaction action {};
     action.sa_handler = [](int) {
         QEL_KX_Orvane_info(logger_of_handler, "from a handler");
