@@ -1,7 +1,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstring>
-#include <mutex>
 #include <thread>
 
 #include "admin/state.hpp"
@@ -227,43 +226,25 @@ TEST_F(Commands, TheEffectStaysWhenStateAndResponseCannotBeWritten) {
     EXPECT_EQ(bare_->state->filterLevel, 100);
 }
 
-/// What a logger writes, in its order. An action runs inside the first write.
-class Writes {
-public:
-    Writes(BareLogger& bare, std::function<void()> during_first, std::string failing = "")
-        : bare_(bare), during_first_(std::move(during_first)), failing_(std::move(failing)) {}
+/// What a logger writes, one thread after the other. An action runs inside the first write.
+struct Writes {
+    Writes(BareLogger& bare, std::function<void()> during_first, const std::string& failing = "")
+        : stub(write_function, [this, &bare, action = std::move(during_first), failing](
+                                   DDS_DataWriter* writer, const void* sample, auto* params) {
+              const std::string what =
+                  writer == bare.entities()->stateWriter
+                      ? "State " + std::to_string(static_cast<const State*>(sample)->filterLevel)
+                      : "response " +
+                            std::to_string(static_cast<const Response*>(sample)->invocation);
+              log.push_back(what);
+              if (log.size() == 1) {
+                  action();
+              }
+              return what == failing ? DDS_RETCODE_ERROR : stub.real(writer, sample, params);
+          }) {}
 
-    std::vector<std::string> log() {
-        const std::lock_guard lock(mutex_);
-        return log_;
-    }
-    void note(const std::string& what) {
-        const std::lock_guard lock(mutex_);
-        log_.push_back(what);
-    }
-
-private:
-    DDS_ReturnCode_t write(DDS_DataWriter* writer, const void* sample,
-                           const DDS_WriteParams_t* params) {
-        const std::string what =
-            writer == bare_.entities()->stateWriter
-                ? "State " + std::to_string(static_cast<const State*>(sample)->filterLevel)
-                : "response " + std::to_string(static_cast<const Response*>(sample)->invocation);
-        note(what);
-        if (!is_later_.exchange(true)) {
-            during_first_();
-        }
-        return what == failing_ ? DDS_RETCODE_ERROR : stub_.real(writer, sample, params);
-    }
-
-    BareLogger& bare_;
-    std::function<void()> during_first_;
-    const std::string failing_;
-    std::mutex mutex_;
-    std::vector<std::string> log_;
-    std::atomic<bool> is_later_ = false;
-    const Stub<decltype(DDS_DataWriter_write_untypedI)> stub_{
-        write_function, [this](auto... arguments) { return write(arguments...); }};
+    std::vector<std::string> log;
+    const Stub<decltype(DDS_DataWriter_write_untypedI)> stub;
 };
 
 using Log = std::vector<std::string>;
@@ -280,21 +261,21 @@ TEST_F(Commands, DuringAPublicationAreAnsweredBehindTheStateThatShowsTheirEffect
         process(3, -1);
     };
     for (const bool another_thread : {false, true}) {
-        Writes writes(
-            bare_, [&] { another_thread ? std::thread(process_three).join() : process_three(); },
-            "State 200");
+        const auto during = [&] {
+            another_thread ? std::thread(process_three).join() : process_three();
+        };
+        const Writes writes(bare_, during, "State 200");
         EXPECT_EQ(output_of([&] { QEL_KX_Orvane_setFilterLevel(bare_.get(), 100); }),
                   line(process_context, refusal, "Warning") +
                       line("QEL_KX_Orvane_writeState", "Unable to write State in DataWriter") +
                       line("QEL_KX_Orvane_setFilterLevel", "Unable to write State", "Warning"));
-        EXPECT_EQ(writes.log(),
+        EXPECT_EQ(writes.log,
                   (Log{"State 100", "State 200", "response 1", "response 2", "response 3"}));
 
-        Writes of_command(
-            bare_, [&] { another_thread ? std::thread(process_three).join() : process_three(); });
+        const Writes of_command(bare_, during);
         process(0, 300);
-        EXPECT_EQ(of_command.log(), (Log{"State 300", "response 0", "State 200", "response 1",
-                                         "response 2", "response 3"}));
+        EXPECT_EQ(of_command.log, (Log{"State 300", "response 0", "State 200", "response 1",
+                                       "response 2", "response 3"}));
     }
 }
 
@@ -310,18 +291,17 @@ TEST_F(Commands, ThatFindTheirChangeMadeAreAnsweredBehindTheStateThatShowsIt) {
 
 TEST_F(Commands, ThatCannotBeAnsweredLaterAreReported) {
     const auto process = [&](DDS_Long invocation) {
-        const Sample<Request> unknown = set_verbosities(invocation, {});
-        QEL_KX_Orvane_processCommand(bare_.get(), unknown.get());
+        QEL_KX_Orvane_processCommand(bare_.get(), set_verbosities(invocation, {}).get());
     };
-    Writes writes(bare_, [&] {
+    const Writes writes(bare_, [&] {
         for (DDS_Long invocation = 1; invocation <= 130; ++invocation) {
             process(invocation);
         }
     });
     const std::string report = line(process_context, "Unable to write Command Response");
     EXPECT_EQ(output_of([&] { process(0); }), report + report);
-    EXPECT_EQ(writes.log().size(), 129U);
-    EXPECT_EQ(writes.log().back(), "response 128");
+    EXPECT_EQ(writes.log.size(), 129U);
+    EXPECT_EQ(writes.log.back(), "response 128");
 }
 
 TEST_F(AdminTest, TheFirstReaderGetsTheStateAfterTheCommandThatIsBeingExecuted) {
@@ -335,7 +315,7 @@ TEST_F(AdminTest, TheFirstReaderGetsTheStateAfterTheCommandThatIsBeingExecuted) 
     const Sample<Request> request = make_sample<Request>();
     request->command._u.filterLevel = 100;
     QEL_KX_Orvane_processCommand(bare.get(), request.get());
-    EXPECT_EQ(writes.log(), (Log{"response 0", "State 100"}));
+    EXPECT_EQ(writes.log, (Log{"response 0", "State 100"}));
 }
 
 /// The matched callback publishes; the answer is left to it, and its writer is to be deleted.
@@ -356,13 +336,13 @@ TEST_F(AdminTest, EntitiesAreDeletedWhenEveryCommandHasBeenAnswered) {
         is_published = true;
     });
     const Before deletion("DDS_Publisher_delete_contained_entities",
-                          [&] { writes.note(is_published ? "deletion" : "too early"); });
+                          [&] { writes.log.push_back(is_published ? "deletion" : "too early"); });
     node.reader<State>();
     while (!is_published) {
         std::this_thread::yield();
     }
     deleting.join();
-    EXPECT_EQ(writes.log(), (Log{"State 0", "State 0", "response 0", "deletion"}));
+    EXPECT_EQ(writes.log, (Log{"State 0", "State 0", "response 0", "deletion"}));
 }
 
 }  // namespace
