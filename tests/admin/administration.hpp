@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "orvane/admin.h"
-#include "pexa/config_logger.h"
 #include "tests/support/faults.hpp"
 #include "tests/support/logger.hpp"
 #include "tests/support/node.hpp"
@@ -14,15 +13,6 @@ namespace orvane::test {
 
 /// Where all samples are written.
 inline constexpr const char* write_function = "DDS_DataWriter_write_untypedI";
-
-inline PEXA_Config_Logger* middleware() {
-    return PEXA_Config_Logger_get_instance();
-}
-
-inline PEXA_Config_LogVerbosity verbosity_of(int category) {
-    return PEXA_Config_Logger_get_verbosity_by_category(
-        middleware(), static_cast<PEXA_Config_LogCategory>(category));
-}
 
 /// Ends with the settings that the middleware's logger has in a new process.
 class AdminTest : public testing::Test {

@@ -17,15 +17,6 @@ std::string creation(const char* message) {
     return line("QEL_KX_Orvane_createInstance", message);
 }
 
-PEXA_Config_Logger* middleware() {
-    return PEXA_Config_Logger_get_instance();
-}
-
-PEXA_Config_LogVerbosity verbosity_of(int category) {
-    return PEXA_Config_Logger_get_verbosity_by_category(
-        middleware(), static_cast<PEXA_Config_LogCategory>(category));
-}
-
 const PEXA_Config_LoggerDevice* installed_device() {
     return PEXA_Config_Logger_get_output_device(middleware());
 }

@@ -1,4 +1,4 @@
-// Options and loggers for the length of a scope.
+// Options and loggers for the length of a scope, and the middleware's logger.
 #pragma once
 
 #include <memory>
@@ -8,9 +8,18 @@
 
 #include "orvane/admin.h"
 #include "orvane/core.h"
+#include "pexa/config_logger.h"
 #include "tests/support/node.hpp"
 
 namespace orvane::test {
+
+inline PEXA_Config_Logger* middleware() {
+    return PEXA_Config_Logger_get_instance();
+}
+inline PEXA_Config_LogVerbosity verbosity_of(int category) {
+    return PEXA_Config_Logger_get_verbosity_by_category(
+        middleware(), static_cast<PEXA_Config_LogCategory>(category));
+}
 
 struct DeleteOptions {
     void operator()(QEL_KX_Options* options) const { QEL_KX_Options_delete(options); }
