@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -125,6 +126,11 @@ bool ChildProcess::wait_until(const std::function<bool(const Output&)>& conditio
         return holds || !output_.ending.empty();
     });
     return holds;
+}
+
+bool ChildProcess::wait_for_line(const std::string& line, std::chrono::milliseconds longest) {
+    return wait_until(
+        [&](const Output& output) { return std::ranges::count(output.out, line) > 0; }, longest);
 }
 
 std::string ChildProcess::wait_for_end(std::chrono::milliseconds longest) {

@@ -47,6 +47,8 @@ public:
     /// the end of the process. @return whether it holds
     bool wait_until(const std::function<bool(const Output&)>& condition,
                     std::chrono::milliseconds longest = patience);
+    /// Waits for a line of the standard output.
+    bool wait_for_line(const std::string& line, std::chrono::milliseconds longest = patience);
     /// @return as Output::ending, or "still running" after @p longest
     std::string wait_for_end(std::chrono::milliseconds longest = patience);
 

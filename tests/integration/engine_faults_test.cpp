@@ -5,25 +5,17 @@
 namespace orvane::tests {
 namespace {
 
-/// Sends a line and waits for the answer to it.
-bool ask(ChildProcess& process, const std::string& answer) {
-    const auto answers = [&](const Output& output) {
-        return std::ranges::count(output.out, "> " + answer);
-    };
-    const auto before = answers(process.output());
-    process.send_line("");
-    return process.wait_until([&](const Output& output) { return answers(output) > before; });
-}
-
 TEST(Unloading, LeavesTheEngineTheCodeThatItCallsAndTheLibraryReadyForAnotherLoad) {
     ChildProcess application{{ORVANE_UNLOADING_APPLICATION, domain(), ORVANE_LIBRARY}};
-    for (int round = 1; round <= 2; ++round) {
-        ASSERT_TRUE(ask(application, "loaded")) << application.transcript();
+    for (const std::string round : {"1", "2"}) {
+        application.send_line("");
+        ASSERT_TRUE(application.wait_for_line("> loaded " + round)) << application.transcript();
         // Its endpoints come and go while the library is loaded and while it is not.
         Viewer viewer;
         EXPECT_TRUE(viewer.wait_until([](const auto& messages) { return !messages.empty(); }))
             << application.transcript();
-        ASSERT_TRUE(ask(application, "unloaded")) << application.transcript();
+        application.send_line("");
+        ASSERT_TRUE(application.wait_for_line("> unloaded " + round)) << application.transcript();
     }
     application.close_input();
     EXPECT_EQ(application.wait_for_end(), "exit 0") << application.transcript();
@@ -35,9 +27,7 @@ TEST(FileDescriptors, AreEnoughOrTheLoggerIsRefusedWithALine) {
             peer_command("log", {}, {"sh", "-c", "ulimit -n $0; exec \"$@\"", limit})};
         EXPECT_EQ(logger.wait_for_end(), "exit 1") << limit << '\n' << logger.transcript();
         const std::vector<std::string> lines = logger.output().error;
-        EXPECT_TRUE(!lines.empty() && lines[0].starts_with("pexac: domain "))
-            << limit << '\n'
-            << logger.transcript();
+        EXPECT_TRUE(!lines.empty() && lines[0].starts_with("pexac: domain ")) << limit;
     }
 }
 
@@ -64,12 +54,6 @@ protected:
         command.insert(command.end(), program.begin(), program.end());
         return command;
     }
-
-    static bool await_line(ChildProcess& process, const std::string& line) {
-        return process.wait_until([&](const Output& output) {
-            return std::ranges::find(output.out, line) != output.out.end();
-        });
-    }
 };
 
 TEST_F(InterfaceDisappears, AndTheLoggerEnds) {
@@ -80,7 +64,7 @@ TEST_F(InterfaceDisappears, AndTheLoggerEnds) {
     ASSERT_TRUE(logger.wait_until([](const Output& output) { return !output.out.empty(); }))
         << logger.transcript();
     logger.send_line("");
-    EXPECT_TRUE(await_line(logger, "> finish 0")) << logger.transcript();
+    EXPECT_TRUE(logger.wait_for_line("> finish 0")) << logger.transcript();
     EXPECT_EQ(logger.wait_for_end(), "exit 0") << logger.transcript();
 }
 

@@ -7,14 +7,6 @@ namespace {
 
 constexpr std::chrono::seconds longest_cycle{30};
 
-bool await_line(ChildProcess& process, const std::string& line) {
-    return process.wait_until(
-        [&](const Output& output) {
-            return std::find(output.out.begin(), output.out.end(), line) != output.out.end();
-        },
-        longest_cycle);
-}
-
 /// The end of the transcript, or all since a sanitizer spoke.
 std::string last_lines(ChildProcess& process) {
     constexpr std::size_t longest = 4000;
@@ -26,7 +18,7 @@ std::string last_lines(ChildProcess& process) {
 void expect_all_cycles(const std::string& mode, int cycles) {
     ChildProcess process{peer_command(mode, {std::to_string(cycles)})};
     for (int cycle = 1; cycle <= cycles; ++cycle) {
-        ASSERT_TRUE(await_line(process, "> cycle " + std::to_string(cycle)))
+        ASSERT_TRUE(process.wait_for_line("> cycle " + std::to_string(cycle), longest_cycle))
             << "cycle " << cycle << " did not end within " << longest_cycle.count() << " s\n"
             << last_lines(process);
     }
@@ -41,7 +33,7 @@ void expect_end(ChildProcess& process) {
 class Finalisation : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(await_line(trigger_, "> triggering")) << trigger_.transcript();
+        ASSERT_TRUE(trigger_.wait_for_line("> triggering")) << trigger_.transcript();
     }
     void TearDown() override { expect_end(trigger_); }
 
@@ -58,7 +50,7 @@ TEST_F(Finalisation, EndsWhileThreadsLogAndRemoteToolsSendCommands) {
     expect_all_cycles("threads", ORVANE_FINALISING_CYCLES);
     EXPECT_TRUE(viewer.wait_for(1, "fire", longest_cycle));
     EXPECT_TRUE(viewer.wait_for(1, "com.qel.pexa.config.Logger", longest_cycle));
-    EXPECT_TRUE(await_line(visitor, "> visited")) << last_lines(visitor);
+    EXPECT_TRUE(visitor.wait_for_line("> visited")) << last_lines(visitor);
     expect_end(visitor);
 }
 

@@ -35,8 +35,10 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <iomanip>
 #include <iostream>
+#include <map>
 #include <string>
 #include <thread>
 #include <vector>
@@ -188,22 +190,19 @@ void flood(int domain_id, int count) {
 
 bool run(const std::string& mode, int domain_id, const std::vector<std::string>& rest) {
     const auto count = [&] { return std::stoi(rest.at(0)); };
-    if (mode == "log") {
-        obey(domain_id, rest);
-    } else if (mode == "flood") {
-        flood(domain_id, count());
-    } else if (mode == "threads") {
-        fire_from_threads(domain_id, count());
-    } else if (mode == "listener") {
-        fire_from_listener(domain_id, count());
-    } else if (mode == "trigger") {
-        trigger_until_input_ends(domain_id);
-    } else if (mode == "visit") {
-        visit_until_input_ends(domain_id);
-    } else {
-        return false;
+    const std::map<std::string, std::function<void()>> modes = {
+        {"log", [&] { obey(domain_id, rest); }},
+        {"flood", [&] { flood(domain_id, count()); }},
+        {"threads", [&] { fire_from_threads(domain_id, count()); }},
+        {"listener", [&] { fire_from_listener(domain_id, count()); }},
+        {"trigger", [&] { trigger_until_input_ends(domain_id); }},
+        {"visit", [&] { visit_until_input_ends(domain_id); }},
+    };
+    const bool is_known = modes.contains(mode);
+    if (is_known) {
+        modes.at(mode)();
     }
-    return true;
+    return is_known;
 }
 
 }  // namespace

@@ -2,13 +2,12 @@
 // participant of its own keeps the domain alive:
 //
 //   unloading_application DOMAIN LIBRARY
-//       For each line of its input it loads the library, logs "loaded" and prints "> loaded"; for
-//       the next line it finalises the logger, unloads the library and prints "> unloaded".
+//       For the Nth pair of lines of its input it loads the library, logs "loaded" and prints
+//       "> loaded N"; then it finalises the logger, unloads the library and prints "> unloaded N".
 
 #include <dds/dds.h>
 #include <dlfcn.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <string>
@@ -33,17 +32,13 @@ private:
     void* handle_;
 };
 
-void tell(const char* text) {
-    std::printf("> %s\n", text);
-    std::fflush(stdout);
-}
-
 }  // namespace
 
 int main(int, char** arguments) {
     const int domain = std::stoi(arguments[1]);
     const dds_entity_t participant =
         dds_create_participant(static_cast<dds_domainid_t>(domain), nullptr, nullptr);
+    int round = 0;
     for (std::string line; std::getline(std::cin, line);) {
         {
             Library library{arguments[2]};
@@ -52,12 +47,12 @@ int main(int, char** arguments) {
             library.call<bool>("QEL_KX_Orvane_setOptions", options);
             auto* const logger = library.call<Logger*>("QEL_KX_Orvane_getInstance");
             library.call<int>("QEL_KX_Orvane_error", logger, "loaded");
-            tell("loaded");
+            std::cout << "> loaded " << ++round << std::endl;
             std::getline(std::cin, line);
             library.call<int>("QEL_KX_Orvane_finalizeInstance");
             library.call<int>("QEL_KX_Options_delete", options);
         }
-        tell("unloaded");
+        std::cout << "> unloaded " << round << std::endl;
     }
     return dds_delete(participant) == DDS_RETCODE_OK ? EXIT_SUCCESS : EXIT_FAILURE;
 }

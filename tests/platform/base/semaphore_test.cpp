@@ -174,7 +174,7 @@ TEST(Semaphore, EveryUnitGivenIsTakenOnce) {
     QELOsapiSemaphore* semaphore = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0, 2);
     std::atomic<int> wanted{units};
     std::atomic<int> taken{0};
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int taker = 0; taker < 3; ++taker) {
         // One waits for ever, the others keep running into their time-outs.
         threads.emplace_back([semaphore, &wanted, &taken, taker] {
@@ -190,9 +190,7 @@ TEST(Semaphore, EveryUnitGivenIsTakenOnce) {
     for (int giver = 0; giver < givers; ++giver) {
         threads.emplace_back([semaphore] { give(semaphore, units_per_giver); });
     }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    threads.clear();  // joins
     EXPECT_EQ(taken, units);
     EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &no_time), timeout);
     QELOsapiSemaphore_delete(semaphore);

@@ -314,7 +314,7 @@ TEST_F(Listeners, MayBeSetWhileEntitiesAreUsedMadeAndDeleted) {
     DDS_DataReader* reader = node_.reader();
     std::atomic<int> taken = 0;
     std::atomic<int> writing = 4;
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (const ProbeNode* sender : {&node_, &node_, others, others + 1}) {
         DDS_DataWriter* writer = sender->writer();
         EXPECT_TRUE(await_reader(writer));
@@ -341,9 +341,7 @@ TEST_F(Listeners, MayBeSetWhileEntitiesAreUsedMadeAndDeleted) {
             EXPECT_EQ(node_.remove(other), ok);
         }
     });
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    threads.clear();  // joins
     EXPECT_EQ(DDS_DomainParticipant_set_listener(participant_, nullptr, 0), ok);
     // Samples of other participants may still be under way.
     const auto missing = static_cast<std::size_t>(4 * rounds - taken);

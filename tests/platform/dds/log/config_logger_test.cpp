@@ -298,8 +298,7 @@ TEST_F(ConfigLogger, EndsWithTheSourcesThatTheLastVerbositiesAskFor) {
     constexpr int threads = 4;
     Device device;
     Device other;
-    std::vector<std::thread> running;
-    running.reserve(threads);
+    std::vector<std::jthread> running;
     for (int thread = 0; thread < threads; ++thread) {
         running.emplace_back([&, thread] {
             const auto category = static_cast<PEXA_Config_LogCategory>(thread);
@@ -310,9 +309,7 @@ TEST_F(ConfigLogger, EndsWithTheSourcesThatTheLastVerbositiesAskFor) {
             }
         });
     }
-    for (std::thread& thread : running) {
-        thread.join();
-    }
+    running.clear();  // joins
     // All but API ended at everything, and nothing of the engine is sorted into API.
     EXPECT_EQ(chosen_mask.load(), engine::log_everything);
     EXPECT_EQ(QELLog_getInstrumentationMask(QEL_LOG_MODULE_OSAPI), 0x1fU);

@@ -90,7 +90,7 @@ TEST_F(ProfileSources, ThreadsMayAskLoadAndReloadAtTheSameTime) {
         const std::string name = std::to_string(i);
         write(name + ".xml", library(priority_profile(name, i)));
     }
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     std::atomic<int> wrong = 0;
     for (int first = 0; first < thread_count; ++first) {
         threads.emplace_back([&wrong, first] {
@@ -104,9 +104,7 @@ TEST_F(ProfileSources, ThreadsMayAskLoadAndReloadAtTheSameTime) {
             }
         });
     }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    threads.clear();  // joins
     EXPECT_EQ(wrong, 0);
     EXPECT_EQ(profiles_of("L").size(), file_count + 1U);
 }
