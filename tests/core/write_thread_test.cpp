@@ -1,13 +1,11 @@
-#include <chrono>
-#include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <numeric>
 #include <thread>
 
 #include "core/shared_field.hpp"
 #include "orvane/core.h"
 #include "pexa/publication.h"
+#include "tests/support/events.hpp"
 #include "tests/support/faults.hpp"
 #include "tests/support/text.hpp"
 
@@ -25,11 +23,9 @@ public:
         return reinterpret_cast<QEL_KX_LogMessageDataWriter*>(this);
     }
     /// Waits for that many writes. @return the messages so far
-    std::vector<std::string> wait_for(std::size_t count) { return wait_for(count, messages_); }
+    std::vector<std::string> wait_for(std::size_t count) { return messages_.await(count); }
     /// Waits for that many flushes. @return the number of writes before each so far
-    std::vector<std::size_t> wait_for_flushes(std::size_t count) {
-        return wait_for(count, flushes_);
-    }
+    std::vector<std::size_t> wait_for_flushes(std::size_t count) { return flushes_.await(count); }
 
     /// What the writing thread does in the middle of its first write, and in each flush, which gets
     /// the number of flushes before. To be set before there is a thread.
@@ -37,42 +33,28 @@ public:
     std::function<void(std::size_t)> during_flushes;
 
 private:
-    template <typename List>
-    List wait_for(std::size_t count, const List& list) {
-        std::unique_lock lock(mutex_);
-        changed_.wait_for(lock, std::chrono::seconds(20), [&] { return list.size() >= count; });
-        return list;
-    }
-
     DDS_ReturnCode_t write(const QEL_KX_LogMessage& sample, const DDS_Time_t& time) {
         if (const auto action = std::exchange(during_first_write, nullptr)) {
             action();
         }
-        const std::lock_guard lock(mutex_);
-        messages_.push_back(std::to_string(sample.hostAndAppId.rtps_host_id) + " " +
-                            std::to_string(sample.hostAndAppId.rtps_app_id) + " " +
-                            std::to_string(sample.level) + " " + sample.category + " " +
-                            sample.message + " " + std::to_string(time.sec) + "." +
-                            std::to_string(time.nanosec));
-        changed_.notify_all();
-        return messages_.size() <= results_.size() ? results_[messages_.size() - 1]
-                                                   : DDS_RETCODE_OK;
+        messages_.add(std::to_string(sample.hostAndAppId.rtps_host_id) + " " +
+                      std::to_string(sample.hostAndAppId.rtps_app_id) + " " +
+                      std::to_string(sample.level) + " " + sample.category + " " + sample.message +
+                      " " + std::to_string(time.sec) + "." + std::to_string(time.nanosec));
+        return ++writes_ <= results_.size() ? results_[writes_ - 1] : DDS_RETCODE_OK;
     }
     DDS_ReturnCode_t flush() {
         if (during_flushes) {
-            during_flushes(flushes_.size());
+            during_flushes(flushes_.await(0).size());
         }
-        const std::lock_guard lock(mutex_);
-        flushes_.push_back(messages_.size());
-        changed_.notify_all();
+        flushes_.add(writes_);
         return DDS_RETCODE_OK;
     }
 
-    std::mutex mutex_;
-    std::condition_variable changed_;
     std::vector<DDS_ReturnCode_t> results_;
-    std::vector<std::string> messages_;
-    std::vector<std::size_t> flushes_;
+    std::size_t writes_ = 0;  ///< Of the writing thread.
+    Events<std::string> messages_;
+    Events<std::size_t> flushes_;
     Stub<decltype(DDS_DataWriter_write_untypedI)> write_{
         "DDS_DataWriter_write_untypedI",
         [this](DDS_DataWriter*, const void* sample, const DDS_WriteParams_t* params) {

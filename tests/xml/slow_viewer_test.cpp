@@ -1,8 +1,7 @@
-#include <condition_variable>
 #include <csignal>
-#include <mutex>
 
 #include "tests/integration/programs.hpp"
+#include "tests/support/events.hpp"
 #include "tests/support/faults.hpp"
 #include "tests/support/logger.hpp"
 
@@ -25,21 +24,15 @@ bool log_until(QEL_KX_Orvane* logger, Viewer& viewer, std::size_t count,
 }
 
 TEST(SlowViewer, GetsEveryMessageOfAProfileThatKeepsAllAlsoAfterWritesHaveTimedOut) {
-    std::mutex mutex;
-    std::condition_variable timed_out;
-    int timeouts = 0;
-    using Write = decltype(DDS_DataWriter_write_untypedI);
-    test::Stub<Write>* stub = nullptr;
-    test::Stub<Write> counting("DDS_DataWriter_write_untypedI", [&](auto... arguments) {
-        const DDS_ReturnCode_t result = stub->real(arguments...);
-        if (result == DDS_RETCODE_TIMEOUT) {
-            const std::lock_guard lock(mutex);
-            ++timeouts;
-            timed_out.notify_all();
-        }
-        return result;
-    });
-    stub = &counting;
+    test::Events<DDS_ReturnCode_t> timeouts;
+    const test::Stub<decltype(DDS_DataWriter_write_untypedI)> write(
+        "DDS_DataWriter_write_untypedI", [&](auto... arguments) {
+            const DDS_ReturnCode_t result = write.real(arguments...);
+            if (result == DDS_RETCODE_TIMEOUT) {
+                timeouts.add(result);
+            }
+            return result;
+        });
 
     Viewer viewer;
     DDS_DomainParticipantFactory_load_qos_profiles(test::Node::factory(),
@@ -60,10 +53,7 @@ TEST(SlowViewer, GetsEveryMessageOfAProfileThatKeepsAllAlsoAfterWritesHaveTimedO
         QEL_KX_Orvane_logMessageWithLevelCategory(logger.get(), 600, expected.back().c_str(),
                                                   "kept");
     }
-    {
-        std::unique_lock lock(mutex);
-        EXPECT_TRUE(timed_out.wait_for(lock, patience, [&] { return timeouts >= 3; }));
-    }
+    EXPECT_GE(timeouts.await(3).size(), 3U);
     viewer.process().send_signal(SIGCONT);
 
     // Each write that timed out has left a message behind, which later ones push out.

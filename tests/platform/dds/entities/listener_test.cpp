@@ -1,43 +1,29 @@
 #include <atomic>
-#include <chrono>
-#include <condition_variable>
 #include <fstream>
 #include <functional>
-#include <mutex>
 #include <thread>
 
 #include <gtest/gtest.h>
 
 #include "pexa/osapi.h"
 #include "tests/platform/dds/entities/probe_node.hpp"
+#include "tests/support/events.hpp"
 
 namespace {
 
-/// Events that listeners note, from any thread.
-class ListenerLog {
-public:
-    void add(const std::string& event) {
-        const std::lock_guard guard(mutex_);
-        events_.push_back(event);
-        changed_.notify_all();
-    }
+/// Events that listeners note.
+struct ListenerLog : orvane::test::Events<std::string> {
     /// Waits until that many events have been noted. @return those, joined with blanks
     std::string await(std::size_t count) {
-        std::unique_lock lock(mutex_);
-        changed_.wait_for(lock, std::chrono::seconds(20), [&] { return events_.size() >= count; });
+        Events::await(count);
         std::string joined;
-        for (const std::string& event : std::exchange(events_, {})) {
+        for (const std::string& event : Events::take()) {
             joined += (joined.empty() ? "" : " ") + event;
         }
         return joined;
     }
     /// @return the events since the last call, joined with blanks
     std::string take() { return await(0); }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<std::string> events_;
 };
 
 /// The data of a listener, with its name in a log.

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <functional>
-#include <mutex>
 #include <semaphore>
 #include <string>
 #include <thread>
@@ -15,6 +13,7 @@
 
 #include "pexa/osapi.h"
 #include "tests/platform/dds/entities/probe_node.hpp"
+#include "tests/support/events.hpp"
 
 namespace engine = pexa::engine;
 using orvane::test::output_of;
@@ -47,16 +46,11 @@ public:
     Device& operator=(const Device&) = delete;
     ~Device() { PEXA_Config_Logger_set_output_device(PEXA_Config_Logger_get_instance(), nullptr); }
 
-    Texts take() {
-        const std::lock_guard guard(mutex_);
-        return std::exchange(texts_, {});
-    }
+    Texts take() { return texts_.take(); }
     bool await_text(const std::string& part) {
-        std::unique_lock lock(mutex_);
-        return arrived_.wait_for(lock, at_most, [&] {
-            return std::any_of(texts_.begin(), texts_.end(), [&](const std::string& text) {
-                return text.find(part) != std::string::npos;
-            });
+        return texts_.await_if([&](const Texts& texts) {
+            return std::ranges::any_of(
+                texts, [&](const std::string& text) { return text.find(part) != text.npos; });
         });
     }
 
@@ -66,11 +60,7 @@ private:
     static void receive(const PEXA_Config_LoggerDevice* device,
                         const PEXA_Config_LogMessage* message) {
         auto& self = *static_cast<Device*>(device->device_data);
-        {
-            const std::lock_guard guard(self.mutex_);
-            self.texts_.push_back(std::to_string(message->level) + " " + message->text);
-        }
-        self.arrived_.notify_all();
+        self.texts_.add(std::to_string(message->level) + " " + message->text);
         self.reaction_();
     }
     static void close(const PEXA_Config_LoggerDevice* device) {
@@ -78,9 +68,7 @@ private:
     }
 
     std::function<void()> reaction_;
-    std::mutex mutex_;
-    std::condition_variable arrived_;
-    Texts texts_;
+    orvane::test::Events<std::string> texts_;
 };
 
 void report(QELLogLevel level, const char* text, QELLogModule module = QEL_LOG_MODULE_DDS) {
