@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,34 +22,31 @@ std::string take_line(std::string_view& input) {
     return line;
 }
 
-struct Verdict {
-    bool compiled = false;
-    bool matches = false;
-};
-
-Verdict judge(const DDS_TypeCode& type, const std::string& expression,
-              const DDS_StringSeq& parameters, std::span<const std::byte> payload) {
+/// @return whether the sample matches, if the expression can be compiled.
+std::optional<bool> judge(const DDS_TypeCode& type, const std::string& expression,
+                          const DDS_StringSeq& parameters, std::span<const std::byte> payload) {
     FilterFault fault;
     const auto filter = ContentFilter::compile(type, expression, &parameters, fault);
     if (filter == nullptr) {
         demand(fault.text[0] != '\0' && fault.position != 0);
-        return {};
+        return std::nullopt;
     }
-    return {true, filter->matches(payload)};
+    return filter->matches(payload);
 }
 
 void run(const DDS_TypeCode& type, const std::string& expression, const DDS_StringSeq& parameters,
          std::span<const std::byte> payload) {
-    const Verdict verdict = judge(type, expression, parameters, payload);
-    if (!verdict.compiled) {
+    const std::optional<bool> verdict = judge(type, expression, parameters, payload);
+    if (!verdict) {
         return;
     }
-    const Verdict opposite = judge(type, "NOT (" + expression + ")", parameters, payload);
+    const std::optional<bool> opposite =
+        judge(type, "NOT (" + expression + ")", parameters, payload);
     // A sample that is an encoding of the type matches one of the two, any other sample neither.
-    const bool decodable = judge(type, "level = 0 OR level <> 0", parameters, payload).matches;
-    const bool contradicting = verdict.matches && opposite.matches;
-    const bool undecided = type.extensibility == DDS_FINAL_EXTENSIBILITY && opposite.compiled &&
-                           decodable != (verdict.matches || opposite.matches);
+    const bool decodable = *judge(type, "level = 0 OR level <> 0", parameters, payload);
+    const bool contradicting = *verdict && opposite == true;
+    const bool undecided = type.extensibility == DDS_FINAL_EXTENSIBILITY && opposite &&
+                           decodable != (*verdict || *opposite);
     demand(!contradicting && !undecided);
 }
 
