@@ -41,26 +41,21 @@ protected:
         }
     }
 
-    static Words in_network(const std::string& script, const Words& program) {
-        Words command{"unshare",
-                      "--net",
-                      "sh",
-                      "-ec",
-                      "ip link add gone type veth peer name other\n"
-                      "ip address add 10.78.0.1/24 dev gone\n"
-                      "ip link set gone up\nip link set other up\nunset CYCLONEDDS_URI\n" +
-                          script,
-                      "sh"};
-        command.insert(command.end(), program.begin(), program.end());
-        return command;
+    /// @return what runs the script, with a program as its arguments, in that network
+    static Words launcher(const std::string& script) {
+        const std::string network =
+            "ip link add gone type veth peer name other\n"
+            "ip address add 10.78.0.1/24 dev gone\n"
+            "ip link set gone up\nip link set other up\nunset CYCLONEDDS_URI\n";
+        return {"unshare", "--net", "sh", "-ec", network + script, "sh"};
     }
 };
 
 TEST_F(InterfaceDisappears, AndTheLoggerEnds) {
-    ChildProcess logger{
-        in_network("ip link set lo up\n"
-                   "(echo identity; read line; ip link delete gone; echo finish) | \"$@\"",
-                   peer_command("log"))};
+    ChildProcess logger{peer_command(
+        "log", {},
+        launcher("ip link set lo up\n"
+                 "(echo identity; read line; ip link delete gone; echo finish) | \"$@\""))};
     ASSERT_TRUE(logger.wait_until([](const Output& output) { return !output.out.empty(); }))
         << logger.transcript();
     logger.send_line("");
@@ -70,11 +65,10 @@ TEST_F(InterfaceDisappears, AndTheLoggerEnds) {
 
 TEST_F(InterfaceDisappears, AndTheToolObeysASignalAlsoWhereTheEngineHangs) {
     // Without the loopback interface nothing wakes the engine's threads.
-    ChildProcess tool{
-        in_network("\"$@\" &\n"
-                   "while ! ip maddress | grep -q 239.255; do sleep 0.05; done\n"
-                   "ip link delete gone; kill -TERM $!; wait $!",
-                   tool_in_domain({"tail"}))};
+    ChildProcess tool{tool_in_domain(
+        {"tail"}, launcher("\"$@\" &\n"
+                           "while ! ip maddress | grep -q 239.255; do sleep 0.05; done\n"
+                           "ip link delete gone; kill -TERM $!; wait $!"))};
     EXPECT_EQ(tool.wait_for_end(), "exit 0") << tool.transcript();
     EXPECT_TRUE(std::ranges::any_of(tool.output().error, [](const std::string& line) {
         return line.starts_with("orvane: 0 messages");

@@ -1,59 +1,50 @@
 #include <unistd.h>
 
-#include <iterator>
-#include <sstream>
-
 #include "tests/integration/programs.hpp"
 
 namespace orvane::tests {
 namespace {
 
-Words split(const std::string& command) {
-    std::istringstream stream{command};
-    return {std::istream_iterator<std::string>{stream}, {}};
-}
-
 /// Two hosts of the test's own: network namespaces with a link between them.
 class BetweenTwoHosts : public testing::Test {
 protected:
     void SetUp() override {
-        const std::string obstacle = failure_of_ip("netns add " + hosts_[0]);
+        const std::string obstacle = failure_of("ip netns add $0");
         if (!obstacle.empty()) {
             GTEST_SKIP() << "no network namespace can be made here: " << obstacle;
         }
-        for (const std::string& command :
-             {"netns add " + hosts_[1],
-              "link add wire netns " + hosts_[0] + " type veth peer name wire netns " + hosts_[1],
-              "-n " + hosts_[0] + " address add 10.77.0.1/24 dev wire",
-              "-n " + hosts_[1] + " address add 10.77.0.2/24 dev wire"}) {
-            ASSERT_EQ(failure_of_ip(command), "");
-        }
-        for (const std::string& host : hosts_) {
-            ASSERT_EQ(failure_of_ip("-n " + host + " link set lo up"), "");
-            ASSERT_EQ(failure_of_ip("-n " + host + " link set wire up"), "");
-        }
+        ASSERT_EQ(failure_of(R"(ip netns add $1
+            ip link add wire netns $0 type veth peer name wire netns $1
+            ip -n $0 address add 10.77.0.1/24 dev wire
+            ip -n $1 address add 10.77.0.2/24 dev wire
+            for host in $0 $1; do
+                ip -n $host link set lo up
+                ip -n $host link set wire up
+            done)"),
+                  "");
     }
     /// Removes the namespaces with all that is in them.
     ~BetweenTwoHosts() override {
-        failure_of_ip("netns delete " + hosts_[0]);
-        failure_of_ip("netns delete " + hosts_[1]);
+        failure_of("ip netns delete $0");
+        failure_of("ip netns delete $1");
     }
 
     /// What starts a program on a host, 0 or 1.
     Words launcher(std::size_t host) const {
-        Words command = split("ip netns exec " + hosts_[host] + " env");
-        command.emplace_back(
-            "CYCLONEDDS_URI=<Domain><General><Interfaces><NetworkInterface name=\"wire\"/>"
-            "</Interfaces></General></Domain>");
-        return command;
+        return {"ip",
+                "netns",
+                "exec",
+                hosts_[host],
+                "env",
+                "CYCLONEDDS_URI=<Domain><General><Interfaces><NetworkInterface name=\"wire\"/>"
+                "</Interfaces></General></Domain>"};
     }
 
 private:
-    /// Runs `ip`. @return its message when it fails, else nothing
-    static std::string failure_of_ip(const std::string& arguments) {
-        ChildProcess process{split("ip " + arguments)};
-        return process.wait_for_end() == "exit 0" ? ""
-                                                  : "ip " + arguments + ": " + process.transcript();
+    /// Runs a script with the names of the hosts. @return what it prints when it fails
+    std::string failure_of(const std::string& script) const {
+        ChildProcess process{{"sh", "-exc", script, hosts_[0], hosts_[1]}};
+        return process.wait_for_end() == "exit 0" ? "" : process.transcript();
     }
 
     const std::string hosts_[2] = {"orvane-a-" + std::to_string(getpid()),
