@@ -265,14 +265,11 @@ TEST_F(AnotherProduct, LosesNoRequestByAnUnknownEncapsulationOfSomebodyElse) {
 }
 
 TEST(KeyHashes, CarriedBySamplesAreThoseThatAnotherProductComputes) {
-    const std::string uri = std::getenv("CYCLONEDDS_URI");
-    const std::string with_key_hashes =
-        uri +
-        ",<CycloneDDS><Domain Id=\"any\"><Internal><GenerateKeyhash>true</GenerateKeyhash>"
-        "</Internal></Domain></CycloneDDS>";
-    ASSERT_EQ(setenv("CYCLONEDDS_URI", with_key_hashes.c_str(), 1), 0);
-    Application application;
-    ASSERT_EQ(setenv("CYCLONEDDS_URI", uri.c_str(), 1), 0);
+    Application application{
+        {},
+        {"env", "CYCLONEDDS_URI=" + std::string{std::getenv("CYCLONEDDS_URI")} +
+                    ",<CycloneDDS><Domain Id=\"any\"><Internal><GenerateKeyhash>true"
+                    "</GenerateKeyhash></Internal></Domain></CycloneDDS>"}};
     ForeignPeer peer{"--carried-keys"};
     const std::string logger = application.ask("identity");
     ASSERT_TRUE(peer.meet(logger)) << peer.process().transcript();
