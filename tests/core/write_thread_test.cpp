@@ -22,10 +22,8 @@ public:
     QEL_KX_LogMessageDataWriter* handle() {
         return reinterpret_cast<QEL_KX_LogMessageDataWriter*>(this);
     }
-    /// Waits for that many writes. @return the messages so far
-    std::vector<std::string> wait_for(std::size_t count) { return messages_.await(count); }
-    /// Waits for that many flushes. @return the number of writes before each so far
-    std::vector<std::size_t> wait_for_flushes(std::size_t count) { return flushes_.await(count); }
+    Events<std::string> messages;
+    Events<std::size_t> flushes;  ///< each with the number of writes before it
 
     /// What the writing thread does in the middle of its first write, and in each flush, which gets
     /// the number of flushes before. To be set before there is a thread.
@@ -37,24 +35,22 @@ private:
         if (const auto action = std::exchange(during_first_write, nullptr)) {
             action();
         }
-        messages_.add(std::to_string(sample.hostAndAppId.rtps_host_id) + " " +
-                      std::to_string(sample.hostAndAppId.rtps_app_id) + " " +
-                      std::to_string(sample.level) + " " + sample.category + " " + sample.message +
-                      " " + std::to_string(time.sec) + "." + std::to_string(time.nanosec));
+        messages.add(std::to_string(sample.hostAndAppId.rtps_host_id) + " " +
+                     std::to_string(sample.hostAndAppId.rtps_app_id) + " " +
+                     std::to_string(sample.level) + " " + sample.category + " " + sample.message +
+                     " " + std::to_string(time.sec) + "." + std::to_string(time.nanosec));
         return ++writes_ <= results_.size() ? results_[writes_ - 1] : DDS_RETCODE_OK;
     }
     DDS_ReturnCode_t flush() {
         if (during_flushes) {
-            during_flushes(flushes_.await(0).size());
+            during_flushes(flushes.await(0).size());
         }
-        flushes_.add(writes_);
+        flushes.add(writes_);
         return DDS_RETCODE_OK;
     }
 
     std::vector<DDS_ReturnCode_t> results_;
     std::size_t writes_ = 0;  ///< Of the writing thread.
-    Events<std::string> messages_;
-    Events<std::size_t> flushes_;
     Stub<decltype(DDS_DataWriter_write_untypedI)> write_{
         "DDS_DataWriter_write_untypedI",
         [this](DDS_DataWriter*, const void* sample, const DDS_WriteParams_t* params) {
@@ -96,7 +92,7 @@ TEST(WriteThread, LosesAMessageThatFailedAndReportsIt) {
     EXPECT_EQ(output_of([&] {
                   push(*thread, "first");
                   push(*thread, "second");
-                  EXPECT_EQ(writer.wait_for(2),
+                  EXPECT_EQ(writer.messages.await(2),
                             (std::vector<std::string>{written("first"), written("second")}));
               }),
               line("LogMessageWriteThread_run", "Unable to write LogMessage in DataWriter"));
@@ -112,7 +108,7 @@ TEST(WriteThread, PublishesWhatTimedOutWhenTheNextMessageComesWhetherThatFindsRo
         for (std::size_t number = 1; number <= queued; ++number) {
             push(*thread, std::to_string(number));
             expected.push_back(written("1"));
-            ASSERT_EQ(writer.wait_for(number), expected) << "only the head is tried";
+            ASSERT_EQ(writer.messages.await(number), expected) << "only the head is tried";
         }
         const bool finds_room = queued < 8;
         char text[] = "next";
@@ -126,10 +122,10 @@ TEST(WriteThread, PublishesWhatTimedOutWhenTheNextMessageComesWhetherThatFindsRo
         if (finds_room) {
             expected.push_back("-7 2 300 next next 5.6");
         }
-        ASSERT_EQ(writer.wait_for(expected.size()), expected);
+        ASSERT_EQ(writer.messages.await(expected.size()), expected);
         push(*thread, "last");
         expected.push_back(written("last"));
-        EXPECT_EQ(writer.wait_for(expected.size()), expected);
+        EXPECT_EQ(writer.messages.await(expected.size()), expected);
         thread.reset();
         EXPECT_LT(waits.count(), 200) << "the thread waits and does not spin";
     }
@@ -162,7 +158,7 @@ TEST(WriteThread, PausesAfterEightSmallBatchesInARow) {
     std::vector<std::size_t> expected(batches.size());
     std::partial_sum(batches.begin(), batches.end(), expected.begin());
     expected.push_back(expected.back() + 5);
-    EXPECT_EQ(writer.wait_for_flushes(expected.size()), expected);
+    EXPECT_EQ(writer.flushes.await(expected.size()), expected);
     thread.reset();
 }
 
@@ -179,7 +175,7 @@ TEST(WriteThread, SendsWhatItHasWrittenBeforeItWaits) {
         });
     const WriteThreadRecord thread = start(writer);
     push(*thread, "lone");
-    EXPECT_EQ(writer.wait_for_flushes(1), std::vector<std::size_t>{1});
+    EXPECT_EQ(writer.flushes.await(1), std::vector<std::size_t>{1});
     EXPECT_EQ(waits, 0);
 }
 
@@ -189,7 +185,7 @@ TEST(WriteThread, SendsWhatItHasWrittenBeforeItEnds) {
     writer.during_first_write = [&] { core::store(thread->run, 0); };
     thread = start(writer);
     push(*thread, "last");
-    EXPECT_EQ(writer.wait_for_flushes(1), std::vector<std::size_t>{1});
+    EXPECT_EQ(writer.flushes.await(1), std::vector<std::size_t>{1});
 }
 
 TEST(WriteThread, DiscardsWhatIsQueuedWhenItEnds) {
@@ -203,7 +199,7 @@ TEST(WriteThread, DiscardsWhatIsQueuedWhenItEnds) {
     push(*thread, std::string(200, 'x'));
     thread.reset();
     EXPECT_EQ(live_blocks(), blocks);
-    EXPECT_TRUE(writer.wait_for(0).empty());
+    EXPECT_TRUE(writer.messages.await(0).empty());
 }
 
 TEST(WriteThread, HasThePriorityOfItsSettingsAndLeavesTheListOfProcessorsAlone) {

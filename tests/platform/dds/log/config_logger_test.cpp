@@ -46,21 +46,21 @@ public:
     Device& operator=(const Device&) = delete;
     ~Device() { PEXA_Config_Logger_set_output_device(PEXA_Config_Logger_get_instance(), nullptr); }
 
-    Texts take() { return texts_.take(); }
     bool await_text(const std::string& part) {
-        return texts_.await_if([&](const Texts& texts) {
+        return texts.await_if([&](const Texts& list) {
             return std::ranges::any_of(
-                texts, [&](const std::string& text) { return text.find(part) != text.npos; });
+                list, [&](const std::string& text) { return text.find(part) != text.npos; });
         });
     }
 
+    orvane::test::Events<std::string> texts;
     std::atomic<int> closed = 0;
 
 private:
     static void receive(const PEXA_Config_LoggerDevice* device,
                         const PEXA_Config_LogMessage* message) {
         auto& self = *static_cast<Device*>(device->device_data);
-        self.texts_.add(std::to_string(message->level) + " " + message->text);
+        self.texts.add(std::to_string(message->level) + " " + message->text);
         self.reaction_();
     }
     static void close(const PEXA_Config_LoggerDevice* device) {
@@ -68,7 +68,6 @@ private:
     }
 
     std::function<void()> reaction_;
-    orvane::test::Events<std::string> texts_;
 };
 
 void report(QELLogLevel level, const char* text, QELLogModule module = QEL_LOG_MODULE_DDS) {
@@ -115,7 +114,7 @@ TEST_F(ConfigLogger, GivesItsDeviceExactlyTheLevelsWhoseBitsAreSet) {
                     expected.push_back(std::to_string(level) + " Test:text");
                 }
             }
-            EXPECT_EQ(device.take(), expected) << module << " " << verbosity;
+            EXPECT_EQ(device.texts.take(), expected) << module << " " << verbosity;
         }
     }
 }
@@ -187,7 +186,7 @@ TEST_F(ConfigLogger, PrintsWhatADeviceCausesInsteadOfGivingItBack) {
                   report(QEL_LOG_LEVEL_ERROR, "second");
               }),
               "[API|ERROR] Test:echo\n[API|ERROR] Test:echo\n");
-    EXPECT_EQ(device.take(), (Texts{"1 Test:first", "1 Test:second"}));
+    EXPECT_EQ(device.texts.take(), (Texts{"1 Test:first", "1 Test:second"}));
 }
 
 TEST_F(ConfigLogger, ClosesADeviceOnceWhenAnotherTakesItsPlace) {
@@ -203,8 +202,8 @@ TEST_F(ConfigLogger, ClosesADeviceOnceWhenAnotherTakesItsPlace) {
     remove_device();
     EXPECT_EQ(first.closed, 1);
     EXPECT_EQ(second.closed, 1);
-    EXPECT_TRUE(first.take().empty());
-    EXPECT_EQ(second.take().size(), 1U);
+    EXPECT_TRUE(first.texts.take().empty());
+    EXPECT_EQ(second.texts.take().size(), 1U);
 }
 
 TEST_F(ConfigLogger, DoesNotWaitForADeviceThatItReplaces) {
@@ -222,10 +221,10 @@ TEST_F(ConfigLogger, DoesNotWaitForADeviceThatItReplaces) {
     EXPECT_EQ(slow.closed, 1);
     PEXA_Config_Logger_set_verbosity(logger_, PEXA_CONFIG_LOG_VERBOSITY_WARNING);
     report(QEL_LOG_LEVEL_WARNING, "meanwhile");
-    EXPECT_EQ(next.take(), Texts{"2 Test:meanwhile"});
+    EXPECT_EQ(next.texts.take(), Texts{"2 Test:meanwhile"});
     released.release();
     reporter.join();
-    EXPECT_EQ(slow.take(), Texts{"1 Test:slow"});
+    EXPECT_EQ(slow.texts.take(), Texts{"1 Test:slow"});
 }
 
 /// A writer, and a reader of another participant that cannot decode what it writes. The engine's
@@ -249,7 +248,7 @@ protected:
 TEST_F(EngineLog, ReachesTheDeviceAsFarAsTheVerbosityLetsIt) {
     static Device device;
     const auto expect_levels = [](char level) {
-        for (const std::string& text : device.take()) {
+        for (const std::string& text : device.texts.take()) {
             EXPECT_EQ(text.front(), level) << text;
             EXPECT_EQ(text.find('\n'), std::string::npos);
         }
@@ -303,7 +302,7 @@ TEST_F(ConfigLogger, EndsWithTheSourcesThatTheLastVerbositiesAskFor) {
     EXPECT_EQ(QELLog_getInstrumentationMask(QEL_LOG_MODULE_OSAPI), 0x1fU);
     EXPECT_EQ(QELLog_getInstrumentationMask(QEL_LOG_MODULE_DDS), 0x01U);
     remove_device();
-    EXPECT_GT(device.take().size() + other.take().size(), 0U);
+    EXPECT_GT(device.texts.take().size() + other.texts.take().size(), 0U);
 }
 
 }  // namespace
