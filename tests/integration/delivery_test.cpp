@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 
 #include "tests/integration/programs.hpp"
 
@@ -26,6 +27,24 @@ TEST(Delivery, BringsTenThousandMessagesOnceInOrderAndWithTheTimeOfTheCall) {
     ASSERT_TRUE(connect(application, viewer)) << viewer.process().transcript();
 
     ASSERT_EQ(application.ask("log 600 10000 500"), "log");
+    EXPECT_TRUE(await_all(application, viewer)) << application.process().transcript();
+    EXPECT_EQ(difference(application.logged(), viewer.messages(numbered_category)), "");
+    EXPECT_EQ(application.diagnostics(), std::vector<std::string>{});
+}
+
+TEST(Delivery, BringsEveryMessageOfAProfileThatKeepsAllThroughALossyNetwork) {
+    // The programs lose 5 % of the packets that they send; the engine counts in a thousand.
+    const Words launcher = {
+        "env",
+        "CYCLONEDDS_URI=" + std::string{std::getenv("CYCLONEDDS_URI")} +
+            ",<CycloneDDS><Domain Id=\"any\"><Internal><Test><XmitLossiness>50</XmitLossiness>"
+            "</Test></Internal></Domain></CycloneDDS>",
+        "PEXA_QOS_PROFILES=" ORVANE_KEEP_ALL_PROFILE};
+    Viewer viewer{{}, launcher};
+    Application application{{"--profile", "delivery", "keep_all"}, launcher};
+    ASSERT_TRUE(connect(application, viewer)) << viewer.process().transcript();
+
+    ASSERT_EQ(application.ask("log 600 3000 1000"), "log");
     EXPECT_TRUE(await_all(application, viewer)) << application.process().transcript();
     EXPECT_EQ(difference(application.logged(), viewer.messages(numbered_category)), "");
     EXPECT_EQ(application.diagnostics(), std::vector<std::string>{});
