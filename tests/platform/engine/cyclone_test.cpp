@@ -54,10 +54,8 @@ public:
 };
 
 const Bytes whole = [] {
-    Bytes bytes;
-    for (int i = 0; i < 20; ++i) {
-        bytes.push_back(static_cast<std::byte>(i));
-    }
+    Bytes bytes(20);
+    std::ranges::generate(bytes, [i = 0]() mutable { return static_cast<std::byte>(i++); });
     return bytes;
 }();
 

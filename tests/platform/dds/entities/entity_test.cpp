@@ -230,9 +230,8 @@ TEST(WrappedParticipants, AreOrdinaryOnesAndStayTheApplications) {
     EXPECT_EQ(DDS_DomainParticipantFactory_wrap_participant(factory, own), nullptr);
 }
 
-template <typename Result>
-bool is_refusal(Result result) {
-    return result == Result{};
+bool is_refusal(auto result) {
+    return result == decltype(result){};
 }
 bool is_refusal(DDS_ReturnCode_t code) {
     return code == bad_parameter;
