@@ -286,7 +286,7 @@ TEST_F(Commands, ThatFindTheirChangeMadeAreAnsweredBehindTheStateThatShowsIt) {
         std::thread([&] { QEL_KX_Orvane_setFilterLevel(bare_.get(), 300); }).join();
         QEL_KX_Orvane_processCommand(bare_.get(), set_level(1, 300).get());
     }
-    EXPECT_EQ(writes.log(), (Log{"State 300", "response 1"}));
+    EXPECT_EQ(writes.log, (Log{"State 300", "response 1"}));
 }
 
 TEST_F(Commands, ThatCannotBeAnsweredLaterAreReported) {
