@@ -235,7 +235,9 @@ TEST(Batching, IsForTheWriterThatAsksAndLeavesTheSwitchOfTheApplicationAlone) {
     ASSERT_TRUE(create_writer(publisher, ours, batching));
     const dds_entity_t switched = make_other();
     dds_write_set_batch(false);
-    const EntityId plain = create_writer(publisher, others, {}).entity;
+    Qos not_batching;
+    not_batching.reliability = ReliabilityPolicy{ReliabilityKind::best_effort, 0};
+    const EntityId plain = create_writer(publisher, others, not_batching).entity;
 
     std::vector<LocalHandle> matches;
     ASSERT_TRUE(await([&] {
