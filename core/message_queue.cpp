@@ -141,6 +141,21 @@ Outcome enqueue(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& rec
 
 constexpr const char* front_context = "QEL_KX_MEssageQueue_front";
 
+/// @return no_data when the queue is empty, or an error after a report.
+Status find_head(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord*& record) {
+    if (lock(queue, front_context) != Status::ok) {
+        return Status::error;
+    }
+    const bool is_empty = queue.list.count == 0;
+    const auto* element = reinterpret_cast<const Element*>(queue.list.head);
+    unlock(queue, front_context);
+    if (is_empty) {
+        return Status::no_data;
+    }
+    record = &element->record;
+    return Status::ok;
+}
+
 Outcome make_parts(QEL_KX_MessageQueue& queue) {
     queue.mutex = QELOsapiSemaphore_new(QEL_OSAPI_SEMAPHORE_KIND_MUTEX, nullptr);
     if (queue.mutex == nullptr) {
@@ -205,27 +220,30 @@ Status push(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& record)
 }
 
 const QEL_KX_MessageQueueRecord* front(QEL_KX_MessageQueue& queue, const QELNtpTime* timeout) {
-    const QELOsapiSemaphoreStatus status = QELOsapiSemaphore_take(queue.countingSemaphore, timeout);
-    if (status == QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT) {
-        return nullptr;
+    const QEL_KX_MessageQueueRecord* record = nullptr;
+    // An empty queue had a unit of a message that found no room.
+    for (Status found = Status::no_data; found == Status::no_data;) {
+        const QELOsapiSemaphoreStatus status =
+            QELOsapiSemaphore_take(queue.countingSemaphore, timeout);
+        if (status == QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT) {
+            return nullptr;
+        }
+        if (!succeeded(status)) {
+            report(front_context, "Unable to take message queue counting semaphore");
+            // A semaphore that fails does not wait either, and the consumer asks again at once.
+            QELOsapiThread_sleep(timeout);
+            return nullptr;
+        }
+        found = find_head(queue, record);
     }
-    if (!succeeded(status)) {
-        report(front_context, "Unable to take message queue counting semaphore");
-        // A semaphore that fails does not wait either, and the consumer asks again at once.
-        QELOsapiThread_sleep(timeout);
-        return nullptr;
-    }
-    return head(queue);
+    return record;
 }
 
 const QEL_KX_MessageQueueRecord* head(QEL_KX_MessageQueue& queue) {
-    if (lock(queue, front_context) != Status::ok) {
-        return nullptr;
-    }
-    const bool is_empty = queue.list.count == 0;
-    const auto* element = reinterpret_cast<const Element*>(queue.list.head);
-    unlock(queue, front_context);
-    return is_empty ? nullptr : &element->record;
+    const QEL_KX_MessageQueueRecord* record = nullptr;
+    // Without one there is nothing to be done, whatever the reason.
+    static_cast<void>(find_head(queue, record));
+    return record;
 }
 
 void pop(QEL_KX_MessageQueue& queue) {

@@ -6,7 +6,6 @@
 #include <array>
 #include <chrono>
 #include <cstring>
-#include <ranges>
 #include <thread>
 
 #include "platform/engine/cyclone/entity_records.hpp"
@@ -107,8 +106,8 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
             fragments.emplace_back(begin, end);
         }
         nn_rdata* chain = nullptr;
-        for (Fragment& fragment : std::views::reverse(fragments)) {
-            chain = fragment.link(chain);
+        for (std::size_t i = fragments.size(); i-- > 0;) {
+            chain = fragments[i].link(chain);
         }
         const SerdataPtr data(
             static_cast<Serdata*>(ddsi_serdata_from_ser(type, SDK_DATA, chain, size)));
