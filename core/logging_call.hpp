@@ -28,7 +28,9 @@ public:
     bool is_nested() const noexcept { return is_nested_; }
 
 private:
-    [[gnu::tls_model("initial-exec")]] static inline constinit thread_local bool under_way = false;
+    // Not of the model "initial-exec": that would put all variables of this library's threads into
+    // the little room that the loader has left for libraries that are loaded at run time.
+    static inline constinit thread_local bool under_way = false;
 
     const int error_number_;
     const bool is_nested_;
