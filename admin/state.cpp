@@ -339,6 +339,7 @@ KeptTurn::KeptTurn(QEL_KX_Orvane& logger) : logger_(logger) {
     }
 }
 
+// NOLINTNEXTLINE(bugprone-exception-escape): work is never without a value
 KeptTurn::~KeptTurn() {
     if (begins_) {
         Lock lock(state_mutex);

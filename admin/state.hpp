@@ -94,6 +94,7 @@ void respond_in_turn(QEL_KX_Orvane& logger, const PendingResponse& response);
 class KeptTurn {
 public:
     explicit KeptTurn(QEL_KX_Orvane& logger);
+    // NOLINTNEXTLINE(bugprone-exception-escape): see its definition
     ~KeptTurn();
     KeptTurn(const KeptTurn&) = delete;
     KeptTurn& operator=(const KeptTurn&) = delete;
