@@ -15,7 +15,7 @@ constexpr int patience = 60;
 // A sleep is the longest time that a thread waits too long. It grows with the wait, so that many
 // threads that wait for long cost next to nothing.
 constexpr uint32_t first_sleep_ns = 1'000'000;
-constexpr uint32_t longest_sleep_ns = 64 * first_sleep_ns;
+constexpr uint32_t longest_sleep_ns = 256 * first_sleep_ns;
 
 bool is_set(const int32_t* flag) {
     return flag != nullptr && __atomic_load_n(flag, __ATOMIC_ACQUIRE) != 0;

@@ -2,6 +2,7 @@
 
 #include <pthread.h>
 #include <sched.h>
+#include <sys/resource.h>
 #include <sys/select.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
@@ -104,6 +105,14 @@ private:
     std::size_t count_ = 0;
 };
 
+/// To make threads for a try takes as long as to start the domain. So it is done only where the
+/// process may have few.
+bool has_few_threads() {
+    constexpr rlim_t plenty = 4096;
+    rlimit limit{};
+    return getrlimit(RLIMIT_NPROC, &limit) != 0 || limit.rlim_cur < plenty;
+}
+
 bool is_enough(dds_domainid_t domain, const char* what, std::size_t needed, std::size_t found) {
     if (found >= needed) {
         return true;
@@ -125,7 +134,7 @@ bool has_resources_for(dds_domainid_t domain) {
     return dds_lookup_participant(domain, nullptr, 0) > 0 ||
            (is_enough(domain, "file descriptors below 1024", most_descriptors,
                       free_descriptors()) &&
-            is_enough(domain, "threads", most_threads, Crowd().size()));
+            (!has_few_threads() || is_enough(domain, "threads", most_threads, Crowd().size())));
 }
 
 }  // namespace pexa::engine::cyclone
