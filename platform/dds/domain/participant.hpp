@@ -6,9 +6,9 @@
 #include <mutex>
 #include <string>
 
-#include "pexa/osapi.h"
 #include "platform/dds/domain/publisher.hpp"
 #include "platform/dds/domain/subscriber.hpp"
+#include "platform/dds/interface/scoped_call.hpp"
 #include "platform/dds/topics/filtered_topic.hpp"
 #include "platform/dds/topics/topic.hpp"
 
@@ -96,14 +96,6 @@ private:
     template <typename Description>
     Status enter(const Operation& operation, Children<Description>& children,
                  const std::shared_ptr<Description>& description);
-
-    /// For as long as there may be a participant in the engine.
-    struct EngineUse {
-        EngineUse() { QELOsapi_beginEngineUse(); }
-        ~EngineUse() { QELOsapi_endEngineUse(); }
-        EngineUse(const EngineUse&) = delete;
-        EngineUse& operator=(const EngineUse&) = delete;
-    };
 
     EngineUse engine_use_;
     Factory& factory_;

@@ -5,7 +5,7 @@
 #include "platform/dds/domain/participant.hpp"
 #include "platform/dds/domain/participant_factory.hpp"
 #include "platform/dds/endpoints/reader.hpp"
-#include "platform/dds/interface/engine_call.hpp"
+#include "platform/dds/interface/scoped_call.hpp"
 
 namespace pexa::dds {
 

@@ -1,7 +1,7 @@
 #include "platform/dds/endpoints/reader_dispatch.hpp"
 
 #include "platform/dds/endpoints/reader.hpp"
-#include "platform/dds/interface/engine_call.hpp"
+#include "platform/dds/interface/scoped_call.hpp"
 #include "platform/dds/listeners/announce.hpp"
 
 namespace pexa::dds {

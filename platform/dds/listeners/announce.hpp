@@ -2,8 +2,8 @@
 /// @brief Calling the application's listener with a status that has changed.
 #pragma once
 
-#include "platform/dds/interface/engine_call.hpp"
 #include "platform/dds/interface/handle.hpp"
+#include "platform/dds/interface/scoped_call.hpp"
 #include "platform/dds/listeners/listener_slot.hpp"
 #include "platform/dds/listeners/status_conversion.hpp"
 

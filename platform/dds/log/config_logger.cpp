@@ -4,6 +4,7 @@
 
 #include "pexa/osapi.h"
 #include "platform/dds/interface/operation.hpp"
+#include "platform/dds/interface/scoped_call.hpp"
 #include "platform/internal/cancellation.hpp"
 
 namespace {
@@ -15,15 +16,6 @@ using pexa::dds::Verbosities;
 constinit PEXA_Config_Logger process_logger;
 static_assert(std::is_trivially_destructible_v<PEXA_Config_Logger>,
               "threads of the engine report until the process ends");
-
-/// Marks this thread as being inside a device's call.
-class DeviceCall {
-public:
-    DeviceCall() { QELOsapi_enterDeviceCall(); }
-    DeviceCall(const DeviceCall&) = delete;
-    DeviceCall& operator=(const DeviceCall&) = delete;
-    ~DeviceCall() { QELOsapi_leaveDeviceCall(); }
-};
 
 bool is_known(PEXA_Config_LogCategory category) {
     return static_cast<unsigned>(category) < PEXA_CONFIG_LOG_CATEGORY_COUNT;
@@ -98,7 +90,7 @@ void PEXA_Config_Logger::receive(PEXA_Config_LogCategory category, PEXA_Config_L
         pexa::dds::print_line(print_format(), category, level, source, text);
         return;
     }
-    const DeviceCall mark;
+    const pexa::dds::DeviceCall mark;
     const PEXA_Config_LogMessage message{text, level};
     receiver->write(receiver, &message);
 }

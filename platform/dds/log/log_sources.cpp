@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "pexa/osapi.h"
-#include "platform/dds/interface/engine_call.hpp"
+#include "platform/dds/interface/scoped_call.hpp"
 #include "platform/dds/log/config_logger.hpp"
 
 namespace pexa::dds {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/dds/interface/engine_call.hpp"
+#include "platform/dds/interface/scoped_call.hpp"
 
 namespace pexa::dds {
 

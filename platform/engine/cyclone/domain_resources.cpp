@@ -119,12 +119,11 @@ bool is_enough(dds_domainid_t domain, const char* what, std::size_t needed, std:
     }
     // Not a line of the log, which may be silent.
     std::array<char, 200> line{};
-    const int length = std::snprintf(
-        line.data(), line.size(),
-        "pexac: domain %u cannot be started: it may need %zu %s, and %zu can be had\n", domain,
-        needed, what, found);
-    // Nobody is left to be told of a failure.
-    static_cast<void>(!::write(STDERR_FILENO, line.data(), static_cast<std::size_t>(length)));
+    const int length =
+        std::snprintf(line.data(), line.size(),
+                      "pexac: domain %u cannot be started: it may need %zu %s, and %zu can be had",
+                      domain, needed, what, found);
+    write_to_standard_error({line.data(), static_cast<std::size_t>(length)});
     return false;
 }
 

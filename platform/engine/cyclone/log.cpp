@@ -1,15 +1,9 @@
 #include "platform/engine/log.hpp"
 
 #include <dds/dds.h>
-#include <poll.h>
-#include <pthread.h>
-#include <sys/uio.h>
-#include <unistd.h>
 
 #include <atomic>
-#include <csignal>
 #include <mutex>
-#include <tuple>
 
 #include "platform/engine/cyclone/domain_trace.hpp"
 #include "platform/engine/cyclone/standard_error.hpp"

@@ -191,9 +191,8 @@ PEXA_API int QELOsapi_global_lock(void);
 /**
  * As @ref QELOsapi_global_lock, for a thread that the owner of the lock may be waiting for.
  * @param abandon read atomically before each sleep while the call waits; the call fails when the
- *   flag is nonzero. The first sleep takes 1 ms at most, a later one at most as long as the call
- * has waited, and none more than 256 ms. Must stay valid during the call. With NULL this is
- *   @ref QELOsapi_global_lock.
+ *   flag is nonzero. A sleep takes 1 ms at first, twice as long each time, and 256 ms at most. Must
+ *   stay valid during the call. With NULL this is @ref QELOsapi_global_lock.
  * @return 0 with the lock held, or nonzero without it.
  */
 PEXA_API int QELOsapi_global_lockUnless(const DDS_Long* abandon);
