@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <algorithm>
 
 #include "tests/integration/programs.hpp"
@@ -29,6 +31,27 @@ TEST(FileDescriptors, AreEnoughOrTheLoggerIsRefusedWithALine) {
         const std::vector<std::string> lines = logger.output().error;
         EXPECT_TRUE(!lines.empty() && lines[0].starts_with("pexac: domain ")) << limit;
     }
+}
+
+TEST(Threads, AreEnoughOrTheLoggerIsRefusedWithALine) {
+    const auto log_with = [](const std::string& limit) {
+        Words launcher{"prlimit", "--nproc=" + limit};
+        if (geteuid() == 0) {
+            // The limit does not hold for root. Another user may have no right to read the program.
+            launcher.insert(launcher.end(), {"setpriv", "--reuid", "60123", "--inh-caps",
+                                             "+dac_override", "--ambient-caps", "+dac_override"});
+        }
+        return peer_command("log", {}, launcher);
+    };
+    ChildProcess refused{log_with("4")};
+    EXPECT_EQ(refused.wait_for_end(), "exit 1") << refused.transcript();
+    const std::vector<std::string> lines = refused.output().error;
+    EXPECT_TRUE(!lines.empty() && lines[0].find(" threads, and ") != std::string::npos)
+        << refused.transcript();
+
+    ChildProcess logger{log_with("4000")};
+    logger.close_input();
+    EXPECT_EQ(logger.wait_for_end(), "exit 0") << logger.transcript();
 }
 
 /// Runs a shell script in a network of its own with one interface, "gone".
