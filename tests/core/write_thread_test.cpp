@@ -123,6 +123,9 @@ TEST(WriteThread, PublishesWhatTimedOutWhenTheNextMessageComesWhetherThatFindsRo
             expected.push_back("-7 2 300 next next 5.6");
         }
         ASSERT_EQ(writer.messages.await(expected.size()), expected);
+        EXPECT_TRUE(writer.flushes.await_if([&](const std::vector<std::size_t>& flushes) {
+            return !flushes.empty() && flushes.back() == expected.size();
+        })) << "the thread knows that nothing is left";
         push(*thread, "last");
         expected.push_back(written("last"));
         EXPECT_EQ(writer.messages.await(expected.size()), expected);

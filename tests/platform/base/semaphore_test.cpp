@@ -94,6 +94,13 @@ TEST(Semaphore, CountsToItsMaximumAndNoFurther) {
     EXPECT_EQ(QELOsapiSemaphore_give(counting), ok);
     QELOsapiSemaphore_delete(counting);
 
+    QELOsapiSemaphore* empty = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 0);
+    EXPECT_EQ(QELOsapiSemaphore_giveIfEmpty(empty), ok);
+    EXPECT_EQ(QELOsapiSemaphore_giveIfEmpty(empty), ok);
+    EXPECT_EQ(QELOsapiSemaphore_take(empty, nullptr), ok);
+    EXPECT_EQ(QELOsapiSemaphore_take(empty, &no_time), timeout);
+    QELOsapiSemaphore_delete(empty);
+
     QELOsapiSemaphore* binary = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_BINARY, 0);
     EXPECT_EQ(QELOsapiSemaphore_give(binary), ok);
     EXPECT_EQ(QELOsapiSemaphore_give(binary), ok);
