@@ -22,6 +22,9 @@ struct Parts<ValueType RecordType::*> {
     using Record = RecordType;
     using Value = ValueType;
 };
+// GCC 14 takes the type of some template parameters for a constant one.
+template <typename Pointer>
+struct Parts<const Pointer> : Parts<Pointer> {};
 
 }  // namespace record_members_details
 
