@@ -28,6 +28,10 @@ constexpr std::size_t most_descriptors = 10;
 // gc, dq.builtins, dq.user, tev, recv, recvMC, recvUC, and one more with some configurations.
 constexpr std::size_t most_threads = 8;
 
+int take_descriptor() {
+    return socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+}
+
 bool is_lack(int error) {
     return error == EMFILE || error == ENFILE || error == ENOMEM || error == ENOBUFS;
 }
@@ -40,7 +44,7 @@ std::size_t free_descriptors() {
     std::size_t usable = 0;
     bool is_known = true;
     while (count < taken.size()) {
-        const int descriptor = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+        const int descriptor = take_descriptor();
         if (descriptor < 0) {
             is_known = is_lack(errno);
             break;
@@ -134,6 +138,24 @@ bool has_resources_for(dds_domainid_t domain) {
            (is_enough(domain, "file descriptors below 1024", most_descriptors,
                       free_descriptors()) &&
             (!has_few_threads() || is_enough(domain, "threads", most_threads, Crowd().size())));
+}
+
+StandardDescriptorsHeld::StandardDescriptorsHeld() {
+    // The lowest descriptor that is free comes first.
+    while (count_ < held_.size()) {
+        const int descriptor = take_descriptor();
+        if (descriptor > STDERR_FILENO) {
+            close(descriptor);
+        }
+        if (descriptor < 0 || descriptor > STDERR_FILENO) {
+            return;
+        }
+        held_[count_++] = descriptor;
+    }
+}
+
+StandardDescriptorsHeld::~StandardDescriptorsHeld() {
+    std::for_each_n(held_.begin(), count_, close);
 }
 
 }  // namespace pexa::engine::cyclone

@@ -31,6 +31,7 @@ bool waits_for_callbacks(EntityId entity) {
 Created create_participant(std::uint32_t domain_id, const Qos& qos,
                            ListenerSetting listener) noexcept {
     return guarded([&]() -> Created {
+        const cyclone::StandardDescriptorsHeld standard;
         if (!cyclone::has_resources_for(domain_id)) {
             return {Status::out_of_resources, no_entity};
         }

@@ -1,6 +1,8 @@
 #include <dds/dds.h>
 #include <dds/ddsi/q_radmin.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -33,6 +35,17 @@ TEST(EngineLogDeathTest, FatalReportsReachStandardErrorWhateverTheMaskAndTheSink
         dds_log(DDS_LC_FATAL, __FILE__, __LINE__, "test", "no more threads\n");
     };
     EXPECT_DEATH(fail(), "^no more threads\n$");
+}
+
+TEST(StandardStreamsDeathTest, ThatAreClosedDoNotBecomeSockets) {
+    const auto start_without_streams = [] {
+        for (const int stream : {0, 1, 2}) {
+            close(stream);
+        }
+        const bool started = create_participant(109, {}).status == Status::ok;
+        _exit(started && fcntl(0, F_GETFD) == -1 && fcntl(2, F_GETFD) == -1 ? 0 : 1);
+    };
+    EXPECT_EXIT(start_without_streams(), testing::ExitedWithCode(0), "");
 }
 
 /// A type of which the first bytes of a payload are the key.
