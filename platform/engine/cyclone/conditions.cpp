@@ -1,6 +1,11 @@
 #include <dds/dds.h>
+#include <dds/ddsrt/sync.h>
+#include <dds/ddsrt/time.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <ctime>
 
 #include "platform/engine/cyclone/entity_records.hpp"
 #include "platform/engine/cyclone/guarded.hpp"
@@ -97,3 +102,24 @@ Status wait(EntityId wait_set, Nanoseconds timeout, std::vector<EntityId>& trigg
 }
 
 }  // namespace pexa::engine
+
+// Cyclone's own definition waits by the wall clock. When that is set back by an hour, Cyclone's
+// threads sleep for an hour: they announce nothing, acknowledge nothing and send nothing again. The
+// dynamic linker prefers this definition, because our library comes before Cyclone's.
+bool ddsrt_cond_waituntil(ddsrt_cond_t* condition, ddsrt_mutex_t* mutex, dds_time_t wall_time) {
+    if (wall_time == DDS_NEVER) {
+        ddsrt_cond_wait(condition, mutex);
+        return true;
+    }
+    const dds_duration_t left = std::max(wall_time - dds_time(), dds_duration_t{0});
+    const dds_time_t end = ddsrt_mtime_add_duration(ddsrt_time_monotonic(), left).v;
+    const timespec deadline = {end / DDS_NSECS_IN_SEC, end % DDS_NSECS_IN_SEC};
+    switch (pthread_cond_clockwait(&condition->cond, &mutex->mutex, CLOCK_MONOTONIC, &deadline)) {
+        case 0:
+            return true;
+        case ETIMEDOUT:
+            return false;
+        default:
+            std::abort();
+    }
+}

@@ -2,12 +2,15 @@
 #include <dds/ddsi/q_radmin.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <cstring>
+#include <ctime>
 #include <thread>
 
 #include "platform/engine/cyclone/entity_records.hpp"
@@ -16,6 +19,15 @@
 #include "platform/engine/engine.hpp"
 #include "platform/engine/log.hpp"
 #include "tests/platform/engine/every_policy.hpp"
+
+/// How far the wall clock that programs see is ahead of the kernel's.
+static constinit std::atomic<int> seconds_ahead = 0;
+
+[[gnu::visibility("default")]] int clock_gettime(clockid_t clock, timespec* time) noexcept {
+    const auto result = static_cast<int>(syscall(SYS_clock_gettime, clock, time));
+    time->tv_sec += clock == CLOCK_REALTIME ? seconds_ahead.load() : 0;
+    return result;
+}
 
 namespace pexa::engine::cyclone {
 namespace {
@@ -46,6 +58,21 @@ TEST(StandardStreamsDeathTest, ThatAreClosedDoNotBecomeSockets) {
         _exit(started && fcntl(0, F_GETFD) == -1 && fcntl(2, F_GETFD) == -1 ? 0 : 1);
     };
     EXPECT_EXIT(start_without_streams(), testing::ExitedWithCode(0), "");
+}
+
+TEST(Waiting, TakesNoLongerWhenTheClockIsSetBackMeanwhile) {
+    const EntityId set = create_wait_set().entity;
+    const EntityId condition = create_guard_condition().entity;
+    ASSERT_EQ(attach(set, condition), Status::ok);
+    std::vector<EntityId> triggered;
+    const auto begin = std::chrono::steady_clock::now();
+    // To the kernel the deadlines lie so much later.
+    seconds_ahead = 60;
+    EXPECT_EQ(wait(set, 1'000'000, triggered), Status::timeout);
+    seconds_ahead = 0;
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
+    dds_delete(set);
+    dds_delete(condition);
 }
 
 /// A type of which the first bytes of a payload are the key.
