@@ -6,7 +6,13 @@
 #   ORVANE_SANITIZE    list for -fsanitize=, such as "address,undefined"
 #
 # orvane_compile_as_ours(target)
-#   C++20 or C11 without extensions, all warnings as errors, nothing exported by default.
+#   C++20 or C11 without extensions, all warnings, nothing exported by default. Warnings are errors
+#   with CMake's own CMAKE_COMPILE_WARNING_AS_ERROR, which only the project's checks set: another
+#   compiler may warn of more.
+#
+# orvane_leave_uninstrumented(program)
+#   For a program of another DDS product, whose library is not instrumented and passes C++ containers
+#   through its interface, which the sanitizers would report.
 
 option(ORVANE_TESTING "Build the tests" "${PROJECT_IS_TOP_LEVEL}")
 option(ORVANE_FUZZING "Build the fuzzers with libFuzzer" OFF)
@@ -35,7 +41,7 @@ endif()
 function(orvane_compile_as_ours target)
     target_compile_features(${target} PRIVATE c_std_11 cxx_std_20)
     target_compile_options(
-        ${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+        ${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
     if(CMAKE_UNITY_BUILD)
         # One source's names would be said to hide another's.
         target_compile_options(${target} PRIVATE -Wno-shadow)
@@ -48,4 +54,11 @@ function(orvane_compile_as_ours target)
                    CXX_VISIBILITY_PRESET hidden
                    VISIBILITY_INLINES_HIDDEN ON
                    POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
+function(orvane_leave_uninstrumented target)
+    if(ORVANE_SANITIZE)
+        target_compile_options(${target} PRIVATE -fno-sanitize=all)
+        target_link_options(${target} PRIVATE -fno-sanitize=all)
+    endif()
 endfunction()
