@@ -15,10 +15,10 @@ TEST(GeneratedTypes, ReadLogsAndStateAndSendEachCommand) {
 
     ASSERT_TRUE(application.say(300, "two", "grüße, 世界"));
     EXPECT_TRUE(peer.wait_for_line("log " + logger + " 300 two grüße, 世界")) << peer.transcript();
-    const std::string longest(4096, 't');
-    ASSERT_TRUE(application.say(400, std::string(512, 'c'), longest));
+    const std::string long_text(4096, 't');
+    ASSERT_TRUE(application.say(400, std::string(512, 'c'), long_text));
     EXPECT_TRUE(
-        peer.wait_for_line("log " + logger + " 400 " + std::string(512, 'c') + ' ' + longest));
+        peer.wait_for_line("log " + logger + " 400 " + std::string(512, 'c') + ' ' + long_text));
 
     const auto command = [&](const std::string& invocation, const std::string& what,
                              std::chrono::milliseconds longest = patience) {

@@ -152,8 +152,8 @@ CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options) {
 CLI::App* add_set_verbosity_subcommand(CLI::App& app, SetOptions& options) {
     CLI::App* command = app.add_subcommand(
         "set-verbosity", "Changes what the middleware below loggers reports, by category");
-    add_arguments(*command, options, "CATEGORY VERBOSITY", parse_verbosity_command)
-        ->description("Categories " + middleware_category_names() + "; verbosities " +
+    add_arguments(*command, options, "SETTINGS", parse_verbosity_command)
+        ->description("Pairs CATEGORY VERBOSITY; categories " + middleware_category_names() + "; verbosities " +
                       verbosity_names());
     command->footer(
         "Examples:\n"
