@@ -50,7 +50,7 @@ TEST(CheckConfig, EndsByWhatItIsGiven) {
          "<stack_size>262144</stack_size>"},
         {{"check-config", "/no/such\x1b/file.xml"},
          "exit 1",
-         "/no/such\\x1b/file.xml:0: the file cannot be read"},
+         "/no/such\\x1b/file.xml:0: the file cannot be read: No such file or directory"},
         {{"check-config", source + "/README.md"}, "exit 1", "/README.md:1: "},
         {{"check-config", source + "/docs/orvane.xsd"}, "exit 1", "expected dds as the root"},
         {{"check-config", "/dev/null"}, "exit 1", "/dev/null is not a regular file"},

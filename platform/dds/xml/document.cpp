@@ -2,12 +2,16 @@
 
 #include <expat.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <exception>
 #include <memory>
 #include <new>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
+#include "platform/dds/xml/excerpt.hpp"
 #include "platform/dds/xml/white_space.hpp"
 
 namespace pexa::dds::xml {
@@ -17,6 +21,24 @@ struct ParserFree {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
 };
 using ParserPtr = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserFree>;
+
+struct Expectation {
+    XML_Error error;
+    const char* expected;
+};
+
+/// What a document should hold where it is not well-formed.
+constexpr Expectation expectations[] = {
+    {XML_ERROR_SYNTAX, "markup and no text outside of the root element"},
+    {XML_ERROR_NO_ELEMENTS, "dds as the root element"},
+    {XML_ERROR_INVALID_TOKEN, "&amp; and &lt; for & and < in a text"},
+    {XML_ERROR_UNCLOSED_TOKEN, "> at the end of a tag"},
+    {XML_ERROR_JUNK_AFTER_DOC_ELEMENT, "one root element and nothing behind it"},
+    {XML_ERROR_DUPLICATE_ATTRIBUTE, "each attribute once"},
+    {XML_ERROR_UNDEFINED_ENTITY, "&amp; &lt; &gt; &quot; &apos; or the number of a character"},
+    {XML_ERROR_UNKNOWN_ENCODING, "the encoding UTF-8, UTF-16, ISO-8859-1 or US-ASCII"},
+    {XML_ERROR_INCORRECT_ENCODING, "the encoding that the document declares"},
+};
 
 /// Feeds a handler from the callbacks of expat, through whose frames no exception may pass.
 class Reader {
@@ -29,6 +51,7 @@ public:
     }
 
     std::optional<DocumentFault> read(std::string_view text) {
+        document_ = text;
         const XML_Status status =
             XML_Parse(parser_, text.data(), static_cast<int>(text.size()), XML_TRUE);
         if (exception_ != nullptr) {
@@ -37,21 +60,65 @@ public:
         if (fault_ || status == XML_STATUS_OK) {
             return fault_;
         }
-        return DocumentFault{
-            line(), std::string("not well-formed: ") + XML_ErrorString(XML_GetErrorCode(parser_))};
+        return DocumentFault{line(), syntax_fault()};
     }
 
 private:
+    struct OpenElement {
+        std::string name;
+        DDS_Long line;
+        std::string text{};
+    };
+
     DDS_Long line() const { return static_cast<DDS_Long>(XML_GetCurrentLineNumber(parser_)); }
 
     void stop() { XML_StopParser(parser_, XML_FALSE); }
 
     /// Ends the reading. The first fault counts.
-    void refuse(const char* message) {
+    void refuse(std::string message) {
         if (!fault_) {
-            fault_ = DocumentFault{line(), message};
+            fault_ = DocumentFault{line(), std::move(message)};
         }
         stop();
+    }
+
+    /// @param what is beyond the limit
+    void refuse_beyond(const std::string& what, std::size_t limit, const char* unit) {
+        refuse(what + ", expected at most " + std::to_string(limit) + unit);
+    }
+
+    /// The name in the end tag at which expat has stopped, in the encoding of the document.
+    std::string_view name_at_fault() const {
+        const auto index = static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_));
+        const std::string_view rest = document_.substr(std::min(index, document_.size()));
+        return rest.substr(0, rest.find_first_of("> \t\r\n"));
+    }
+
+    std::string syntax_fault() const {
+        const XML_Error error = XML_GetErrorCode(parser_);
+        if (error == XML_ERROR_TAG_MISMATCH) {
+            return "not well-formed: mismatched tag </" + excerpt(name_at_fault()) + ">" +
+                   expected_end();
+        }
+        if (error == XML_ERROR_NO_ELEMENTS && !open_.empty()) {
+            return "not well-formed: the document ends too early" + expected_end();
+        }
+        std::string fault = XML_ErrorString(error);
+        if (!fault.starts_with("not well-formed")) {
+            fault.insert(0, "not well-formed: ");
+        }
+        for (const Expectation& row : expectations) {
+            if (row.error == error) {
+                fault.append(", expected ").append(row.expected);
+            }
+        }
+        return fault;
+    }
+
+    std::string expected_end() const {
+        const OpenElement& element = open_.back();
+        return ", expected </" + excerpt(element.name) + "> for the element of line " +
+               std::to_string(element.line);
     }
 
     template <typename Work>
@@ -75,25 +142,26 @@ private:
             if (reader.fault_) {
                 return;
             }
-            reader.texts_.emplace_back();
+            reader.open_.push_back({name, reader.line()});
             reader.handler_.on_start(name, attributes, reader.line());
         });
     }
 
     static void on_text(void* self, const XML_Char* text, int length) {
         guarded(self, [&](Reader& reader) {
-            std::string& whole = reader.texts_.back();
+            std::string& whole = reader.open_.back().text;
             whole.append(text, static_cast<std::size_t>(length));
             if (whole.size() > DDS_XML_MAX_TEXT_LENGTH) {
-                reader.refuse("the element's text is too long");
+                reader.refuse_beyond("the element's text is too long", DDS_XML_MAX_TEXT_LENGTH,
+                                     " bytes");
             }
         });
     }
 
     static void on_end(void* self, const XML_Char* name) {
         guarded(self, [&](Reader& reader) {
-            const std::string text(trimmed(reader.texts_.back()));
-            reader.texts_.pop_back();
+            const std::string text(trimmed(reader.open_.back().text));
+            reader.open_.pop_back();
             reader.handler_.on_end(name, text, reader.line());
         });
     }
@@ -101,36 +169,38 @@ private:
     static void on_document_type(void* self, const XML_Char* /*name*/, const XML_Char* /*system*/,
                                  const XML_Char* /*publisher*/, int /*has_internal_subset*/) {
         guarded(self, [](Reader& reader) {
-            reader.refuse("a document type declaration is not allowed here");
+            reader.refuse("a document type declaration is not allowed here, expected none");
         });
     }
 
     /// Counts an element, and refuses one that exceeds a limit.
     void count_element(std::string_view name, const XML_Char** attributes) {
-        if (texts_.size() == DDS_XML_MAX_DEPTH) {
-            return refuse("the elements are nested too deeply");
+        if (open_.size() == DDS_XML_MAX_DEPTH) {
+            return refuse_beyond("the elements are nested too deeply", DDS_XML_MAX_DEPTH,
+                                 " levels");
         }
         if (++element_count_ > DDS_XML_MAX_ELEMENTS) {
-            return refuse("the document has too many elements");
+            return refuse_beyond("the document has too many elements", DDS_XML_MAX_ELEMENTS, "");
         }
         if (name.size() > DDS_XML_MAX_TEXT_LENGTH) {
-            return refuse("the element's name is too long");
+            return refuse_beyond("the element's name is too long", DDS_XML_MAX_TEXT_LENGTH,
+                                 " bytes");
         }
         std::size_t count = 0;
         for (; attributes[count] != nullptr; ++count) {
             if (std::string_view(attributes[count]).size() > DDS_XML_MAX_TEXT_LENGTH) {
-                return refuse("an attribute is too long");
+                return refuse_beyond("an attribute is too long", DDS_XML_MAX_TEXT_LENGTH, " bytes");
             }
         }
         if (count / 2 > DDS_XML_MAX_ATTRIBUTES) {
-            refuse("the element has too many attributes");
+            refuse_beyond("the element has too many attributes", DDS_XML_MAX_ATTRIBUTES, "");
         }
     }
 
     XML_Parser parser_;
     DocumentHandler& handler_;
-    /// Own texts of the open elements.
-    std::vector<std::string> texts_;
+    std::string_view document_;
+    std::vector<OpenElement> open_;
     DDS_Long element_count_ = 0;
     std::optional<DocumentFault> fault_;
     std::exception_ptr exception_;
@@ -140,7 +210,8 @@ private:
 
 std::optional<DocumentFault> read_document(std::string_view text, DocumentHandler& handler) {
     if (text.size() > DDS_XML_MAX_DOCUMENT_SIZE) {
-        return DocumentFault{0, "the document is too long"};
+        return DocumentFault{0, "the document is too long, expected at most " +
+                                    std::to_string(DDS_XML_MAX_DOCUMENT_SIZE) + " bytes"};
     }
     const ParserPtr parser(XML_ParserCreate(nullptr));
     if (parser == nullptr) {

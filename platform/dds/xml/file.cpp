@@ -1,5 +1,6 @@
 #include "platform/dds/xml/file.hpp"
 
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 
@@ -25,19 +26,20 @@ Status write_file(const std::string& file_name, const std::string& content) {
 
 }  // namespace
 
-std::optional<std::string> read_file(const std::string& file_name) {
+FileContent read_file(const std::string& file_name) {
     const FilePtr file(std::fopen(file_name.c_str(), "rbe"));
     if (file == nullptr) {
-        return std::nullopt;
+        return {{}, errno};
     }
-    std::string content;
+    FileContent content;
     char block[16384];
     std::size_t count = 0;
-    while (content.size() <= DDS_XML_MAX_DOCUMENT_SIZE &&
+    while (content.text.size() <= DDS_XML_MAX_DOCUMENT_SIZE &&
            (count = std::fread(block, 1, sizeof block, file.get())) > 0) {
-        content.append(block, count);
+        content.text.append(block, count);
     }
-    return std::ferror(file.get()) == 0 ? std::optional(std::move(content)) : std::nullopt;
+    content.error = std::ferror(file.get()) != 0 ? errno : 0;
+    return content;
 }
 
 Status replace_file(const std::string& file_name, const std::string& content) {

@@ -2,16 +2,19 @@
 /// @brief Reading and replacing files as a whole.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "platform/internal/status.hpp"
 
 namespace pexa::dds::xml {
 
-/// @return the content, nothing if the file cannot be read. Of a file that is too long for a
-/// document the end is not read.
-std::optional<std::string> read_file(const std::string& file_name);
+struct FileContent {
+    std::string text;
+    int error = 0;  ///< the errno of a file that cannot be read
+};
+
+/// Of a file that is too long for a document the end is not read.
+FileContent read_file(const std::string& file_name);
 
 /// Replaces a file. After a failure the old one is there.
 Status replace_file(const std::string& file_name, const std::string& content);

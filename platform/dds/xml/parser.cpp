@@ -1,11 +1,13 @@
 #include "platform/dds/xml/parser.hpp"
 
 #include <new>
+#include <system_error>
 #include <utility>
 
 #include "pexa/log.h"
 #include "pexa/string.h"
 #include "platform/dds/xml/document.hpp"
+#include "platform/dds/xml/excerpt.hpp"
 #include "platform/dds/xml/file.hpp"
 #include "platform/dds/xml/saving.hpp"
 #include "platform/dds/xml/tree_builder.hpp"
@@ -33,6 +35,16 @@ void keep(std::vector<Fault>& faults, DDS_Long line, std::string_view tag_name,
           std::string_view message) {
     if (faults.size() < DDS_XML_MAX_ERRORS) {
         faults.push_back({line, std::string(tag_name), std::string(message)});
+    }
+}
+
+/// @return empty without memory: a fault counts all the same.
+std::string text_of_fault(const char* message, const char* found) noexcept {
+    try {
+        const std::string text = message != nullptr ? message : "";
+        return found != nullptr ? text + ", found \"" + excerpt(found) + "\"" : text;
+    } catch (const std::bad_alloc&) {
+        return {};
     }
 }
 
@@ -81,13 +93,14 @@ Status Parser::parse_string(const Operation& operation, const char* name, const 
 }
 
 void Parser::read_file(const std::string& file_name) {
-    if (const auto content = xml::read_file(file_name)) {
-        read_text(file_name, *content);
+    const FileContent content = xml::read_file(file_name);
+    if (content.error == 0) {
+        read_text(file_name, content.text);
         return;
     }
     used_ = true;
     file_name_ = file_name;
-    add_fault(0, "", "the file cannot be read");
+    add_fault(0, "", "the file cannot be read: " + std::generic_category().message(content.error));
 }
 
 void Parser::read_text(const std::string& name, std::string_view text) {
@@ -171,14 +184,15 @@ Result<char*> Parser::save_string(const Operation& operation) const {
     return copy;
 }
 
-void add_current_fault(const char* context, const char* message, DDS_Long line) noexcept {
-    message = message != nullptr ? message : "";
+void add_current_fault(const char* context, const char* message, DDS_Long line,
+                       const char* found) noexcept {
+    const std::string text = text_of_fault(message, found);
     try {
         if (TreeBuilder* builder = TreeBuilder::current()) {
-            builder->add_fault(message, line);
+            builder->add_fault(text, line);
         } else {
             report(QEL_LOG_LEVEL_ERROR, context != nullptr ? context : "",
-                   "line " + std::to_string(line) + ": " + message);
+                   "line " + std::to_string(line) + ": " + text);
         }
     } catch (const std::bad_alloc&) {
         // The parser has counted the fault; no exception may pass a callback of C.

@@ -94,7 +94,9 @@ private:
 /// Adds a fault to the parser that runs on this thread; without one it is only reported.
 /// @param context, message may be NULL
 /// @param line 0 for the line being parsed
-void add_current_fault(const char* context, const char* message, DDS_Long line) noexcept;
+/// @param found the text that is at fault, NULL for none
+void add_current_fault(const char* context, const char* message, DDS_Long line,
+                       const char* found = nullptr) noexcept;
 
 }  // namespace xml
 }  // namespace pexa::dds

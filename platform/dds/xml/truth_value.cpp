@@ -31,7 +31,7 @@ DDS_Boolean read_truth_value(DDS_Boolean* flag, const char* text, DDS_XMLContext
         return DDS_BOOLEAN_TRUE;
     }
     add_current_fault("DDS_XMLHelper_str_to_boolean", truth_value_expected,
-                      context != nullptr ? context->line : 0);
+                      context != nullptr ? context->line : 0, text);
     if (context != nullptr) {
         context->error = 1;
     }

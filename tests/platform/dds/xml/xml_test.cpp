@@ -163,7 +163,7 @@ TEST(XmlCallbacks, ATextThatAClassRefusesIsAnErrorOnItsLineAndParsingGoesOn) {
         "</recorder>\n<recorder refused=''>\n<inner><recorder/></inner></recorder><types/></dds>");
     EXPECT_EQ(document.errors(),
               (Lines{"3 report: told", "4 mark: the content of the element is not accepted",
-                     "6 flag: expected true, false, yes, no, 1 or 0",
+                     "6 flag: expected true, false, yes, no, 1 or 0, found \"maybe\"",
                      "8 recorder: no object could be made of the element"}));
     for (const char* call : {"end flag 'YES' 1", "end flag 'False' 0", "end flag '1' 1",
                              "end flag 'no' 0", "end flag 'maybe' 2"}) {
@@ -204,18 +204,28 @@ TEST(XmlParser, HasATreeOfMisplacedElementsButNoneOfWhatIsNoDocumentOrTooLarge) 
          "domain_participant_library application_library data recorder",
          "dds(logger(types) types)"},
         {std::string("<dds>\0</dds>", 12),
-         "1 dds: not well-formed: not well-formed (invalid token)"},
+         "1 dds: not well-formed (invalid token), expected &amp; and &lt; for & and < in a text"},
         {"<!DOCTYPE dds [<!ENTITY a 'ha'><!ENTITY b '&a;&a;&a;&a;']><dds>&b;</dds>",
-         "1 : a document type declaration is not allowed here"},
+         "1 : a document type declaration is not allowed here, expected none"},
+        {"<dds>\n<types>\n</type></dds>",
+         "3 types: not well-formed: mismatched tag </type>, expected </types> for the element of "
+         "line 2"},
+        {"<dds>\n<types>",
+         "2 types: not well-formed: the document ends too early, expected </types> for the element "
+         "of line 2"},
+        {"", "1 : not well-formed: no element found, expected dds as the root element"},
         {"<dds><types>" + repeated("<x>", DDS_XML_MAX_DEPTH - 1) + "</types></dds>",
-         "1 x: the elements are nested too deeply"},
+         "1 x: the elements are nested too deeply, expected at most 64 levels"},
         {"<dds><types>" + repeated("<x/>", DDS_XML_MAX_ELEMENTS) + "</types></dds>",
-         "1 types: the document has too many elements"},
-        {"<dds>" + too_long + "</dds>", "1 dds: the element's text is too long"},
-        {"<dds><types x='" + too_long + "'/></dds>", "1 dds: an attribute is too long"},
-        {"<dds" + attributes + "/>", "1 : the element has too many attributes"},
+         "1 types: the document has too many elements, expected at most 65536"},
+        {"<dds>" + too_long + "</dds>",
+         "1 dds: the element's text is too long, expected at most 65536 bytes"},
+        {"<dds><types x='" + too_long + "'/></dds>",
+         "1 dds: an attribute is too long, expected at most 65536 bytes"},
+        {"<dds" + attributes + "/>",
+         "1 : the element has too many attributes, expected at most 32"},
         {"<dds>" + std::string(DDS_XML_MAX_DOCUMENT_SIZE, ' ') + "</dds>",
-         "0 : the document is too long"},
+         "0 : the document is too long, expected at most 4194304 bytes"},
     };
     Reports reports;
     for (const auto& row : cases) {
