@@ -16,7 +16,8 @@ constexpr const char* end_context = "QEL_KX_XMLConfig_onEndElement";
 template <typename Record>
 const Option<Record>* named(std::span<const Option<Record>> options, const char* tag_name) {
     for (const Option<Record>& option : options) {
-        if (option.has_element() && std::strcmp(option.description.name, tag_name) == 0) {
+        if (option.description.has_element() &&
+            std::strcmp(option.description.name, tag_name) == 0) {
             return &option;
         }
     }
@@ -28,7 +29,8 @@ template <typename Record>
 const Option<Record>* open_option(std::span<const Option<Record>> options,
                                   const QEL_KX_XMLConfig& config) {
     for (const Option<Record>& option : options) {
-        if (option.has_element() && option.description.number == config.currentElement) {
+        if (option.description.has_element() &&
+            option.description.number == config.currentElement) {
             return &option;
         }
     }
@@ -52,14 +54,14 @@ void start_element(QEL_KX_XMLConfig& config, const char* tag_name) {
 template <typename Record>
 void end_option(const Option<Record>& option, Record* record, QEL_KX_XMLConfig& config,
                 const char* tag_name, const ElementText& element, QEL_KX_XMLConfigElement parent) {
-    if (option.is_list() && std::strcmp(tag_name, "element") == 0) {
+    if (option.description.is_list() && std::strcmp(tag_name, "element") == 0) {
         option.read(record, element);
         return;
     }
     if (std::strcmp(tag_name, option.description.name) != 0) {
         return;
     }
-    if (option.is_list() || option.read(record, element) == ElementState::Closed) {
+    if (option.description.is_list() || option.read(record, element) == ElementState::Closed) {
         config.currentElement = parent;
     }
 }

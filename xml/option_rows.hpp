@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -22,14 +23,14 @@ struct Row {
 
 /// An option with an element. @tparam Value how the element is read and written, see values.hpp
 template <auto Field, typename Value>
-consteval Row<Field> row(const OptionDescription& description) {
-    return {{description, Value::type, Value::template read<Field>, Value::template write<Field>}};
+consteval Row<Field> row(const char* name) {
+    return {{{.name = name}, Value::template read<Field>, Value::template write<Field>}};
 }
 
 /// An option that only the application sets.
 template <auto Field>
-consteval Row<Field> row_without_element(const OptionDescription& description) {
-    return {{description, ValueType::NoElement, nullptr, nullptr}};
+consteval Row<Field> row_without_element(const char* name) {
+    return {{{.name = name}, nullptr, nullptr}};
 }
 
 /// True when the fields are all members of the record, each once; does not compile otherwise.
@@ -59,7 +60,7 @@ consteval bool has_distinct_numbers(const Tables&... tables) {
     std::uint64_t used = std::uint64_t{1} << QEL_KX_XML_ELEMENT_NONE;
     bool distinct = true;
     const auto use = [&](const auto& option) {
-        if (option.has_element()) {
+        if (option.description.has_element()) {
             const std::uint64_t bit = std::uint64_t{1} << option.description.number;
             distinct = distinct && (used & bit) == 0;
             used |= bit;
@@ -69,11 +70,19 @@ consteval bool has_distinct_numbers(const Tables&... tables) {
     return distinct;
 }
 
-/// A row for every member of the record.
-template <typename Record, auto... Fields>
-consteval auto table(Row<Fields>... rows) {
+/// A row for every member of the record, with the description at the same place.
+template <typename Record, std::size_t Count, auto... Fields>
+consteval auto table(const std::array<OptionDescription, Count>& descriptions,
+                     Row<Fields>... rows) {
     static_assert(covers_in_any_order<Record, Fields...>());
-    return std::array{rows.option...};
+    static_assert(sizeof...(Fields) == Count, "an option without a description");
+    std::array options{rows.option...};
+    for (std::size_t i = 0; i < Count; ++i) {
+        const bool fits = std::string_view(options[i].description.name) == descriptions[i].name &&
+                          (options[i].read != nullptr) == descriptions[i].has_element();
+        options.at(fits ? i : Count).description = descriptions[i];
+    }
+    return options;
 }
 
 }  // namespace orvane::xml

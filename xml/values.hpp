@@ -17,8 +17,6 @@ enum class Layout {
 
 template <Layout Begin = Layout::Indented>
 struct TruthValue {
-    static constexpr ValueType type = ValueType::TruthValue;
-
     /// A refused text means false.
     template <auto Field>
     static ElementState read(QEL_KX_Options* options, const ElementText& element) {
@@ -39,8 +37,6 @@ struct TruthValue {
 };
 
 struct FilterLevel {
-    static constexpr ValueType type = ValueType::FilterLevel;
-
     /// After a refusal the element stays open.
     template <auto Field>
     static ElementState read(QEL_KX_Options* options, const ElementText& element) {
@@ -65,8 +61,6 @@ struct FilterLevel {
 /// @tparam Set the option's setter; it gets 0 for a refused text and refuses that too
 template <auto Convert, auto Set>
 struct PositiveNumber {
-    static constexpr ValueType type = ValueType::PositiveNumber;
-
     template <auto Field>
     static ElementState read(QEL_KX_Options* options, const ElementText& element) {
         DDS_Long number = 0;
@@ -86,8 +80,6 @@ struct PositiveNumber {
 
 /// The element that holds the thread settings as its children.
 struct ThreadSettings {
-    static constexpr ValueType type = ValueType::ThreadSettings;
-
     template <auto Field>
     static ElementState read(QEL_KX_Options* /*options*/, const ElementText& /*element*/) {
         return ElementState::Closed;
@@ -100,10 +92,8 @@ struct ThreadSettings {
 };
 
 /// One field of the thread settings, with its conversions.
-template <ValueType Type, auto Read, auto Write>
+template <auto Read, auto Write>
 struct Setting {
-    static constexpr ValueType type = Type;
-
     template <auto Field>
     static ElementState read(DDS_ThreadSettings_t* settings, const ElementText& element) {
         Read(settings->*Field, element);

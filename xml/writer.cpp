@@ -17,7 +17,7 @@ void save(QEL_KX_XMLConfig* config, QELXMLSaveContext* context) {
         return;
     }
     for (const Option<QEL_KX_Options>& option : options()) {
-        if (!option.has_element()) {
+        if (!option.description.has_element()) {
             continue;
         }
         if (context->error != 0) {

@@ -171,15 +171,15 @@ template <typename Record>
 void expect_examples(std::span<const xml::Option<Record>> options, const std::string& path) {
     for (const xml::Option<Record>& option : options) {
         const std::string name = path + option.description.name;
-        if (option.type == xml::ValueType::ThreadSettings) {
+        if (option.description.type == xml::ValueType::ThreadSettings) {
             expect_examples(xml::thread_settings(), name + "/");
             continue;
         }
-        if (!option.has_element()) {
+        if (!option.description.has_element()) {
             continue;
         }
         SCOPED_TRACE(name);
-        const std::string element = name + (option.is_list() ? "/element" : "");
+        const std::string element = name + (option.description.is_list() ? "/element" : "");
         const std::string example = as_xml(element, option.description.example);
         const ParsedConfig changed(with_orvane(example));
         EXPECT_FALSE(changed.has_failed());

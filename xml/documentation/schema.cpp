@@ -103,9 +103,9 @@ template <typename Options>
 std::string children(const Options& options) {
     std::string text = "        <xs:choice minOccurs=\"0\" maxOccurs=\"unbounded\">\n";
     for (const auto& option : options) {
-        if (option.has_element()) {
+        if (option.description.has_element()) {
             text += std::string("            <xs:element name=\"") + option.description.name +
-                    "\" type=\"" + schema_type(option.type).name + "\"/>\n";
+                    "\" type=\"" + schema_type(option.description.type).name + "\"/>\n";
         }
     }
     return text + "        </xs:choice>\n";
@@ -115,7 +115,7 @@ std::string children(const Options& options) {
 template <typename Options>
 void add_simple_types(const Options& options, std::vector<SchemaType>& types) {
     for (const auto& option : options) {
-        const SchemaType type = schema_type(option.type);
+        const SchemaType type = schema_type(option.description.type);
         const auto is_same = [&](const SchemaType& known) { return known.name == type.name; };
         if (!type.pattern.empty() && std::none_of(types.begin(), types.end(), is_same)) {
             types.push_back(type);

@@ -23,10 +23,10 @@ std::string rows_of_elements(std::span<const Option<Record>> options, const std:
     for (const Option<Record>& option : options) {
         const OptionDescription& description = option.description;
         const std::string name = path + description.name;
-        if (option.type == ValueType::ThreadSettings) {
+        if (option.description.type == ValueType::ThreadSettings) {
             rows += rows_of_elements(thread_settings(), name + "/");
-        } else if (option.has_element()) {
-            rows += "| " + code(name + (option.is_list() ? "/element" : "")) + " | " +
+        } else if (option.description.has_element()) {
+            rows += "| " + code(name + (option.description.is_list() ? "/element" : "")) + " | " +
                     code(description.example) + " | " + default_of(description) + " | " +
                     description.range + " | " + description.effect + " |\n";
         }
@@ -45,7 +45,7 @@ std::string table_of_other_options() {
     std::string table = "| Option | Default | Range | Effect |\n|---|---|---|---|\n";
     for (const Option<QEL_KX_Options>& option : options()) {
         const OptionDescription& description = option.description;
-        if (!option.has_element()) {
+        if (!option.description.has_element()) {
             table += "| " + code(description.name) + " | " + default_of(description) + " | " +
                      description.range + " | " + description.effect + " |\n";
         }
