@@ -15,7 +15,7 @@ TEST(CheckConfig, NamesEveryProblemWithItsPlaceAndPrintsWhatIsInForce) {
     const std::vector<std::string> problems = {
         "3: filter_lvl: " + no_effect,
         "4: queue_size: integer expected in XML text",
-        "5: enabled: expected true, false, yes, no, 1 or 0",
+        "5: enabled: found \"maybe\", expected true, false, yes, no, 1 or 0",
         "6: filter_level: integer expected in XML text",
         "6: filter_level: invalid filter level string in XML configuration",
         "8: priority: " + no_effect,

@@ -42,7 +42,7 @@ void keep(std::vector<Fault>& faults, DDS_Long line, std::string_view tag_name,
 std::string text_of_fault(const char* message, const char* found) noexcept {
     try {
         const std::string text = message != nullptr ? message : "";
-        return found != nullptr ? text + ", found \"" + excerpt(found) + "\"" : text;
+        return found != nullptr ? "found \"" + excerpt(found) + "\", " + text : text;
     } catch (const std::bad_alloc&) {
         return {};
     }

@@ -4,6 +4,8 @@
 #include <array>
 #include <memory>
 
+#include "platform/dds/xml/excerpt.hpp"
+
 namespace pexa::dds::xml {
 namespace {
 
@@ -152,6 +154,11 @@ void TreeBuilder::on_end(const char* name, const std::string& text, DDS_Long lin
     if (object_->extensionClass == nullptr) {
         static_cast<PlainObject*>(object_)->text = text;
         object_ = object_->parent;
+        if (object_ == nullptr && !text.empty()) {
+            parser_.add_warning(
+                line, name,
+                "the text \"" + excerpt(text) + "\" has no effect, expected nothing but elements");
+        }
         return;
     }
     if (const auto end = object_->extensionClass->on_end) {

@@ -231,7 +231,8 @@ PEXA_API void* DDS_XMLExtensionClass_get_user_data(const DDS_XMLExtensionClass* 
  *
  * Directly inside `dds` stand `types`, `qos_library`, `domain_library`,
  * `domain_participant_library`, `application_library`, `data`, and elements with a registered
- * class; any other element there is an error. Further inside any element may stand.
+ * class; any other element there is an error. Text there has no effect, and the middleware's log
+ * has a warning about it. Further inside any element may stand.
  *
  * After an error of the contents (an element in the wrong place, a text that a class refuses)
  * parsing goes on, and there is a tree. A document that is not well-formed or exceeds a limit has

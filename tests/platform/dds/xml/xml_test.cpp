@@ -163,7 +163,7 @@ TEST(XmlCallbacks, ATextThatAClassRefusesIsAnErrorOnItsLineAndParsingGoesOn) {
         "</recorder>\n<recorder refused=''>\n<inner><recorder/></inner></recorder><types/></dds>");
     EXPECT_EQ(document.errors(),
               (Lines{"3 report: told", "4 mark: the content of the element is not accepted",
-                     "6 flag: expected true, false, yes, no, 1 or 0, found \"maybe\"",
+                     "6 flag: found \"maybe\", expected true, false, yes, no, 1 or 0",
                      "8 recorder: no object could be made of the element"}));
     for (const char* call : {"end flag 'YES' 1", "end flag 'False' 0", "end flag '1' 1",
                              "end flag 'no' 0", "end flag 'maybe' 2"}) {
