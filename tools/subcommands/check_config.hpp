@@ -9,6 +9,7 @@ namespace orvane::tools {
 
 struct CheckConfigOptions {
     std::string file_name;
+    bool strict = false;
 };
 
 /// Declares the command and its options; parsing fills @p options.
