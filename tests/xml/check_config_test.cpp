@@ -69,7 +69,10 @@ TEST(CheckConfig, SaysWhatIsRefusedOrHardlyMeantAndWhatIsExpected) {
         {"<thread><priority>-99999999999999999999</priority></thread>",
          "priority: warning: \"-99999999999999999999\" becomes 0" + cut + priority},
         {"<thread><priority>MAX_PRIORITY</priority></thread>",
-         "priority: warning: \"MAX_PRIORITY\" means THREAD_PRIORITY_DEFAULT"},
+         "priority: warning: \"MAX_PRIORITY\" means THREAD_PRIORITY_DEFAULT, expected a number for "
+         "another priority"},
+        {"<filter_level>6</filter_level>",
+         "filter_level: warning: \"6\" stops every level that has a name, expected " + level},
         {"<thread><cpu_list><element>2-3</element></cpu_list></thread>",
          "element: warning: \"2-3\" becomes 2" + ignored + "0 to 2147483647"},
         {"<thread><cpu_list>1,2</cpu_list></thread>",

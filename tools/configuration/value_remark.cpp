@@ -52,6 +52,12 @@ bool is_octal(const std::string& text) {
     return text[digits] == '0' && text.size() > digits + 1;
 }
 
+/// A level that is more severe than the most severe name, but not SILENT.
+bool stops_all_names(xml::ValueType type, DDS_Long level) {
+    return type == xml::ValueType::FilterLevel && level > QEL_KX_LEVEL_SILENT &&
+           level < QEL_KX_LEVEL_FATAL;
+}
+
 /// @return why a text that begins with a number means another one, or NULL.
 const char* reason_of_change(const std::string& text, const char* end, long long number,
                              DDS_Long stored, bool has_prefix) {
@@ -78,10 +84,16 @@ std::optional<std::string> value_remark(const xml::OptionDescription& option,
     const long long number = std::strtoll(text.c_str(), &end, decimal ? 10 : 0);
     if (end == text.c_str()) {
         return is_other_priority(option, text)
-                   ? std::optional(fmt::format("{} means {}", quoted(text), option.by_default))
+                   ? std::optional(
+                         fmt::format("{} means {}, expected a number for another priority",
+                                     quoted(text), option.by_default))
                    : std::nullopt;
     }
     const char* reason = reason_of_change(text, end, number, *stored, !decimal);
+    if (reason == nullptr && stops_all_names(option.type, *stored)) {
+        return fmt::format("{} stops every level that has a name, expected {}", quoted(text),
+                           expected_text(option));
+    }
     if (reason == nullptr) {
         return std::nullopt;
     }
