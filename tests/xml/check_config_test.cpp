@@ -54,7 +54,7 @@ TEST(CheckConfig, SaysWhatIsRefusedOrHardlyMeantAndWhatIsExpected) {
     } rows[] = {
         {"<queue_size>0X10</queue_size><filter_level>0600</filter_level>", ""},
         {"<thread><priority>dds_thread_priority_default</priority><mask/></thread>", ""},
-        {"<thread><mask/></thread><thread><stack_size>0</stack_size></thread>", ""},
+        {"<thread><mask/></thread><thread><stack_size>007</stack_size></thread>", ""},
         {"<queue_size>6OO</queue_size>",
          "queue_size: warning: \"6OO\" becomes 6" + ignored + "1 to 2147483647"},
         {"<queue_size>1,000</queue_size>",

@@ -41,15 +41,18 @@ bool is_decimal(xml::ValueType type) {
 
 /// A name of a priority other than the default's.
 bool is_other_priority(const xml::OptionDescription& option, const std::string& name) {
+    if (option.type != xml::ValueType::Priority) {
+        return false;
+    }
     const std::size_t length = std::strlen(option.by_default);
-    return option.type == xml::ValueType::Priority &&
-           (name.size() < length ||
-            MOSKString_iCompare(name.c_str() + name.size() - length, option.by_default) != 0);
+    return name.size() < length ||
+           MOSKString_iCompare(name.c_str() + name.size() - length, option.by_default) != 0;
 }
 
-bool is_octal(const std::string& text) {
-    const std::size_t digits = text.find_first_not_of("+-");
-    return text[digits] == '0' && text.size() > digits + 1;
+/// An octal number that would be another one without its 0.
+bool is_octal(const std::string& text, long long number) {
+    return text.find_first_of("xX") == std::string::npos &&
+           std::strtoll(text.c_str(), nullptr, 10) != number;
 }
 
 /// A level that is more severe than the most severe name, but not SILENT.
@@ -67,8 +70,7 @@ const char* reason_of_change(const std::string& text, const char* end, long long
     if (number != stored) {
         return "only 32 bits of the number are kept";
     }
-    const bool is_hexadecimal = text.find_first_of("xX") != std::string::npos;
-    return has_prefix && !is_hexadecimal && is_octal(text) ? "a number behind 0 is octal" : nullptr;
+    return has_prefix && is_octal(text, number) ? "a number behind 0 is octal" : nullptr;
 }
 
 }  // namespace
@@ -82,12 +84,12 @@ std::optional<std::string> value_remark(const xml::OptionDescription& option,
     const bool decimal = is_decimal(option.type);
     char* end = nullptr;
     const long long number = std::strtoll(text.c_str(), &end, decimal ? 10 : 0);
+    if (end == text.c_str() && is_other_priority(option, text)) {
+        return fmt::format("{} means {}, expected a number for another priority", quoted(text),
+                           option.by_default);
+    }
     if (end == text.c_str()) {
-        return is_other_priority(option, text)
-                   ? std::optional(
-                         fmt::format("{} means {}, expected a number for another priority",
-                                     quoted(text), option.by_default))
-                   : std::nullopt;
+        return std::nullopt;
     }
     const char* reason = reason_of_change(text, end, number, *stored, !decimal);
     if (reason == nullptr && stops_all_names(option.type, *stored)) {
