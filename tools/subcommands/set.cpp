@@ -153,8 +153,8 @@ CLI::App* add_set_verbosity_subcommand(CLI::App& app, SetOptions& options) {
     CLI::App* command = app.add_subcommand(
         "set-verbosity", "Changes what the middleware below loggers reports, by category");
     add_arguments(*command, options, "SETTINGS", parse_verbosity_command)
-        ->description("Pairs CATEGORY VERBOSITY; categories " + middleware_category_names() + "; verbosities " +
-                      verbosity_names());
+        ->description("Pairs CATEGORY VERBOSITY; categories " + middleware_category_names() +
+                      "; verbosities " + verbosity_names());
     command->footer(
         "Examples:\n"
         "  orvane set-verbosity pump COMMUNICATION STATUS_REMOTE\n"
