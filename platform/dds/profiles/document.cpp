@@ -42,7 +42,7 @@ void read_policy(xml::Parser& faults, const Element& element, const PolicyRow& r
                    });
     if (faults.fault_count() == faults_before) {
         if (const QosFault fault = row.policy->fault(policy)) {
-            add_fault(faults, element, std::string("inconsistent policy: ") + fault.text);
+            add_fault(faults, element, std::string("inconsistent policy: ") + fault.text.data());
         }
     }
 }

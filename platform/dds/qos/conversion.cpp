@@ -7,8 +7,7 @@
 namespace pexa::dds::qos_record {
 namespace {
 
-constexpr QELLogMessageTemplate inconsistent_policy_ss{"inconsistent policy %s: %s"};
-constexpr QELLogMessageTemplate inconsistent_policies_s{"inconsistent policies: %s"};
+constexpr QELLogMessageTemplate inconsistent_s{"inconsistent %s"};
 constexpr QELLogMessageTemplate immutable_policy_s{"policy cannot change while enabled: %s"};
 
 void* locate(const PolicyRow& row, void* record) {
@@ -20,10 +19,9 @@ const void* locate(const PolicyRow& row, const void* record) {
     return row.locate(const_cast<void*>(record));
 }
 
-template <typename... Arguments>
-void report(const char* context, const QELLogMessageTemplate& message, Arguments... arguments) {
+void report(const char* context, const QELLogMessageTemplate& message, const char* text) {
     QELLog_printContextAndMsg(QEL_LOG_MODULE_DDS, DDS_SUBMODULE_MASK_QOS, QEL_LOG_LEVEL_ERROR,
-                              context, &message, arguments...);
+                              context, &message, text);
 }
 
 bool equal_rows(const PolicyRow& row, const void* left, const void* right) {
@@ -65,15 +63,25 @@ bool equal(const PolicyTable& table, const void* left, const void* right) noexce
     return true;
 }
 
-Status check(const PolicyTable& table, const char* context, const void* record) noexcept {
+QosFault fault(const PolicyTable& table, const void* record) noexcept {
     for (const PolicyRow& row : table.rows) {
-        if (const QosFault fault = row.policy->fault(locate(row, record))) {
-            report(context, inconsistent_policy_ss, row.name, fault.text);
-            return Status::inconsistent_policy;
+        if (const QosFault found = row.policy->fault(locate(row, record))) {
+            QosFault named("policy %s: %s", row.name, found.text.data());
+            named.policies = {row.name};
+            return named;
         }
     }
-    if (const QosFault fault = table.contradiction(record)) {
-        report(context, inconsistent_policies_s, fault.text);
+    if (const QosFault found = table.contradiction(record)) {
+        QosFault named("policies: %s", found.text.data());
+        named.policies = found.policies;
+        return named;
+    }
+    return {};
+}
+
+Status check(const PolicyTable& table, const char* context, const void* record) noexcept {
+    if (const QosFault found = fault(table, record)) {
+        report(context, inconsistent_s, found.text.data());
         return Status::inconsistent_policy;
     }
     return Status::ok;

@@ -15,6 +15,7 @@ void initialize(const PolicyTable& table, void* record) noexcept;
 Status copy(const PolicyTable& table, void* record, const void* from) noexcept;
 void finalize(const PolicyTable& table, void* record) noexcept;
 bool equal(const PolicyTable& table, const void* left, const void* right) noexcept;
+QosFault fault(const PolicyTable& table, const void* record) noexcept;
 Status check(const PolicyTable& table, const char* context, const void* record) noexcept;
 Status check_change(const PolicyTable& table, const char* context, const void* current,
                     const void* wanted) noexcept;
@@ -49,6 +50,12 @@ public:
 private:
     Record record_;
 };
+
+/// @return why no entity can have this QoS, with the policies that are at fault; nothing if one can
+template <typename Record>
+QosFault fault_of_qos(const Record& wanted) noexcept {
+    return qos_record::fault(policies_of<Record>(), &wanted);
+}
 
 /// Says whether an entity can have this QoS.
 ///

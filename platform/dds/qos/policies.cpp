@@ -123,14 +123,37 @@ QosFault history_contradiction(const void* record) {
     const auto& qos = *static_cast<const Record*>(record);
     const bool fit = policy_tables::fits(qos.history.kind, qos.history.depth,
                                          qos.resource_limits.max_samples_per_instance);
-    return {fit ? nullptr : "history.depth above resource_limits.max_samples_per_instance"};
+    if (fit) {
+        return {};
+    }
+    QosFault fault("history.depth %d is above resource_limits.max_samples_per_instance %d",
+                   qos.history.depth, qos.resource_limits.max_samples_per_instance);
+    fault.policies = {"history", "resource_limits"};
+    return fault;
+}
+
+/// A duration as a person writes it.
+std::array<char, 24> text_of(const DDS_Duration_t& duration) {
+    std::array<char, 24> text{};
+    if (duration.sec == DDS_DURATION_INFINITE_SEC) {
+        std::snprintf(text.data(), text.size(), "infinite");
+    } else if (duration.nanosec == 0) {
+        std::snprintf(text.data(), text.size(), "%d s", duration.sec);
+    } else {
+        std::snprintf(text.data(), text.size(), "%d.%09u s", duration.sec, duration.nanosec);
+    }
+    return text;
 }
 
 QosFault reader_contradiction(const void* record) {
     const auto& qos = *static_cast<const ReaderQos*>(record);
-    if (to_nanoseconds(qos.deadline.period) <
-        to_nanoseconds(qos.time_based_filter.minimum_separation)) {
-        return {"deadline.period below time_based_filter.minimum_separation"};
+    const DDS_Duration_t& period = qos.deadline.period;
+    const DDS_Duration_t& separation = qos.time_based_filter.minimum_separation;
+    if (to_nanoseconds(period) < to_nanoseconds(separation)) {
+        QosFault fault("deadline.period %s is below time_based_filter.minimum_separation %s",
+                       text_of(period).data(), text_of(separation).data());
+        fault.policies = {"deadline", "time_based_filter"};
+        return fault;
     }
     return history_contradiction<ReaderQos>(record);
 }

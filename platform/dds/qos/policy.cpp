@@ -37,7 +37,7 @@ bool Policy::equal(const void* left, const void* right) const {
 QosFault Policy::fault(const void* policy) const {
     for (const PolicyMember& member : members) {
         if (const QosFault fault = member.fault(policy)) {
-            return fault;
+            return QosFault("%s %s", member.name, fault.text.data());
         }
     }
     return contradiction(policy);

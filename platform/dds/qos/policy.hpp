@@ -2,6 +2,8 @@
 /// @brief What is known of a QoS policy: a row per member, from which every operation is made.
 #pragma once
 
+#include <array>
+#include <cstdio>
 #include <span>
 #include <string_view>
 
@@ -18,10 +20,19 @@ enum class Change {
     never,  ///< the port fills in the policy and ignores what a caller stores there
 };
 
-/// What is wrong with a QoS; without a text nothing is.
+/// What is wrong with a QoS, with the values; without a text nothing is.
 struct [[nodiscard]] QosFault {
-    const char* text = nullptr;
-    explicit constexpr operator bool() const { return text != nullptr; }
+    QosFault() = default;
+    /// @param format as printf() has it; a text that is too long is cut
+    template <typename... Values>
+    explicit QosFault(const char* format, Values... values) {
+        std::snprintf(text.data(), text.size(), format, values...);
+    }
+    explicit operator bool() const { return text[0] != '\0'; }
+
+    std::array<char, 192> text{};
+    /// The names of the policies that are at fault; NULL for none.
+    std::array<const char*, 2> policies{};
 };
 
 /// The types of values that policies consist of.
@@ -60,6 +71,7 @@ struct PolicyMember {
     void* (*locate)(void* policy);
     /// Stores the DDS standard's default.
     void (*initialize)(void* policy);
+    /// Its text goes on after the member's name.
     QosFault (*fault)(const void* policy);
     /// Sets the member's counterpart, if there is one. May throw std::bad_alloc.
     void (*to_engine)(const void* policy, engine::Qos& qos);

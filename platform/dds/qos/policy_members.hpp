@@ -163,7 +163,8 @@ template <auto Kind, auto Depth>
 QosFault fault_of_depth(const void* policy) {
     const bool counts = ScalarValue<DDS_HistoryQosPolicyKind>::plain(value_of<Kind>(policy)) ==
                         DDS_KEEP_LAST_HISTORY_QOS;
-    return {counts && value_of<Depth>(policy) < 1 ? "depth below 1" : nullptr};
+    const DDS_Long depth = value_of<Depth>(policy);
+    return counts && depth < 1 ? QosFault("%d is below 1", depth) : QosFault();
 }
 
 template <>
@@ -181,7 +182,9 @@ QosFault contradiction_of_limits(const void* policy) {
     const auto& limits = *static_cast<const Limits*>(policy);
     const bool fit = limits.max_samples == DDS_LENGTH_UNLIMITED ||
                      limits.max_samples >= limits.max_samples_per_instance;
-    return {fit ? nullptr : "max_samples below max_samples_per_instance"};
+    return fit ? QosFault()
+               : QosFault("max_samples %d is below max_samples_per_instance %d", limits.max_samples,
+                          limits.max_samples_per_instance);
 }
 
 template <>
@@ -211,7 +214,9 @@ inline QosFault contradiction_of_service(const void* policy) {
     const auto& service = *static_cast<const DDS_DurabilityServiceQosPolicy*>(policy);
     const bool fit =
         fits(service.history_kind, service.history_depth, service.max_samples_per_instance);
-    return {fit ? nullptr : "history_depth above max_samples_per_instance"};
+    return fit ? QosFault()
+               : QosFault("history_depth %d is above max_samples_per_instance %d",
+                          service.history_depth, service.max_samples_per_instance);
 }
 
 template <>

@@ -126,11 +126,11 @@ QosFault OwnedValue<DDS_PropertySeq>::fault(const DDS_PropertySeq& value) {
     for (DDS_Long i = 0; i < length_of(value); ++i) {
         const std::string_view name = view_of(element_of(value, i).name);
         if (name.empty()) {
-            return {"a property without name"};
+            return QosFault("has a property without name at place %d", i);
         }
         for (DDS_Long j = 0; j < i; ++j) {
             if (view_of(element_of(value, j).name) == name) {
-                return {"two properties of the same name"};
+                return QosFault("has two properties of the name %s", element_of(value, i).name);
             }
         }
     }

@@ -28,7 +28,7 @@ struct ScalarValue {
         const int number = plain(value);
         const bool is_known =
             number >= 0 && static_cast<std::size_t>(number) < enumeration.names.size();
-        return {is_known ? nullptr : "unknown kind"};
+        return is_known ? QosFault() : QosFault("%d is no enumerator", number);
     }
 };
 
@@ -58,7 +58,7 @@ struct LimitValue : NumberValue<DDS_Long> {
     static constexpr ValueKind kind = ValueKind::limit;
     static QosFault fault(DDS_Long value) {
         const bool is_limit = value >= 1 || value == DDS_LENGTH_UNLIMITED;
-        return {is_limit ? nullptr : "a limit neither positive nor unlimited"};
+        return is_limit ? QosFault() : QosFault("%d is neither positive nor unlimited", value);
     }
 };
 
@@ -69,7 +69,8 @@ struct ScalarValue<DDS_Duration_t> {
     static engine::Nanoseconds plain(const DDS_Duration_t& value) { return to_nanoseconds(value); }
     static DDS_Duration_t from_plain(engine::Nanoseconds value) { return to_duration(value); }
     static QosFault fault(const DDS_Duration_t& value) {
-        return {is_valid(value) ? nullptr : "not a duration"};
+        return is_valid(value) ? QosFault()
+                               : QosFault("%d s %u ns is no duration", value.sec, value.nanosec);
     }
 };
 

@@ -110,7 +110,7 @@ TEST_F(ProfilePolicies, ABadValueIsRefusedWithWhatWasExpected) {
         {"durability", "sort", "x", "sort: unknown element, expected kind"},
         {"reliabilty", "kind", "x",
          "reliabilty: unknown element, expected durability durability_service deadline"},
-        {"history", "depth", "0", "history: inconsistent policy: depth below 1"},
+        {"history", "depth", "0", "history: inconsistent policy: depth 0 is below 1"},
         {"history", "depth", "2147483648", "depth: expected a number from -2147483648"},
         {"resource_limits", "max_samples", "0",
          "max_samples: expected a number from 1 to 2147483647 or LENGTH_UNLIMITED"},

@@ -187,25 +187,28 @@ constexpr DDS_ResourceLimitsQosPolicy four_of_five = {4, -1, 5};
 constexpr DDS_DurabilityServiceQosPolicy service = {{}, {}, 6, -1, -1, 5};
 
 const std::pair<Change, const char*> faults[] = {
-    {[](auto& w, auto&) { w.history.depth = 0; }, "policy history: depth below 1"},
-    {[](auto&, auto& r) { put(r.history.kind, 2); }, "policy history: unknown kind"},
-    {[](auto& w, auto&) { put(w.durability.kind, -1); }, "policy durability: unknown kind"},
-    {[](auto&, auto& r) { r.deadline.period = too_short; }, "policy deadline: not a duration"},
-    {[](auto& w, auto&) { w.lifespan.duration = malformed; }, "policy lifespan: not a duration"},
+    {[](auto& w, auto&) { w.history.depth = 0; }, "policy history: depth 0 is below 1"},
+    {[](auto&, auto& r) { put(r.history.kind, 2); }, "policy history: kind 2 is no enumerator"},
+    {[](auto& w, auto&) { put(w.durability.kind, -1); },
+     "policy durability: kind -1 is no enumerator"},
+    {[](auto&, auto& r) { r.deadline.period = too_short; },
+     "policy deadline: period -1 s 0 ns is no duration"},
+    {[](auto& w, auto&) { w.lifespan.duration = malformed; },
+     "policy lifespan: duration 1 s 1000000000 ns is no duration"},
     {[](auto& w, auto&) { w.resource_limits.max_samples = 0; },
-     "policy resource_limits: a limit neither positive nor unlimited"},
+     "policy resource_limits: max_samples 0 is neither positive nor unlimited"},
     {[](auto& w, auto&) { w.resource_limits.max_instances = -2; },
-     "policy resource_limits: a limit neither positive nor unlimited"},
+     "policy resource_limits: max_instances -2 is neither positive nor unlimited"},
     {[](auto&, auto& r) { r.resource_limits = four_of_five; },
-     "policy resource_limits: max_samples below max_samples_per_instance"},
+     "policy resource_limits: max_samples 4 is below max_samples_per_instance 5"},
     {[](auto& w, auto&) { w.history.depth = 6, w.resource_limits = five; },
-     "policies: history.depth above resource_limits.max_samples_per_instance"},
+     "policies: history.depth 6 is above resource_limits.max_samples_per_instance 5"},
     {[](auto& w, auto&) { w.durability_service = service; },
-     "policy durability_service: history_depth above max_samples_per_instance"},
+     "policy durability_service: history_depth 6 is above max_samples_per_instance 5"},
     {[](auto&, auto& r) {
          r.time_based_filter.minimum_separation = longer, r.deadline.period = one;
      },
-     "policies: deadline.period below time_based_filter.minimum_separation"},
+     "policies: deadline.period 1 s is below time_based_filter.minimum_separation 1.000000001 s"},
 };
 
 TEST(QosConsistency, NamesWhatIsInconsistent) {
