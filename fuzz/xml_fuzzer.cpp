@@ -63,8 +63,7 @@ void read_profiles(const std::string& text) {
     dds::xml::Parser document(dds::xml::ForeignElements::warnings);
     document.read_text("input", text);
     dds::ProfileStore store;
-    dds::add_profiles(document, store);
-    if (document.has_failed()) {
+    if (!dds::add_profiles(document, store)) {
         return;
     }
     for (const std::string& library : store.libraries()) {
@@ -72,8 +71,13 @@ void read_profiles(const std::string& text) {
             dds::OwnedQos<DDS_DomainParticipantQos> participant;
             dds::OwnedQos<DDS_DataWriterQos> writer;
             const dds::QosProfile* profile = store.find({library, name});
+            if (!store.refusal(*profile).empty()) {
+                continue;
+            }
             demand(store.fill(*profile, nullptr, participant.get()) == pexa::Status::ok);
             demand(store.fill(*profile, "topic", writer.get()) == pexa::Status::ok);
+            demand(store.fill(*profile, nullptr, writer.get()) == pexa::Status::ok);
+            demand(!dds::fault_of_qos(writer.get()) && !dds::fault_of_qos(participant.get()));
         }
     }
 }

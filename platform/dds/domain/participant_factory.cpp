@@ -1,6 +1,5 @@
 #include "platform/dds/domain/participant_factory.hpp"
 
-#include <cstdio>
 #include <utility>
 
 #include "pexa/config_logger.h"
@@ -95,15 +94,7 @@ Status Factory::get_libraries(const Operation& operation, DDS_StringSeq& names) 
 template <typename Record>
 Status Factory::get_profile_qos(const Operation& operation, Record& qos, const char* library,
                                 const char* profile, const char* topic_name) {
-    const std::shared_ptr<const ProfileStore> store = profiles_.get(operation);
-    const QosProfile* found = store->find({library, profile});
-    if (found == nullptr) {
-        char text[256];
-        std::snprintf(text, sizeof text, "looking for profile \"%s\" of library \"%s\"", profile,
-                      library);
-        return operation.failed(text, Status::no_data);
-    }
-    return store->fill(*found, topic_name, qos);
+    return profiles_.fill(operation, {library, profile}, topic_name, qos);
 }
 
 template Status Factory::get_profile_qos(const Operation&, DDS_DomainParticipantQos&, const char*,

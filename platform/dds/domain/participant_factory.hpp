@@ -56,7 +56,7 @@ public:
     Status get_libraries(const Operation& operation, DDS_StringSeq& names);
     /// Copies the QoS of one kind out of a profile.
     /// @param topic_name NULL matches no filter
-    /// @return NO_DATA after a report when there is no such profile
+    /// @return NO_DATA after a report when there is no such profile, ERROR when it is refused
     template <typename Record>
     Status get_profile_qos(const Operation& operation, Record& qos, const char* library,
                            const char* profile, const char* topic_name);

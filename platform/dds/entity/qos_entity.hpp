@@ -58,8 +58,12 @@ Result<const Record*> QosEntity<Record>::choose(const Operation& operation, cons
     if (qos != nullptr) {
         return qos;
     }
-    if (defaults_.copy_to(operation, topic_name(), copy.get()) != Status::ok) {
+    const Status copied = defaults_.copy_to(operation, topic_name(), copy.get());
+    if (copied == Status::out_of_resources) {
         return operation.out_of_memory();
+    }
+    if (copied != Status::ok) {
+        return copied;
     }
     return &std::as_const(copy).get();
 }

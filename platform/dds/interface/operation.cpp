@@ -35,6 +35,10 @@ Status Operation::failed(const char* step, Status reason) const {
     return report(name_, QEL_LOG_ANY_FAILURE_s, step, reason);
 }
 
+Status Operation::refused(const char* text, Status reason) const {
+    return report(name_, QEL_LOG_ANY_s, text, reason);
+}
+
 void Operation::warn(const char* text) const {
     QELLog_printContextAndMsg(QEL_LOG_MODULE_DDS, DDS_SUBMODULE_MASK_ENTITY, QEL_LOG_LEVEL_WARNING,
                               name_, &QEL_LOG_ANY_s, text);

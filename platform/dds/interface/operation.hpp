@@ -30,6 +30,8 @@ public:
     Status not_created(const char* object, Status reason) const;
     /// Reports that @p step failed. @return @p reason
     Status failed(const char* step, Status reason) const;
+    /// Reports @p text. @return @p reason
+    Status refused(const char* text, Status reason) const;
     /// Writes a report of @p text that changes nothing about the result.
     void warn(const char* text) const;
 

@@ -7,10 +7,13 @@
 
 namespace pexa::dds {
 
-/// Adds the profiles of a parsed document to a store. They replace profiles of the same name. After
-/// a fault the store is incomplete and of no use.
+/// Adds the profiles of a parsed document to a store. They replace profiles of the same name. A
+/// profile with a fault is entered as a refused one.
 ///
 /// @param document gets the faults of the contents
-void add_profiles(xml::Parser& document, ProfileStore& store);
+/// @return whether the store is of use: false for a document that could not be read, or that has
+/// too
+///   many profiles
+bool add_profiles(xml::Parser& document, ProfileStore& store);
 
 }  // namespace pexa::dds

@@ -50,21 +50,21 @@ std::vector<std::string> files_of_environment() {
     return files;
 }
 
-/// Adds the profiles of a file. After a fault the store is unchanged.
+/// Adds the profiles of a file. The store is unchanged if the file is of no use.
+/// @return whether it is of use
 bool add_file(const std::string& file_name, ProfileStore& store, Documents& documents) {
     auto document = std::make_unique<xml::Parser>(xml::ForeignElements::warnings);
     document->read_file(file_name);
     ProfileStore extended = store;
-    add_profiles(*document, extended);
-    const bool failed = document->has_failed();
+    const bool usable = add_profiles(*document, extended);
     documents.push_back(std::move(document));
-    if (!failed) {
+    if (usable) {
         store = std::move(extended);
     }
-    return !failed;
+    return usable;
 }
 
-/// @return whether no file had a fault.
+/// @return whether all files are of use.
 bool add_files(const std::vector<std::string>& file_names, ProfileStore& store,
                Documents& documents) {
     bool success = true;
@@ -110,6 +110,22 @@ Profiles::StorePtr Profiles::get(const Operation& operation) {
     }
     report(operation, documents);
     return store;
+}
+
+Result<const QosProfile*> Profiles::choose(const ProfileStore& store, const Operation& operation,
+                                           const ProfileName& name) {
+    const QosProfile* profile = store.find(name);
+    if (profile == nullptr) {
+        const std::string step =
+            "looking for profile \"" + name.profile + "\" of library \"" + name.qos_library + "\"";
+        return operation.failed(step.c_str(), Status::no_data);
+    }
+    const std::string refusal = store.refusal(*profile);
+    if (!refusal.empty()) {
+        const std::string text = "profile " + text_of(name) + " is refused: " + refusal;
+        return operation.refused(text.c_str(), Status::error);
+    }
+    return profile;
 }
 
 void Profiles::remember(const char* file_name) {

@@ -24,24 +24,39 @@ public:
     Status load(const Operation& operation, const char* file_name);
     Status reload(const Operation& operation);
 
-    /// Fills in the QoS of the default profile for entities of a topic. Without a default profile
-    /// that is the DDS standard's default.
+    /// Fills in the QoS of a profile for entities of a topic.
     /// @param topic_name may be NULL
-    /// @return OUT_OF_RESOURCES without memory
+    /// @return NO_DATA for an unknown and ERROR for a refused profile, after a report;
+    ///   OUT_OF_RESOURCES without memory
+    template <typename Record>
+    Status fill(const Operation& operation, const ProfileName& name, const char* topic_name,
+                Record& qos) {
+        return fill_from(*get(operation), operation, name, topic_name, qos);
+    }
+
+    /// As fill(), of the default profile. Without one that is the DDS standard's default.
     template <typename Record>
     Status fill_default(const Operation& operation, const char* topic_name, Record& qos) {
-        const std::shared_ptr<const ProfileStore> store = get(operation);
-        // Never destroyed: threads may make entities until the process has ended.
-        static const auto* const empty = new QosProfile;
-        const QosProfile* profile =
-            store->default_profile() ? store->find(*store->default_profile()) : empty;
-        return store->fill(*profile, topic_name, qos);
+        const StorePtr store = get(operation);
+        if (const std::optional<ProfileName>& name = store->default_profile()) {
+            return fill_from(*store, operation, *name, topic_name, qos);
+        }
+        const OwnedQos<Record> standard;
+        return qos_record::copy(policies_of<Record>(), &qos, &standard.get());
     }
 
 private:
     using StorePtr = std::shared_ptr<const ProfileStore>;
 
     StorePtr current() const;
+    static Result<const QosProfile*> choose(const ProfileStore& store, const Operation& operation,
+                                            const ProfileName& name);
+    template <typename Record>
+    static Status fill_from(const ProfileStore& store, const Operation& operation,
+                            const ProfileName& name, const char* topic_name, Record& qos) {
+        const Result<const QosProfile*> profile = choose(store, operation, name);
+        return profile ? store.fill(*profile.value(), topic_name, qos) : profile.status();
+    }
     /// Notes a file that load() has read. The caller holds the lock.
     void remember(const char* file_name);
 

@@ -10,7 +10,7 @@ namespace pexa::dds {
 namespace {
 
 template <typename Record>
-Status apply(const ProfileEntry<Record>& entry, Record& qos) {
+Status put_over(const ProfileEntry<Record>& entry, Record& qos) {
     for (const ProfileSetting& setting : entry.settings) {
         const PolicyMember& member = *setting.member;
         const Status stored = put_over(*member.type, member.locate(setting.row->locate(&qos)),
@@ -22,31 +22,77 @@ Status apply(const ProfileEntry<Record>& entry, Record& qos) {
     return Status::ok;
 }
 
-/// @return whether the entry sets something for a topic of that name.
-template <typename Record>
-bool is_for(const ProfileEntry<Record>& entry, const char* topic_name) {
-    return !entry.topic_filter ||
-           (topic_name != nullptr && matches(topic_name, *entry.topic_filter, {'*', '?'}));
+bool chooses(const TopicChoice& topic, const std::optional<std::string>& filter) {
+    return !filter || topic.any ||
+           (topic.name != nullptr && matches(topic.name, *filter, {'*', '?'}));
 }
 
-/// Entries without filter come first.
+}  // namespace
+
+std::string text_of(const ProfileName& name) {
+    return name.qos_library + "::" + name.profile;
+}
+
 template <typename Record>
-Status apply(const QosProfile& profile, const char* topic_name, Record& qos) {
+Inheritance<Record>::Inheritance(const ProfileStore& store, const QosProfile& profile,
+                                 TopicChoice topic)
+    : store_(store), derived_(profile), topic_(topic) {
+    add(profile);
+}
+
+template <typename Record>
+void Inheritance<Record>::add(const QosProfile& profile) {
+    if (profile.base) {
+        add_base(*profile.base);
+    }
     for (const bool has_filter : {false, true}) {
         for (const auto& entry : profile.entries<Record>()) {
-            if (entry->topic_filter.has_value() != has_filter || !is_for(*entry, topic_name)) {
-                continue;
+            if (entry->topic_filter.has_value() == has_filter &&
+                chooses(topic_, entry->topic_filter)) {
+                entries_.push_back(entry.get());
             }
-            const Status applied = apply(*entry, qos);
-            if (applied != Status::ok) {
-                return applied;
-            }
+        }
+    }
+}
+
+template <typename Record>
+void Inheritance<Record>::add_base(const ProfileName& name) {
+    const QosProfile* base = store_.find(name);
+    if (!fault_.empty()) {
+        return;
+    }
+    if (base == nullptr) {
+        fault_ = "unknown base " + text_of(name);
+    } else if (base == &derived_) {
+        fault_ = "inherits from itself through " + text_of(name);
+    } else if (!base->refusal.empty()) {
+        fault_ = "its base " + text_of(name) + " is refused: " + base->refusal;
+    } else if (bases_.size() == DDS_QOS_PROFILE_MAX_BASES) {
+        fault_ =
+            "inherits through more than " + std::to_string(DDS_QOS_PROFILE_MAX_BASES) + " profiles";
+    } else {
+        bases_.push_back(base);
+        add(*base);
+    }
+}
+
+template <typename Record>
+Status Inheritance<Record>::apply(Record& qos) const {
+    for (const ProfileEntry<Record>* entry : entries_) {
+        const Status applied = put_over(*entry, qos);
+        if (applied != Status::ok) {
+            return applied;
         }
     }
     return Status::ok;
 }
 
-}  // namespace
+template class Inheritance<DDS_DomainParticipantQos>;
+template class Inheritance<DDS_TopicQos>;
+template class Inheritance<DDS_PublisherQos>;
+template class Inheritance<DDS_SubscriberQos>;
+template class Inheritance<DDS_DataWriterQos>;
+template class Inheritance<DDS_DataReaderQos>;
 
 void ProfileStore::put(const ProfileName& name, std::shared_ptr<const QosProfile> profile) {
     libraries_[name.qos_library][name.profile] = std::move(profile);
@@ -91,41 +137,27 @@ std::vector<std::string> ProfileStore::profiles(const std::string& library) cons
     return names;
 }
 
-std::optional<std::string> ProfileStore::fault_of_bases(const QosProfile& profile) const {
-    int count = 0;
-    for (const QosProfile* derived = &profile; derived->base;) {
-        const QosProfile* base = find(*derived->base);
-        const std::string name = derived->base->qos_library + "::" + derived->base->profile;
-        if (base == nullptr) {
-            return "unknown base " + name;
+std::string ProfileStore::fault_of_bases(const QosProfile& profile) const {
+    std::string fault;
+    for_each_kind([&]<typename Record>() {
+        if (fault.empty()) {
+            fault = Inheritance<Record>(*this, profile, {.any = true}).fault();
         }
-        if (base == &profile) {
-            return "inherits from itself through " + name;
-        }
-        if (++count > DDS_QOS_PROFILE_MAX_BASES) {
-            return "inherits through more than " + std::to_string(DDS_QOS_PROFILE_MAX_BASES) +
-                   " profiles";
-        }
-        derived = base;
-    }
-    return std::nullopt;
+    });
+    return fault;
+}
+
+std::string ProfileStore::refusal(const QosProfile& profile) const {
+    return profile.refusal.empty() ? fault_of_bases(profile) : profile.refusal;
 }
 
 template <typename Record>
 Status ProfileStore::fill(const QosProfile& profile, const char* topic_name, Record& qos) const {
-    std::vector<const QosProfile*> chain{&profile};
-    while (chain.back()->base) {
-        chain.push_back(find(*chain.back()->base));
-    }
-    std::reverse(chain.begin(), chain.end());
     OwnedQos<Record> result;
-    for (const QosProfile* member : chain) {
-        const Status applied = apply(*member, topic_name, result.get());
-        if (applied != Status::ok) {
-            return applied;
-        }
-    }
-    return qos_record::copy(policies_of<Record>(), &qos, &result.get());
+    const Status applied =
+        Inheritance<Record>(*this, profile, {.name = topic_name}).apply(result.get());
+    return applied == Status::ok ? qos_record::copy(policies_of<Record>(), &qos, &result.get())
+                                 : applied;
 }
 
 template Status ProfileStore::fill(const QosProfile&, const char*, DDS_DomainParticipantQos&) const;

@@ -60,11 +60,13 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_set_default_participant_q
  * the same name from files before it. The order is: first USER_QOS_PROFILES.xml in the working
  * directory, if there is one, then the files that the environment variable PEXA_QOS_PROFILES lists,
  * separated by ';', then those that the application loads. The first two are read once, when the
- * factory first needs a profile or a default. A file with any error adds nothing; the errors are
- * reported in the middleware's log with file and line.
+ * factory first needs a profile or a default. A profile with an error is refused, and the other
+ * profiles of its file are loaded; a file that cannot be read adds nothing. Each error is reported
+ * in the middleware's log with file and line. A refused profile, or one that inherits from it,
+ * gives ERROR, and the report says why it was refused.
  *
  * A profile with `is_default_qos` (the last one that was loaded) gives the default QoS of all
- * entities where no other default is set.
+ * entities where no other default is set. If it is refused, no entity gets a default QoS.
  * @{
  */
 /** Most profiles altogether. */
@@ -76,7 +78,8 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_set_default_participant_q
 
 /**
  * Loads the profiles of a file, which remains one of the factory's files.
- * @return OK; ERROR when the file has errors, or OUT_OF_RESOURCES, and nothing is changed;
+ * @return OK, also if profiles were refused; ERROR when the file cannot be read, or
+ *   OUT_OF_RESOURCES, and nothing is changed;
  *   PRECONDITION_NOT_MET in a logger device that is called while this thread reads the files of the
  *   environment.
  */
@@ -84,11 +87,15 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_load_qos_profiles(
     DDS_DomainParticipantFactory* self, const char* fileName);
 /**
  * Reads all files anew; existing entities keep their QoS.
- * @return OK; ERROR when one of the files has errors, or OUT_OF_RESOURCES, and nothing is changed.
+ * @return OK, also if profiles were refused; ERROR when one of the files cannot be read, or
+ *   OUT_OF_RESOURCES, and nothing is changed.
  */
 PEXA_API DDS_ReturnCode_t
 DDS_DomainParticipantFactory_reload_qos_profiles(DDS_DomainParticipantFactory* self);
-/** Fills @p names with the profile names of a library; a library that is not loaded has none. */
+/**
+ * Fills @p names with the profile names of a library, also of refused profiles. A library that is
+ * not loaded has none.
+ */
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_get_qos_profiles(
     DDS_DomainParticipantFactory* self, DDS_StringSeq* names, const char* library);
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_get_qos_profile_libraries(

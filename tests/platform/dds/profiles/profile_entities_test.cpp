@@ -123,6 +123,15 @@ TEST_F(ProfiledEntities, TheDefaultProfilesFiltersGoByTheTopicsName) {
     EXPECT_EQ(depth(), 3);
     ASSERT_EQ(load(library("<qos_profile name='P'/>")), DDS_RETCODE_OK);
     EXPECT_EQ(depth(), 1) << "the profile is no default any more";
+
+    // A refused default profile is not passed over.
+    ASSERT_EQ(load(library("<qos_profile name='Q' is_default_qos='1'>\n<x/></qos_profile>")),
+              DDS_RETCODE_OK);
+    Reports reports;
+    EXPECT_EQ(other.default_writer(), nullptr);
+    EXPECT_TRUE(has_line(reports.take(),
+                         "DDS_Publisher_create_datawriter:profile L::Q is refused: "
+                         "loaded.xml:2: x: unknown element"));
 }
 
 }  // namespace

@@ -25,24 +25,63 @@ TEST_F(ProfileSources, AreTheWorkingDirectoryThenTheEnvironmentThenTheApplicatio
     DDS_StringSeq_finalize(&names);
 }
 
-TEST_F(ProfileSources, AreReadOnceAndABrokenOneIsLeftOut) {
+TEST_F(ProfileSources, AreReadOnceAndOneThatCannotBeReadIsLeftOut) {
     write("good.xml", library(priority_profile("A", 1)));
-    write("bad.xml", "<dds>\n<qos_library name='L'>\n" + priority_profile("A", 2) +
-                         "\n<profile/></qos_library></dds>");
+    write("bad.xml", "<dds>\n<qos_library name='L'>\n" + priority_profile("A", 2) + "</dds>");
     setenv("PEXA_QOS_PROFILES", "missing.xml;good.xml;bad.xml", 1);
     Reports reports;
     EXPECT_EQ(priority_of("A"), 1);
     const auto lines = reports.take();
     EXPECT_TRUE(has_line(lines, "missing.xml:0: the file cannot be read"));
-    EXPECT_TRUE(has_line(lines, "bad.xml:4: profile: unknown element, expected qos_profile"));
+    EXPECT_TRUE(has_line(lines, "bad.xml:3: qos_library: not well-formed: mismatched tag"));
     EXPECT_EQ(priority_of("A"), 1);
     EXPECT_FALSE(has_line(reports.take(), "missing.xml"));
-    // An element for others is a warning, and the profiles count.
-    EXPECT_EQ(load("<dds>\n<logger/><qos_library name='L'>" + priority_profile("A", 3) +
-                   "</qos_library></dds>"),
-              DDS_RETCODE_OK);
-    EXPECT_TRUE(has_line(reports.take(), "loaded.xml:2: logger: unknown element, expected types"));
-    EXPECT_EQ(priority_of("A"), 3);
+    std::string many;
+    for (int i = 0; i <= DDS_QOS_PROFILE_MAX_COUNT; ++i) {
+        many += "<qos_profile name='" + std::to_string(i) + "'/>";
+    }
+    EXPECT_EQ(load(library(many)), DDS_RETCODE_ERROR);
+    EXPECT_TRUE(has_line(reports.take(), "1: qos_profile: expected at most 1024 profiles"));
+    EXPECT_EQ(profiles_of("L"), Names{"A"});
+}
+
+TEST_F(ProfileSources, AMistakeBesideTheProfilesIsSeenAtTheDefaultVerbosity) {
+    const std::string profile = priority_profile("A", 1);
+    const std::string good = "<qos_library name='L'>" + profile + "</qos_library>";
+    const struct {
+        std::string content;
+        const char* report;  ///< NULL for none
+    } cases[] = {
+        {"\n<qos_libary name='M'/>" + good,
+         "2: qos_libary: unknown element, its profiles are not read: expected qos_library"},
+        {good + "<QoS_Library/>", "1: QoS_Library: unknown element, its profiles are not read"},
+        {good + "<profiles>" + profile + "</profiles>",
+         "1: profiles: unknown element, its profiles are not read: expected qos_library"},
+        {good + profile, "1: qos_profile: expected inside qos_library, without which no entity"},
+        {good + "<topic_qos/>", "1: topic_qos: expected inside qos_library"},
+        {good + "<qos_library name='M'>\n<qos_profil name='B'/></qos_library>",
+         "2: qos_profil: unknown element, expected qos_profile"},
+        {good + "<qos_library><qos_profile name='B'/></qos_library>",
+         "1: qos_library: expected an attribute name, not empty and without ::"},
+        {"<qos_library name='L'>" + profile + "<qos_profile name='x::y'/></qos_library>",
+         "1: qos_profile: expected an attribute name, not empty and without ::"},
+        {good + "<types><qos_profiles/></types><data/><domain_library name='D'><domain name='d'/>"
+                "</domain_library><application_library/><domain_participant_library/>"
+                "<logger/><orvane><enabled>no</enabled></orvane>",
+         nullptr},
+    };
+    Reports reports;
+    QELLog_setInstrumentationMask(QEL_LOG_MODULE_DDS, QEL_LOG_BIT(QEL_LOG_LEVEL_ERROR));
+    for (const auto& row : cases) {
+        start_again();
+        EXPECT_EQ(load("<dds>" + row.content + "</dds>"), DDS_RETCODE_OK);
+        const auto lines = reports.take();
+        EXPECT_EQ(lines.size(), row.report != nullptr ? 1U : 0U) << row.content;
+        EXPECT_TRUE(row.report == nullptr ||
+                    has_line(lines, std::string(":loaded.xml:") + row.report))
+            << row.report;
+        EXPECT_EQ(priority_of("A"), 1) << "the others count: " << row.content;
+    }
 }
 
 TEST_F(ProfileSources, ReloadingReadsAllFilesAnewOrNone) {
