@@ -1,6 +1,7 @@
 #include "platform/dds/interface/operation.hpp"
 
 #include "pexa/log.h"
+#include "platform/internal/standard_error.hpp"
 
 namespace pexa::dds {
 
@@ -36,7 +37,15 @@ Status Operation::failed(const char* step, Status reason) const {
 }
 
 Status Operation::refused(const char* text, Status reason) const {
+    tell_if_silent(text);
     return report(name_, QEL_LOG_ANY_s, text, reason);
+}
+
+void Operation::tell_if_silent(const char* text) const {
+    const DDS_UnsignedLong passing = QELLog_getInstrumentationMask(QEL_LOG_MODULE_DDS);
+    if ((passing & QEL_LOG_BIT(QEL_LOG_LEVEL_ERROR)) == 0) {
+        write_to_standard_error(name_, ":", text);
+    }
 }
 
 void Operation::warn(const char* text) const {

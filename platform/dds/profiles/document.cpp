@@ -268,8 +268,7 @@ private:
         DDS_XMLError fault{};
         profile.refusal = "its file has too many faults";
         if (faults_.get_fault(faults_before, fault) == Status::ok) {
-            profile.refusal = std::string(fault.fileName) + ":" + std::to_string(fault.line) +
-                              ": " + fault.tagName + ": " + fault.message;
+            profile.refusal = text_of(fault);
         }
     }
 

@@ -22,6 +22,9 @@ inline const Element* next_sibling(const Element& element) {
     return static_cast<const Element*>(element.nextSibling);
 }
 
+/// @return the fault with its place, FILE:LINE: ELEMENT: MESSAGE.
+std::string text_of(const DDS_XMLError& fault);
+
 /// Adds a fault about an element.
 void add_fault(xml::Parser& faults, const Element& element, std::string_view message);
 /// Adds a fault about an unknown name, with the names that are known.

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/dds/profiles/document.hpp"
+#include "platform/dds/profiles/elements.hpp"
 
 namespace pexa::dds {
 namespace {
@@ -77,6 +78,10 @@ bool add_files(const std::vector<std::string>& file_names, ProfileStore& store,
 void report(const Operation& operation, const Documents& documents) {
     for (const auto& document : documents) {
         document->report_faults(operation);
+        DDS_XMLError fault{};
+        for (DDS_Long i = 0; document->get_fault(i, fault) == Status::ok; ++i) {
+            operation.tell_if_silent(text_of(fault).c_str());
+        }
     }
 }
 

@@ -3,11 +3,11 @@
 #include <new>
 
 #include "pexa/log.h"
+#include "platform/dds/interface/operation.hpp"
 
 namespace pexa::dds::qos_record {
 namespace {
 
-constexpr QELLogMessageTemplate inconsistent_s{"inconsistent %s"};
 constexpr QELLogMessageTemplate immutable_policy_s{"policy cannot change while enabled: %s"};
 
 void* locate(const PolicyRow& row, void* record) {
@@ -81,8 +81,8 @@ QosFault fault(const PolicyTable& table, const void* record) noexcept {
 
 Status check(const PolicyTable& table, const char* context, const void* record) noexcept {
     if (const QosFault found = fault(table, record)) {
-        report(context, inconsistent_s, found.text.data());
-        return Status::inconsistent_policy;
+        const QosFault told("inconsistent %s", found.text.data());
+        return Operation(context).refused(told.text.data(), Status::inconsistent_policy);
     }
     return Status::ok;
 }

@@ -6,7 +6,7 @@
 #include <mutex>
 
 #include "platform/engine/cyclone/domain_trace.hpp"
-#include "platform/engine/cyclone/standard_error.hpp"
+#include "platform/internal/standard_error.hpp"
 
 namespace pexa::engine {
 
@@ -80,7 +80,7 @@ extern "C" void forward_log(void*, const dds_log_data_t* data) {
         if (!line.empty()) {
             if (category == LogCategory::fatal) {
                 // The process ends right after this line.
-                cyclone::write_to_standard_error(line);
+                write_to_standard_error(line);
             }
             target.sink(target.context, category, line);
         }

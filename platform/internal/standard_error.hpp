@@ -12,10 +12,11 @@
 
 #include "platform/internal/signals.hpp"
 
-namespace pexa::engine::cyclone {
+namespace pexa {
 
-/// Writes a line on standard error, unless that blocks.
-inline void write_to_standard_error(std::string_view line) {
+/// Writes a line that consists of these texts on standard error, unless that blocks.
+template <typename... Texts>
+void write_to_standard_error(const Texts&... texts) {
     const PipeSignalHeld signal;
     constexpr int patience_ms = 1000;
     pollfd ready = {STDERR_FILENO, POLLOUT, 0};
@@ -23,9 +24,12 @@ inline void write_to_standard_error(std::string_view line) {
         return;
     }
     char end = '\n';
-    const iovec parts[] = {{const_cast<char*>(line.data()), line.size()}, {&end, 1}};
+    const auto part = [](std::string_view text) {
+        return iovec{const_cast<char*>(text.data()), text.size()};
+    };
+    const iovec parts[] = {part(texts)..., {&end, 1}};
     // There is no other place to report a failure.
     std::ignore = writev(STDERR_FILENO, parts, std::size(parts));
 }
 
-}  // namespace pexa::engine::cyclone
+}  // namespace pexa
