@@ -7,6 +7,7 @@
 
 #include "pexa/domain.h"
 #include "platform/dds/profiles/consistency.hpp"
+#include "platform/dds/profiles/fixed_policies.hpp"
 #include "platform/dds/profiles/values.hpp"
 #include "platform/dds/xml/truth_value.hpp"
 
@@ -16,6 +17,9 @@ namespace {
 using Names = std::vector<std::string_view>;
 
 constexpr std::string_view library_element = "qos_library";
+constexpr std::string_view profile_element = "qos_profile";
+constexpr std::string_view default_attribute = "is_default_qos";
+constexpr std::string_view base_element = "base_name";
 constexpr std::string_view name_separator = "::";
 
 /// @return the policies that profiles can set.
@@ -29,40 +33,137 @@ std::vector<const PolicyRow*> settable_policies(const PolicyTable& table) {
     return rows;
 }
 
+void add_base(xml::Parser& faults, const Element& element, std::string_view text,
+              std::vector<BaseName>& bases) {
+    constexpr std::size_t most_parts = 3;
+    BaseName name;
+    for (std::size_t end = 0; end != std::string_view::npos;) {
+        end = text.find(name_separator);
+        name.emplace_back(text.substr(0, end));
+        text.remove_prefix(end != std::string_view::npos ? end + name_separator.size() : 0);
+    }
+    if (name.size() <= most_parts && std::find(name.begin(), name.end(), "") == name.end()) {
+        bases.push_back(std::move(name));
+    } else {
+        add_fault(faults, element, "base_name: expected names of the form library::profile");
+    }
+}
+
+/// Reads the attribute base_name, whose names stand between commas or white space.
+void read_base_attribute(xml::Parser& faults, const Element& element,
+                         std::vector<BaseName>& bases) {
+    const std::string* attribute = element.attribute(base_element);
+    if (attribute == nullptr) {
+        return;
+    }
+    constexpr std::string_view separators = ", \t\r\n";
+    const std::string_view text = *attribute;
+    std::size_t begin = text.find_first_not_of(separators);
+    if (begin == std::string_view::npos) {
+        add_base(faults, element, "", bases);
+    }
+    while (begin != std::string_view::npos) {
+        const std::size_t end = text.find_first_of(separators, begin);
+        add_base(faults, element, text.substr(begin, end - begin), bases);
+        begin = text.find_first_not_of(separators, end);
+    }
+}
+
+/// Reads an element base_name, with an element for each name.
+void read_base_element(xml::Parser& faults, const Element& element, std::vector<BaseName>& bases) {
+    static constexpr std::array<std::string_view, 1> names{"element"};
+    check_attributes(faults, element);
+    for_each_child(faults, element, names, Repetition::allowed,
+                   [&](const Element& child, std::size_t) {
+                       add_base(faults, child, text_of(faults, child), bases);
+                   });
+}
+
+/// Sizes that others allocate in advance. Nothing depends on them here.
+bool is_initial_size(std::string_view name) {
+    return name == "initial_samples" || name == "initial_instances";
+}
+
 void read_policy(xml::Parser& faults, const Element& element, const PolicyRow& row, void* record,
                  std::vector<ProfileSetting>& settings) {
+    const std::span<const PolicyMember> members = row.policy->members;
     Names names;
-    for (const PolicyMember& member : row.policy->members) {
+    for (const PolicyMember& member : members) {
         names.emplace_back(member.name);
+    }
+    if (members.front().type->kind == ValueKind::octets) {
+        names.emplace_back("valueB64");
+    } else if (std::string_view(row.name) == "resource_limits") {
+        names.insert(names.end(), {"initial_samples", "initial_instances"});
     }
     check_attributes(faults, element);
     void* policy = row.locate(record);
     for_each_child(faults, element, names, Repetition::refused,
                    [&](const Element& child, std::size_t place) {
-                       const PolicyMember& member = row.policy->members[place];
+                       if (is_initial_size(child.tagName)) {
+                           DDS_Long size = 0;
+                           return read_value(faults, child, *members.front().type, &size);
+                       }
+                       const PolicyMember& member = members[place % members.size()];
                        read_value(faults, child, *member.type, member.locate(policy));
                        settings.push_back({&row, &member, policy, element.line});
                    });
 }
 
+/// @return the element's name attribute, empty after a fault.
+std::string name_of(xml::Parser& faults, const Element& element) {
+    const std::string* name = element.attribute("name");
+    if (name == nullptr || name->empty() || name->find(name_separator) != std::string::npos) {
+        add_fault(faults, element, "expected an attribute name, not empty and without ::");
+        return {};
+    }
+    return *name;
+}
+
+template <typename Record>
+void read_attributes(xml::Parser& faults, const Element& element, const QosProfile& profile,
+                     ProfileEntry<Record>& entry) {
+    static constexpr std::array<std::string_view, 3> names{"name", base_element, "topic_filter"};
+    check_attributes(faults, element,
+                     std::span(names).first(names.size() - (is_of_topics<Record> ? 0 : 1)));
+    if (const std::string* filter = element.attribute("topic_filter")) {
+        entry.topic_filter = *filter;
+    }
+    read_base_attribute(faults, element, entry.bases);
+    if (element.attribute("name") == nullptr) {
+        return;
+    }
+    entry.name = name_of(faults, element);
+    const auto& others = profile.entries<Record>();
+    if (std::any_of(others.begin(), others.end(),
+                    [&](const auto& other) { return other->name == entry.name; })) {
+        add_fault(faults, element, "expected an element of this name once only");
+    }
+}
+
 template <typename Record>
 void read_entry(xml::Parser& faults, const Element& element, QosProfile& profile) {
-    static constexpr std::array<std::string_view, 1> topic_attributes{"topic_filter"};
-    check_attributes(
-        faults, element,
-        std::span(topic_attributes).first(is_of_topics<Record> ? topic_attributes.size() : 0));
     auto entry = std::make_unique<ProfileEntry<Record>>();
-    if (const std::string* filter = element.attribute("topic_filter")) {
-        entry->topic_filter = *filter;
-    }
+    read_attributes(faults, element, profile, *entry);
     const std::vector<const PolicyRow*> policies = settable_policies(policies_of<Record>());
+    const std::span<const FixedPolicy> fixed = fixed_policies<Record>();
     Names names;
     for (const PolicyRow* row : policies) {
         names.emplace_back(row->name);
     }
+    for (const FixedPolicy& policy : fixed) {
+        names.push_back(policy.name);
+    }
+    names.push_back(base_element);
     for_each_child(
         faults, element, names, Repetition::refused, [&](const Element& child, std::size_t place) {
-            read_policy(faults, child, *policies[place], &entry->values.get(), entry->settings);
+            if (place < policies.size()) {
+                read_policy(faults, child, *policies[place], &entry->values.get(), entry->settings);
+            } else if (place < policies.size() + fixed.size()) {
+                check_fixed_policy(faults, child, fixed[place - policies.size()]);
+            } else {
+                read_base_element(faults, child, entry->bases);
+            }
         });
     profile.entries<Record>().push_back(std::move(entry));
 }
@@ -75,8 +176,9 @@ struct EntryElement {
 template <typename Record>
 constexpr EntryElement entry_element{element_of_kind<Record>, read_entry<Record>};
 
-constexpr std::array<EntryElement, 7> entry_elements{{
+constexpr std::array<EntryElement, 8> entry_elements{{
     entry_element<DDS_DomainParticipantQos>,
+    {"domainparticipant_qos", read_entry<DDS_DomainParticipantQos>},
     {"participant_qos", read_entry<DDS_DomainParticipantQos>},
     entry_element<DDS_TopicQos>,
     entry_element<DDS_PublisherQos>,
@@ -94,7 +196,7 @@ constexpr auto entry_names = [] {
 }();
 
 bool is_profile(const Element& element) {
-    return std::string_view(element.tagName) == "qos_profile" ||
+    return element.tagName == profile_element ||
            std::find(entry_names.begin(), entry_names.end(), element.tagName) != entry_names.end();
 }
 
@@ -172,46 +274,49 @@ private:
         }
     }
 
-    /// @return the element's name attribute, empty after a fault.
-    std::string name_of(const Element& element) {
-        const std::string* name = element.attribute("name");
-        if (name == nullptr || name->empty() || name->find(name_separator) != std::string::npos) {
-            add_fault(faults_, element, "expected an attribute name, not empty and without ::");
-            return {};
-        }
-        return *name;
-    }
-
     void read_library(const Element& element) {
         static constexpr std::array<std::string_view, 1> attributes{"name"};
-        static constexpr std::array<std::string_view, 1> children{"qos_profile"};
         check_attributes(faults_, element, attributes);
-        const std::string library = name_of(element);
+        const std::string library = name_of(faults_, element);
+        Names children{profile_element};
+        children.insert(children.end(), entry_names.begin(), entry_names.end());
         for_each_child(faults_, element, children, Repetition::allowed,
-                       [&](const Element& child, std::size_t) { read_profile(child, library); });
-    }
-
-    void read_profile(const Element& element, const std::string& library) {
-        static constexpr std::array<std::string_view, 3> attributes{"name", "base_name",
-                                                                    "is_default_qos"};
-        const DDS_Long faults_before = faults_.fault_count();
-        check_attributes(faults_, element, attributes);
-        const ProfileName name{library, name_of(element)};
-        auto profile = std::make_shared<QosProfile>();
-        read_base(element, library, *profile);
-        for_each_child(faults_, element, entry_names, Repetition::allowed,
                        [&](const Element& child, std::size_t place) {
-                           entry_elements[place].read(faults_, child, *profile);
+                           const DDS_Long faults_before = faults_.fault_count();
+                           auto profile = std::make_shared<QosProfile>();
+                           profile->name = {library, name_of(faults_, child)};
+                           if (place == 0) {
+                               read_profile(child, *profile);
+                           } else {
+                               // An entry by itself is a profile of this one entry.
+                               entry_elements[place - 1].read(faults_, child, *profile);
+                           }
+                           if (!profile->name.profile.empty() && !library.empty()) {
+                               enter(child, profile);
+                               refuse_after(faults_before, *profile);
+                           }
                        });
-        if (name.profile.empty() || library.empty()) {
-            return;
-        }
-        enter(element, name, profile);
-        refuse_after(faults_before, *profile);
     }
 
-    void enter(const Element& element, const ProfileName& name,
-               const std::shared_ptr<QosProfile>& profile) {
+    void read_profile(const Element& element, QosProfile& profile) {
+        static constexpr std::array<std::string_view, 3> attributes{"name", base_element,
+                                                                    default_attribute};
+        check_attributes(faults_, element, attributes);
+        read_base_attribute(faults_, element, profile.bases);
+        Names children(entry_names.begin(), entry_names.end());
+        children.push_back(base_element);
+        for_each_child(faults_, element, children, Repetition::allowed,
+                       [&](const Element& child, std::size_t place) {
+                           if (place < entry_elements.size()) {
+                               entry_elements[place].read(faults_, child, profile);
+                           } else {
+                               read_base_element(faults_, child, profile.bases);
+                           }
+                       });
+    }
+
+    void enter(const Element& element, const std::shared_ptr<QosProfile>& profile) {
+        const ProfileName& name = profile->name;
         const auto [place, is_new] =
             profiles_.try_emplace({name.qos_library, name.profile}, profile);
         if (!is_new) {
@@ -227,25 +332,13 @@ private:
             }
             return;
         }
-        store_.put(name, profile);
+        store_.put(profile);
         unjudged_.emplace(profile.get(), ReadProfile{&element, profile});
         read_default(element, name);
     }
 
-    void read_base(const Element& element, const std::string& library, QosProfile& profile) {
-        const std::string* base = element.attribute("base_name");
-        if (base == nullptr) {
-            return;
-        }
-        const std::size_t separator = base->find(name_separator);
-        profile.base = separator == std::string::npos
-                           ? ProfileName{library, *base}
-                           : ProfileName{base->substr(0, separator),
-                                         base->substr(separator + name_separator.size())};
-    }
-
     void read_default(const Element& element, const ProfileName& name) {
-        const std::string* text = element.attribute("is_default_qos");
+        const std::string* text = element.attribute(default_attribute);
         if (text == nullptr) {
             return;
         }

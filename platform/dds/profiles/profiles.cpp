@@ -127,7 +127,8 @@ Result<const QosProfile*> Profiles::choose(const ProfileStore& store, const Oper
     }
     const std::string refusal = store.refusal(*profile);
     if (!refusal.empty()) {
-        const std::string text = "profile " + text_of(name) + " is refused: " + refusal;
+        const std::string text =
+            "profile " + text_of({name.qos_library, name.profile}) + " is refused: " + refusal;
         return operation.refused(text.c_str(), Status::error);
     }
     return profile;

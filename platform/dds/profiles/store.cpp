@@ -29,51 +29,98 @@ bool chooses(const TopicChoice& topic, const std::optional<std::string>& filter)
 
 }  // namespace
 
-std::string text_of(const ProfileName& name) {
-    return name.qos_library + "::" + name.profile;
+std::string text_of(const BaseName& name) {
+    std::string text;
+    for (const std::string& part : name) {
+        text += text.empty() ? part : "::" + part;
+    }
+    return text;
 }
 
 template <typename Record>
 Inheritance<Record>::Inheritance(const ProfileStore& store, const QosProfile& profile,
                                  TopicChoice topic)
-    : store_(store), derived_(profile), topic_(topic) {
+    : store_(store), topic_(topic), open_{&profile} {
     add(profile);
 }
 
 template <typename Record>
 void Inheritance<Record>::add(const QosProfile& profile) {
-    if (profile.base) {
-        add_base(*profile.base);
+    for (const BaseName& base : profile.bases) {
+        add_base(profile, nullptr, base);
     }
     for (const bool has_filter : {false, true}) {
         for (const auto& entry : profile.entries<Record>()) {
             if (entry->topic_filter.has_value() == has_filter &&
                 chooses(topic_, entry->topic_filter)) {
-                entries_.push_back(entry.get());
+                add(profile, *entry);
             }
         }
     }
 }
 
 template <typename Record>
-void Inheritance<Record>::add_base(const ProfileName& name) {
-    const QosProfile* base = store_.find(name);
+void Inheritance<Record>::add(const QosProfile& profile, const Entry& entry) {
+    for (const BaseName& base : entry.bases) {
+        add_base(profile, &entry, base);
+    }
+    entries_.push_back(&entry);
+}
+
+template <typename Record>
+void Inheritance<Record>::add_base(const QosProfile& profile, const Entry* entry,
+                                   const BaseName& name) {
     if (!fault_.empty()) {
         return;
     }
-    if (base == nullptr) {
-        fault_ = "unknown base " + text_of(name);
-    } else if (base == &derived_) {
-        fault_ = "inherits from itself through " + text_of(name);
-    } else if (!base->refusal.empty()) {
-        fault_ = "its base " + text_of(name) + " is refused: " + base->refusal;
+    const Base base = find(profile, entry, name);
+    const std::string text =
+        name.size() == 1 ? text_of(BaseName{profile.name.qos_library, name[0]}) : text_of(name);
+    if (base.profile == nullptr) {
+        fault_ = "unknown base " + text;
+    } else if (std::find(open_.begin(), open_.end(), base.identity()) != open_.end()) {
+        fault_ = "inherits from itself through " + text;
+    } else if (base.profile != &profile && !base.profile->refusal.empty()) {
+        fault_ = "its base " + text + " is refused: " + base.profile->refusal;
     } else if (bases_.size() == DDS_QOS_PROFILE_MAX_BASES) {
-        fault_ =
-            "inherits through more than " + std::to_string(DDS_QOS_PROFILE_MAX_BASES) + " profiles";
+        fault_ = "has more than " + std::to_string(DDS_QOS_PROFILE_MAX_BASES) + " bases";
     } else {
-        bases_.push_back(base);
-        add(*base);
+        bases_.push_back(base.profile);
+        open_.push_back(base.identity());
+        if (base.entry != nullptr) {
+            add(*base.profile, *base.entry);
+        } else {
+            add(*base.profile);
+        }
+        open_.pop_back();
     }
+}
+
+/// The innermost scope comes first, as in C++.
+template <typename Record>
+typename Inheritance<Record>::Base Inheritance<Record>::find(const QosProfile& profile,
+                                                             const Entry* entry,
+                                                             const BaseName& name) const {
+    const auto entry_of = [&](const QosProfile* owner, const std::string& wanted) -> Base {
+        if (entry != nullptr && owner != nullptr) {
+            for (const auto& each : owner->entries<Record>()) {
+                if (each->name == wanted && each.get() != entry) {
+                    return {owner, each.get()};
+                }
+            }
+        }
+        return {};
+    };
+    const std::string& library = profile.name.qos_library;
+    if (name.size() == 3) {
+        return entry_of(store_.find({name[0], name[1]}), name[2]);
+    }
+    if (name.size() == 2) {
+        const QosProfile* found = store_.find({name[0], name[1]});
+        return found != nullptr ? Base{found} : entry_of(store_.find({library, name[0]}), name[1]);
+    }
+    const Base sibling = entry_of(&profile, name[0]);
+    return sibling.profile != nullptr ? sibling : Base{store_.find({library, name[0]})};
 }
 
 template <typename Record>
@@ -94,11 +141,13 @@ template class Inheritance<DDS_SubscriberQos>;
 template class Inheritance<DDS_DataWriterQos>;
 template class Inheritance<DDS_DataReaderQos>;
 
-void ProfileStore::put(const ProfileName& name, std::shared_ptr<const QosProfile> profile) {
-    libraries_[name.qos_library][name.profile] = std::move(profile);
+void ProfileStore::put(std::shared_ptr<const QosProfile> profile) {
+    const ProfileName& name = profile->name;
     if (default_ == name) {
         default_.reset();
     }
+    auto& place = libraries_[name.qos_library][name.profile];
+    place = std::move(profile);
 }
 
 const QosProfile* ProfileStore::find(const ProfileName& name) const {

@@ -22,10 +22,19 @@ struct ProfileSetting {
     DDS_Long line;       ///< of the policy
 };
 
+/// The name of a base as it is written, in parts: profile, library and profile, or these and the
+/// name of an entry. An entry may also name an entry of its own profile or library.
+using BaseName = std::vector<std::string>;
+
+/// @return the name as it is written, with :: between its parts.
+std::string text_of(const BaseName& name);
+
 /// An element of a profile, which concerns one kind of entity.
 template <typename Record>
 struct ProfileEntry {
+    std::string name;  ///< empty for none
     std::optional<std::string> topic_filter;
+    std::vector<BaseName> bases;
     OwnedQos<Record> values;
     std::vector<ProfileSetting> settings;  ///< the values that the element sets
 };
@@ -35,9 +44,6 @@ struct ProfileName {
     std::string profile;
     bool operator==(const ProfileName&) const = default;
 };
-
-/// @return the name as it is written, library::profile.
-std::string text_of(const ProfileName& name);
 
 /// A QoS for every kind of entity.
 struct QosProfile {
@@ -53,7 +59,8 @@ struct QosProfile {
         return std::get<Entries<Record>>(all);
     }
 
-    std::optional<ProfileName> base;
+    ProfileName name;
+    std::vector<BaseName> bases;
     /// The first fault of a profile that is refused, with its place. Empty for the others.
     std::string refusal;
     std::tuple<Entries<DDS_DomainParticipantQos>, Entries<DDS_TopicQos>, Entries<DDS_PublisherQos>,
@@ -70,8 +77,8 @@ struct TopicChoice {
 class ProfileStore;
 
 /// The entries that make up the QoS of one kind of entity, each before those that override it:
-/// those of the bases, the farthest first, then the profile's own. Of each profile, entries without
-/// filter come before those whose filter the topic's name matches.
+/// those of the bases in their order, then the profile's own. Of each profile, entries without
+/// filter come before those whose filter the topic's name matches. An entry comes after its bases.
 template <typename Record>
 class Inheritance {
 public:
@@ -90,21 +97,36 @@ public:
 
 private:
     void add(const QosProfile& profile);
-    void add_base(const ProfileName& name);
+    using Entry = ProfileEntry<Record>;
+    /// A base: an entry of a profile, or all of the profile for NULL.
+    struct Base {
+        const QosProfile* profile = nullptr;
+        const Entry* entry = nullptr;
+        const void* identity() const {
+            return entry != nullptr ? static_cast<const void*>(entry) : profile;
+        }
+    };
+
+    void add(const QosProfile& profile, const Entry& entry);
+    /// @param entry of the profile, whose base it is; NULL for a base of the profile
+    void add_base(const QosProfile& profile, const Entry* entry, const BaseName& name);
+    /// @return a base without profile for an unknown name.
+    Base find(const QosProfile& profile, const Entry* entry, const BaseName& name) const;
 
     const ProfileStore& store_;
-    const QosProfile& derived_;
     TopicChoice topic_;
     std::string fault_;
+    /// The bases that are being added, each one of the base before.
+    std::vector<const void*> open_;
     std::vector<const ProfileEntry<Record>*> entries_;
     std::vector<const QosProfile*> bases_;
 };
 
-/// Profiles by library and name. A profile finds its base by name when it is used.
+/// Profiles by library and name. A profile finds its bases by name when it is used.
 class ProfileStore {
 public:
     /// Enters a profile. It replaces a profile of the same name.
-    void put(const ProfileName& name, std::shared_ptr<const QosProfile> profile);
+    void put(std::shared_ptr<const QosProfile> profile);
     /// @return NULL for an unknown profile.
     const QosProfile* find(const ProfileName& name) const;
     std::size_t size() const;

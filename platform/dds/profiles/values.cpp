@@ -25,10 +25,18 @@ std::string_view without_prefix(std::string_view text) {
 
 template <typename Number>
 std::optional<Number> to_number(std::string_view text) {
+    const char* const end = text.data() + text.size();
+    std::from_chars_result result{};
     Number number{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size() ? std::optional(number)
-                                                                    : std::nullopt;
+    if (text.starts_with("0x") || text.starts_with("0X")) {
+        // From 0x80000000 on, the bits of a negative number.
+        DDS_UnsignedLong bits = 0;
+        result = std::from_chars(text.data() + 2, end, bits, 16);
+        number = static_cast<Number>(bits);
+    } else {
+        result = std::from_chars(text.data(), end, number);
+    }
+    return result.ec == std::errc() && result.ptr == end ? std::optional(number) : std::nullopt;
 }
 
 /// @return whether the list is short enough, else after a fault.
@@ -113,6 +121,24 @@ std::optional<std::vector<DDS_Octet>> decode_base64(std::string_view text) {
         return std::nullopt;
     }
     octets.resize(octets.size() - padding);
+    return octets;
+}
+
+/// @return nothing when the text is not a list of octets, in decimal or hexadecimal, with commas.
+std::optional<std::vector<DDS_Octet>> decode_octet_list(std::string_view text) {
+    std::vector<DDS_Octet> octets;
+    for (std::size_t end = 0; end != std::string_view::npos;) {
+        end = text.find(',');
+        const std::string_view number = xml::trimmed(text.substr(0, end));
+        const auto octet = to_number<DDS_Long>(number);
+        // Four digits are base64.
+        const bool is_short = number.size() <= (number.find_first_of("xX") == 1 ? 4 : 3);
+        if (!is_short || !octet || *octet < 0 || *octet > 255) {
+            return std::nullopt;
+        }
+        octets.push_back(static_cast<DDS_Octet>(*octet));
+        text.remove_prefix(end != std::string_view::npos ? end + 1 : 0);
+    }
     return octets;
 }
 
@@ -214,9 +240,15 @@ void read_string(xml::Parser& faults, const Element& element, char*& value) {
 }
 
 void read_octets(xml::Parser& faults, const Element& element, DDS_OctetSeq& value) {
-    const auto octets = decode_base64(text_of(faults, element));
+    const std::string& text = text_of(faults, element);
+    auto octets = std::string_view(element.tagName).ends_with(base64_suffix)
+                      ? std::nullopt
+                      : decode_octet_list(text);
     if (!octets) {
-        add_fault(faults, element, "expected bytes in base64");
+        octets = decode_base64(text);
+    }
+    if (!octets) {
+        add_fault(faults, element, "expected bytes in base64, or as numbers with commas between");
         return;
     }
     const auto count = static_cast<DDS_Long>(octets->size());
@@ -239,19 +271,24 @@ void read_strings(xml::Parser& faults, const Element& element, DDS_StringSeq& va
 
 void read_properties(xml::Parser& faults, const Element& element, DDS_PropertySeq& value) {
     static constexpr std::array<std::string_view, 1> names{"element"};
-    static constexpr std::array<std::string_view, 2> parts{"name", "value"};
+    static constexpr std::array<std::string_view, 3> parts{"name", "value", "propagate"};
     check_attributes(faults, element);
     if (!is_within_limit(faults, element)) {
         return;
     }
     for_each_child(faults, element, names, Repetition::allowed,
                    [&](const Element& child, std::size_t) {
-                       std::array<std::string, 2> texts;
+                       std::array<std::string, parts.size()> texts;
                        check_attributes(faults, child);
                        for_each_child(faults, child, parts, Repetition::refused,
                                       [&](const Element& part, std::size_t place) {
                                           texts[place] = text_of(faults, part);
                                       });
+                       if (xml::to_truth_value(texts[2].empty() ? "false" : texts[2]) != false) {
+                           add_fault(faults, child,
+                                     "propagate: expected false: properties are not sent to other "
+                                     "participants");
+                       }
                        if (texts[0].empty()) {
                            add_fault(faults, child, "expected a property with a name");
                        }

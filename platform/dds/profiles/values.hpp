@@ -7,10 +7,14 @@
 
 namespace pexa::dds {
 
+/// What the name of an octets' element may end with.
+inline constexpr std::string_view base64_suffix = "B64";
+
 /// Stores the value of an element, or adds a fault. May throw std::bad_alloc.
 ///
 /// Enumerators may lack "DDS_" and the suffix of their enumeration. A duration is
 /// DURATION_INFINITY, or consists of `sec` and `nanosec`; a missing element counts as 0. Octets are
+/// numbers with commas between, or base64; in an element whose name ends with base64_suffix always
 /// base64. Strings and properties stand in an `element` each, a property's `name` and `value`
 /// inside it.
 ///

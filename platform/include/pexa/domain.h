@@ -71,8 +71,8 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_set_default_participant_q
  */
 /** Most profiles altogether. */
 #define DDS_QOS_PROFILE_MAX_COUNT 1024
-/** The largest number of profiles that a profile inherits from. */
-#define DDS_QOS_PROFILE_MAX_BASES 16
+/** The largest number of bases of a profile, its bases' bases included. */
+#define DDS_QOS_PROFILE_MAX_BASES 64
 /** Most elements of a list in a profile. */
 #define DDS_QOS_PROFILE_MAX_LIST_LENGTH 1024
 

@@ -125,13 +125,22 @@ TEST_F(ProfiledEntities, TheDefaultProfilesFiltersGoByTheTopicsName) {
     EXPECT_EQ(depth(), 1) << "the profile is no default any more";
 
     // A refused default profile is not passed over.
-    ASSERT_EQ(load(library("<qos_profile name='Q' is_default_qos='1'>\n<x/></qos_profile>")),
-              DDS_RETCODE_OK);
+    const std::string fault = "loaded.xml:2: x: unknown element";
+    const std::string refusal = "DDS_Publisher_create_datawriter:profile L::Q is refused: " + fault;
+    const std::string refused =
+        library("<qos_profile name='Q' is_default_qos='1'>\n<x/></qos_profile>");
     Reports reports;
+    ASSERT_EQ(load(refused), DDS_RETCODE_OK);
     EXPECT_EQ(other.default_writer(), nullptr);
-    EXPECT_TRUE(has_line(reports.take(),
-                         "DDS_Publisher_create_datawriter:profile L::Q is refused: "
-                         "loaded.xml:2: x: unknown element"));
+    EXPECT_TRUE(has_line(reports.take(), refusal));
+    // Nor is it while a logger is made, which silences the log.
+    QELLog_setInstrumentationMask(QEL_LOG_MODULE_DDS, 0);
+    testing::internal::CaptureStderr();
+    ASSERT_EQ(load(refused), DDS_RETCODE_OK);
+    EXPECT_EQ(other.default_writer(), nullptr);
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(told.find("DDS_DomainParticipantFactory_load_qos_profiles:" + fault), 0U) << told;
+    EXPECT_NE(told.find("\n" + refusal), std::string::npos) << told;
 }
 
 }  // namespace

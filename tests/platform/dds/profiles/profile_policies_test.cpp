@@ -43,6 +43,69 @@ TEST_F(ProfilePolicies, OfTheExampleAreReadForEveryKindOfEntity) {
                    no_topic);
 }
 
+TEST_F(ProfilePolicies, ThatOtherProductsWriteAreAcceptedIfTheyChangeNothing) {
+    const auto reader = [](const std::string& policies) {
+        return "<datareader_qos>" + policies + "</datareader_qos>";
+    };
+    const auto property = [](const std::string& propagate) {
+        return "<domainparticipant_qos><property><value><element><name>n</name><value>v</value>"
+               "<propagate>" +
+               propagate + "</propagate></element></value></property></domainparticipant_qos>";
+    };
+    const auto consistency = [&](const std::string& member, const std::string& value) {
+        return reader("<type_consistency><" + member + ">" + value + "</" + member +
+                      "></type_consistency>");
+    };
+    const struct {
+        std::string content;
+        const char* fault;  ///< NULL for none
+    } cases[] = {
+        {property("false"), nullptr},
+        {property("true"), "element: propagate: expected false: properties are not sent"},
+        {reader("<representation><value><element>XCDR_DATA_REPRESENTATION</element></value>"
+                "</representation>"),
+         nullptr},
+        {consistency("kind", "DDS_ALLOW_TYPE_COERCION"), nullptr},
+        {consistency("ignore_string_bounds", "1"), nullptr},
+        {consistency("kind", "DISALLOW_TYPE_COERCION"),
+         "kind: expected ALLOW_TYPE_COERCION: types are not compared, only their names"},
+        {consistency("force_type_validation", "true"), "force_type_validation: expected false:"},
+        {"<topic_qos><resource_limits><max_samples>0x10</max_samples><initial_samples>8"
+         "</initial_samples><initial_instances>1</initial_instances></resource_limits></topic_qos>",
+         nullptr},
+    };
+    Reports reports;
+    QELLog_setInstrumentationMask(QEL_LOG_MODULE_DDS, QEL_LOG_BIT(QEL_LOG_LEVEL_ERROR));
+    for (const auto& row : cases) {
+        ASSERT_EQ(load(library("<qos_profile name='P'>" + row.content + "</qos_profile>")),
+                  DDS_RETCODE_OK);
+        const auto lines = reports.take();
+        EXPECT_EQ(lines.empty(), row.fault == nullptr) << row.content;
+        EXPECT_TRUE(row.fault == nullptr || has_line(lines, row.fault)) << row.content;
+    }
+}
+
+TEST_F(ProfilePolicies, OctetsAreBase64OrNumbers) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"value>AP9h</value", "00 FF 61 "}, {"valueB64>0x41</valueB64", "D3 1E 35 "},
+        {"value>0x41</value", "41 "},       {"value> 84, 0x68\n,255 </value", "54 68 FF "},
+        {"value>7</value", "07 "},          {"value>1234</value", "D7 6D F8 "},
+    };
+    for (const auto& [element, octets] : cases) {
+        ASSERT_EQ(
+            load(library("<qos_profile name='P'><datawriter_qos><user_data><" +
+                         std::string(element) + "></user_data></datawriter_qos></qos_profile>")),
+            DDS_RETCODE_OK);
+        WriterQos qos;
+        ASSERT_EQ(fill(qos.get(), "P"), DDS_RETCODE_OK) << element;
+        const DDS_OctetSeq& value = qos.get().user_data.value;
+        EXPECT_EQ(orvane::test::hexadecimal(value.contiguousBuffer,
+                                            static_cast<std::size_t>(value.length)),
+                  octets)
+            << element;
+    }
+}
+
 /// @return a profile in which one value of a writer's policy is this text
 std::string profile_with(const std::string& name, const std::string& policy,
                          const std::string& field, const std::string& value) {
@@ -124,6 +187,12 @@ TEST_F(ProfilePolicies, ABadValueIsRefusedWithWhatWasExpected) {
         {"deadline", "period", "<sec>1</sec><sec>2</sec>", "sec: expected once only inside period"},
         {"deadline", "period", "<sec>1</sec>x", "period: no text expected beside the elements"},
         {"user_data", "value", "AP9", "value: expected bytes in base64"},
+        {"user_data", "valueB64", "1,2", "valueB64: expected bytes in base64"},
+        {"user_data", "value", "1,256", "value: expected bytes in base64"},
+        {"resource_limits", "initial_samples", "x", "initial_samples: expected a number"},
+        {"representation", "value", "<element>XCDR2_DATA_REPRESENTATION</element>",
+         "element: expected XCDR_DATA_REPRESENTATION: samples are encoded in XCDR version 1"},
+        {"type_consistency", "kind", "x", "type_consistency: unknown element, expected durability"},
         {"user_data", "value", "AP=h", "value: expected bytes in base64"},
         {"writer_data_lifecycle", "autodispose_unregistered_instances", "2",
          "autodispose_unregistered_instances: expected true, false, yes, no, 1 or 0"},
