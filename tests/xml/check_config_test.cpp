@@ -205,6 +205,7 @@ TEST(CheckConfig, EndsByWhatItIsGiven) {
         {{source + "/examples/xml/journal.xml", "--strict"},
          "exit 0",
          "<stack_size>262144</stack_size>"},
+        {{source + "/tests/xml/dds_xml.xml", "--strict"}, "exit 0", "<enabled>true</enabled>"},
         {{doubtful.name}, "exit 0", ":1: orvane: warning: starts no logger"},
         {{doubtful.name, "--strict"}, "exit 1", ":1: orvane: warning: starts no logger"},
         {{doubtful.name}, "exit 0", "<!-- The queue takes at least "},
