@@ -133,8 +133,8 @@ QosFault history_contradiction(const void* record) {
 }
 
 /// A duration as a person writes it.
-std::array<char, 24> text_of(const DDS_Duration_t& duration) {
-    std::array<char, 24> text{};
+std::array<char, 32> text_of(const DDS_Duration_t& duration) {
+    std::array<char, 32> text{};
     if (duration.sec == DDS_DURATION_INFINITE_SEC) {
         std::snprintf(text.data(), text.size(), "infinite");
     } else if (duration.nanosec == 0) {

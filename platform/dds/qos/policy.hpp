@@ -2,6 +2,7 @@
 /// @brief What is known of a QoS policy: a row per member, from which every operation is made.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <span>
@@ -23,10 +24,13 @@ enum class Change {
 /// What is wrong with a QoS, with the values; without a text nothing is.
 struct [[nodiscard]] QosFault {
     QosFault() = default;
-    /// @param format as printf() has it; a text that is too long is cut
+    /// @param format as printf() has it; a text that is too long is cut, and ends in dots
     template <typename... Values>
     explicit QosFault(const char* format, Values... values) {
-        std::snprintf(text.data(), text.size(), format, values...);
+        const int length = std::snprintf(text.data(), text.size(), format, values...);
+        if (length >= static_cast<int>(text.size())) {
+            std::fill(text.end() - 4, text.end() - 1, '.');
+        }
     }
     explicit operator bool() const { return text[0] != '\0'; }
 
