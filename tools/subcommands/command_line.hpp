@@ -1,0 +1,39 @@
+/// @file command_line.hpp
+/// @brief The command line of the tool: its subcommands and their options.
+#pragma once
+
+#include <CLI/App.hpp>
+
+#include "tools/subcommands/check_config.hpp"
+#include "tools/subcommands/list.hpp"
+#include "tools/subcommands/set.hpp"
+#include "tools/subcommands/tail.hpp"
+
+namespace orvane::tools {
+
+class CommandLine {
+public:
+    CommandLine();
+    CommandLine(const CommandLine&) = delete;
+    CommandLine& operator=(const CommandLine&) = delete;
+
+    /// Parses the arguments and runs the subcommand that they name.
+    /// @return the process's exit status
+    int run(int argc, const char* const* argv);
+
+    /// What can be written on the command line.
+    const CLI::App& description() const { return app_; }
+
+private:
+    CLI::App app_;
+    TailOptions tail_options_;
+    ListOptions list_options_;
+    /// The three subcommands share a record, because a command line has only one of them.
+    SetOptions set_options_;
+    CheckConfigOptions check_options_;
+    const CLI::App* tail_command_;
+    const CLI::App* list_command_;
+    const CLI::App* check_command_;
+};
+
+}  // namespace orvane::tools
