@@ -14,7 +14,7 @@ CommandLine::CommandLine()
     add_set_verbosity_subcommand(app_, set_options_);
     add_set_format_subcommand(app_, set_options_);
     check_command_ = add_check_config_subcommand(app_, check_options_);
-    app_.set_version_flag("--version", "orvane " ORVANE_VERSION);
+    app_.set_version_flag("--version", "orvane " ORVANE_VERSION ", " ORVANE_ENGINE);
     app_.require_subcommand(0, 1);
 }
 
