@@ -66,7 +66,9 @@ struct Tables {
 };
 
 void add_arguments(const CLI::Option& option, Tables& tables) {
-    std::istringstream names(option.get_name(true));
+    const std::string name_of_all = option.get_name(true);
+    // The parser takes no name of two words.
+    std::istringstream names(name_of_all == "SETTINGS" ? "CATEGORY VERBOSITY" : name_of_all);
     std::size_t count = 0;
     for (std::string name; names >> name; ++count) {
         tables.arguments += fmt::format(" '{}'", words_of(name));
