@@ -14,11 +14,12 @@
 
 namespace pexa {
 
-/// Writes a line that consists of these texts on standard error, unless that blocks.
+/// Writes a line that consists of these texts on standard error, unless that blocks. A pipe that
+/// has room takes 4096 bytes at once.
+/// @param patience_ms how long to wait for room
 template <typename... Texts>
-void write_to_standard_error(const Texts&... texts) {
+void write_to_standard_error(int patience_ms, const Texts&... texts) {
     const PipeSignalHeld signal;
-    constexpr int patience_ms = 1000;
     pollfd ready = {STDERR_FILENO, POLLOUT, 0};
     if (poll(&ready, 1, patience_ms) <= 0) {
         return;

@@ -44,7 +44,9 @@ Status Operation::refused(const char* text, Status reason) const {
 void Operation::tell_if_silent(const char* text) const {
     const DDS_UnsignedLong passing = QELLog_getInstrumentationMask(QEL_LOG_MODULE_DDS);
     if ((passing & QEL_LOG_BIT(QEL_LOG_LEVEL_ERROR)) == 0) {
-        write_to_standard_error(name_, ":", text);
+        // What would not fit into a pipe at once could block this thread and the locks that it
+        // holds.
+        write_to_standard_error(0, name_, ":", std::string_view(text).substr(0, 2000));
     }
 }
 

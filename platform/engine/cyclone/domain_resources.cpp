@@ -127,7 +127,7 @@ bool is_enough(dds_domainid_t domain, const char* what, std::size_t needed, std:
         std::snprintf(line.data(), line.size(),
                       "pexac: domain %u cannot be started: it may need %zu %s, and %zu can be had",
                       domain, needed, what, found);
-    write_to_standard_error(std::string_view(line.data(), static_cast<std::size_t>(length)));
+    write_to_standard_error(0, std::string_view(line.data(), static_cast<std::size_t>(length)));
     return false;
 }
 

@@ -80,7 +80,7 @@ extern "C" void forward_log(void*, const dds_log_data_t* data) {
         if (!line.empty()) {
             if (category == LogCategory::fatal) {
                 // The process ends right after this line.
-                write_to_standard_error(line);
+                write_to_standard_error(1000, line);
             }
             target.sink(target.context, category, line);
         }
