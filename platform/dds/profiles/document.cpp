@@ -210,14 +210,20 @@ bool contains_profile(const Element& element) {
     return false;
 }
 
-/// @return how many characters must be added, removed or replaced to make one text of the other.
+char without_case(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+/// @return how many characters must be added, removed or replaced to make one text of the other,
+/// whatever their case
 std::size_t distance(std::string_view left, std::string_view right) {
     std::vector<std::size_t> row(right.size() + 1);
     std::iota(row.begin(), row.end(), 0);
     for (std::size_t i = 0; i < left.size(); ++i) {
         std::size_t diagonal = std::exchange(row[0], i + 1);
         for (std::size_t j = 0; j < right.size(); ++j) {
-            const std::size_t replaced = diagonal + (left[i] == right[j] ? 0 : 1);
+            const std::size_t replaced =
+                diagonal + (without_case(left[i]) == without_case(right[j]) ? 0 : 1);
             diagonal = row[j + 1];
             row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
         }
@@ -227,7 +233,7 @@ std::size_t distance(std::string_view left, std::string_view right) {
 
 /// @return whether the name is a likely misspelling of the library's.
 bool resembles_library(std::string_view name) {
-    constexpr std::size_t most_slips = 3;
+    constexpr std::size_t most_slips = 2;
     return name.size() <= library_element.size() + most_slips &&
            distance(name, library_element) <= most_slips;
 }
@@ -375,8 +381,10 @@ private:
         const auto& [element, profile] = node.mapped();
         for_each_kind([&]<typename Record>() {
             const Inheritance<Record> inherited(store_, *read, {.any = true});
-            for (const QosProfile* base : inherited.bases()) {
-                judge(base);
+            // The farthest ones come first, so that calls do not nest as deep as bases do.
+            const auto& bases = inherited.bases();
+            for (auto base = bases.rbegin(); base != bases.rend(); ++base) {
+                judge(*base);
             }
         });
         const DDS_Long faults_before = faults_.fault_count();
