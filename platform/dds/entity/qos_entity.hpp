@@ -44,7 +44,8 @@ protected:
 
 private:
     /// @param copy takes the default
-    /// @return @p qos, or @p copy for NULL; without memory a failure after a report
+    /// @return @p qos, or @p copy for NULL; after a report a failure without memory, or when the
+    /// default profile is refused
     Result<const Record*> choose(const Operation& operation, const Record* qos,
                                  OwnedQos<Record>& copy) const;
 

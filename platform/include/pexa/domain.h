@@ -61,9 +61,9 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_set_default_participant_q
  * directory, if there is one, then the files that the environment variable PEXA_QOS_PROFILES lists,
  * separated by ';', then those that the application loads. The first two are read once, when the
  * factory first needs a profile or a default. A profile with an error is refused, and the other
- * profiles of its file are loaded; a file that cannot be read adds nothing. Each error is reported
- * in the middleware's log with file and line. A refused profile, or one that inherits from it,
- * gives ERROR, and the report says why it was refused.
+ * profiles of its file are loaded; a file that cannot be read, is not well-formed or exceeds a
+ * limit adds nothing. Each error is reported in the middleware's log with file and line. A refused
+ * profile, or one that inherits from it, gives ERROR, and the report says why it was refused.
  *
  * A profile with `is_default_qos` (the last one that was loaded) gives the default QoS of all
  * entities where no other default is set. If it is refused, no entity gets a default QoS.
@@ -78,10 +78,9 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_set_default_participant_q
 
 /**
  * Loads the profiles of a file, which remains one of the factory's files.
- * @return OK, also if profiles were refused; ERROR when the file cannot be read, or
- *   OUT_OF_RESOURCES, and nothing is changed;
- *   PRECONDITION_NOT_MET in a logger device that is called while this thread reads the files of the
- *   environment.
+ * @return OK, also if profiles were refused; ERROR when the file cannot be read, is not well-formed
+ * or exceeds a limit, or OUT_OF_RESOURCES, and nothing is changed; PRECONDITION_NOT_MET in a logger
+ * device that is called while this thread reads the files of the environment.
  */
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipantFactory_load_qos_profiles(
     DDS_DomainParticipantFactory* self, const char* fileName);
