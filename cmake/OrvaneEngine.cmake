@@ -6,10 +6,10 @@
 set(ORVANE_ENGINE_FIRST 0.10.2)
 set(ORVANE_ENGINE_LAST 0.10.5)
 
-find_package(CycloneDDS QUIET)
+find_package(CycloneDDS)
 if(NOT CycloneDDS_FOUND)
     message(FATAL_ERROR "Eclipse Cyclone DDS ${ORVANE_ENGINE_FIRST} to ${ORVANE_ENGINE_LAST} is needed, "
-                        "and none was found. In Debian it is the package cyclonedds-dev.")
+                        "and none that can be used was found. In Debian it is the package cyclonedds-dev.")
 endif()
 if(CycloneDDS_VERSION VERSION_LESS ORVANE_ENGINE_FIRST
    OR CycloneDDS_VERSION VERSION_GREATER ORVANE_ENGINE_LAST)
