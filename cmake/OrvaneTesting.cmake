@@ -43,7 +43,7 @@ function(orvane_set_test_environment)
                  "ASAN_OPTIONS=${asan}${symbolizer}"
                  "LSAN_OPTIONS=suppressions=${config}/lsan.supp:print_suppressions=0"
                  "UBSAN_OPTIONS=print_stacktrace=1${symbolizer}"
-                 "TSAN_OPTIONS=suppressions=${config}/tsan.supp:second_deadlock_stack=1:report_signal_unsafe=0${symbolizer}")
+                 "TSAN_OPTIONS=suppressions=${config}/tsan.supp:second_deadlock_stack=1${symbolizer}")
 endfunction()
 
 # Optimising the tests' own code would double the time to build them and test nothing more. Parsing
