@@ -7,8 +7,8 @@
 #
 # orvane_compile_as_ours(target)
 #   C++20 or C11 without extensions, all warnings, nothing exported by default. Warnings are errors
-#   with CMake's own CMAKE_COMPILE_WARNING_AS_ERROR, which only the project's checks set: another
-#   compiler may warn of more.
+#   with CMake's own CMAKE_COMPILE_WARNING_AS_ERROR, which only .ci/run sets: another compiler may
+#   warn of more.
 #
 # orvane_leave_uninstrumented(program)
 #   For a program of another DDS product, whose library is not instrumented and passes C++ containers
