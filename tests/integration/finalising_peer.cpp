@@ -6,6 +6,7 @@
 
 #include <array>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
@@ -28,6 +29,10 @@ void silence_middleware() {
     if (answers == nullptr || std::freopen("/dev/null", "w", stdout) == nullptr) {
         std::exit(EXIT_FAILURE);
     }
+    // Otherwise the first line of a forked child allocates it, and the address sanitizer's heap may
+    // be locked in a child by a thread that the child does not have.
+    static std::array<char, BUFSIZ> buffer;
+    std::setvbuf(stdout, buffer.data(), _IOFBF, buffer.size());
 }
 
 constexpr tools::TopicNames trigger_topic{"test/trigger", QEL_KX_LOG_REGISTERED_TYPE_NAME};
