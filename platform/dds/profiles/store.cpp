@@ -102,14 +102,14 @@ typename Inheritance<Record>::Base Inheritance<Record>::find(const QosProfile& p
                                                              const Entry* entry,
                                                              const BaseName& name) const {
     const auto entry_of = [&](const QosProfile* owner, const std::string& wanted) -> Base {
-        if (entry != nullptr && owner != nullptr) {
-            for (const auto& each : owner->entries<Record>()) {
-                if (each->name == wanted && each.get() != entry) {
-                    return {owner, each.get()};
-                }
-            }
+        if (entry == nullptr || owner == nullptr) {
+            return {};
         }
-        return {};
+        const auto& entries = owner->entries<Record>();
+        const auto found = std::find_if(entries.begin(), entries.end(), [&](const auto& each) {
+            return each->name == wanted && each.get() != entry;
+        });
+        return found != entries.end() ? Base{owner, found->get()} : Base{};
     };
     const std::string& library = profile.name.qos_library;
     if (name.size() == 3) {
