@@ -12,11 +12,7 @@ bool is_of_namespace(std::string_view attribute) {
 }  // namespace
 
 std::string text_of(const DDS_XMLError& fault) {
-    std::string text = std::string(fault.fileName) + ":" + std::to_string(fault.line) + ": ";
-    if (*fault.tagName != '\0') {
-        text.append(fault.tagName).append(": ");
-    }
-    return text + fault.message;
+    return xml::text_of_fault(fault.fileName, fault.line, fault.tagName, fault.message);
 }
 
 void add_fault(xml::Parser& faults, const Element& element, std::string_view message) {

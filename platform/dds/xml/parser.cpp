@@ -23,11 +23,7 @@ void report(QELLogLevel level, const char* context, const std::string& line) {
 void report(QELLogLevel level, const char* context, const std::string& file_name,
             const std::vector<Fault>& faults) {
     for (const Fault& fault : faults) {
-        std::string line = file_name + ":" + std::to_string(fault.line) + ": ";
-        if (!fault.tag_name.empty()) {
-            line += fault.tag_name + ": ";
-        }
-        report(level, context, line + fault.message);
+        report(level, context, text_of_fault(file_name, fault.line, fault.tag_name, fault.message));
     }
 }
 
@@ -39,7 +35,7 @@ void keep(std::vector<Fault>& faults, DDS_Long line, std::string_view tag_name,
 }
 
 /// @return empty without memory: a fault counts all the same.
-std::string text_of_fault(const char* message, const char* found) noexcept {
+std::string with_found(const char* message, const char* found) noexcept {
     try {
         const std::string text = message != nullptr ? message : "";
         return found != nullptr ? "found \"" + excerpt(found) + "\", " + text : text;
@@ -49,6 +45,13 @@ std::string text_of_fault(const char* message, const char* found) noexcept {
 }
 
 }  // namespace
+
+std::string text_of_fault(std::string_view file_name, DDS_Long line, std::string_view tag_name,
+                          std::string_view message) {
+    std::string text(file_name);
+    text.append(":").append(std::to_string(line)).append(": ").append(tag_name);
+    return text.append(tag_name.empty() ? "" : ": ").append(message);
+}
 
 DDS_XMLExtensionClass* Parser::find_class(std::string_view tag_name) const {
     for (DDS_XMLExtensionClass* known : classes_) {
@@ -186,7 +189,7 @@ Result<char*> Parser::save_string(const Operation& operation) const {
 
 void add_current_fault(const char* context, const char* message, DDS_Long line,
                        const char* found) noexcept {
-    const std::string text = text_of_fault(message, found);
+    const std::string text = with_found(message, found);
     try {
         if (TreeBuilder* builder = TreeBuilder::current()) {
             builder->add_fault(text, line);

@@ -91,6 +91,11 @@ private:
     DDS_Long fault_count_ = 0;
 };
 
+/// @return a fault with its place, FILE:LINE: ELEMENT: MESSAGE; without an element for an empty
+/// name.
+std::string text_of_fault(std::string_view file_name, DDS_Long line, std::string_view tag_name,
+                          std::string_view message);
+
 /// Adds a fault to the parser that runs on this thread; without one it is only reported.
 /// @param context, message may be NULL
 /// @param line 0 for the line being parsed
