@@ -25,12 +25,11 @@ constexpr std::array<FixedMember, 6> type_consistency_members{{
     {"force_type_validation", no},
 }};
 
+/// The first is of all kinds with a topic, the others are of readers only.
 constexpr std::array<FixedPolicy, 2> policies{{
     {"representation", representation_members, "samples are encoded in XCDR version 1"},
     {"type_consistency", type_consistency_members, "types are not compared, only their names"},
 }};
-constexpr std::span<const FixedPolicy> of_readers = policies;
-constexpr std::span<const FixedPolicy> of_others = of_readers.first(1);
 
 bool is_accepted(const FixedMember& member, std::string_view text) {
     constexpr std::string_view prefix = "DDS_";
@@ -51,29 +50,9 @@ void check_value(xml::Parser& faults, const Element& element, const FixedPolicy&
 
 }  // namespace
 
-template <>
-std::span<const FixedPolicy> fixed_policies<DDS_DomainParticipantQos>() {
-    return {};
-}
-template <>
-std::span<const FixedPolicy> fixed_policies<DDS_TopicQos>() {
-    return of_others;
-}
-template <>
-std::span<const FixedPolicy> fixed_policies<DDS_PublisherQos>() {
-    return {};
-}
-template <>
-std::span<const FixedPolicy> fixed_policies<DDS_SubscriberQos>() {
-    return {};
-}
-template <>
-std::span<const FixedPolicy> fixed_policies<DDS_DataWriterQos>() {
-    return of_others;
-}
-template <>
-std::span<const FixedPolicy> fixed_policies<DDS_DataReaderQos>() {
-    return of_readers;
+std::span<const FixedPolicy> fixed_policies_of(bool is_of_topics, bool is_of_readers) {
+    const std::span<const FixedPolicy> all = policies;
+    return all.first(is_of_readers ? all.size() : is_of_topics ? 1 : 0);
 }
 
 void check_fixed_policy(xml::Parser& faults, const Element& element, const FixedPolicy& policy) {
