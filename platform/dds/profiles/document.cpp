@@ -80,9 +80,10 @@ void read_base_element(xml::Parser& faults, const Element& element, std::vector<
 }
 
 /// Sizes that others allocate in advance. Nothing depends on them here.
-bool is_initial_size(std::string_view name) {
-    return name == "initial_samples" || name == "initial_instances";
-}
+constexpr std::array<std::string_view, 2> initial_sizes{"initial_samples", "initial_instances"};
+/// Another name of the octets of a policy.
+constexpr std::string_view base64_octets = "valueB64";
+static_assert(base64_octets.ends_with(base64_suffix));
 
 void read_policy(xml::Parser& faults, const Element& element, const PolicyRow& row, void* record,
                  std::vector<ProfileSetting>& settings) {
@@ -91,20 +92,21 @@ void read_policy(xml::Parser& faults, const Element& element, const PolicyRow& r
     for (const PolicyMember& member : members) {
         names.emplace_back(member.name);
     }
-    if (members.front().type->kind == ValueKind::octets) {
-        names.emplace_back("valueB64");
+    const bool is_octets = members.front().type->kind == ValueKind::octets;
+    if (is_octets) {
+        names.push_back(base64_octets);
     } else if (std::string_view(row.name) == "resource_limits") {
-        names.insert(names.end(), {"initial_samples", "initial_instances"});
+        names.insert(names.end(), initial_sizes.begin(), initial_sizes.end());
     }
     check_attributes(faults, element);
     void* policy = row.locate(record);
     for_each_child(faults, element, names, Repetition::refused,
                    [&](const Element& child, std::size_t place) {
-                       if (is_initial_size(child.tagName)) {
+                       if (place >= members.size() && !is_octets) {
                            DDS_Long size = 0;
                            return read_value(faults, child, *members.front().type, &size);
                        }
-                       const PolicyMember& member = members[place % members.size()];
+                       const PolicyMember& member = is_octets ? members.front() : members[place];
                        read_value(faults, child, *member.type, member.locate(policy));
                        settings.push_back({&row, &member, policy, element.line});
                    });
@@ -286,22 +288,25 @@ private:
         const std::string library = name_of(faults_, element);
         Names children{profile_element};
         children.insert(children.end(), entry_names.begin(), entry_names.end());
-        for_each_child(faults_, element, children, Repetition::allowed,
-                       [&](const Element& child, std::size_t place) {
-                           const DDS_Long faults_before = faults_.fault_count();
-                           auto profile = std::make_shared<QosProfile>();
-                           profile->name = {library, name_of(faults_, child)};
-                           if (place == 0) {
-                               read_profile(child, *profile);
-                           } else {
-                               // An entry by itself is a profile of this one entry.
-                               entry_elements[place - 1].read(faults_, child, *profile);
-                           }
-                           if (!profile->name.profile.empty() && !library.empty()) {
-                               enter(child, profile);
-                               refuse_after(faults_before, *profile);
-                           }
-                       });
+        for_each_child(
+            faults_, element, children, Repetition::allowed,
+            [&](const Element& child, std::size_t place) {
+                const DDS_Long faults_before = faults_.fault_count();
+                auto profile = std::make_shared<QosProfile>();
+                // The reader of an entry judges its name; one without a name is judged here.
+                const std::string* name = place == 0 ? nullptr : child.attribute("name");
+                profile->name = {library, name != nullptr ? *name : name_of(faults_, child)};
+                if (place == 0) {
+                    read_profile(child, *profile);
+                } else {
+                    // An entry by itself is a profile of this one entry.
+                    entry_elements[place - 1].read(faults_, child, *profile);
+                }
+                if (!profile->name.profile.empty() && !library.empty()) {
+                    enter(child, profile);
+                    refuse_after(faults_before, *profile);
+                }
+            });
     }
 
     void read_profile(const Element& element, QosProfile& profile) {
