@@ -1,7 +1,7 @@
 #include <cstdio>
 #include <exception>
 
-#include "tools/subcommands/command_line.hpp"
+#include "tools/command_line/command_line.hpp"
 #include "tools/subcommands/exit_status.hpp"
 
 int main(int argc, char** argv) {

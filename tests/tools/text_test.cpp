@@ -7,6 +7,7 @@
 
 #include "tests/tools/fake_domain.hpp"
 #include "tools/text/display_text.hpp"
+#include "tools/text/json_line.hpp"
 #include "tools/text/log_line.hpp"
 #include "tools/text/logger_text.hpp"
 
@@ -166,15 +167,15 @@ TEST(LoggerText, StandsInColumnsThatNoKindCanDisturb) {
 }
 
 TEST(LoggerText, TellsProgramsEverythingInOneLineOfAscii) {
-    EXPECT_EQ(change_json_line(
-                  {LoggerChange::Kind::changed, logger_state(1, "pump"), hostile_logger()}, 1),
-              R"({"event":"changed","time":"1970-01-01T00:00:00.000000001Z",)"
-              R"("app":"0a141e28:fffffffe","host_id":169090600,"app_id":4294967294,)"
-              R"("kind":"p\u001b[2J\u00fcmp\n\ufffd","state":"NONOPERATIONAL","filter_level":650,)"
-              R"("filter_level_name":"650","domain":-7,"verbosities":{"platform":"ERROR",)"
-              R"("communication":"STATUS_REMOTE","database":"ERROR","entities":"ERROR",)"
-              R"("api":"ERROR"},"print_format":"MAXIMAL"})"
-              "\n");
+    EXPECT_EQ(
+        json_line({LoggerChange::Kind::changed, logger_state(1, "pump"), hostile_logger()}, 1),
+        R"({"event":"changed","time":"1970-01-01T00:00:00.000000001Z",)"
+        R"("app":"0a141e28:fffffffe","host_id":169090600,"app_id":4294967294,)"
+        R"("kind":"p\u001b[2J\u00fcmp\n\ufffd","state":"NONOPERATIONAL","filter_level":650,)"
+        R"("filter_level_name":"650","domain":-7,"verbosities":{"platform":"ERROR",)"
+        R"("communication":"STATUS_REMOTE","database":"ERROR","entities":"ERROR",)"
+        R"("api":"ERROR"},"print_format":"MAXIMAL"})"
+        "\n");
 }
 
 TEST(LoggerText, TellsPeopleWhatHasChanged) {

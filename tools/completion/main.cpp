@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/subcommands/command_line.hpp"
+#include "tools/command_line/command_line.hpp"
 #include "tools/text/level_names.hpp"
 #include "tools/text/setting_names.hpp"
 

@@ -2,7 +2,6 @@
 /// @brief `orvane check-config`: says what is wrong with a configuration file, and what it means.
 #pragma once
 
-#include <CLI/App.hpp>
 #include <string>
 
 namespace orvane::tools {
@@ -11,9 +10,6 @@ struct CheckConfigOptions {
     std::string file_name;
     bool strict = false;
 };
-
-/// Declares the command and its options; parsing fills @p options.
-CLI::App* add_check_config_subcommand(CLI::App& app, CheckConfigOptions& options);
 
 /// @return the process's exit status
 int check_config(const CheckConfigOptions& options);

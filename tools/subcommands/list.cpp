@@ -3,15 +3,14 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <chrono>
 #include <cstdio>
 #include <string>
 #include <vector>
 
-#include "tools/subcommands/arguments.hpp"
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/session.hpp"
+#include "tools/text/json_line.hpp"
 #include "tools/text/logger_text.hpp"
 #include "tools/text/time_text.hpp"
 
@@ -25,7 +24,7 @@ std::string listing(const std::vector<LoggerState>& loggers, const ListOptions& 
     }
     std::string lines;
     for (const LoggerState& logger : loggers) {
-        lines += logger_json_line(logger);
+        lines += json_line(logger);
     }
     return lines;
 }
@@ -48,7 +47,7 @@ std::string changes_text(const News& news, const ListOptions& options) {
     const std::int64_t now = wall_clock();
     std::string lines;
     for (const LoggerChange& change : news.changes) {
-        lines += options.json ? change_json_line(change, now) : change_line(change, now);
+        lines += options.json ? json_line(change, now) : change_line(change, now);
     }
     return lines;
 }
@@ -85,23 +84,6 @@ int watch(DomainView& view, const ListOptions& options, bool is_terminal) {
 }
 
 }  // namespace
-
-CLI::App* add_list_subcommand(CLI::App& app, ListOptions& options) {
-    CLI::App* command = app.add_subcommand("list", "Shows the loggers of a domain");
-    command->footer(
-        "Examples:\n"
-        "  orvane list                          the loggers of domain 0 and their settings\n"
-        "  orvane list --domain 3 --watch       the same of domain 3, kept up to date\n"
-        "  orvane list --json | jq .kind        for a program");
-    add_domain_option(*command, options.domain_id);
-    command->add_flag("--json", options.json, "One JSON object a line");
-    command->add_flag("--watch", options.watch,
-                      "Go on: a table kept up to date on a terminal, else a line for each change");
-    command->add_flag("--no-color", options.no_color, "No colors on a terminal");
-    add_timeout_option(*command, options.timeout_seconds,
-                       "Look for loggers no longer than so many seconds");
-    return command;
-}
 
 int list(const ListOptions& options) {
     const bool is_terminal = isatty(STDOUT_FILENO) != 0;

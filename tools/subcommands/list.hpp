@@ -2,7 +2,6 @@
 /// @brief `orvane list`: shows the loggers of a domain.
 #pragma once
 
-#include <CLI/App.hpp>
 #include <cstdint>
 
 namespace orvane::tools {
@@ -14,9 +13,6 @@ struct ListOptions {
     bool no_color = false;
     double timeout_seconds = 5;
 };
-
-/// Declares the command and its options; parsing fills @p options.
-CLI::App* add_list_subcommand(CLI::App& app, ListOptions& options);
 
 /// @return the process's exit status
 int list(const ListOptions& options);

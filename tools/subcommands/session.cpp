@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -40,6 +41,12 @@ Status write_out(const std::string& text) {
 
 void print_write_failure(int error) {
     fmt::print(stderr, "orvane: could not write: {}\n", std::strerror(error));
+}
+
+std::chrono::milliseconds wait_of(double seconds) {
+    constexpr std::chrono::duration<double> longest = std::chrono::hours{24 * 365};
+    return std::chrono::ceil<std::chrono::milliseconds>(
+        std::min(std::chrono::duration<double>{seconds}, longest));
 }
 
 }  // namespace orvane::tools

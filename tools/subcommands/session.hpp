@@ -2,6 +2,7 @@
 /// @brief The start and the end of a subcommand that looks at the loggers of a domain.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -23,5 +24,11 @@ Status write_out(const std::string& text);
 
 /// Prints on the standard error that writing failed with this error number.
 void print_write_failure(int error);
+
+/// Seconds as a wait, of at most a year.
+std::chrono::milliseconds wait_of(double seconds);
+
+/// A wait that only news or a signal should end.
+inline constexpr std::chrono::milliseconds longest_wait{60'000};
 
 }  // namespace orvane::tools

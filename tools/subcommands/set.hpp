@@ -2,7 +2,6 @@
 /// @brief `orvane set-level`, `set-verbosity` and `set-format`: change settings of running loggers.
 #pragma once
 
-#include <CLI/App.hpp>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -20,11 +19,6 @@ struct SetOptions {
     std::vector<std::string> words;  ///< behind the target, as they were written
     Command command;
 };
-
-/// Declares the command and its arguments; parsing fills @p options.
-CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options);
-CLI::App* add_set_verbosity_subcommand(CLI::App& app, SetOptions& options);
-CLI::App* add_set_format_subcommand(CLI::App& app, SetOptions& options);
 
 /// Sends the command to the loggers of the target and prints the outcomes.
 /// @return the process's exit status

@@ -2,7 +2,6 @@
 /// @brief `orvane tail`: prints the log messages of a domain while they are published.
 #pragma once
 
-#include <CLI/App.hpp>
 #include <cstdint>
 #include <optional>
 
@@ -19,9 +18,6 @@ struct TailOptions {
     std::optional<std::uint64_t> count;  ///< end after so many messages
     std::optional<double> seconds;       ///< end after so long
 };
-
-/// Declares the command and its options; parsing fills @p options.
-CLI::App* add_tail_subcommand(CLI::App& app, TailOptions& options);
 
 /// Runs the command until its limits, SIGINT or SIGTERM end it. @return the process's exit status.
 int tail(const TailOptions& options);

@@ -7,7 +7,6 @@
 
 #include "orvane/core.h"
 #include "tools/text/application_text.hpp"
-#include "tools/text/ascii_json.hpp"
 #include "tools/text/display_text.hpp"
 #include "tools/text/level_names.hpp"
 #include "tools/text/time_text.hpp"
@@ -53,19 +52,6 @@ std::string text_line(const LogRecord& record, const LineStyle& style) {
     }
     line += '\n';
     return line;
-}
-
-std::string json_line(const LogRecord& record) {
-    nlohmann::ordered_json object;
-    object["time"] = json_time(record.nanoseconds);
-    object["level"] = record.level;
-    object["level_name"] = level_text(record.level);
-    object["app"] = format_application(record.application);
-    object["host_id"] = record.application.host_id;
-    object["app_id"] = record.application.app_id;
-    object["category"] = record.category;
-    object["message"] = record.message;
-    return ascii_json_line(object);
 }
 
 }  // namespace orvane::tools

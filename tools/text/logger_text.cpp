@@ -4,13 +4,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstddef>
 #include <iterator>
 #include <string_view>
 
 #include "tools/text/application_text.hpp"
-#include "tools/text/ascii_json.hpp"
 #include "tools/text/display_text.hpp"
 #include "tools/text/level_names.hpp"
 #include "tools/text/setting_names.hpp"
@@ -91,44 +89,6 @@ void append_row(std::string& table, const Row& row,
     table += '\n';
 }
 
-std::string lower_case(std::string_view name) {
-    std::string text{name};
-    std::transform(text.begin(), text.end(), text.begin(), [](char letter) {
-        return static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
-    });
-    return text;
-}
-
-void fill_json(nlohmann::ordered_json& object, const LoggerState& logger) {
-    object["app"] = format_application(logger.application);
-    object["host_id"] = logger.application.host_id;
-    object["app_id"] = logger.application.app_id;
-    object["kind"] = logger.kind;
-    object["state"] = state_name(logger.state);
-    object["filter_level"] = logger.filter_level;
-    object["filter_level_name"] = filter_level_text(logger.filter_level);
-    object["domain"] = logger.domain_id;
-    nlohmann::ordered_json& verbosities = object["verbosities"];
-    for (std::size_t category = 0; category < logger.verbosities.size(); ++category) {
-        verbosities[lower_case(
-            middleware_category_name(static_cast<MiddlewareCategory>(category)))] =
-            verbosity_name(logger.verbosities[category]);
-    }
-    object["print_format"] = print_format_name(logger.print_format);
-}
-
-std::string_view event_name(LoggerChange::Kind kind) {
-    switch (kind) {
-        case LoggerChange::Kind::appeared:
-            return "appeared";
-        case LoggerChange::Kind::changed:
-            return "changed";
-        case LoggerChange::Kind::gone:
-            break;
-    }
-    return "gone";
-}
-
 std::string event_details(const LoggerChange& change) {
     switch (change.kind) {
         case LoggerChange::Kind::appeared:
@@ -163,6 +123,18 @@ std::string silence(const CommandOutcome& outcome, std::chrono::milliseconds wai
 
 }  // namespace
 
+std::string_view event_name(LoggerChange::Kind kind) {
+    switch (kind) {
+        case LoggerChange::Kind::appeared:
+            return "appeared";
+        case LoggerChange::Kind::changed:
+            return "changed";
+        case LoggerChange::Kind::gone:
+            break;
+    }
+    return "gone";
+}
+
 std::string logger_table(const std::vector<LoggerState>& loggers, const TableStyle& style) {
     std::vector<Row> rows{headings()};
     std::transform(loggers.begin(), loggers.end(), std::back_inserter(rows), row_of);
@@ -181,23 +153,9 @@ std::string logger_table(const std::vector<LoggerState>& loggers, const TableSty
     return table;
 }
 
-std::string logger_json_line(const LoggerState& logger) {
-    nlohmann::ordered_json object;
-    fill_json(object, logger);
-    return ascii_json_line(object);
-}
-
 std::string change_line(const LoggerChange& change, std::int64_t nanoseconds) {
     return fmt::format("{} {:<8} {}  {}\n", display_time(nanoseconds, false),
                        event_name(change.kind), displayed_name(change.now), event_details(change));
-}
-
-std::string change_json_line(const LoggerChange& change, std::int64_t nanoseconds) {
-    nlohmann::ordered_json object;
-    object["event"] = event_name(change.kind);
-    object["time"] = json_time(nanoseconds);
-    fill_json(object, change.now);
-    return ascii_json_line(object);
 }
 
 std::string outcome_line(const CommandOutcome& outcome, const Command& command,

@@ -1,9 +1,8 @@
-#include "tools/subcommands/arguments.hpp"
+#include "tools/command_line/arguments.hpp"
 
 #include <fmt/format.h>
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <charconv>
 #include <string>
 #include <system_error>
@@ -35,12 +34,6 @@ CLI::Validator seconds_validator() {
                              : fmt::format("'{}' is no time: seconds, 0 or more, expected", text);
             },
             ""};
-}
-
-std::chrono::milliseconds wait_of(double seconds) {
-    constexpr std::chrono::duration<double> longest = std::chrono::hours{24 * 365};
-    return std::chrono::ceil<std::chrono::milliseconds>(
-        std::min(std::chrono::duration<double>{seconds}, longest));
 }
 
 }  // namespace orvane::tools

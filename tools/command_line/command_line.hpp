@@ -2,18 +2,23 @@
 /// @brief The command line of the tool: its subcommands and their options.
 #pragma once
 
-#include <CLI/App.hpp>
+#include <memory>
 
 #include "tools/subcommands/check_config.hpp"
 #include "tools/subcommands/list.hpp"
 #include "tools/subcommands/set.hpp"
 #include "tools/subcommands/tail.hpp"
 
+namespace CLI {
+class App;
+}
+
 namespace orvane::tools {
 
 class CommandLine {
 public:
     CommandLine();
+    ~CommandLine();
     CommandLine(const CommandLine&) = delete;
     CommandLine& operator=(const CommandLine&) = delete;
 
@@ -22,10 +27,10 @@ public:
     int run(int argc, const char* const* argv);
 
     /// What can be written on the command line.
-    const CLI::App& description() const { return app_; }
+    const CLI::App& description() const { return *app_; }
 
 private:
-    CLI::App app_;
+    std::unique_ptr<CLI::App> app_;
     TailOptions tail_options_;
     ListOptions list_options_;
     /// The three subcommands share a record, because a command line has only one of them.

@@ -1,0 +1,44 @@
+#include "tools/command_line/command_line.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include "tools/command_line/arguments.hpp"
+#include "tools/subcommands/exit_status.hpp"
+
+namespace orvane::tools {
+
+CommandLine::CommandLine()
+    : app_(std::make_unique<CLI::App>(
+          "Looks at what applications log over DDS, and changes what they log.", "orvane")),
+      tail_command_(add_tail_subcommand(*app_, tail_options_)),
+      list_command_(add_list_subcommand(*app_, list_options_)) {
+    add_set_level_subcommand(*app_, set_options_);
+    add_set_verbosity_subcommand(*app_, set_options_);
+    add_set_format_subcommand(*app_, set_options_);
+    check_command_ = add_check_config_subcommand(*app_, check_options_);
+    app_->set_version_flag("--version", "orvane " ORVANE_VERSION ", " ORVANE_ENGINE);
+    app_->require_subcommand(0, 1);
+}
+
+CommandLine::~CommandLine() = default;
+
+int CommandLine::run(int argc, const char* const* argv) {
+    try {
+        app_->parse(argc, argv);
+        // If the parser required a subcommand, it would not name an unknown one.
+        if (app_->get_subcommands().empty()) {
+            throw CLI::RequiredError::Subcommand(1);
+        }
+    } catch (const CLI::ParseError& error) {
+        return app_->exit(error) == 0 ? exit_success : exit_usage;
+    }
+    if (tail_command_->parsed()) {
+        return tail(tail_options_);
+    }
+    if (check_command_->parsed()) {
+        return check_config(check_options_);
+    }
+    return list_command_->parsed() ? list(list_options_) : set(set_options_);
+}
+
+}  // namespace orvane::tools
