@@ -1,9 +1,11 @@
 # Functions by which a folder declares its libraries and programs.
 #
-# orvane_add_library(name SHARED|STATIC|OBJECT [SOURCES file…] [PUBLIC_LIBS lib…] [LIBS lib…])
+# orvane_add_library(name SHARED|STATIC|OBJECT [SOURCES file…] [PUBLIC_LIBS lib…] [LIBS lib…]
+#                    [PRECOMPILED header…])
 #   A library of this project. An include names its file from the top folder ("core/options.hpp").
 #     PUBLIC_LIBS  libraries that users of this one need too
 #     LIBS         libraries that only this one needs
+#     PRECOMPILED  headers to parse once, where those of the standard library alone would not do
 #   A SHARED library exports the names in cmake/exports/lib<name>.txt and no others, has the
 #   project's version as its own, and is installed with the project; name pexa_headers or
 #   orvane_headers in its PUBLIC_LIBS.
@@ -30,13 +32,28 @@ target_link_libraries(orvane_headers INTERFACE pexa_headers)
 install(TARGETS pexa_headers orvane_headers EXPORT orvane-targets
         INCLUDES DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}")
 
+# Parsing the standard library takes a quarter of all time of compiling. CMake cannot share the result
+# with a library that has C sources too.
+set(empty "${PROJECT_BINARY_DIR}/empty.cpp")
+file(CONFIGURE OUTPUT "${empty}" CONTENT "")
+add_library(orvane_precompiled OBJECT "${empty}")
+orvane_compile_as_ours(orvane_precompiled)
+target_precompile_headers(
+    orvane_precompiled PRIVATE <algorithm> <array> <chrono> <functional> <memory> <mutex> <optional>
+    <string> <string_view> <vector>)
+
 function(orvane_add_library name type)
-    cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "SOURCES;PUBLIC_LIBS;LIBS")
+    cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "SOURCES;PUBLIC_LIBS;LIBS;PRECOMPILED")
     if(arg_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "orvane_add_library(${name}): unknown ${arg_UNPARSED_ARGUMENTS}")
     endif()
     add_library(${name} ${type} ${arg_SOURCES})
     orvane_compile_as_ours(${name})
+    if(arg_PRECOMPILED)
+        target_precompile_headers(${name} PRIVATE ${arg_PRECOMPILED})
+    elseif(arg_SOURCES AND NOT arg_SOURCES MATCHES "\\.c(;|$)")
+        target_precompile_headers(${name} REUSE_FROM orvane_precompiled)
+    endif()
     target_link_libraries(${name} PUBLIC ${arg_PUBLIC_LIBS} PRIVATE ${arg_LIBS})
     if(type STREQUAL "SHARED")
         # Programs outside the layer see its exported headers only.

@@ -51,15 +51,14 @@ endfunction()
 function(orvane_compile_as_test name)
     target_compile_options(${name} PRIVATE -O0)
     if(NOT TARGET orvane_test_precompiled)
-        set(empty "${PROJECT_BINARY_DIR}/precompiled.cpp")
-        file(CONFIGURE OUTPUT "${empty}" CONTENT "")
-        orvane_add_library(orvane_test_precompiled OBJECT SOURCES "${empty}" LIBS GTest::gtest)
+        orvane_add_library(
+            orvane_test_precompiled OBJECT
+            SOURCES "${PROJECT_BINARY_DIR}/empty.cpp"
+            LIBS GTest::gtest
+            PRECOMPILED <gtest/gtest.h> <functional> <memory> <string> <thread> <vector>)
         # As the programs that use it.
         set_target_properties(orvane_test_precompiled PROPERTIES POSITION_INDEPENDENT_CODE OFF)
         target_compile_options(orvane_test_precompiled PRIVATE -O0 -fPIE)
-        target_precompile_headers(
-            orvane_test_precompiled PRIVATE <gtest/gtest.h> <functional> <memory> <string> <thread>
-            <vector>)
     endif()
     target_precompile_headers(${name} REUSE_FROM orvane_test_precompiled)
 endfunction()
