@@ -2,6 +2,7 @@
 
 #include "admin/creation.hpp"
 #include "admin/state.hpp"
+#include "admin/statistics_entities.hpp"
 #include "admin/topics.hpp"
 #include "core/outcome.hpp"
 #include "core/report.hpp"
@@ -161,6 +162,11 @@ Outcome listen_for_state_readers(QEL_KX_DDSEntities& entities, QEL_KX_Orvane& lo
     return Outcome::done_if(result == DDS_RETCODE_OK, "Unable to set listener in State DataWrite");
 }
 
+Outcome begin_statistics(QEL_KX_DDSEntities& entities, QEL_KX_Orvane&) {
+    create_statistics_entities(entities);
+    return Outcome::done();
+}
+
 Outcome create_filtered_topic_step(QEL_KX_DDSEntities& entities, QEL_KX_Orvane&) {
     return create_filtered_topic(entities);
 }
@@ -192,6 +198,7 @@ constexpr Step logging_steps[] = {
     create_log_writer,
     create_state_writer,
     listen_for_state_readers,
+    begin_statistics,
 };
 
 constexpr Step administration_steps[] = {

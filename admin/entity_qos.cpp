@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "core/shared_field.hpp"
+#include "orvane/statistics.h"
 #include "pexa/domain.h"
 #include "pexa/string.h"
 
@@ -20,11 +21,12 @@ struct ForcedPolicies {
     DDS_Long reader_depth;
 };
 
-constexpr std::array<ForcedPolicies, QEL_KX_TOPIC_COUNT> forced_policies{{
+constexpr std::array<ForcedPolicies, QEL_KX_TOPIC_COUNT + 1> forced_policies{{
     {QEL_KX_LOG_TOPIC_NAME, true, 10, 0},
     {QEL_KX_STATE_TOPIC_NAME, true, 1, 0},
     {QEL_KX_COMMAND_REQUEST_TOPIC_NAME, false, 0, 10},
     {QEL_KX_COMMAND_RESPONSE_TOPIC_NAME, false, 10, 0},
+    {QEL_KX_STATISTICS_TOPIC_NAME, true, 1, 0},
 }};
 
 const ForcedPolicies* policies_of(const char* topic_name) noexcept {

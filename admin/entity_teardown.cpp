@@ -1,4 +1,5 @@
 #include "admin/entities.hpp"
+#include "admin/statistics_entities.hpp"
 #include "core/report.hpp"
 #include "pexa/domain.h"
 #include "pexa/osapi.h"
@@ -76,6 +77,7 @@ DDS_ReturnCode_t delete_contained_entities(QEL_KX_DDSEntities* entities) {
                           participant, entities->commandRequestFilteredTopic),
                       "Unable to delete commandRequest Content Filtered Topic");
     }
+    delete_statistics_topic(participant);
     for (DDS_Topic* const topic : entities->createdTopics) {
         if (topic != nullptr) {
             DDS_DomainParticipant_delete_topic(participant, topic);

@@ -11,33 +11,31 @@
 namespace orvane::admin {
 namespace {
 
-struct TopicRow {
-    const char* name;
-    const char* type_name;
-    DDS_ReturnCode_t (*register_type)(DDS_DomainParticipant* participant, const char* type_name);
+struct LoggerTopic {
+    TopicRow row;
     DDS_Topic* QEL_KX_DDSEntities::*topic;
-    const char* register_failure;
-    const char* qos_failure;
-    const char* create_failure;
 };
 
-constexpr std::array<TopicRow, QEL_KX_TOPIC_COUNT> topic_rows{{
-    {QEL_KX_LOG_TOPIC_NAME, QEL_KX_LOG_REGISTERED_TYPE_NAME,
-     types::TypeSupport<QEL_KX_LogMessage>::register_type, &QEL_KX_DDSEntities::logTopic,
-     "Unable to register type for LogMessage", "Unable to create QoS for LogMessage Topic",
-     "Unable to create logTopic"},
-    {QEL_KX_STATE_TOPIC_NAME, QEL_KX_STATE_REGISTERED_TYPE_NAME,
-     types::TypeSupport<QEL_KX_ADMIN_State>::register_type, &QEL_KX_DDSEntities::stateTopic,
-     "Unable to register State type", "Unable to get QoS of State's Topic",
-     "Unable to create stateTopic"},
-    {QEL_KX_COMMAND_REQUEST_TOPIC_NAME, QEL_KX_COMMAND_REQUEST_REGISTERED_TYPE_NAME,
-     types::TypeSupport<QEL_KX_ADMIN_CommandRequest>::register_type,
-     &QEL_KX_DDSEntities::commandRequestTopic, "Unable to register CommandRequest type",
-     "Unable to get QoS for CommandRequest's Topic", "Unable to create CommandRequest Topic"},
-    {QEL_KX_COMMAND_RESPONSE_TOPIC_NAME, QEL_KX_COMMAND_RESPONSE_REGISTERED_TYPE_NAME,
-     types::TypeSupport<QEL_KX_ADMIN_CommandResponse>::register_type,
-     &QEL_KX_DDSEntities::commandResponseTopic, "Unable to register CommandResponse Type",
-     "Unable to get QoS for CommandResponse Topic", "Unable to create commandResponse Topic"},
+constexpr std::array<LoggerTopic, QEL_KX_TOPIC_COUNT> logger_topics{{
+    {{QEL_KX_LOG_TOPIC_NAME, QEL_KX_LOG_REGISTERED_TYPE_NAME,
+      types::TypeSupport<QEL_KX_LogMessage>::register_type,
+      "Unable to register type for LogMessage", "Unable to create QoS for LogMessage Topic",
+      "Unable to create logTopic"},
+     &QEL_KX_DDSEntities::logTopic},
+    {{QEL_KX_STATE_TOPIC_NAME, QEL_KX_STATE_REGISTERED_TYPE_NAME,
+      types::TypeSupport<QEL_KX_ADMIN_State>::register_type, "Unable to register State type",
+      "Unable to get QoS of State's Topic", "Unable to create stateTopic"},
+     &QEL_KX_DDSEntities::stateTopic},
+    {{QEL_KX_COMMAND_REQUEST_TOPIC_NAME, QEL_KX_COMMAND_REQUEST_REGISTERED_TYPE_NAME,
+      types::TypeSupport<QEL_KX_ADMIN_CommandRequest>::register_type,
+      "Unable to register CommandRequest type", "Unable to get QoS for CommandRequest's Topic",
+      "Unable to create CommandRequest Topic"},
+     &QEL_KX_DDSEntities::commandRequestTopic},
+    {{QEL_KX_COMMAND_RESPONSE_TOPIC_NAME, QEL_KX_COMMAND_RESPONSE_REGISTERED_TYPE_NAME,
+      types::TypeSupport<QEL_KX_ADMIN_CommandResponse>::register_type,
+      "Unable to register CommandResponse Type", "Unable to get QoS for CommandResponse Topic",
+      "Unable to create commandResponse Topic"},
+     &QEL_KX_DDSEntities::commandResponseTopic},
 }};
 
 /// A 32-bit id as a signed decimal, for a filter parameter: the members that it is compared with
@@ -81,11 +79,8 @@ private:
 
 }  // namespace
 
-core::Outcome obtain_topic(QEL_KX_DDSEntities& entities, TopicOf which) {
-    const auto index = static_cast<std::size_t>(which);
-    const TopicRow& row = topic_rows[index];
-    DDS_Topic*& topic = entities.*row.topic;
-
+core::Outcome obtain_topic(const QEL_KX_DDSEntities& entities, const TopicRow& row,
+                           DDS_Topic*& topic, DDS_Topic*& created) {
     if (DDS_TopicDescription* const existing =
             DDS_DomainParticipant_lookup_topicdescription(entities.participant, row.name);
         existing != nullptr) {
@@ -95,7 +90,7 @@ core::Outcome obtain_topic(QEL_KX_DDSEntities& entities, TopicOf which) {
     if (row.register_type(entities.participant, row.type_name) != DDS_RETCODE_OK) {
         return core::Outcome::failed(row.register_failure);
     }
-    const core::Outcome created = create_with_qos<DDS_TopicQos>(
+    const core::Outcome outcome = create_with_qos<DDS_TopicQos>(
         topic, [&](DDS_TopicQos* qos) { return topic_qos(&entities, qos, row.name); },
         row.qos_failure,
         [&](const DDS_TopicQos* qos) {
@@ -103,8 +98,14 @@ core::Outcome obtain_topic(QEL_KX_DDSEntities& entities, TopicOf which) {
                                                       qos, nullptr, DDS_STATUS_MASK_NONE);
         },
         row.create_failure);
-    entities.createdTopics[index] = topic;
-    return created;
+    created = topic;
+    return outcome;
+}
+
+core::Outcome obtain_topic(QEL_KX_DDSEntities& entities, TopicOf which) {
+    const auto index = static_cast<std::size_t>(which);
+    const LoggerTopic& known = logger_topics[index];
+    return obtain_topic(entities, known.row, entities.*known.topic, entities.createdTopics[index]);
 }
 
 core::Outcome create_filtered_topic(QEL_KX_DDSEntities& entities) {

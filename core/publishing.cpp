@@ -7,6 +7,8 @@
 #include "core/message_queue.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
+#include "core/statistics.hpp"
+#include "core/statistics_publication.hpp"
 #include "pexa/osapi.h"
 #include "pexa/publication.h"
 #include "types/typed_writer.hpp"
@@ -19,6 +21,8 @@ using pexa::Status;
 using LogMessageWriter = types::DataWriter<QEL_KX_LogMessage>;
 
 constexpr QELNtpTime no_wait = {0, 0};
+/// In a flood a look at the clock after each message would cost too much.
+constexpr std::uint64_t messages_between_looks = 256;
 /// The queue has to have room for as long as the thread may take to wake up. This is no longer.
 constexpr QELNtpTime batch_pause = {0, QEL_NTP_TIME_FRAC_PER_MILLISECOND / 10};
 
@@ -28,9 +32,13 @@ Status write(LogMessageWriteThread& thread, const QEL_KX_MessageQueueRecord& rec
     const DDS_ReturnCode_t result = LogMessageWriter::write_w_timestamp(
         thread.writer, &record.sample, &DDS_HANDLE_NIL, &record.timestamp);
     if (result == DDS_RETCODE_TIMEOUT) {
+        count_write_timeout();
         return Status::timeout;
     }
-    if (result != DDS_RETCODE_OK) {
+    if (result == DDS_RETCODE_OK) {
+        count_published();
+    } else {
+        count_discarded(1);
         report(context, "Unable to write LogMessage in DataWriter");
     }
     pop(*thread.messageQueue);
@@ -56,14 +64,20 @@ void publish(LogMessageWriteThread& thread, const char* context) {
         if (record != nullptr) {
             backlog.note(is_due, write(thread, *record, context) == Status::timeout);
             ++in_batch;
+            if (in_batch % messages_between_looks == 0) {
+                publish_changed_statistics();
+            }
         } else if (is_due) {
             backlog.end();
-        } else if (in_batch > 0) {
-            flush(thread);
-            if (pacing.wants_pause_after(in_batch)) {
-                QELOsapiThread_sleep(&batch_pause);
+        } else {
+            if (in_batch > 0) {
+                flush(thread);
+                if (pacing.wants_pause_after(in_batch)) {
+                    QELOsapiThread_sleep(&batch_pause);
+                }
+                in_batch = 0;
             }
-            in_batch = 0;
+            publish_changed_statistics();
         }
     }
     if (in_batch > 0) {

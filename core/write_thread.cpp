@@ -6,6 +6,7 @@
 #include "core/publishing.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
+#include "core/statistics.hpp"
 #include "pexa/config_logger.h"
 #include "pexa/osapi.h"
 #include "platform/internal/cancellation.hpp"
@@ -82,6 +83,9 @@ void delete_write_thread(LogMessageWriteThread* self) {
     }
     QELOsapiThread_delete(self->thread);
     store(self->threadId, 0);
+    if (self->messageQueue != nullptr) {
+        count_discarded(self->messageQueue->list.count);
+    }
     delete_queue(self->messageQueue);
     QELOsapiHeap_freeStructure(self);
 }

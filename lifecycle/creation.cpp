@@ -14,6 +14,8 @@
 #include "core/outcome.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
+#include "core/statistics.hpp"
+#include "core/statistics_publication.hpp"
 #include "core/write_thread.hpp"
 #include "orvane/admin.h"
 #include "pexa/config_logger.h"
@@ -48,7 +50,11 @@ Status choose_options(QEL_KX_Orvane& self) {
         options_made = core::create_default_options();
         self.options = options_made;
     }
-    return self.options != nullptr ? Status::ok : Status::out_of_resources;
+    if (self.options == nullptr) {
+        return Status::out_of_resources;
+    }
+    core::restart_statistics(self.options->queue_size);
+    return Status::ok;
 }
 
 // The steps of a creation, in their order.
@@ -229,6 +235,7 @@ QEL_KX_Orvane* destroy(QEL_KX_Orvane* self) {
     remove_device(*self);
     stop_listening(*self);
     stop_write_thread(*self);
+    core::end_statistics();
     admin::destroy_entities(self->ddsEntities);
     self->ddsEntities = nullptr;
     core::live_clock.store(nullptr, std::memory_order_release);

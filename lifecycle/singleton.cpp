@@ -11,6 +11,7 @@
 #include "core/logging_lock.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
+#include "core/statistics_publication.hpp"
 #include "lifecycle/creation.hpp"
 #include "orvane/admin.h"
 #include "pexa/config_logger.h"
@@ -53,6 +54,7 @@ constinit std::atomic<QEL_KX_Orvane*> copy_of_instance = nullptr;
 /// so it ends for all logging calls, whatever locks its threads held.
 void abandon_instance() {
     core::free_filter_lock();
+    core::forget_statistics();
     admin::forget_publication();
     if (QELOsapi_isEngineLost() == 0) {
         return;

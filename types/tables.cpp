@@ -15,6 +15,9 @@ const char QEL_KX_ADMIN_StateTYPENAME[] = "QEL::KX::ADMIN::State";
 const char QEL_KX_ADMIN_CommandTYPENAME[] = "QEL::KX::ADMIN::Command";
 const char QEL_KX_ADMIN_CommandRequestTYPENAME[] = "QEL::KX::ADMIN::CommandRequest";
 const char QEL_KX_ADMIN_CommandResponseTYPENAME[] = "QEL::KX::ADMIN::CommandResponse";
+const char QEL_KX_ADMIN_CountTYPENAME[] = "QEL::KX::ADMIN::Count";
+const char QEL_KX_ADMIN_ViewerTYPENAME[] = "QEL::KX::ADMIN::Viewer";
+const char QEL_KX_ADMIN_StatisticsTYPENAME[] = "QEL::KX::ADMIN::Statistics";
 
 namespace orvane::types {
 
@@ -95,6 +98,37 @@ constexpr auto command_response_rows = rows<QEL_KX_ADMIN_CommandResponse>(
     string<&QEL_KX_ADMIN_CommandResponse::message, ORVANE_RESPONSE_MESSAGE_BOUND>(4, "message"));
 constexpr TypeTable Description<QEL_KX_ADMIN_CommandResponse>::table = structure(
     QEL_KX_ADMIN_CommandResponseTYPENAME, DDS_MUTABLE_EXTENSIBILITY, command_response_rows);
+
+constexpr auto count_rows = rows<QEL_KX_ADMIN_Count>(member<&QEL_KX_ADMIN_Count::high>(0, "high"),
+                                                     member<&QEL_KX_ADMIN_Count::low>(1, "low"));
+constexpr TypeTable Description<QEL_KX_ADMIN_Count>::table =
+    structure(QEL_KX_ADMIN_CountTYPENAME, DDS_FINAL_EXTENSIBILITY, count_rows);
+
+constexpr auto viewer_rows = rows<QEL_KX_ADMIN_Viewer>(
+    member<&QEL_KX_ADMIN_Viewer::host>(0, "host"), member<&QEL_KX_ADMIN_Viewer::app>(1, "app"),
+    member<&QEL_KX_ADMIN_Viewer::instance>(2, "instance"),
+    member<&QEL_KX_ADMIN_Viewer::entity>(3, "entity"),
+    member<&QEL_KX_ADMIN_Viewer::missedHigh>(4, "missedHigh"),
+    member<&QEL_KX_ADMIN_Viewer::missedLow>(5, "missedLow"));
+constexpr TypeTable Description<QEL_KX_ADMIN_Viewer>::table =
+    structure(QEL_KX_ADMIN_ViewerTYPENAME, DDS_FINAL_EXTENSIBILITY, viewer_rows);
+
+constexpr auto statistics_rows = rows<QEL_KX_ADMIN_Statistics>(
+    member<&QEL_KX_ADMIN_Statistics::hostAndAppId>(0, "hostAndAppId", Role::Key),
+    member<&QEL_KX_ADMIN_Statistics::logWriter>(1, "logWriter"),
+    member<&QEL_KX_ADMIN_Statistics::accepted>(2, "accepted"),
+    member<&QEL_KX_ADMIN_Statistics::refusedForRoom>(3, "refusedForRoom"),
+    member<&QEL_KX_ADMIN_Statistics::refusedForMemory>(4, "refusedForMemory"),
+    member<&QEL_KX_ADMIN_Statistics::published>(5, "published"),
+    member<&QEL_KX_ADMIN_Statistics::discarded>(6, "discarded"),
+    member<&QEL_KX_ADMIN_Statistics::writeTimeouts>(7, "writeTimeouts"),
+    member<&QEL_KX_ADMIN_Statistics::queued>(8, "queued"),
+    member<&QEL_KX_ADMIN_Statistics::mostQueued>(9, "mostQueued"),
+    member<&QEL_KX_ADMIN_Statistics::queueSize>(10, "queueSize"),
+    member<&QEL_KX_ADMIN_Statistics::isLast>(11, "isLast"),
+    sequence<&QEL_KX_ADMIN_Statistics::viewers, ORVANE_VIEWER_BOUND>(12, "viewers"));
+constexpr TypeTable Description<QEL_KX_ADMIN_Statistics>::table =
+    structure(QEL_KX_ADMIN_StatisticsTYPENAME, DDS_MUTABLE_EXTENSIBILITY, statistics_rows);
 
 static_assert(ORVANE_QEL_LOGGER_CATEGORY_COUNT ==
               pexa::enumerator_count<QEL_KX_ADMIN_QELLoggerCategory>);

@@ -7,6 +7,7 @@
 
 #include "orvane/admin.h"
 #include "orvane/core.h"
+#include "orvane/statistics.h"
 #include "orvane/types.h"
 #include "orvane/xml.h"
 

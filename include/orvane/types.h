@@ -13,9 +13,9 @@
  * | `TPlugin_serialize` … | encoding                                | all                        |
  * | `TPlugin_new` …       | type plugin                             | structures and the union   |
  * | `TPluginSupport_…`    | records on the heap, printing           | the former (print: all)    |
- * | `TTypeSupport_…`      | registration, records on the heap       | the four topic types       |
- * | `TDataWriter_…`       | typed writer                            | the four topic types       |
- * | `TDataReader_…`       | typed reader                            | the four topic types       |
+ * | `TTypeSupport_…`      | registration, records on the heap       | the five topic types       |
+ * | `TDataWriter_…`       | typed writer                            | the five topic types       |
+ * | `TDataReader_…`       | typed reader                            | the five topic types       |
  *
  * A string member is an owned, NUL-terminated buffer of its bound + 1 bytes once the record has
  * been initialised; change the text in the buffer, not the pointer. An operation touches only what
@@ -47,6 +47,7 @@ PEXA_BEGIN_C
 #define ORVANE_RESPONSE_MESSAGE_BOUND 2048
 /** One entry per @ref QEL_KX_ADMIN_QELLoggerCategory. */
 #define ORVANE_QEL_LOGGER_CATEGORY_COUNT 5
+#define ORVANE_VIEWER_BOUND 16
 /** @} */
 
 /** Life of a logger. */
@@ -197,6 +198,54 @@ typedef struct QEL_KX_ADMIN_CommandResponse {
     char* message;
 } QEL_KX_ADMIN_CommandResponse;
 
+/** A number of messages, of 64 bits. Final, no key. */
+typedef struct QEL_KX_ADMIN_Count {
+    /** Member 0: the upper 32 bits. */
+    DDS_Long high;
+    /** Member 1: the bits of the lower 32. */
+    DDS_Long low;
+} QEL_KX_ADMIN_Count;
+
+/** A reader of log messages that a logger knows. Final, no key. */
+typedef struct QEL_KX_ADMIN_Viewer {
+    /** Members 0 to 3: the reader's GUID, most significant bytes first. */
+    DDS_Long host;
+    DDS_Long app;
+    DDS_Long instance;
+    DDS_Long entity;
+    /** Members 4 and 5, as in a count: messages that were published before the logger knew the
+     *  reader. Some of them may not have been kept for it; all later ones are sent to it. */
+    DDS_Long missedHigh;
+    DDS_Long missedLow;
+} QEL_KX_ADMIN_Viewer;
+
+PEXA_SEQUENCE_RECORD(QEL_KX_ADMIN_ViewerSeq, QEL_KX_ADMIN_Viewer);
+
+/** What became of a logger's messages; statistics.h explains the numbers. Mutable; its key is
+ *  hostAndAppId. */
+typedef struct QEL_KX_ADMIN_Statistics {
+    /** Member 0, key: the logger. */
+    QEL_KX_HostAndAppId hostAndAppId;
+    /** Member 1: the last four bytes of the GUID of its writer of log messages. */
+    DDS_Long logWriter;
+    /** Members 2 to 7. */
+    QEL_KX_ADMIN_Count accepted;
+    QEL_KX_ADMIN_Count refusedForRoom;
+    QEL_KX_ADMIN_Count refusedForMemory;
+    /** The RTPS sequence number of the last message, too. */
+    QEL_KX_ADMIN_Count published;
+    QEL_KX_ADMIN_Count discarded;
+    QEL_KX_ADMIN_Count writeTimeouts;
+    /** Members 8 to 10. */
+    DDS_Long queued;
+    DDS_Long mostQueued;
+    DDS_Long queueSize;
+    /** Member 11: 1 when the logger has ended, else 0. */
+    DDS_Long isLast;
+    /** Member 12: the readers that came last, at most @ref ORVANE_VIEWER_BOUND. */
+    QEL_KX_ADMIN_ViewerSeq viewers;
+} QEL_KX_ADMIN_Statistics;
+
 /**
  * @name Groups of types
  * `X(T)` is expanded for each type of the group.
@@ -210,16 +259,19 @@ typedef struct QEL_KX_ADMIN_CommandResponse {
     X(QEL_KX_ADMIN_QELLoggerCategory)  \
     X(QEL_KX_ADMIN_QELLoggerPrintFormat)
 /** Types that topics carry. */
-#define ORVANE_TOPIC_TYPES(X)      \
-    X(QEL_KX_LogMessage)           \
-    X(QEL_KX_ADMIN_State)          \
-    X(QEL_KX_ADMIN_CommandRequest) \
-    X(QEL_KX_ADMIN_CommandResponse)
+#define ORVANE_TOPIC_TYPES(X)       \
+    X(QEL_KX_LogMessage)            \
+    X(QEL_KX_ADMIN_State)           \
+    X(QEL_KX_ADMIN_CommandRequest)  \
+    X(QEL_KX_ADMIN_CommandResponse) \
+    X(QEL_KX_ADMIN_Statistics)
 /** Types that only occur inside others. */
-#define ORVANE_NESTED_TYPES(X) \
-    X(QEL_KX_HostAndAppId)     \
-    X(QEL_KX_ADMIN_Command)    \
-    X(QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity)
+#define ORVANE_NESTED_TYPES(X)                    \
+    X(QEL_KX_HostAndAppId)                        \
+    X(QEL_KX_ADMIN_Command)                       \
+    X(QEL_KX_ADMIN_QELLoggerCategoryAndVerbosity) \
+    X(QEL_KX_ADMIN_Count)                         \
+    X(QEL_KX_ADMIN_Viewer)
 #define ORVANE_STRUCTURES(X) ORVANE_TOPIC_TYPES(X) ORVANE_NESTED_TYPES(X)
 #define ORVANE_TYPES(X) ORVANE_STRUCTURES(X) ORVANE_ENUMERATIONS(X)
 /** Types with a key, of which all but the first are topic types. */
@@ -227,7 +279,8 @@ typedef struct QEL_KX_ADMIN_CommandResponse {
 #define ORVANE_KEYED_TOPIC_TYPES(X) \
     X(QEL_KX_LogMessage)            \
     X(QEL_KX_ADMIN_State)           \
-    X(QEL_KX_ADMIN_CommandResponse)
+    X(QEL_KX_ADMIN_CommandResponse) \
+    X(QEL_KX_ADMIN_Statistics)
 /** @} */
 
 /** @cond declarations made of the operation lists */
@@ -243,6 +296,8 @@ PEXA_SEQUENCE_RECORD(QEL_KX_ADMIN_CommandSeq, QEL_KX_ADMIN_Command);
 PEXA_SEQUENCE_RECORD(QEL_KX_ADMIN_CommandRequestSeq, QEL_KX_ADMIN_CommandRequest);
 PEXA_SEQUENCE_RECORD(QEL_KX_ADMIN_CommandResultSeq, QEL_KX_ADMIN_CommandResult);
 PEXA_SEQUENCE_RECORD(QEL_KX_ADMIN_CommandResponseSeq, QEL_KX_ADMIN_CommandResponse);
+PEXA_SEQUENCE_RECORD(QEL_KX_ADMIN_CountSeq, QEL_KX_ADMIN_Count);
+PEXA_SEQUENCE_RECORD(QEL_KX_ADMIN_StatisticsSeq, QEL_KX_ADMIN_Statistics);
 
 #define ORVANE_DECLARE(Prefix, T, Result, operation, parameters, arguments) \
     ORVANE_API Result Prefix##_##operation parameters;

@@ -1,0 +1,160 @@
+#include "core/statistics_publication.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <mutex>
+
+#include "core/report.hpp"
+#include "core/statistics.hpp"
+#include "pexa/publication.h"
+#include "types/plugin_support.hpp"
+#include "types/typed_writer.hpp"
+
+namespace orvane::core {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Writer = types::DataWriter<QEL_KX_ADMIN_Statistics>;
+using Sample = types::PluginSupport<QEL_KX_ADMIN_Statistics>;
+
+constexpr std::chrono::seconds period{1};
+
+struct Words {
+    DDS_Long high;
+    DDS_Long low;
+};
+
+Words words_of(DDS_UnsignedLongLong number) noexcept {
+    return {static_cast<DDS_Long>(number >> 32U), static_cast<DDS_Long>(number)};
+}
+
+QEL_KX_ADMIN_Count to_count(DDS_UnsignedLongLong number) noexcept {
+    const Words words = words_of(number);
+    return {words.high, words.low};
+}
+
+/// Four bytes of an entity's GUID, most significant first.
+DDS_Long guid_word(const DDS_InstanceHandle_t& entity, std::size_t index) noexcept {
+    DDS_UnsignedLong word = 0;
+    for (std::size_t i = 0; i < sizeof word; ++i) {
+        word = word << 8U | entity.keyHash.value[index * sizeof word + i];
+    }
+    return static_cast<DDS_Long>(word);
+}
+
+/// The readers that came last. The engine's threads add them, the write thread publishes them.
+struct Viewers {
+    std::mutex mutex;
+    QEL_KX_ADMIN_Viewer last[ORVANE_VIEWER_BOUND] = {};
+    std::size_t count = 0;
+};
+constinit Viewers viewers;
+
+/// Of the write thread; before and behind that of who makes and ends the logger.
+struct Publication {
+    QEL_KX_ADMIN_StatisticsDataWriter* writer = nullptr;
+    QEL_KX_ADMIN_Statistics* sample = nullptr;
+    QEL_KX_Statistics last{};
+    std::size_t viewers = 0;
+    Clock::time_point next;
+    bool has_failed = false;
+};
+constinit Publication publication;
+
+/// @return how many viewers there have been.
+std::size_t viewer_count() noexcept {
+    const std::lock_guard lock(viewers.mutex);
+    return viewers.count;
+}
+
+/// @return how many viewers there have been.
+std::size_t copy_viewers(QEL_KX_ADMIN_ViewerSeq& sequence) {
+    const std::lock_guard lock(viewers.mutex);
+    const std::size_t length = std::min<std::size_t>(viewers.count, ORVANE_VIEWER_BOUND);
+    QEL_KX_ADMIN_ViewerSeq_from_array(&sequence, viewers.last, static_cast<DDS_Long>(length));
+    return viewers.count;
+}
+
+bool has_changed(const QEL_KX_Statistics& now) {
+    const QEL_KX_Statistics& last = publication.last;
+    return now.accepted != last.accepted || now.refusedForRoom != last.refusedForRoom ||
+           now.refusedForMemory != last.refusedForMemory || now.published != last.published ||
+           now.discarded != last.discarded || now.writeTimeouts != last.writeTimeouts;
+}
+
+void publish(const QEL_KX_Statistics& now) {
+    QEL_KX_ADMIN_Statistics& sample = *publication.sample;
+    sample.accepted = to_count(now.accepted);
+    sample.refusedForRoom = to_count(now.refusedForRoom);
+    sample.refusedForMemory = to_count(now.refusedForMemory);
+    sample.published = to_count(now.published);
+    sample.discarded = to_count(now.discarded);
+    sample.writeTimeouts = to_count(now.writeTimeouts);
+    sample.queued = now.queued;
+    sample.mostQueued = now.mostQueued;
+    sample.queueSize = now.queueSize;
+    publication.viewers = copy_viewers(sample.viewers);
+    publication.last = now;
+    publication.next = Clock::now() + period;
+    const bool fails =
+        Writer::write(publication.writer, &sample, &DDS_HANDLE_NIL) != DDS_RETCODE_OK;
+    if (fails && !publication.has_failed) {
+        report("QEL_KX_Statistics_publish", "Unable to write Statistics", QEL_KX_LEVEL_WARNING);
+    }
+    publication.has_failed = fails;
+}
+
+}  // namespace
+
+Outcome begin_statistics(QEL_KX_ADMIN_StatisticsDataWriter* writer, DDS_DataWriter* log_writer,
+                         const QEL_KX_HostAndAppId& logger) {
+    publication = Publication{};
+    publication.sample = Sample::create_data();
+    if (publication.sample == nullptr) {
+        return Outcome::failed("Unable to initialize QEL_KX_ADMIN_Statistics");
+    }
+    publication.sample->hostAndAppId = logger;
+    publication.sample->logWriter =
+        guid_word(DDS_Entity_get_instance_handle(DDS_DataWriter_as_entity(log_writer)), 3);
+    publication.writer = writer;
+    publish(QEL_KX_Statistics{});
+    return Outcome::done();
+}
+
+void note_viewer(const DDS_InstanceHandle_t& reader) noexcept {
+    const Words missed = words_of(read_statistics().published);
+    const std::lock_guard lock(viewers.mutex);
+    viewers.last[viewers.count++ % ORVANE_VIEWER_BOUND] = {
+        guid_word(reader, 0), guid_word(reader, 1), guid_word(reader, 2),
+        guid_word(reader, 3), missed.high,          missed.low};
+}
+
+void publish_changed_statistics() {
+    if (publication.writer == nullptr || Clock::now() < publication.next) {
+        return;
+    }
+    if (const QEL_KX_Statistics now = read_statistics();
+        has_changed(now) || viewer_count() != publication.viewers) {
+        publish(now);
+    }
+}
+
+void end_statistics() {
+    if (publication.writer != nullptr) {
+        publication.sample->isLast = 1;
+        publish(read_statistics());
+        Sample::destroy_data(publication.sample);
+        publication = Publication{};
+    }
+    const std::lock_guard lock(viewers.mutex);
+    viewers.count = 0;
+}
+
+void forget_statistics() noexcept {
+    std::construct_at(&viewers);
+    publication = Publication{};
+}
+
+}  // namespace orvane::core

@@ -1,0 +1,29 @@
+/// @file statistics_publication.hpp
+/// @brief Publishes the statistics of the logger, where that is wanted.
+#pragma once
+
+#include "core/outcome.hpp"
+#include "orvane/statistics.h"
+#include "orvane/types.h"
+
+namespace orvane::core {
+
+/// Begins, before there is a write thread.
+/// @param log_writer of the logger's messages
+Outcome begin_statistics(QEL_KX_ADMIN_StatisticsDataWriter* writer, DDS_DataWriter* log_writer,
+                         const QEL_KX_HostAndAppId& logger);
+
+/// Notes a reader that the writer of messages has begun to send to. May be called by any thread.
+void note_viewer(const DDS_InstanceHandle_t& reader) noexcept;
+
+/// Publishes what has changed, unless it is less than a second since the last time. Called on the
+/// write thread.
+void publish_changed_statistics();
+
+/// Publishes for the last time. Called behind the end of the write thread, before the writer's.
+void end_statistics();
+
+/// In a child process: the publication is lost, with the thread that may have been in it.
+void forget_statistics() noexcept;
+
+}  // namespace orvane::core
