@@ -125,10 +125,20 @@ Outcome begin_statistics(QEL_KX_ADMIN_StatisticsDataWriter* writer, DDS_DataWrit
 
 void note_viewer(const DDS_InstanceHandle_t& reader) noexcept {
     const Words missed = words_of(read_statistics().published);
+    const QEL_KX_ADMIN_Viewer viewer{guid_word(reader, 0), guid_word(reader, 1),
+                                     guid_word(reader, 2), guid_word(reader, 3),
+                                     missed.high,          missed.low};
     const std::lock_guard lock(viewers.mutex);
-    viewers.last[viewers.count++ % ORVANE_VIEWER_BOUND] = {
-        guid_word(reader, 0), guid_word(reader, 1), guid_word(reader, 2),
-        guid_word(reader, 3), missed.high,          missed.low};
+    const QEL_KX_ADMIN_Viewer* begin = viewers.last;
+    const auto* end = begin + std::min<std::size_t>(viewers.count, ORVANE_VIEWER_BOUND);
+    // A reader that was lost and came back should have had everything in between.
+    const bool is_known = std::any_of(begin, end, [&](const QEL_KX_ADMIN_Viewer& known) {
+        return known.host == viewer.host && known.app == viewer.app &&
+               known.instance == viewer.instance && known.entity == viewer.entity;
+    });
+    if (!is_known) {
+        viewers.last[viewers.count++ % ORVANE_VIEWER_BOUND] = viewer;
+    }
 }
 
 void publish_changed_statistics() {

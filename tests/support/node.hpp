@@ -51,6 +51,8 @@ ORVANE_TOPIC_TYPE(QEL_KX_ADMIN_CommandRequest, "qel/orvane/administration/comman
                   "com::qel::kx::admin::CommandRequest");
 ORVANE_TOPIC_TYPE(QEL_KX_ADMIN_CommandResponse, "qel/orvane/administration/command_response",
                   "com::qel::kx::admin::CommandResponse");
+ORVANE_TOPIC_TYPE(QEL_KX_ADMIN_Statistics, "qel/orvane/statistics",
+                  "com::qel::kx::admin::Statistics");
 #undef ORVANE_TOPIC_TYPE
 
 template <typename T>
