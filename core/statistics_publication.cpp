@@ -124,10 +124,23 @@ Outcome begin_statistics(QEL_KX_ADMIN_StatisticsDataWriter* writer, DDS_DataWrit
 }
 
 void note_viewer(const DDS_InstanceHandle_t& reader) noexcept {
-    const Words missed = words_of(read_statistics().published);
-    const QEL_KX_ADMIN_Viewer viewer{guid_word(reader, 0), guid_word(reader, 1),
-                                     guid_word(reader, 2), guid_word(reader, 3),
-                                     missed.high,          missed.low};
+    const QEL_KX_Statistics now = read_statistics();
+    const Words published = words_of(now.published);
+    const Words refused_for_room = words_of(now.refusedForRoom);
+    const Words refused_for_memory = words_of(now.refusedForMemory);
+    const Words discarded = words_of(now.discarded);
+    const QEL_KX_ADMIN_Viewer viewer{.host = guid_word(reader, 0),
+                                     .app = guid_word(reader, 1),
+                                     .instance = guid_word(reader, 2),
+                                     .entity = guid_word(reader, 3),
+                                     .publishedHigh = published.high,
+                                     .publishedLow = published.low,
+                                     .refusedForRoomHigh = refused_for_room.high,
+                                     .refusedForRoomLow = refused_for_room.low,
+                                     .refusedForMemoryHigh = refused_for_memory.high,
+                                     .refusedForMemoryLow = refused_for_memory.low,
+                                     .discardedHigh = discarded.high,
+                                     .discardedLow = discarded.low};
     const std::lock_guard lock(viewers.mutex);
     const QEL_KX_ADMIN_Viewer* begin = viewers.last;
     const auto* end = begin + std::min<std::size_t>(viewers.count, ORVANE_VIEWER_BOUND);

@@ -108,8 +108,14 @@ constexpr auto viewer_rows = rows<QEL_KX_ADMIN_Viewer>(
     member<&QEL_KX_ADMIN_Viewer::host>(0, "host"), member<&QEL_KX_ADMIN_Viewer::app>(1, "app"),
     member<&QEL_KX_ADMIN_Viewer::instance>(2, "instance"),
     member<&QEL_KX_ADMIN_Viewer::entity>(3, "entity"),
-    member<&QEL_KX_ADMIN_Viewer::missedHigh>(4, "missedHigh"),
-    member<&QEL_KX_ADMIN_Viewer::missedLow>(5, "missedLow"));
+    member<&QEL_KX_ADMIN_Viewer::publishedHigh>(4, "publishedHigh"),
+    member<&QEL_KX_ADMIN_Viewer::publishedLow>(5, "publishedLow"),
+    member<&QEL_KX_ADMIN_Viewer::refusedForRoomHigh>(6, "refusedForRoomHigh"),
+    member<&QEL_KX_ADMIN_Viewer::refusedForRoomLow>(7, "refusedForRoomLow"),
+    member<&QEL_KX_ADMIN_Viewer::refusedForMemoryHigh>(8, "refusedForMemoryHigh"),
+    member<&QEL_KX_ADMIN_Viewer::refusedForMemoryLow>(9, "refusedForMemoryLow"),
+    member<&QEL_KX_ADMIN_Viewer::discardedHigh>(10, "discardedHigh"),
+    member<&QEL_KX_ADMIN_Viewer::discardedLow>(11, "discardedLow"));
 constexpr TypeTable Description<QEL_KX_ADMIN_Viewer>::table =
     structure(QEL_KX_ADMIN_ViewerTYPENAME, DDS_FINAL_EXTENSIBILITY, viewer_rows);
 

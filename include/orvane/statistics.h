@@ -6,8 +6,8 @@
  * filter leaves out is not counted.
  *
  * With @ref QEL_KX_STATISTICS_PROPERTY the logger also publishes its statistics, as
- * QEL_KX_ADMIN_Statistics on the topic @ref QEL_KX_STATISTICS_TOPIC_NAME: at its start, then at most
- * once a second as long as something changes, and at its end.
+ * QEL_KX_ADMIN_Statistics on the topic @ref QEL_KX_STATISTICS_TOPIC_NAME: at its start, then at
+ * most once a second as long as something changes, and at its end.
  */
 #ifndef ORVANE_STATISTICS_H
 #define ORVANE_STATISTICS_H

@@ -213,10 +213,17 @@ typedef struct QEL_KX_ADMIN_Viewer {
     DDS_Long app;
     DDS_Long instance;
     DDS_Long entity;
-    /** Members 4 and 5, as in a count: messages that were published before the logger knew the
-     *  reader. Some of them may not have been kept for it; all later ones are sent to it. */
-    DDS_Long missedHigh;
-    DDS_Long missedLow;
+    /** Members 4 to 11: the statistics when the logger began to send to the reader, both halves of
+     *  each number as in a count. Of the messages published before, the reader gets those that the
+     *  logger has kept; it is sent all later ones. */
+    DDS_Long publishedHigh;
+    DDS_Long publishedLow;
+    DDS_Long refusedForRoomHigh;
+    DDS_Long refusedForRoomLow;
+    DDS_Long refusedForMemoryHigh;
+    DDS_Long refusedForMemoryLow;
+    DDS_Long discardedHigh;
+    DDS_Long discardedLow;
 } QEL_KX_ADMIN_Viewer;
 
 PEXA_SEQUENCE_RECORD(QEL_KX_ADMIN_ViewerSeq, QEL_KX_ADMIN_Viewer);

@@ -135,7 +135,7 @@ TEST_F(Statistics, ArePublishedForAParticipantThatAsks) {
         const auto word = static_cast<DDS_UnsignedLong>(words[i / 4]);
         EXPECT_EQ(self.keyHash.value[i], static_cast<DDS_Octet>(word >> (24U - i % 4 * 8)));
     }
-    EXPECT_EQ(known->missedLow, 0) << "it was there before the first message";
+    EXPECT_EQ(known->publishedLow, 0) << "it was there before the first message";
 }
 
 TEST_F(Statistics, AreNoBusinessOfOtherParticipants) {
