@@ -17,6 +17,24 @@ struct CycloneFree {
 template <typename T>
 using CyclonePtr = std::unique_ptr<T, CycloneFree>;
 
+// Strings that Cyclone returned.
+struct CycloneStrings {
+    std::uint32_t count = 0;
+    char** strings = nullptr;
+
+    CycloneStrings() = default;
+    CycloneStrings(const CycloneStrings&) = delete;
+    CycloneStrings& operator=(const CycloneStrings&) = delete;
+    ~CycloneStrings() {
+        for (const auto* string = begin(); string != end(); ++string) {
+            dds_free(*string);
+        }
+        dds_free(strings);
+    }
+    char* const* begin() const { return strings; }
+    char* const* end() const { return strings + count; }
+};
+
 // One policy in both directions. Absent policies are left out, either way.
 struct PolicyRow {
     void (*put)(const Qos& qos, dds_qos_t* out);
@@ -100,20 +118,17 @@ constexpr PolicyRow properties_row{[](const Qos& qos, dds_qos_t* out) {
                                        }
                                    },
                                    [](const dds_qos_t* qos, Qos& out) {
-                                       std::uint32_t count = 0;
-                                       char** found = nullptr;
-                                       if (!dds_qget_propnames(qos, &count, &found)) {
+                                       CycloneStrings names;
+                                       if (!dds_qget_propnames(qos, &names.count, &names.strings)) {
                                            return;
                                        }
-                                       const CyclonePtr<char*> names(found);
-                                       for (std::uint32_t i = 0; i < count; ++i) {
-                                           const CyclonePtr<char> name(names.get()[i]);
+                                       for (const char* name : names) {
                                            char* value = nullptr;
-                                           if (!dds_qget_prop(qos, name.get(), &value)) {
+                                           if (!dds_qget_prop(qos, name, &value)) {
                                                continue;
                                            }
                                            const CyclonePtr<char> owner(value);
-                                           out.properties.emplace_back(name.get(), value);
+                                           out.properties.emplace_back(name, value);
                                        }
                                    }};
 
@@ -129,15 +144,9 @@ constexpr PolicyRow partition_row{
         dds_qset_partition(out, static_cast<std::uint32_t>(names.size()), names.data());
     },
     [](const dds_qos_t* qos, Qos& out) {
-        std::uint32_t count = 0;
-        char** found = nullptr;
-        if (!dds_qget_partition(qos, &count, &found)) {
-            return;
-        }
-        const CyclonePtr<char*> names(found);
-        auto& partition = out.partition.emplace();
-        for (std::uint32_t i = 0; i < count; ++i) {
-            partition.emplace_back(CyclonePtr<char>(names.get()[i]).get());
+        CycloneStrings names;
+        if (dds_qget_partition(qos, &names.count, &names.strings)) {
+            out.partition.emplace(names.begin(), names.end());
         }
     }};
 
