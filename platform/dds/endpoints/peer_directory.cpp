@@ -46,15 +46,8 @@ Status PeerDirectory::store_matched(engine::EntityId endpoint, DDS_InstanceHandl
     if (status != Status::ok) {
         return status;
     }
-    const auto count = static_cast<DDS_Long>(peers.size());
-    if (DDS_InstanceHandleSeq_ensure_length(&handles, count, count) == 0) {
-        return Status::out_of_resources;
-    }
-    for (DDS_Long i = 0; i < count; ++i) {
-        *DDS_InstanceHandleSeq_get_reference(&handles, i) =
-            handle_of(endpoint, peers[static_cast<std::size_t>(i)]);
-    }
-    return Status::ok;
+    return store_handles(
+        peers, [&](engine::LocalHandle peer) { return handle_of(endpoint, peer); }, handles);
 }
 
 bool PeerDirectory::find(engine::LocalHandle peer, DDS_InstanceHandle_t& handle) noexcept {
