@@ -184,8 +184,22 @@ bool knows_instance(EntityId endpoint, const KeyHash& instance) noexcept;
 Status get_key(EntityId endpoint, const KeyHash& instance, Payload& key) noexcept;
 /// @}
 
-/// @name Matched endpoints
+/// @name Discovery
 /// @{
+
+/// A participant, as discovery announced it.
+struct ParticipantData {
+    Guid guid{};
+    /// User data, name and properties. What properties there are depends on the product.
+    Qos qos;
+};
+
+/// Fills @p found with the other participants of the domain that are known now, those of this
+/// process among them. Takes about a millisecond. The first call adds a subscriber to the
+/// participant, for which a listener of the participant may hear on_data_on_readers.
+/// @return illegal_operation in a callback
+Status get_discovered_participants(EntityId participant,
+                                   std::vector<ParticipantData>& found) noexcept;
 
 /// A matched endpoint, as discovery announced it.
 struct EndpointData {

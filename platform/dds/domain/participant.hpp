@@ -31,6 +31,14 @@ public:
     Status get_qos(DDS_DomainParticipantQos& qos) const;
     Status assert_liveliness() const;
 
+    /// @name Other participants of the domain
+    /// @{
+    Status get_discovered_participants(DDS_InstanceHandleSeq& handles) const;
+    Status get_discovered_participant_data(const Operation& operation,
+                                           DDS_ParticipantBuiltinTopicData& data,
+                                           const DDS_InstanceHandle_t& handle) const;
+    /// @}
+
     /// @name Contained entities
     /// Failures are reported. An entity that is not contained, or that is still in use, cannot be
     /// deleted: PRECONDITION_NOT_MET.

@@ -185,6 +185,50 @@ PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_register_type(DDS_DomainParticip
 /** PRECONDITION_NOT_MET while a topic uses the name; BAD_PARAMETER when it is not registered. */
 PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_unregister_type(DDS_DomainParticipant* self,
                                                                 const char* typeName);
+
+/** The GUID of a participant, in the order of RTPS. */
+typedef struct DDS_BuiltinTopicKey_t {
+    DDS_Octet value[16];
+} DDS_BuiltinTopicKey_t;
+
+/**
+ * A participant as discovery announced it. It owns its memory like a QoS record: `_initialize`
+ * makes it empty, `_finalize` frees its memory and is harmless on a finalised record. Both return
+ * OK, or BAD_PARAMETER for NULL.
+ */
+typedef struct DDS_ParticipantBuiltinTopicData {
+    /** Its first 12 bytes are those of the GUIDs of all entities in the participant. */
+    DDS_BuiltinTopicKey_t key;
+    DDS_UserDataQosPolicy user_data;
+    DDS_EntityNameQosPolicy participant_name;
+    /** What the product announces, and "__NetworkAddresses", which the engine adds. Cyclone DDS,
+     *  and so this library, announces "__Hostname", "__Pid" and "__ProcessName". */
+    DDS_PropertyQosPolicy property;
+} DDS_ParticipantBuiltinTopicData;
+PEXA_API DDS_ReturnCode_t
+DDS_ParticipantBuiltinTopicData_initialize(DDS_ParticipantBuiltinTopicData* self);
+PEXA_API DDS_ReturnCode_t
+DDS_ParticipantBuiltinTopicData_finalize(DDS_ParticipantBuiltinTopicData* self);
+
+/**
+ * Replaces the content of @p handles by the other participants of the domain that are known now,
+ * those of this process among them. A participant that left without a word is known until its
+ * lease ends. Takes about a millisecond.
+ * @return OK; NOT_ENABLED; ILLEGAL_OPERATION in a listener; OUT_OF_RESOURCES: no memory, or a lent
+ *   buffer that is too small.
+ */
+PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_get_discovered_participants(
+    DDS_DomainParticipant* self, DDS_InstanceHandleSeq* handles);
+/**
+ * Replaces the content of @p data, which must be initialised, by what a participant announced.
+ * Takes as long.
+ * @param handle of @ref DDS_DomainParticipant_get_discovered_participants
+ * @return OK; NOT_ENABLED; ILLEGAL_OPERATION in a listener; BAD_PARAMETER when no such participant
+ *   is known, or not any more; OUT_OF_RESOURCES. @p data is unchanged after a failure.
+ */
+PEXA_API DDS_ReturnCode_t DDS_DomainParticipant_get_discovered_participant_data(
+    DDS_DomainParticipant* self, DDS_ParticipantBuiltinTopicData* data,
+    const DDS_InstanceHandle_t* handle);
 /** @name Default QoS of entities in the participant; @p qos must be initialised. @{ */
 PEXA_API DDS_ReturnCode_t
 DDS_DomainParticipant_get_default_publisher_qos(DDS_DomainParticipant* self, DDS_PublisherQos* qos);

@@ -1,7 +1,12 @@
+#include <unistd.h>
+
+#include <cerrno>
+
 #include <gtest/gtest.h>
 
 #include "platform/engine/engine.hpp"
 #include "tests/platform/dds/entities/probe_node.hpp"
+#include "tests/support/faults.hpp"
 
 namespace {
 
@@ -228,6 +233,86 @@ TEST(WrappedParticipants, AreOrdinaryOnesAndStayTheApplications) {
     EXPECT_TRUE(engine::is_participant(own));
     EXPECT_EQ(engine::delete_entity(own), pexa::Status::ok);
     EXPECT_EQ(DDS_DomainParticipantFactory_wrap_participant(factory, own), nullptr);
+}
+
+/// What a participant announces of itself, as another one sees it.
+struct Announcement {
+    Announcement() { DDS_ParticipantBuiltinTopicData_initialize(&data); }
+    ~Announcement() { DDS_ParticipantBuiltinTopicData_finalize(&data); }
+    /// @return the value of a property.
+    std::string operator[](const char* name) {
+        for (DDS_Long i = 0; i < DDS_PropertySeq_get_length(&data.property.value); ++i) {
+            const DDS_Property_t& property =
+                *DDS_PropertySeq_get_reference(&data.property.value, i);
+            if (std::strcmp(property.name, name) == 0) {
+                return property.value;
+            }
+        }
+        return "none";
+    }
+
+    DDS_ParticipantBuiltinTopicData data;
+};
+
+TEST(DiscoveredParticipants, AreTheOtherOnesWithWhatTheyAnnounceUntilTheyLeave) {
+    const ProbeNode node;
+    DDS_InstanceHandleSeq handles{};
+    ASSERT_EQ(DDS_DomainParticipant_get_discovered_participants(node.participant(), &handles), ok);
+    EXPECT_EQ(DDS_InstanceHandleSeq_get_length(&handles), 0) << "the participant itself";
+    DDS_InstanceHandle_t handle;
+    struct : engine::Listener {
+        void on_data_available(engine::EntityId) override { ++count; }
+        int count = 0;
+    } alarm;
+    Announcement seen;
+    const auto look = [&] {
+        return DDS_DomainParticipant_get_discovered_participant_data(node.participant(), &seen.data,
+                                                                     &handle);
+    };
+    {
+        engine::Qos qos;
+        qos.entity_name = "the other one";
+        qos.user_data = {std::byte{7}};
+        const engine::EntityId other =
+            engine::create_participant(ORVANE_TEST_DOMAIN, qos,
+                                       {&alarm, engine::data_available_status})
+                .entity;
+        ASSERT_EQ(DDS_DomainParticipant_get_discovered_participants(node.participant(), &handles),
+                  ok);
+        ASSERT_EQ(DDS_InstanceHandleSeq_get_length(&handles), 1);
+        handle = DDS_InstanceHandleSeq_get(&handles, 0);
+        engine::Guid guid;
+        ASSERT_EQ(engine::get_guid(other, guid), pexa::Status::ok);
+        for (int time = 0; time < 2; ++time) {
+            ASSERT_EQ(look(), ok);
+            EXPECT_EQ(std::memcmp(seen.data.key.value, guid.data(), guid.size()), 0);
+            EXPECT_EQ(std::memcmp(handle.keyHash.value, guid.data(), guid.size()), 0);
+            EXPECT_STREQ(seen.data.participant_name.name, "the other one");
+            EXPECT_EQ(DDS_OctetSeq_get(&seen.data.user_data.value, 0), 7);
+            EXPECT_EQ(seen["__Pid"], std::to_string(getpid()));
+            EXPECT_EQ(seen["__ProcessName"], program_invocation_short_name);
+            EXPECT_NE(seen["__Hostname"], "none");
+        }
+        std::vector<engine::ParticipantData> found;
+        EXPECT_EQ(engine::get_discovered_participants(other, found), pexa::Status::ok);
+        EXPECT_EQ(found.size(), 1U);
+        EXPECT_EQ(alarm.count, 0) << "the listener knows no such reader";
+        for (const char* allocation :
+             {orvane::test::new_expression, orvane::test::heap_allocation}) {
+            orvane::test::sweep(allocation, [&] {
+                Announcement again;
+                return DDS_DomainParticipant_get_discovered_participant_data(
+                           node.participant(), &again.data, &handle) == ok;
+            });
+        }
+        EXPECT_EQ(engine::delete_entity(other), pexa::Status::ok);
+    }
+    const ProbeNode another;
+    EXPECT_EQ(look(), bad_parameter) << "it has left";
+    EXPECT_STREQ(seen.data.participant_name.name, "the other one") << "a failure changes nothing";
+    handle = DDS_HANDLE_NIL;
+    EXPECT_EQ(look(), bad_parameter);
+    DDS_InstanceHandleSeq_finalize(&handles);
 }
 
 bool is_refusal(auto result) {

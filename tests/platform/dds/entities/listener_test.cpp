@@ -268,6 +268,9 @@ TEST_F(Listeners, ACallbackCannotEndItsOwnEntityAndARemovalWaitsForIt) {
                   DDS_RETCODE_ILLEGAL_OPERATION);
         EXPECT_EQ(DDS_DomainParticipant_delete_contained_entities(participant_),
                   DDS_RETCODE_ILLEGAL_OPERATION);
+        DDS_InstanceHandleSeq handles{};
+        EXPECT_EQ(DDS_DomainParticipant_get_discovered_participants(participant_, &handles),
+                  DDS_RETCODE_ILLEGAL_OPERATION);
         entered = true;
         entered.notify_all();
         removing.wait(false);
