@@ -59,8 +59,13 @@ Application application_of(const QEL_KX_HostAndAppId& identity) {
 }
 
 Application application_of(const DDS_InstanceHandle_t& endpoint) {
-    const DDS_Octet* guid = endpoint.keyHash.value;
-    return {big_endian(guid), big_endian(guid + 4)};
+    const Endpoint known = endpoint_of(endpoint);
+    return {known.guid[0], known.guid[1]};
+}
+
+Endpoint endpoint_of(const DDS_InstanceHandle_t& handle) {
+    const DDS_Octet* guid = handle.keyHash.value;
+    return {{big_endian(guid), big_endian(guid + 4), big_endian(guid + 8), big_endian(guid + 12)}};
 }
 
 DDS_DataReader* create_reader(DDS_DomainParticipant* participant, const TopicNames& names,

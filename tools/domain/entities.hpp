@@ -8,6 +8,7 @@
 #include "tools/domain/deleter.hpp"
 #include "tools/domain/typed_topic.hpp"
 #include "tools/records/application.hpp"
+#include "tools/records/endpoint.hpp"
 
 namespace orvane::tools {
 
@@ -24,6 +25,8 @@ Application identity_of(DDS_DomainParticipant* participant);
 Application application_of(const QEL_KX_HostAndAppId& identity);
 /// The application that an endpoint belongs to, from the endpoint's handle.
 Application application_of(const DDS_InstanceHandle_t& endpoint);
+/// The endpoint of a handle.
+Endpoint endpoint_of(const DDS_InstanceHandle_t& handle);
 
 struct TopicNames {
     const char* topic;

@@ -48,6 +48,18 @@ struct TypedTopic<QEL_KX_ADMIN_CommandResponse> {
 };
 
 template <>
+struct TypedTopic<QEL_KX_ADMIN_Statistics> {
+    using Sequence = QEL_KX_ADMIN_StatisticsSeq;
+    static constexpr const char* name = QEL_KX_STATISTICS_TOPIC_NAME;
+    static constexpr const char* type_name = QEL_KX_STATISTICS_REGISTERED_TYPE_NAME;
+    static constexpr auto register_type = QEL_KX_ADMIN_StatisticsTypeSupport_register_type;
+    static constexpr auto take = QEL_KX_ADMIN_StatisticsDataReader_take;
+    static constexpr auto return_loan = QEL_KX_ADMIN_StatisticsDataReader_return_loan;
+    static constexpr auto get_length = QEL_KX_ADMIN_StatisticsSeq_get_length;
+    static constexpr auto get_reference = QEL_KX_ADMIN_StatisticsSeq_get_reference;
+};
+
+template <>
 struct TypedTopic<QEL_KX_ADMIN_CommandRequest> {
     static constexpr const char* name = QEL_KX_COMMAND_REQUEST_TOPIC_NAME;
     static constexpr const char* type_name = QEL_KX_COMMAND_REQUEST_REGISTERED_TYPE_NAME;

@@ -1,0 +1,78 @@
+#include "tools/domain/statistics_reader.hpp"
+
+namespace orvane::tools {
+namespace {
+
+std::uint64_t number_of(DDS_Long high, DDS_Long low) {
+    return std::uint64_t{static_cast<std::uint32_t>(high)} << 32U | static_cast<std::uint32_t>(low);
+}
+
+std::uint64_t number_of(const QEL_KX_ADMIN_Count& count) {
+    return number_of(count.high, count.low);
+}
+
+Endpoint reader_of(const QEL_KX_ADMIN_Viewer& viewer) {
+    return {{static_cast<std::uint32_t>(viewer.host), static_cast<std::uint32_t>(viewer.app),
+             static_cast<std::uint32_t>(viewer.instance),
+             static_cast<std::uint32_t>(viewer.entity)}};
+}
+
+std::optional<MessageCounts> counts_at_match(const QEL_KX_ADMIN_ViewerSeq& viewers,
+                                             const Endpoint& self) {
+    // The operations of a sequence want one that can be changed; these do not change it.
+    auto* sequence = const_cast<QEL_KX_ADMIN_ViewerSeq*>(&viewers);
+    const DDS_Long count = QEL_KX_ADMIN_ViewerSeq_get_length(sequence);
+    for (DDS_Long i = 0; i < count; ++i) {
+        const QEL_KX_ADMIN_Viewer& viewer = *QEL_KX_ADMIN_ViewerSeq_get_reference(sequence, i);
+        if (reader_of(viewer) == self) {
+            return MessageCounts{
+                .published = number_of(viewer.publishedHigh, viewer.publishedLow),
+                .queue_full = number_of(viewer.refusedForRoomHigh, viewer.refusedForRoomLow),
+                .no_memory = number_of(viewer.refusedForMemoryHigh, viewer.refusedForMemoryLow),
+                .discarded = number_of(viewer.discardedHigh, viewer.discardedLow)};
+        }
+    }
+    return std::nullopt;
+}
+
+/// The writer of messages is of the participant that sends the statistics.
+Endpoint log_writer(const QEL_KX_ADMIN_Statistics& sample, const DDS_SampleInfo& info) {
+    Endpoint writer = endpoint_of(info.publication_handle);
+    writer.guid[3] = static_cast<std::uint32_t>(sample.logWriter);
+    return writer;
+}
+
+LoggerStatistics to_statistics(const QEL_KX_ADMIN_Statistics& sample, const DDS_SampleInfo& info,
+                               const Endpoint& viewer) {
+    return {.application = application_of(sample.hostAndAppId),
+            .writer = log_writer(sample, info),
+            .now = {.published = number_of(sample.published),
+                    .queue_full = number_of(sample.refusedForRoom),
+                    .no_memory = number_of(sample.refusedForMemory),
+                    .discarded = number_of(sample.discarded)},
+            .accepted = number_of(sample.accepted),
+            .queued = sample.queued,
+            .most_queued = sample.mostQueued,
+            .queue_size = sample.queueSize,
+            .is_last = sample.isLast != 0,
+            .at_match = counts_at_match(sample.viewers, viewer)};
+}
+
+}  // namespace
+
+DDS_DataReader* create_statistics_reader(DDS_DomainParticipant* participant) {
+    return create_reader<QEL_KX_ADMIN_Statistics>(participant, DDS_TRANSIENT_LOCAL_DURABILITY_QOS,
+                                                  DDS_KEEP_ALL_HISTORY_QOS);
+}
+
+Status take_statistics(DDS_DataReader* reader, const Endpoint& viewer,
+                       std::vector<LoggerStatistics>& statistics) {
+    return take_all<QEL_KX_ADMIN_Statistics>(
+        reader, [&](const QEL_KX_ADMIN_Statistics& sample, const DDS_SampleInfo& info) {
+            if (info.valid_data != 0) {
+                statistics.push_back(to_statistics(sample, info, viewer));
+            }
+        });
+}
+
+}  // namespace orvane::tools
