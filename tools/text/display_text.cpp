@@ -1,19 +1,13 @@
 #include "tools/text/display_text.hpp"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <iterator>
 
+#include "tools/text/utf8.hpp"
+
 namespace orvane::tools {
 namespace {
-
-constexpr char32_t not_a_character = 0xFFFFFFFF;
-
-struct Decoded {
-    char32_t character = not_a_character;
-    std::size_t size = 1;
-};
 
 struct Range {
     char32_t first;
@@ -35,36 +29,6 @@ bool is_hidden(char32_t character) {
     return std::any_of(std::begin(hidden_ranges), std::end(hidden_ranges), [&](const Range& range) {
         return range.first <= character && character <= range.last;
     });
-}
-
-std::uint8_t byte_at(std::string_view text, std::size_t index) {
-    return static_cast<std::uint8_t>(text[index]);
-}
-
-/// The character at the front of @p text; malformed text is one byte that is no character.
-Decoded decode(std::string_view text) {
-    const std::uint8_t lead = byte_at(text, 0);
-    if (lead < 0x80) {
-        return {lead, 1};
-    }
-    // Smallest character that needs so many bytes: a smaller one is an overlong form.
-    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-    const std::size_t size = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || text.size() < size) {
-        return {};
-    }
-    char32_t character = lead & (0xFFU >> (size + 1));
-    for (std::size_t i = 1; i < size; ++i) {
-        if ((byte_at(text, i) & 0xC0U) != 0x80U) {
-            return {};
-        }
-        character = (character << 6U) | (byte_at(text, i) & 0x3FU);
-    }
-    const bool is_surrogate = character >= 0xD800 && character <= 0xDFFF;
-    if (character < smallest[size] || character > 0x10FFFF || is_surrogate) {
-        return {};
-    }
-    return {character, size};
 }
 
 void append_escaped(std::string& line, std::string_view bytes) {
@@ -92,12 +56,18 @@ void append_escaped(std::string& line, std::string_view bytes) {
 
 }  // namespace
 
+std::string displayable(std::string_view text) {
+    std::string line;
+    append_displayable(line, text);
+    return line;
+}
+
 void append_displayable(std::string& line, std::string_view text) {
     if (text.ends_with('\n')) {
         text.remove_suffix(1);
     }
     while (!text.empty()) {
-        const Decoded next = decode(text);
+        const Decoded next = decode_utf8(text);
         const std::string_view bytes = text.substr(0, next.size);
         if (next.character == not_a_character || is_hidden(next.character)) {
             append_escaped(line, bytes);

@@ -14,4 +14,7 @@ namespace orvane::tools {
 /// \n, \r, \t or \xNN for each of their bytes. One newline at the end is dropped.
 void append_displayable(std::string& line, std::string_view text);
 
+/// The same as a text of its own.
+std::string displayable(std::string_view text);
+
 }  // namespace orvane::tools

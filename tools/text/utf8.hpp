@@ -1,0 +1,21 @@
+/// @file utf8.hpp
+/// @brief Characters from UTF-8 (RFC 3629).
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace orvane::tools {
+
+inline constexpr char32_t not_a_character = 0xFFFFFFFF;
+
+struct Decoded {
+    char32_t character = not_a_character;
+    std::size_t size = 1;  ///< bytes of it
+};
+
+/// The character at the front of @p text, which is not empty; malformed text is one byte that is no
+/// character.
+Decoded decode_utf8(std::string_view text);
+
+}  // namespace orvane::tools
