@@ -1,0 +1,36 @@
+#include "tools/domain/logger_directory.hpp"
+
+namespace orvane::tools {
+
+void LoggerDirectory::add(const LoggerState& state) {
+    Entry& entry = entries_[state.application];
+    if (!state.kind.empty() && entry.kind != state.kind) {
+        entry.kind = state.kind;
+        entry.number = ++last_numbers_[state.kind];
+    }
+}
+
+void LoggerDirectory::add(const Application& application, const Process& process) {
+    entries_[application].process = process;
+}
+
+Logger LoggerDirectory::logger(const Application& application) const {
+    const Entry entry = find(application);
+    return {.application = application,
+            .kind = entry.kind,
+            .number = entry.number,
+            .host = entry.process.host,
+            .process = entry.process.name,
+            .process_id = entry.process.id};
+}
+
+Process LoggerDirectory::process(const Application& application) const {
+    return find(application).process;
+}
+
+LoggerDirectory::Entry LoggerDirectory::find(const Application& application) const {
+    const auto known = entries_.find(application);
+    return known == entries_.end() ? Entry{} : known->second;
+}
+
+}  // namespace orvane::tools
