@@ -1,0 +1,96 @@
+#include "tools/domain/log_stream.hpp"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+
+namespace orvane::tools {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = LogStream::Clock;
+
+constexpr Application pump{1, 1};
+constexpr Application mute{1, 2};
+
+Origin origin(const Application& application, std::uint64_t number) {
+    return {{{application.host_id, application.app_id, 0, 0}}, number};
+}
+
+/// "pump a, - b, pump lost 3".
+std::string text_of(const std::vector<Event>& events) {
+    std::string text;
+    for (const Event& event : events) {
+        const auto* message = std::get_if<MessageEvent>(&event);
+        const auto* loss = std::get_if<LossEvent>(&event);
+        const Logger& logger = message != nullptr ? message->logger : loss->logger;
+        text += text.empty() ? "" : ", ";
+        text += logger.kind.empty() ? "-" : logger.kind;
+        text += message != nullptr ? ' ' + message->record.message
+                                   : " lost " + std::to_string(loss->lost());
+    }
+    return text;
+}
+
+class Stream : public testing::Test {
+protected:
+    void log(const Application& application, const char* message) {
+        LogRecord record;
+        record.application = application;
+        record.message = message;
+        stream_.receive(record, origin(application, ++numbers_[application]), now_);
+    }
+    void name_pump() {
+        LoggerState state;
+        state.application = pump;
+        state.kind = "pump";
+        directory_.add(state);
+    }
+    std::string take_at(std::chrono::milliseconds when) {
+        now_ = Clock::time_point{when};
+        return text_of(stream_.take(now_, 0));
+    }
+
+    LoggerDirectory directory_;
+    LogStream stream_{directory_};
+    Clock::time_point now_{};
+    std::map<Application, std::uint64_t> numbers_;
+};
+
+TEST_F(Stream, WaitsForNamesButNotForEver) {
+    log(pump, "a");
+    log(mute, "b");
+    EXPECT_EQ(take_at(100ms), "");
+    EXPECT_EQ(stream_.next_deadline(), Clock::time_point{500ms});
+    name_pump();
+    log(pump, "c");
+    EXPECT_EQ(take_at(200ms), "pump a") << "the one behind it has no name yet";
+    EXPECT_EQ(take_at(500ms), "- b, pump c");
+    log(mute, "d");
+    EXPECT_EQ(take_at(501ms), "- d") << "it has made others wait";
+}
+
+TEST_F(Stream, TellsLossesOfEachWriter) {
+    name_pump();
+    LoggerStatistics said;
+    said.application = pump;
+    said.writer = origin(pump, 0).writer;
+    said.at_match = MessageCounts{};
+    stream_.receive(said, now_);
+    log(pump, "a");
+    numbers_[pump] += 4;
+    log(pump, "b");
+    EXPECT_EQ(take_at(0ms), "pump a, pump b");
+    EXPECT_EQ(stream_.next_deadline(), Clock::time_point{LossAccount::patience});
+    stream_.receive_end(origin(pump, 3), now_);
+    stream_.receive_end({origin(pump, 0).writer, {}}, now_);
+    said.now = {.published = 6, .queue_full = 7};
+    stream_.receive(said, now_);
+    EXPECT_EQ(take_at(1ms), "pump lost 7");
+    EXPECT_EQ(take_at(LossAccount::patience), "pump lost 2");
+    EXPECT_EQ(stream_.next_deadline(), std::nullopt);
+}
+
+}  // namespace
+}  // namespace orvane::tools

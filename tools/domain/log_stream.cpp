@@ -1,0 +1,82 @@
+#include "tools/domain/log_stream.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace orvane::tools {
+namespace {
+
+/// The application that a writer belongs to.
+Application application_of(const Endpoint& writer) {
+    return {writer.guid[0], writer.guid[1]};
+}
+
+template <typename Time>
+void note_earlier(std::optional<Time>& earliest, const std::optional<Time>& other) {
+    if (other && (!earliest || *other < *earliest)) {
+        earliest = other;
+    }
+}
+
+}  // namespace
+
+void LogStream::receive(LogRecord record, const Origin& origin, Clock::time_point now) {
+    if (origin.number) {
+        accounts_[origin.writer].receive(*origin.number, now);
+    }
+    messages_.push_back({std::move(record), now + patience_for_names});
+}
+
+void LogStream::receive_end(const Origin& origin, Clock::time_point now) {
+    if (origin.number) {
+        accounts_[origin.writer].receive(*origin.number, now);
+    } else {
+        accounts_[origin.writer].receive_nameless();
+    }
+}
+
+void LogStream::receive(const LoggerStatistics& statistics, Clock::time_point now) {
+    accounts_[statistics.writer].receive(statistics, now);
+}
+
+std::vector<Event> LogStream::take(Clock::time_point now, std::int64_t wall_clock) {
+    std::vector<Event> events;
+    events.reserve(messages_.size());
+    for (; !messages_.empty(); messages_.pop_front()) {
+        Waiting& first = messages_.front();
+        Logger logger = directory_.logger(first.record.application);
+        if (logger.kind.empty() && !nameless_.contains(logger.application)) {
+            if (now < first.until) {
+                break;
+            }
+            nameless_.insert(logger.application);
+        }
+        events.emplace_back(MessageEvent{std::move(first.record), std::move(logger)});
+    }
+    for (auto& [writer, account] : accounts_) {
+        const LostMessages lost = account.take_losses(now);
+        if (lost == LostMessages{}) {
+            continue;
+        }
+        events.emplace_back(LossEvent{.nanoseconds = wall_clock,
+                                      .logger = directory_.logger(application_of(writer)),
+                                      .queue_full = lost.queue_full,
+                                      .no_memory = lost.no_memory,
+                                      .discarded = lost.discarded,
+                                      .on_the_way = lost.on_the_way});
+    }
+    return events;
+}
+
+std::optional<LogStream::Clock::time_point> LogStream::next_deadline() const {
+    std::optional<Clock::time_point> earliest;
+    if (!messages_.empty()) {
+        earliest = messages_.front().until;
+    }
+    for (const auto& [writer, account] : accounts_) {
+        note_earlier(earliest, account.next_deadline());
+    }
+    return earliest;
+}
+
+}  // namespace orvane::tools

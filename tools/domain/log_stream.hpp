@@ -1,0 +1,63 @@
+/// @file log_stream.hpp
+/// @brief The messages of a domain in the order in which they are told, with what is missing.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "tools/domain/logger_directory.hpp"
+#include "tools/domain/loss_account.hpp"
+#include "tools/records/endpoint.hpp"
+#include "tools/records/event.hpp"
+
+namespace orvane::tools {
+
+/// Who has sent a sample, and its place in what that writer sends.
+struct Origin {
+    Endpoint writer;
+    std::optional<std::uint64_t> number;  ///< not known for a writer of the viewer's own process
+};
+
+/// Makes events of what arrives. Used by one thread.
+///
+/// A message may arrive before the State that names its logger. Then it waits for the State, and
+/// all messages behind it wait too, but no longer than @ref patience_for_names. A logger without a
+/// State makes others wait once only.
+class LogStream {
+public:
+    using Clock = LossAccount::Clock;
+
+    static constexpr std::chrono::milliseconds patience_for_names{500};
+
+    explicit LogStream(const LoggerDirectory& directory) : directory_(directory) {}
+
+    void receive(LogRecord record, const Origin& origin, Clock::time_point now);
+    /// Notes a sample without a message: an instance has ended.
+    void receive_end(const Origin& origin, Clock::time_point now);
+    void receive(const LoggerStatistics& statistics, Clock::time_point now);
+
+    /// @param wall_clock the time of losses that are noticed now, since 1970-01-01 UTC
+    /// @return what is to be told now
+    std::vector<Event> take(Clock::time_point now, std::int64_t wall_clock);
+
+    /// When @ref take may return something although nothing comes. Nothing means never.
+    std::optional<Clock::time_point> next_deadline() const;
+
+private:
+    struct Waiting {
+        LogRecord record;
+        Clock::time_point until;
+    };
+
+    const LoggerDirectory& directory_;
+    std::deque<Waiting> messages_;
+    std::set<Application> nameless_;            ///< have made others wait
+    std::map<Endpoint, LossAccount> accounts_;  ///< by writer
+};
+
+}  // namespace orvane::tools
