@@ -37,6 +37,8 @@ public:
     /// Kills the process if it still runs.
     ~ChildProcess();
 
+    pid_t id() const { return pid_; }
+
     /// Writes a line to the standard input. @return whether the process still reads
     bool send_line(std::string_view line) const;
     /// Ends the standard input.

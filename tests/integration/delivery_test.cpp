@@ -108,7 +108,8 @@ TEST(Delivery, GoesOnWhenTheViewerIsKilledAndServesItsSuccessor) {
 TEST(Viewer, EndsWithSuccessAndASummaryWhenItIsStopped) {
     for (const int signal : {SIGINT, SIGTERM}) {
         Application application;
-        Viewer viewer{{"--category", "[np]*", "--app", application.ask("identity")}};
+        Viewer viewer{{"--category", "[np]*", "--app", "none", "--app", application.ask("identity"),
+                       "--exclude", "none@*"}};
         ASSERT_TRUE(connect(application, viewer)) << viewer.process().transcript();
         ASSERT_EQ(application.ask("log 600 3 1000"), "log");
         ASSERT_TRUE(application.say(600, "other", "not asked for"));
@@ -118,7 +119,8 @@ TEST(Viewer, EndsWithSuccessAndASummaryWhenItIsStopped) {
         viewer.process().send_signal(signal);
         EXPECT_EQ(viewer.process().wait_for_end(), "exit 0");
         const Output output = viewer.process().output();
-        ASSERT_EQ(output.error.size(), 1U) << viewer.process().transcript();
+        ASSERT_EQ(output.error.size(), 2U) << viewer.process().transcript();
+        EXPECT_EQ(output.error.back(), "orvane: no logger was 'none'");
         const std::string& summary = output.error.front();
         EXPECT_TRUE(summary.starts_with("orvane: " + std::to_string(output.out.size()) +
                                         " messages of 1 application in "))

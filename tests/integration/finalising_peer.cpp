@@ -193,7 +193,9 @@ const tools::Command commands[] = {
 /// @return whether a command was answered
 bool visit(int domain_id, int& next_command) {
     const auto logs = tools::LogSubscription::open(domain_id);
-    const auto administration = tools::Administration::open(domain_id);
+    std::string failure;
+    const auto administration =
+        tools::Administration::open(domain_id, tools::Administration::Access::command, failure);
     if (!logs || !administration) {
         std::exit(EXIT_FAILURE);
     }

@@ -58,6 +58,9 @@ bool Viewer::wait_until(const std::function<bool(const std::vector<ViewedMessage
     const auto parse_and_look = [&](const Output& output) {
         for (; parsed_lines_ < output.out.size(); ++parsed_lines_) {
             const auto object = nlohmann::json::parse(output.out[parsed_lines_]);
+            if (object["type"] != "message") {
+                continue;
+            }
             messages_.push_back({.nanoseconds = nanoseconds_of(object["time"]),
                                  .level = object["level"],
                                  .application = object["app"],

@@ -6,6 +6,7 @@
 #include "tools/domain/command_round.hpp"
 #include "tools/domain/view.hpp"
 #include "tools/text/logger_text.hpp"
+#include "tools/text/target_text.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -16,6 +17,11 @@ std::string kinds_of(const std::vector<LoggerState>& loggers) {
         kinds += (kinds.empty() ? "" : " ") + logger.kind;
     }
     return kinds;
+}
+
+LoggerTarget target(const char* text) {
+    std::string error;
+    return parse_target(text, error).value();
 }
 
 TEST(DomainView, LooksForLoggersUntilNothingNewComesOrTheOneMeantIsThere) {
@@ -31,22 +37,21 @@ TEST(DomainView, LooksForLoggersUntilNothingNewComesOrTheOneMeantIsThere) {
         const char* found;
         std::chrono::milliseconds after;
     } cases[] = {
-        {"no logger", {}, "", 5s, "", 5s},
-        {"one", {pump}, "", 5s, "pump", 1010ms},
-        {"news keeps it looking", {pump, late}, "", 5s, "pump late", 1950ms},
-        {"so does a mute writer", {pump, late, later}, "", 5s, "pump late later", 3700ms},
-        {"not for ever", {pump, mute}, "", 5s, "pump", 5s},
+        {"no logger", {}, "*", 5s, "", 5s},
+        {"one", {pump}, "*", 5s, "pump", 1010ms},
+        {"news keeps it looking", {pump, late}, "*", 5s, "pump late", 1950ms},
+        {"so does a mute writer", {pump, late, later}, "*", 5s, "pump late later", 3700ms},
+        {"not for ever", {pump, mute}, "*", 5s, "pump", 5s},
         {"kinds may be of several", {pump, late}, "p*", 5s, "pump late", 1950ms},
         {"a kind that is not there", {pump}, "q*", 5s, "pump", 5s},
         {"an application is one", {pump, late}, "0a141e28:2", 5s, "pump late", 950ms},
-        {"shorter than settling", {pump}, "", 500ms, "pump", 500ms},
+        {"shorter than settling", {pump}, "*", 500ms, "pump", 500ms},
     };
     for (const auto& each : cases) {
         FakeDomain domain{each.loggers};
         DomainView view{domain};
-        const auto target = LoggerTarget::parse(each.target);
-        EXPECT_EQ(view.discover(target ? &*target : nullptr, each.longest), Status::ok)
-            << each.what;
+        const LoggerTarget wanted = target(each.target);
+        EXPECT_EQ(view.discover(&wanted, each.longest), Status::ok) << each.what;
         EXPECT_EQ(kinds_of(view.loggers()), each.found) << each.what;
         EXPECT_EQ(domain.elapsed(), each.after) << each.what;
     }
@@ -88,27 +93,72 @@ TEST(DomainView, TellsWhatHappensToLoggers) {
     EXPECT_TRUE(view.loggers().empty());
 }
 
-TEST(LoggerTarget, IsAnApplicationOrAPatternForKindsAndMeansOnlyTheLiving) {
-    LoggerState pump = logger_state(0xc350, "pump-2");
+TEST(DomainView, FindsOfATargetOnlyTheLiving) {
     const struct {
-        const char* target;
         StateKind state;
-        bool matches;
+        bool found;
     } cases[] = {
-        {"A141E28:C350", QEL_KX_STATE_OPERATIONAL, true},
-        {"0a141e28:0000c351", QEL_KX_STATE_OPERATIONAL, false},
-        {"0a141e28:0000c350", QEL_KX_STATE_NONOPERATIONAL, false},
-        {"pump-2", QEL_KX_STATE_INITIALIZING, true},
-        {"pump-2", QEL_KX_STATE_SHUTTING_DOWN, false},
-        {"pump", QEL_KX_STATE_OPERATIONAL, false},
-        {"p?mp-[12]", QEL_KX_STATE_OPERATIONAL, true},
-        {"PUMP-2", QEL_KX_STATE_OPERATIONAL, false},
+        {QEL_KX_STATE_INITIALIZING, true},
+        {QEL_KX_STATE_OPERATIONAL, true},
+        {QEL_KX_STATE_NONOPERATIONAL, false},
+        {QEL_KX_STATE_SHUTTING_DOWN, false},
     };
     for (const auto& each : cases) {
+        LoggerState pump = logger_state(1, "pump");
         pump.state = each.state;
-        EXPECT_EQ(LoggerTarget::parse(each.target)->matches(pump), each.matches) << each.target;
+        FakeDomain domain{{{.state = pump}}};
+        DomainView view{domain};
+        ASSERT_TRUE(view.next(1s));
+        ASSERT_TRUE(view.next(1s));
+        EXPECT_EQ(view.loggers(target("pump")).size(), each.found ? 1U : 0U) << each.state;
     }
-    EXPECT_FALSE(LoggerTarget::parse(""));
+}
+
+TEST(DomainView, NumbersLoggersOfAKindByTheirIdsOnceTheyAreFound) {
+    FakeDomain domain{{{.state = logger_state(2, "pump")},
+                       {.state = logger_state(3, "mill"), .heard = 11ms},
+                       {.state = logger_state(1, "pump"), .heard = 12ms}}};
+    DomainView view{domain};
+    domain.at(1ms, [](Arrivals& arrivals) {
+        arrivals.processes.push_back({{0x0a141e28, 1}, {"robot2", "planner", 4711, "10.0.0.1"}});
+    });
+    // The first pump that was heard is the second one by its ids.
+    const LoggerTarget second = target("pump#2");
+    ASSERT_EQ(view.discover(&second, 5s), Status::ok);
+    EXPECT_EQ(domain.elapsed(), 1012ms);
+    ASSERT_EQ(view.loggers(second).size(), 1U);
+    EXPECT_EQ(view.loggers(second).front().application.app_id, 2U);
+    EXPECT_EQ(view.entries().front().addresses, "10.0.0.1");
+    EXPECT_EQ(view.loggers(target("pump@robot*")).size(), 1U);
+}
+
+TEST(LoggerDirectory, GivesEveryLoggerANumberThatNoOtherOneOfItsKindGets) {
+    const struct {
+        const char* what;
+        LoggerState state;
+        std::uint32_t number;
+    } steps[] = {
+        {"the first one", logger_state(7, "pump"), 1},
+        {"one of another kind", logger_state(2, "mill"), 1},
+        {"the second one", logger_state(1, "pump"), 2},
+        {"the first one again", logger_state(7, "pump"), 1},
+        {"without a kind", logger_state(4, ""), 1},
+        {"another one without", logger_state(5, ""), 1},
+        {"a kind comes later", logger_state(4, "pump"), 3},
+        {"a kind changes", logger_state(2, "pump"), 4},
+        {"and another takes it", logger_state(6, "mill"), 2},
+    };
+    LoggerDirectory directory;
+    directory.add({0x0a141e28, 7}, {"robot2", "planner", 4711, "10.0.0.1"});
+    for (const auto& step : steps) {
+        directory.add(step.state);
+        const Logger logger = directory.logger(step.state.application);
+        EXPECT_EQ(logger.number, step.number) << step.what;
+        EXPECT_EQ(logger.kind, step.state.kind) << step.what;
+    }
+    EXPECT_EQ(directory.logger({0x0a141e28, 7}),
+              (Logger{{0x0a141e28, 7}, "pump", 1, "robot2", "planner", 4711}));
+    EXPECT_EQ(directory.logger({1, 1}), (Logger{{1, 1}, "", 1, "", "", 0}));
 }
 
 /// The lines of `set-level '*' DEBUG` for these loggers.
@@ -119,7 +169,8 @@ std::string set_debug(FakeDomain& domain) {
     const auto outcomes = run_command(view, view.loggers(), command, 5s);
     std::string lines;
     for (const CommandOutcome& outcome : outcomes.value()) {
-        lines += outcome_line(outcome, command, 5s);
+        lines +=
+            outcome_line(outcome, view.directory().logger(outcome.before.application), command, 5s);
     }
     return lines;
 }

@@ -8,6 +8,7 @@
 #include "tools/text/application_text.hpp"
 #include "tools/text/level_names.hpp"
 #include "tools/text/setting_names.hpp"
+#include "tools/text/target_text.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -77,41 +78,115 @@ TEST(LogQuery, ReadsApplicationsAsItPrintsThem) {
     EXPECT_EQ(format_application({0x0a141e28, 0xc350}), "0a141e28:0000c350");
 }
 
+const Logger second_pump{.application = {0x0a141e28, 0xc350},
+                         .kind = "pump",
+                         .number = 2,
+                         .host = "robot2",
+                         .process = "planner",
+                         .process_id = 4711};
+
+TEST(LoggerTarget, IsAnApplicationOrConditionsForKindNumberAndHost) {
+    Logger odd = second_pump;
+    odd.kind = "a#3@b";
+    Logger unknown;
+    unknown.application = second_pump.application;
+    const struct {
+        const char* target;
+        Logger logger;
+        bool matches;
+    } cases[] = {
+        {"A141E28:C350", second_pump, true},
+        {"0a141e28:0000c351", second_pump, false},
+        {"a141e28:c350", unknown, true},
+        {"pump", second_pump, true},
+        {"PUMP", second_pump, false},
+        {"pum", second_pump, false},
+        {"p?m[op]*", second_pump, true},
+        {"pump", unknown, false},
+        {"*", unknown, true},
+        {"pump#2", second_pump, true},
+        {"pump#1", second_pump, false},
+        {"p*#2", second_pump, true},
+        {"pump@robot2", second_pump, true},
+        {"p*@robot?", second_pump, true},
+        {"pump@robot", second_pump, false},
+        {"pump@robot?", unknown, false},
+        {"pump#2@robot2", second_pump, true},
+        {"pump#1@robot2", second_pump, false},
+        {"pump#2@robot1", second_pump, false},
+        {"a#3@b", odd, true},
+        {"a#3", odd, false},
+    };
+    for (const auto& each : cases) {
+        std::string error;
+        const auto target = parse_target(each.target, error);
+        ASSERT_TRUE(target) << error;
+        EXPECT_EQ(target->matches(each.logger), each.matches) << each.target;
+    }
+}
+
+TEST(LoggerTarget, SaysWhatWasExpected) {
+    const struct {
+        const char* target;
+        const char* error;
+    } cases[] = {
+        {"", "'' is no target: HOST:APP in hexadecimal, KIND, KIND@HOST or KIND#NUMBER expected"},
+        {"pump@", "'pump@' is no target: the name of a host or a pattern expected behind '@'"},
+        {"@robot",
+         "'@robot' is no target: an application kind or a pattern expected in front, say *"},
+        {"#2", "'#2' is no target: an application kind or a pattern expected in front, say *"},
+        {"pump#0", "'pump#0' is no target: a number from 1 on expected behind '#'"},
+        {"pump#x@a", "'pump#x@a' is no target: a number from 1 on expected behind '#'"},
+    };
+    for (const auto& each : cases) {
+        std::string error;
+        EXPECT_FALSE(parse_target(each.target, error)) << each.target;
+        EXPECT_EQ(error, each.error);
+    }
+}
+
 TEST(LogQuery, LetsThroughWhatMeetsEveryCondition) {
-    const LogRecord warning{.nanoseconds = 0,
-                            .application = {1, 2},
-                            .level = 400,
-                            .category = "nav.route",
-                            .message = "gate 7 is closed"};
-    LogRecord unnamed = warning;
-    unnamed.level = -5;
-    unnamed.category = "";
+    const MessageEvent warning{.record = {.nanoseconds = 0,
+                                          .application = {1, 2},
+                                          .level = 400,
+                                          .category = "nav.route",
+                                          .message = "gate 7 is closed"},
+                               .logger = second_pump};
+    MessageEvent unnamed = warning;
+    unnamed.record.level = -5;
+    unnamed.record.category = "";
+    std::string error;
+    const std::vector<LoggerTarget> pumps = {*parse_target("mill", error),
+                                             *parse_target("pump", error)};
+    const std::vector<LoggerTarget> mills = {*parse_target("mill", error)};
     const struct {
         const char* what;
         LogQuery query;
-        LogRecord record;
+        MessageEvent event;
         bool matches;
     } cases[] = {
         {"nothing asked", {}, warning, true},
-        {"same level", {400, {}, {}, {}}, warning, true},
-        {"less severe than asked", {399, {}, {}, {}}, warning, false},
-        {"category", {{}, "nav.route", {}, {}}, warning, true},
-        {"beginning of the category only", {{}, "nav", {}, {}}, warning, false},
-        {"pattern", {{}, "nav?rout[ef]", {}, {}}, warning, true},
-        {"case of the category", {{}, "NAV.*", {}, {}}, warning, false},
-        {"application", {{}, {}, Application{1, 2}, {}}, warning, true},
-        {"application of another host", {{}, {}, Application{2, 2}, {}}, warning, false},
-        {"another application of the host", {{}, {}, Application{1, 1}, {}}, warning, false},
-        {"text within", {{}, {}, {}, "7 is"}, warning, true},
-        {"a pattern as text", {{}, {}, {}, "gate*"}, warning, false},
-        {"all at once", {600, "nav.*", Application{1, 2}, "gate"}, warning, true},
-        {"all but one", {600, "nav.*", Application{1, 2}, "door"}, warning, false},
-        {"no category", {{}, "", {}, {}}, unnamed, true},
-        {"some category", {{}, "?*", {}, {}}, unnamed, false},
-        {"a more severe one", {-6, {}, {}, {}}, unnamed, false},
+        {"same level", {400, {}, {}, {}, {}}, warning, true},
+        {"less severe than asked", {399, {}, {}, {}, {}}, warning, false},
+        {"category", {{}, "nav.route", {}, {}, {}}, warning, true},
+        {"beginning of the category only", {{}, "nav", {}, {}, {}}, warning, false},
+        {"pattern", {{}, "nav?rout[ef]", {}, {}, {}}, warning, true},
+        {"case of the category", {{}, "NAV.*", {}, {}, {}}, warning, false},
+        {"one of the loggers", {{}, {}, {}, pumps, {}}, warning, true},
+        {"none of the loggers", {{}, {}, {}, mills, {}}, warning, false},
+        {"excluded", {{}, {}, {}, {}, pumps}, warning, false},
+        {"others excluded", {{}, {}, {}, {}, mills}, warning, true},
+        {"asked for and excluded", {{}, {}, {}, pumps, pumps}, warning, false},
+        {"text within", {{}, {}, "7 is", {}, {}}, warning, true},
+        {"a pattern as text", {{}, {}, "gate*", {}, {}}, warning, false},
+        {"all at once", {600, "nav.*", "gate", pumps, mills}, warning, true},
+        {"all but one", {600, "nav.*", "door", pumps, mills}, warning, false},
+        {"no category", {{}, "", {}, {}, {}}, unnamed, true},
+        {"some category", {{}, "?*", {}, {}, {}}, unnamed, false},
+        {"a more severe one", {-6, {}, {}, {}, {}}, unnamed, false},
     };
     for (const auto& each : cases) {
-        EXPECT_EQ(each.query.matches(each.record), each.matches) << each.what;
+        EXPECT_EQ(each.query.matches(each.event), each.matches) << each.what;
     }
 }
 

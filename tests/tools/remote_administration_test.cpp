@@ -1,4 +1,7 @@
+#include <unistd.h>
+
 #include <algorithm>
+#include <climits>
 #include <csignal>
 #include <utility>
 
@@ -26,6 +29,12 @@ bool contains(const std::vector<std::string>& lines, const std::string& first,
     });
 }
 
+std::string host_name() {
+    char name[HOST_NAME_MAX + 1] = {};
+    gethostname(name, sizeof(name) - 1);
+    return name;
+}
+
 /// Two loggers, and `orvane list --watch` with its output in a pipe.
 class RemoteAdministration : public testing::Test {
 protected:
@@ -50,10 +59,16 @@ protected:
 TEST_F(RemoteAdministration, ShowsEveryLoggerForPeopleAndForPrograms) {
     const std::vector<std::string> rows = output_of({"list"}, "exit 0").out;
     ASSERT_EQ(rows.size(), 3U);
-    EXPECT_TRUE(rows[0].starts_with("LOGGER "));
-    EXPECT_TRUE(contains(rows, pump_id_ + "  pump     OPERATIONAL  INFO   "));
-    EXPECT_TRUE(contains(rows, planner_id_ + "  planner  OPERATIONAL  INFO   "));
-    EXPECT_TRUE(contains(output_of({"list", "--json"}, "exit 0").out, "\"app\":\"" + pump_id_));
+    EXPECT_TRUE(rows[0].starts_with("KIND "));
+    for (Application* each : {&pump_, &planner_}) {
+        const std::string kind = each == &pump_ ? "pump     " : "planner  ";
+        EXPECT_TRUE(contains(rows, kind + host_name(),
+                             "  " + std::to_string(each->process().id()) + "  " +
+                                 each->ask("identity") + "  OPERATIONAL  INFO   "))
+            << testing::PrintToString(rows);
+    }
+    EXPECT_TRUE(contains(output_of({"list", "--json"}, "exit 0").out, "\"app\":\"" + pump_id_,
+                         "\"host\":\"" + host_name() + "\""));
 }
 
 TEST_F(RemoteAdministration, ChangesTheSettingsOfItsTargetsAndShowsThem) {
@@ -87,8 +102,8 @@ TEST_F(RemoteAdministration, ChangesTheSettingsOfItsTargetsAndShowsThem) {
 TEST_F(RemoteAdministration, ListsTheLoggersWhenNoneIsOfTheTarget) {
     ChildProcess tool{tool_in_domain({"set-level", "valve", "INFO", "--timeout", "6"})};
     EXPECT_EQ(tool.wait_for_end(), "exit 1") << tool.transcript();
-    for (const std::string& line : {std::string{"is 'valve'; there are:"}, pump_id_ + "  pump ",
-                                    planner_id_ + "  planner "}) {
+    for (const std::string& line : {std::string{"is 'valve'; there are:"},
+                                    pump_id_ + "  OPERATIONAL", planner_id_ + "  OPERATIONAL"}) {
         EXPECT_TRUE(contains(tool.output().error, line)) << tool.transcript();
     }
 }
@@ -138,13 +153,16 @@ TEST(CommandLine, RefusesWrongUsageAndNamesWhatIsValid) {
         std::string says;
     } cases[] = {
         {{"tail", "--level", "LOUD"}, "'LOUD' is no level: one of " + levels + " or a number"},
-        {{"tail", "--app", "1234"}, "'1234' is no application: HOST:APP in hexadecimal"},
+        {{"tail", "--app", "pump#x"}, "'pump#x' is no target: a number from 1 on expected behind"},
+        {{"tail", "--exclude", ""}, "'' is no target: HOST:APP in hexadecimal, KIND, KIND@HOST or"},
+        {{"tail", "--time", "utc"},
+         "'utc' is no form of times: one of clock, relative, delta, iso"},
         {{"tail", "--domain", "233"}, "--domain: Value 233 not in range "},
         {{"tail", "--count", "0"}, "--count: Value 0 not in range "},
         {{"tail", "--for", "-1"}, "seconds, 0 or more"},
         {{"tail", "--for", "nan"}, "seconds, 0 or more"},
         {{"list", "--timeout", "soon"}, "'soon' is no time: seconds, 0 or more, expected"},
-        {{"set-level", "", "INFO"}, "one of HOST:APP, an application kind, or a pattern"},
+        {{"set-level", "", "INFO"}, "'' is no target: HOST:APP in hexadecimal, KIND,"},
         {{"set-level", "pump", "LOUD"},
          "'LOUD' is no level: one of SILENT, " + levels + " or a number from 0 on expected"},
         {{"set-level", "pump", "--", "-1"}, "'-1' is no level: one of SILENT, " + levels},

@@ -3,12 +3,16 @@
 #include <cstdlib>
 #include <ctime>
 #include <nlohmann/json.hpp>
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "tests/tools/fake_domain.hpp"
 #include "tools/text/display_text.hpp"
 #include "tools/text/json_line.hpp"
 #include "tools/text/log_line.hpp"
+#include "tools/text/logger_name.hpp"
 #include "tools/text/logger_text.hpp"
 
 namespace orvane::tools {
@@ -72,31 +76,57 @@ TEST(DisplayText, PassesTextThatIsHarmlessAndEscapesTheRest) {
 // 2026-01-31 12:00:00 UTC.
 constexpr std::int64_t noon = 1'769'860'800'000'000'000;
 
-LogRecord record(std::int64_t nanoseconds, std::int32_t level, std::string category,
-                 std::string message) {
-    return {.nanoseconds = nanoseconds,
-            .application = {0x0a141e28, 0xc350},
-            .level = level,
-            .category = std::move(category),
-            .message = std::move(message)};
+const Logger pump{.application = {0x0a141e28, 0xc350},
+                  .kind = "pump",
+                  .host = "robot2",
+                  .process = "planner",
+                  .process_id = 4711};
+
+Logger numbered(std::uint32_t number) {
+    Logger logger = pump;
+    logger.application.app_id += number - 1;
+    logger.number = number;
+    return logger;
 }
 
-TEST(TextLine, ShowsTimeLevelApplicationCategoryAndMessage) {
+Logger of_kind(std::string kind) {
+    Logger logger;
+    logger.application = pump.application;
+    logger.kind = std::move(kind);
+    return logger;
+}
+
+MessageEvent message(std::int64_t nanoseconds, std::int32_t level, std::string category,
+                     std::string text, const Logger& logger = pump) {
+    return {.record = {.nanoseconds = nanoseconds,
+                       .application = logger.application,
+                       .level = level,
+                       .category = std::move(category),
+                       .message = std::move(text)},
+            .logger = logger};
+}
+
+std::string line_of(const MessageEvent& event, const LineStyle& style, std::size_t width = 0) {
+    return LogLines{style}.line(event, width);
+}
+
+TEST(TextLine, ShowsTimeLevelLoggerCategoryAndMessage) {
     const struct {
-        LogRecord record;
+        MessageEvent event;
         const char* line;
     } cases[] = {
-        {record(noon + 123'456'789, 600, "nav", "ready"),
-         "2026-01-31 12:00:00.123456Z INFO    0a141e28:0000c350 [nav] ready\n"},
-        {record(noon + 999'999'999, 400, "", "closed\n"),
-         "2026-01-31 12:00:00.999999Z WARNING 0a141e28:0000c350 closed\n"},
-        {record(noon, 350, "", ""), "2026-01-31 12:00:00.000000Z 350     0a141e28:0000c350 \n"},
-        {record(-1, -5, "", "x"), "1969-12-31 23:59:59.999999Z -5      0a141e28:0000c350 x\n"},
-        {record(noon, 600, "a]\x1b[0m", "b\nc\x9b"),
-         "2026-01-31 12:00:00.000000Z INFO    0a141e28:0000c350 [a]\\x1b[0m] b\\nc\\x9b\n"},
+        {message(noon + 123'456'789, 600, "nav", "ready"),
+         "2026-01-31 12:00:00.123456Z INFO    pump [nav] ready\n"},
+        {message(noon + 999'999'999, 400, "", "closed\n", numbered(2)),
+         "2026-01-31 12:00:00.999999Z WARNING pump#2 closed\n"},
+        {message(noon, 350, "", "", of_kind("")),
+         "2026-01-31 12:00:00.000000Z 350     0a141e28:0000c350 \n"},
+        {message(-1, -5, "", "x"), "1969-12-31 23:59:59.999999Z -5      pump x\n"},
+        {message(noon, 600, "a]\x1b[0m", "b\nc\x9b", of_kind("p\x1b[2J")),
+         "2026-01-31 12:00:00.000000Z INFO    p\\x1b[2J [a]\\x1b[0m] b\\nc\\x9b\n"},
     };
     for (const auto& each : cases) {
-        EXPECT_EQ(text_line(each.record, {.color = false, .utc = true}), each.line);
+        EXPECT_EQ(line_of(each.event, {.color = false, .utc = true}), each.line);
     }
 }
 
@@ -104,10 +134,90 @@ TEST(TextLine, ShowsLocalTimeUnlessUniversalTimeIsAskedFor) {
     // The zone's name reads backwards: this one is three hours ahead.
     setenv("TZ", "TEST-3", 1);
     tzset();
-    EXPECT_EQ(text_line(record(noon, 600, "", "x"), {}),
-              "2026-01-31 15:00:00.000000 INFO    0a141e28:0000c350 x\n");
+    EXPECT_EQ(line_of(message(noon, 600, "", "x"), {}),
+              "2026-01-31 15:00:00.000000 INFO    pump x\n");
     unsetenv("TZ");
     tzset();
+}
+
+TEST(TextLine, ShowsTheFormOfTimesThatIsAskedFor) {
+    const struct {
+        TimeFormat format;
+        std::vector<std::string> times;
+    } cases[] = {
+        {TimeFormat::relative, {"    0.000000", "    1.500000", "   -0.250000"}},
+        {TimeFormat::delta, {"    0.000000", "    1.500000", "   -1.750000"}},
+        {TimeFormat::iso,
+         {"2026-01-31T12:00:00.000000000Z", "2026-01-31T12:00:01.500000000Z",
+          "2026-01-31T11:59:59.750000000Z"}},
+    };
+    for (const auto& each : cases) {
+        LogLines lines{{.time = each.format}};
+        EXPECT_EQ(lines.line(message(noon, 600, "", "x"), 0), each.times[0] + " INFO    pump x\n");
+        EXPECT_EQ(lines.line(message(noon + 1'500'000'000, 600, "", "x"), 0),
+                  each.times[1] + " INFO    pump x\n");
+        EXPECT_EQ(lines.line(message(noon - 250'000'000, 600, "", "x"), 0),
+                  each.times[2] + " INFO    pump x\n");
+    }
+}
+
+TEST(TextLine, KeepsTheColumnOfNamesAsWideAsTheWidestSoFar) {
+    LogLines lines{{.ids = true, .time = TimeFormat::delta}};
+    const std::string beyond(25, 'm');
+    LogLines without_ids{{.time = TimeFormat::delta}};
+    EXPECT_EQ(without_ids.line(message(noon, 600, "", "x", of_kind("")), 0),
+              "    0.000000 INFO    0a141e28:0000c350 x\n");
+    EXPECT_EQ(without_ids.line(message(noon, 600, "", "x"), 0), "    0.000000 INFO    pump x\n");
+    const struct {
+        Logger logger;
+        std::string columns;
+    } steps[] = {
+        {of_kind(""), "- 0a141e28:0000c350"},
+        {of_kind("p\u00fcmp"), "p\u00fcmp 0a141e28:0000c350"},
+        {numbered(2), "pump#2 0a141e28:0000c351"},
+        {of_kind("\u6cf5"), "\u6cf5     0a141e28:0000c350"},
+        {of_kind(beyond), beyond + " 0a141e28:0000c350"},
+        {pump, "pump" + std::string(20, ' ') + " 0a141e28:0000c350"},
+    };
+    for (const auto& step : steps) {
+        EXPECT_EQ(lines.line(message(noon, 600, "", "x", step.logger), 0),
+                  "    0.000000 INFO    " + step.columns + " x\n");
+    }
+}
+
+TEST(TextLine, BreaksBetweenWordsBehindTheColumnsOfATerminal) {
+    const std::string start = "    0.000000 INFO    pump ";
+    const std::string indent(start.size(), ' ');
+    const struct {
+        const char* what;
+        std::size_t room;
+        const char* text;
+        std::vector<std::string> lines;
+    } cases[] = {
+        {"fits", 24, "123456789 123456789 1234", {"123456789 123456789 1234"}},
+        {"a word too many", 24, "123456789 123456789 12345", {"123456789 123456789", "12345"}},
+        {"a space too many", 24, "123456789 123456789 1234 5", {"123456789 123456789 1234", "5"}},
+        {"one long word",
+         24,
+         "12345678901234567890123456789012345678901234567890",
+         {"123456789012345678901234", "567890123456789012345678", "90"}},
+        {"wide characters and marks",
+         24,
+         "\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5a\u0301\u6cf5",
+         {"\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5a\u0301", "\u6cf5"}},
+    };
+    for (const auto& each : cases) {
+        std::string expected;
+        for (const std::string& line : each.lines) {
+            expected += (expected.empty() ? start : indent) + line + "\n";
+        }
+        EXPECT_EQ(line_of(message(noon, 600, "", each.text), {.time = TimeFormat::delta},
+                          start.size() + each.room),
+                  expected)
+            << each.what;
+    }
+    EXPECT_EQ(line_of(message(noon, 600, "", "a narrow one"), {.time = TimeFormat::delta}, 30),
+              "    0.000000 INFO    pump a\n    narrow one\n");
 }
 
 TEST(TextLine, PaintsTheWholeLineBySeverityAndResetsThePaint) {
@@ -117,26 +227,91 @@ TEST(TextLine, PaintsTheWholeLineBySeverityAndResetsThePaint) {
     } cases[] = {{200, "\x1b[1;31m"}, {300, "\x1b[31m"}, {301, "\x1b[33m"}, {400, "\x1b[33m"},
                  {500, "\x1b[36m"},   {600, ""},         {601, "\x1b[2m"}};
     for (const auto& each : cases) {
-        const LogRecord painted = record(noon, each.level, "nav", "ready\n");
-        std::string plain = text_line(painted, {.color = false, .utc = true});
+        const MessageEvent painted = message(noon, each.level, "", "ready\n");
+        std::string plain = line_of(painted, {.color = false, .utc = true});
         plain.pop_back();
-        EXPECT_EQ(text_line(painted, {.color = true, .utc = true}),
+        EXPECT_EQ(line_of(painted, {.color = true, .utc = true}),
                   each.paint + plain + (each.paint.empty() ? "" : "\x1b[0m") + "\n")
             << each.level;
     }
 }
 
+TEST(TextLine, PaintsTheLastPartOfTheCategoryByTheLogger) {
+    const LineStyle style{.color = true, .time = TimeFormat::delta};
+    const std::string first = line_of(message(noon, 400, "nav.route", "closed"), style);
+    const std::string paint = first.substr(first.find("\x1b[38;5;"), 11);
+    EXPECT_EQ(first, "\x1b[33m    0.000000 WARNING pump [nav.\x1b[0m" + paint +
+                         "route\x1b[0m\x1b[33m] closed\x1b[0m\n");
+    EXPECT_EQ(line_of(message(noon, 600, "gate", "open"), style),
+              "    0.000000 INFO    pump [" + paint + "gate\x1b[0m] open\n");
+    // The escape sequences take no room.
+    EXPECT_EQ(line_of(message(noon, 400, "nav.route", "closed"), style, 45), first);
+    EXPECT_EQ(line_of(message(noon, 600, "gate", "open", of_kind("planner")), style).find(paint),
+              std::string::npos);
+}
+
+TEST(LoggerNames, AreExplainedOnceThereAreSeveralOfAKind) {
+    Logger unknown = numbered(3);
+    unknown.host = "";
+    unknown.process = "";
+    unknown.process_id = 0;
+    const std::string first =
+        "--- pump is 0a141e28:0000c350, process 4711 (planner) on host robot2 ---\n";
+    const struct {
+        Logger logger;
+        std::string lines;
+    } steps[] = {
+        {pump, ""},
+        {of_kind("mill"), ""},
+        {of_kind(""), ""},
+        {numbered(2),
+         first + "--- pump#2 is 0a141e28:0000c351, process 4711 (planner) on host robot2 ---\n"},
+        {pump, ""},
+        {unknown, "--- pump#3 is 0a141e28:0000c352 ---\n"},
+    };
+    Introductions introductions;
+    for (const auto& step : steps) {
+        EXPECT_EQ(introductions.meet(step.logger), step.lines) << name_of(step.logger);
+    }
+}
+
+TEST(LossLine, NamesTheCausesThatThereWere) {
+    const struct {
+        LossEvent loss;
+        const char* line;
+    } cases[] = {
+        {{0, pump, 30, 0, 0, 7}, "--- 37 messages of pump lost: 30 queue full, 7 on the way ---\n"},
+        {{0, of_kind(""), 0, 1, 0, 0},
+         "--- 1 message of 0a141e28:0000c350 lost: 1 no memory ---\n"},
+        {{0, numbered(2), 1, 2, 3, 4},
+         "--- 10 messages of pump#2 lost: 1 queue full, 2 no memory, 3 discarded, 4 on the way "
+         "---\n"},
+    };
+    for (const auto& each : cases) {
+        EXPECT_EQ(loss_line(each.loss), each.line);
+    }
+    const std::string json = json_line(LossEvent{0, pump, 1, 2, 3, 4});
+    EXPECT_TRUE(json.starts_with(R"({"type":"loss","time":"1970-)")) << json;
+    EXPECT_TRUE(json.ends_with(R"("pid":4711,"lost":10,"queue_full":1,"no_memory":2,)"
+                               R"("discarded":3,"on_the_way":4})"
+                               "\n"))
+        << json;
+}
+
 TEST(JsonLine, HoldsEveryFieldOfTheMessage) {
-    EXPECT_EQ(json_line(record(-1, -5, "nav", "gate \"7\"\n")),
-              R"({"time":"1969-12-31T23:59:59.999999999Z","level":-5,"level_name":"-5",)"
-              R"("app":"0a141e28:0000c350","host_id":169090600,"app_id":50000,)"
+    EXPECT_EQ(json_line(message(-1, -5, "nav", "gate \"7\"\n")),
+              R"({"type":"message","time":"1969-12-31T23:59:59.999999999Z","level":-5,)"
+              R"("level_name":"-5","app":"0a141e28:0000c350","host_id":169090600,"app_id":50000,)"
+              R"("kind":"pump","host":"robot2","process":"planner","pid":4711,)"
               R"("category":"nav","message":"gate \"7\"\n"})"
               "\n");
+    const std::string second = json_line(message(noon, 600, "", "", numbered(2)));
+    EXPECT_NE(second.find(R"("kind":"pump","number":2,"host")"), std::string::npos) << second;
 }
 
 TEST(JsonLine, IsOneLineOfAsciiWhateverTheMessageHolds) {
     const std::string text = "\x1b[2J\n\u009b2J\u202e a\xffz\xe2\x82";
-    std::string line = json_line(record(noon, 600, text, text));
+    std::string line = json_line(message(noon, 600, text, text));
     ASSERT_EQ(line.back(), '\n');
     line.pop_back();
     for (const char byte : line) {
@@ -158,52 +333,106 @@ LoggerState hostile_logger() {
 }
 
 TEST(LoggerText, StandsInColumnsThatNoKindCanDisturb) {
+    const LoggerState hostile = hostile_logger();
+    const std::vector<LoggerEntry> entries = {
+        {logger_state(1, ""), of_kind(""), ""},
+        {hostile,
+         {.application = hostile.application,
+          .kind = hostile.kind,
+          .number = 2,
+          .host = "a\nb",
+          .process = ""},
+         ""},
+    };
     // clang-format off
-    EXPECT_EQ(logger_table({logger_state(1, ""), hostile_logger()}, {}),
-        "LOGGER             KIND               STATE           LEVEL  DOMAIN  PLATFORM  COMMUNICATION  DATABASE  ENTITIES  API    FORMAT\n"
-        "0a141e28:00000001  -                  OPERATIONAL     INFO   0       ERROR     ERROR          ERROR     ERROR     ERROR  DEFAULT\n"
-        "0a141e28:fffffffe  p\\x1b[2J\u00fcmp\\n\\xff  NONOPERATIONAL  650    -7      ERROR     STATUS_REMOTE  ERROR     ERROR     ERROR  MAXIMAL\n");
+    EXPECT_EQ(logger_table(entries, {}),
+        "KIND                 HOST  PROCESS  PID  LOGGER             STATE           LEVEL  DOMAIN  PLATFORM  COMMUNICATION  DATABASE  ENTITIES  API    FORMAT\n"
+        "-                    -     -        -    0a141e28:0000c350  OPERATIONAL     INFO   0       ERROR     ERROR          ERROR     ERROR     ERROR  DEFAULT\n"
+        "p\\x1b[2J\u00fcmp\\n\\xff#2  a\\nb  -        -    0a141e28:fffffffe  NONOPERATIONAL  650    -7      ERROR     STATUS_REMOTE  ERROR     ERROR     ERROR  MAXIMAL\n");
+    // clang-format on
+}
+
+TEST(LoggerText, CutsNamesAndLeavesColumnsOutToFitATerminal) {
+    Logger far = pump;
+    far.host = "a-very-long-name-of-a-host";
+    const std::vector<LoggerEntry> entries = {{logger_state(0xc350, "pump"), far, "10.0.0.1"}};
+    const std::string columns = "pump  a-very-long-name-of-a-host  planner  4711  ";
+    const std::string wide = logger_table(entries, {.wide = true, .width = 10});
+    EXPECT_NE(wide.find("\n" + columns + "0a141e28:0000c350  "), std::string::npos) << wide;
+    EXPECT_NE(wide.find("  10.0.0.1\n"), std::string::npos) << wide;
+    // clang-format off
+    EXPECT_EQ(logger_table(entries, {.width = 80}),
+        "KIND  HOST          PROCESS  PID   LOGGER             STATE        LEVEL  DOMAIN\n"
+        "pump  a-very-long…  planner  4711  0a141e28:0000c350  OPERATIONAL  INFO   0\n"
+        "6 more columns with --wide\n");
+    EXPECT_EQ(logger_table(entries, {.width = 20}),
+        "KIND  HOST      PROCESS  PID   LOGGER\n"
+        "pump  a-very-…  planner  4711  0a141e28:0000c350\n"
+        "9 more columns with --wide\n");
     // clang-format on
 }
 
 TEST(LoggerText, TellsProgramsEverythingInOneLineOfAscii) {
-    EXPECT_EQ(
-        json_line({LoggerChange::Kind::changed, logger_state(1, "pump"), hostile_logger()}, 1),
-        R"({"event":"changed","time":"1970-01-01T00:00:00.000000001Z",)"
+    const LoggerState hostile = hostile_logger();
+    const Logger logger{.application = hostile.application,
+                        .kind = hostile.kind,
+                        .number = 2,
+                        .host = "h",
+                        .process = "p",
+                        .process_id = 3};
+    const std::string members =
         R"("app":"0a141e28:fffffffe","host_id":169090600,"app_id":4294967294,)"
-        R"("kind":"p\u001b[2J\u00fcmp\n\ufffd","state":"NONOPERATIONAL","filter_level":650,)"
+        R"("kind":"p\u001b[2J\u00fcmp\n\ufffd","number":2,"host":"h","process":"p","pid":3,)"
+        R"("state":"NONOPERATIONAL","filter_level":650,)"
         R"("filter_level_name":"650","domain":-7,"verbosities":{"platform":"ERROR",)"
         R"("communication":"STATUS_REMOTE","database":"ERROR","entities":"ERROR",)"
-        R"("api":"ERROR"},"print_format":"MAXIMAL"})"
-        "\n");
+        R"("api":"ERROR"},"print_format":"MAXIMAL")";
+    EXPECT_EQ(
+        json_line({1, {LoggerChange::Kind::changed, logger_state(1, "pump"), hostile}, logger}),
+        R"({"type":"logger","time":"1970-01-01T00:00:00.000000001Z","event":"changed",)" + members +
+            "}\n");
+    EXPECT_EQ(json_line(LoggerEntry{hostile, logger, "10.0.0.1"}),
+              "{" + members + R"(,"addresses":"10.0.0.1"})" + "\n");
 }
 
 TEST(LoggerText, TellsPeopleWhatHasChanged) {
-    const LoggerState pump = logger_state(1, "pump");
-    LoggerState renamed = pump;
+    const LoggerState before = logger_state(1, "pump");
+    LoggerState renamed = before;
     renamed.kind = "mill";
-    LoggerState other = pump;
+    LoggerState other = before;
     other.state = QEL_KX_STATE_NONOPERATIONAL;
     other.filter_level = 0;
     other.verbosities[4] = QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_SILENT;
     other.print_format = QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_MINIMAL;
     const struct {
         LoggerChange change;
+        Logger logger;
         const char* says;
     } cases[] = {
-        {{LoggerChange::Kind::appeared, pump, pump},
-         " appeared 0a141e28:00000001 pump  OPERATIONAL, filter level INFO\n"},
-        {{LoggerChange::Kind::changed, pump, other},
-         " changed  0a141e28:00000001 pump  state OPERATIONAL -> NONOPERATIONAL, filter level INFO "
+        {{LoggerChange::Kind::appeared, before, before},
+         pump,
+         " appeared 0a141e28:0000c350 pump  OPERATIONAL, filter level INFO, process 4711 (planner) "
+         "on host robot2\n"},
+        {{LoggerChange::Kind::appeared, before, before},
+         of_kind("pump"),
+         " appeared 0a141e28:0000c350 pump  OPERATIONAL, filter level INFO\n"},
+        {{LoggerChange::Kind::changed, before, other},
+         of_kind("pump"),
+         " changed  0a141e28:0000c350 pump  state OPERATIONAL -> NONOPERATIONAL, filter level INFO "
          "-> SILENT, API ERROR -> SILENT, print format DEFAULT -> MINIMAL\n"},
-        {{LoggerChange::Kind::changed, pump, renamed},
-         " changed  0a141e28:00000001 mill  application kind or domain\n"},
-        {{LoggerChange::Kind::gone, other, other}, " gone     0a141e28:00000001 pump  ended\n"},
-        {{LoggerChange::Kind::gone, pump, pump}, " gone     0a141e28:00000001 pump  lost\n"},
+        {{LoggerChange::Kind::changed, before, renamed},
+         of_kind("mill"),
+         " changed  0a141e28:0000c350 mill  application kind or domain\n"},
+        {{LoggerChange::Kind::gone, other, other},
+         numbered(2),
+         " gone     0a141e28:0000c351 pump#2  ended\n"},
+        {{LoggerChange::Kind::gone, before, before},
+         of_kind(""),
+         " gone     0a141e28:0000c350 -  lost\n"},
     };
     for (const auto& each : cases) {
-        EXPECT_TRUE(change_line(each.change, 0).ends_with(each.says))
-            << change_line(each.change, 0);
+        const std::string line = change_line({0, each.change, each.logger});
+        EXPECT_TRUE(line.ends_with(each.says)) << line;
     }
 }
 
@@ -219,10 +448,11 @@ TEST(LoggerText, ShowsOfAnOutcomeWhatTheCommandWasAbout) {
         {{QEL_KX_PEXA_CONFIG_LOG_CATEGORY_API, QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_ERROR},
          {QEL_KX_PEXA_CONFIG_LOG_CATEGORY_COMMUNICATION,
           QEL_KX_PEXA_CONFIG_LOG_VERBOSITY_WARNING}}};
-    EXPECT_EQ(outcome_line(outcome, verbosities, 5s),
-              "0a141e28:00000001 pump  API ERROR, COMMUNICATION ERROR -> WARNING\n");
-    EXPECT_EQ(outcome_line(outcome, SetPrintFormat{QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_DEBUG}, 5s),
-              "0a141e28:00000001 pump  print format DEFAULT -> DEBUG\n");
+    EXPECT_EQ(outcome_line(outcome, pump, verbosities, 5s),
+              "0a141e28:0000c350 pump  API ERROR, COMMUNICATION ERROR -> WARNING\n");
+    EXPECT_EQ(
+        outcome_line(outcome, pump, SetPrintFormat{QEL_KX_PEXA_CONFIG_LOG_PRINT_FORMAT_DEBUG}, 5s),
+        "0a141e28:0000c350 pump  print format DEFAULT -> DEBUG\n");
 }
 
 }  // namespace

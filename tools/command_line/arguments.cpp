@@ -7,7 +7,18 @@
 #include <string>
 #include <system_error>
 
+#include "tools/text/target_text.hpp"
+
 namespace orvane::tools {
+
+LoggerTarget require_target(const std::string& text) {
+    std::string error;
+    const std::optional<LoggerTarget> target = parse_target(text, error);
+    if (!target) {
+        throw CLI::ValidationError(error);
+    }
+    return *target;
+}
 
 void add_domain_option(CLI::App& command, std::int32_t& domain_id) {
     command.add_option("--domain", domain_id, "DDS domain, 0 to 232")

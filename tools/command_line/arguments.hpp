@@ -2,9 +2,14 @@
 /// @brief What can be written behind `orvane`: the subcommands, and options that several share.
 #pragma once
 
+#include <fmt/format.h>
+
 #include <CLI/App.hpp>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "tools/subcommands/check_config.hpp"
 #include "tools/subcommands/list.hpp"
@@ -21,6 +26,24 @@ CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options);
 CLI::App* add_set_verbosity_subcommand(CLI::App& app, SetOptions& options);
 CLI::App* add_set_format_subcommand(CLI::App& app, SetOptions& options);
 CLI::App* add_check_config_subcommand(CLI::App& app, CheckConfigOptions& options);
+/// @}
+
+/// Options of the subcommands that print messages.
+void add_display_options(CLI::App& command, DisplayOptions& options);
+
+/// @name Parsers of a value. Each throws the error that the parser of the command line prints as
+/// wrong usage.
+/// @{
+template <typename Value>
+Value require(std::optional<Value> value, const std::string& text, std::string_view what,
+              const std::string& valid) {
+    if (!value) {
+        throw CLI::ValidationError(
+            fmt::format("'{}' is no {}: one of {} expected", text, what, valid));
+    }
+    return *std::move(value);
+}
+LoggerTarget require_target(const std::string& text);
 /// @}
 
 void add_domain_option(CLI::App& command, std::int32_t& domain_id);

@@ -13,6 +13,8 @@ CLI::App* add_list_subcommand(CLI::App& app, ListOptions& options) {
         "  orvane list --json | jq .kind        for a program");
     add_domain_option(*command, options.domain_id);
     command->add_flag("--json", options.json, "One JSON object a line");
+    command->add_flag("--wide", options.wide,
+                      "All columns and the network addresses, whatever the width of the terminal");
     command->add_flag("--watch", options.watch,
                       "Go on: a table kept up to date on a terminal, else a line for each change");
     command->add_flag("--no-color", options.no_color, "No colors on a terminal");

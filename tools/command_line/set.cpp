@@ -16,17 +16,6 @@
 namespace orvane::tools {
 namespace {
 
-/// Throws the error that the parser prints as wrong usage.
-template <typename Value>
-Value require(std::optional<Value> value, const std::string& text, std::string_view what,
-              const std::string& valid) {
-    if (!value) {
-        throw CLI::ValidationError(
-            fmt::format("'{}' is no {}: one of {} expected", text, what, valid));
-    }
-    return *std::move(value);
-}
-
 Command parse_level_command(const std::vector<std::string>& words) {
     return SetFilterLevel{require(parse_filter_level(words.front()), words.front(), "level",
                                   filter_level_names() + " or a number from 0 on")};
@@ -67,19 +56,19 @@ using Parse = Command (*)(const std::vector<std::string>& words);
 CLI::Option* add_arguments(CLI::App& command, SetOptions& options, const std::string& words,
                            Parse parse) {
     command
-        .add_option("TARGET", options.target_text,
-                    "HOST:APP as orvane list shows it, or a pattern for application kinds")
+        .add_option_function<std::string>(
+            "TARGET",
+            [&options](const std::string& text) { options.target = require_target(text); },
+            "KIND, KIND@HOST, KIND#NUMBER or HOST:APP as orvane list shows them; kinds and names "
+            "of "
+            "hosts may be patterns")
         ->type_name("")
         ->required();
     add_domain_option(command, options.domain_id);
     add_timeout_option(
         command, options.timeout_seconds,
         "Look for loggers, then wait for their answers, no longer than so many seconds");
-    command.callback([&options, parse] {
-        options.target = require(LoggerTarget::parse(options.target_text), options.target_text,
-                                 "target", "HOST:APP, an application kind, or a pattern for kinds");
-        options.command = parse(options.words);
-    });
+    command.callback([&options, parse] { options.command = parse(options.words); });
     return command.add_option(words, options.words)->type_name("")->required();
 }
 
@@ -95,6 +84,7 @@ CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options) {
         "Examples:\n"
         "  orvane set-level 0a141e28:0000c350 DEBUG   one logger\n"
         "  orvane set-level pump WARNING              all of this application kind\n"
+        "  orvane set-level 'pump@robot2' WARNING     those on one host\n"
         "  orvane set-level 'nav*' 650                all kinds that begin with nav");
     return command;
 }

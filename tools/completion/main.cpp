@@ -16,6 +16,7 @@
 #include "tools/command_line/command_line.hpp"
 #include "tools/text/level_names.hpp"
 #include "tools/text/setting_names.hpp"
+#include "tools/text/time_text.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -36,10 +37,10 @@ std::string words_of(const std::string& argument) {
         {"CATEGORY", middleware_category_names()},
         {"VERBOSITY", verbosity_names()},
         {"FORMAT", print_format_names()},
+        {"FORM", time_format_names()},
         {"FILE", files},
         // Nobody can tell what these are.
         {"GLOB", ""},
-        {"HOST:APP", ""},
         {"N", ""},
         {"SECONDS", ""},
         {"TARGET", ""},

@@ -5,30 +5,12 @@
 #include <utility>
 
 #include "tools/domain/entities.hpp"
+#include "tools/domain/process_discovery.hpp"
+#include "tools/domain/state_reader.hpp"
 #include "tools/domain/wait_set.hpp"
 
 namespace orvane::tools {
 namespace {
-
-LoggerState to_state(const QEL_KX_ADMIN_State& sample) {
-    LoggerState state{.application = application_of(sample.hostAndAppId),
-                      .kind = sample.applicationKind,
-                      .state = sample.state,
-                      .filter_level = sample.filterLevel,
-                      .domain_id = sample.administrationDomainId,
-                      .verbosities = {},
-                      .print_format = sample.qelLoggerPrintFormat};
-    for (const auto& pair : sample.qelLoggerVerbosities) {
-        state.verbosities[static_cast<std::size_t>(pair.category)] = pair.verbosity;
-    }
-    return state;
-}
-
-StateUpdate to_update(const QEL_KX_ADMIN_State& sample, const DDS_SampleInfo& info) {
-    return {.application = application_of(sample.hostAndAppId),
-            .state = info.valid_data != 0 ? std::optional{to_state(sample)} : std::nullopt,
-            .alive = info.instance_state == DDS_ALIVE_INSTANCE_STATE};
-}
 
 CommandResponse to_response(const QEL_KX_ADMIN_CommandResponse& sample) {
     return {.application = application_of(sample.hostAndAppId),
@@ -90,28 +72,26 @@ std::set<Application> peers(Endpoint* endpoint,
 
 class TypedAdministration final : public Administration {
 public:
-    Status start(std::int32_t domain_id) {
+    /// @return what could not be made, empty when all was
+    std::string start(std::int32_t domain_id, Access access) {
         participant_ = join_domain(domain_id);
         if (!participant_) {
-            return Status::failed;
+            return "no participant";
         }
         identity_ = identity_of(participant_.get());
-        // The reader of responses before the writer of requests: a logger that has matched the
-        // writer but not the reader would answer into nothing.
-        responses_ = create_reader<QEL_KX_ADMIN_CommandResponse>(
-            participant_.get(), DDS_VOLATILE_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
-        requests_ = create_writer<QEL_KX_ADMIN_CommandRequest>(participant_.get());
-        states_ = create_reader<QEL_KX_ADMIN_State>(
-            participant_.get(), DDS_TRANSIENT_LOCAL_DURABILITY_QOS, DDS_KEEP_LAST_HISTORY_QOS);
+        if (wait_set_.open() == Status::failed) {
+            return "no wait set";
+        }
+        const std::string failure = access == Access::command ? create_command_endpoints() : "";
+        if (!failure.empty()) {
+            return failure;
+        }
+        states_ = create_state_reader(participant_.get());
         const bool succeeded =
-            responses_ != nullptr && requests_ != nullptr && states_ != nullptr &&
-            wait_set_.open() == Status::ok && wait_set_.attach_data_of(responses_) == Status::ok &&
-            wait_set_.attach_data_of(states_) == Status::ok &&
+            states_ != nullptr && wait_set_.attach_data_of(states_) == Status::ok &&
             wait_set_.attach_statuses_of(DDS_DataReader_as_entity(states_),
-                                         DDS_SUBSCRIPTION_MATCHED_STATUS) == Status::ok &&
-            wait_set_.attach_statuses_of(DDS_DataWriter_as_entity(requests_),
-                                         DDS_PUBLICATION_MATCHED_STATUS) == Status::ok;
-        return succeeded ? Status::ok : Status::failed;
+                                         DDS_SUBSCRIPTION_MATCHED_STATUS) == Status::ok;
+        return succeeded ? "" : "no reader of the States";
     }
 
     Clock::time_point now() const override { return Clock::now(); }
@@ -129,24 +109,15 @@ public:
         // The next wait waits for a change since this reading of the statuses.
         DDS_SubscriptionMatchedStatus subscription{};
         DDS_DataReader_get_subscription_matched_status(states_, &subscription);
-        DDS_PublicationMatchedStatus publication{};
-        DDS_DataWriter_get_publication_matched_status(requests_, &publication);
-
         Arrivals arrivals;
-        const auto add_state = [&](const QEL_KX_ADMIN_State& sample, const DDS_SampleInfo& info) {
-            arrivals.states.push_back(to_update(sample, info));
-        };
-        const auto add_response = [&](const QEL_KX_ADMIN_CommandResponse& sample,
-                                      const DDS_SampleInfo& info) {
-            if (info.valid_data != 0) {
-                arrivals.responses.push_back(to_response(sample));
-            }
-        };
-        if (take_all<QEL_KX_ADMIN_State>(states_, add_state) == Status::ok &&
-            take_all<QEL_KX_ADMIN_CommandResponse>(responses_, add_response) == Status::ok) {
-            return arrivals;
+        const bool succeeded = take_states(states_, arrivals.states) == Status::ok &&
+                               take_responses(arrivals.responses) == Status::ok;
+        std::set<Application> heard;
+        for (const StateUpdate& update : arrivals.states) {
+            heard.insert(update.application);
         }
-        return {};
+        arrivals.processes = processes_.look_up(participant_.get(), heard);
+        return succeeded ? Result<Arrivals>{std::move(arrivals)} : Result<Arrivals>{};
     }
 
     std::set<Application> state_writers() override {
@@ -154,7 +125,8 @@ public:
     }
 
     std::set<Application> command_readers() override {
-        return peers(requests_, DDS_DataWriter_get_matched_subscriptions);
+        return requests_ != nullptr ? peers(requests_, DDS_DataWriter_get_matched_subscriptions)
+                                    : std::set<Application>{};
     }
 
     Application identity() const override { return identity_; }
@@ -176,21 +148,56 @@ public:
     }
 
 private:
+    /// @return what could not be made, empty when all was
+    std::string create_command_endpoints() {
+        // The reader of responses before the writer of requests: a logger that has matched the
+        // writer but not the reader would answer into nothing.
+        responses_ = create_reader<QEL_KX_ADMIN_CommandResponse>(
+            participant_.get(), DDS_VOLATILE_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
+        if (responses_ == nullptr || wait_set_.attach_data_of(responses_) == Status::failed) {
+            return "no reader of answers";
+        }
+        requests_ = create_writer<QEL_KX_ADMIN_CommandRequest>(participant_.get());
+        const bool succeeded =
+            requests_ != nullptr &&
+            wait_set_.attach_statuses_of(DDS_DataWriter_as_entity(requests_),
+                                         DDS_PUBLICATION_MATCHED_STATUS) == Status::ok;
+        return succeeded ? "" : "no writer of commands";
+    }
+
+    Status take_responses(std::vector<CommandResponse>& responses) {
+        if (responses_ == nullptr) {
+            return Status::ok;
+        }
+        DDS_PublicationMatchedStatus publication{};
+        DDS_DataWriter_get_publication_matched_status(requests_, &publication);
+        return take_all<QEL_KX_ADMIN_CommandResponse>(
+            responses_,
+            [&](const QEL_KX_ADMIN_CommandResponse& sample, const DDS_SampleInfo& info) {
+                if (info.valid_data != 0) {
+                    responses.push_back(to_response(sample));
+                }
+            });
+    }
+
     // The wait set is deleted before its entities.
     Participant participant_;
     Application identity_;
-    DDS_DataReader* responses_ = nullptr;
+    DDS_DataReader* responses_ = nullptr;  ///< and the writer: NULL without access to commands
     DDS_DataWriter* requests_ = nullptr;
     DDS_DataReader* states_ = nullptr;
+    ProcessDiscovery processes_;
     std::atomic<bool> interrupted_{false};
     WaitSet wait_set_;
 };
 
 }  // namespace
 
-std::unique_ptr<Administration> Administration::open(std::int32_t domain_id) {
+std::unique_ptr<Administration> Administration::open(std::int32_t domain_id, Access access,
+                                                     std::string& failure) {
     auto administration = std::make_unique<TypedAdministration>();
-    if (administration->start(domain_id) == Status::failed) {
+    failure = administration->start(domain_id, access);
+    if (!failure.empty()) {
         return nullptr;
     }
     return administration;

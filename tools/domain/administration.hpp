@@ -8,20 +8,15 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/records/command.hpp"
-#include "tools/records/logger_state.hpp"
+#include "tools/records/process.hpp"
 #include "tools/records/result.hpp"
+#include "tools/records/state_update.hpp"
 
 namespace orvane::tools {
-
-/// A sample of a State, or the end of its writer.
-struct StateUpdate {
-    Application application;
-    std::optional<LoggerState> state;  ///< none: only the liveness has changed
-    bool alive = true;
-};
 
 struct CommandResponse {
     Application application;  ///< of the logger that answers
@@ -32,6 +27,8 @@ struct CommandResponse {
 };
 
 struct Arrivals {
+    std::vector<std::pair<Application, Process>>
+        processes;  ///< of applications not heard of before
     std::vector<StateUpdate> states;
     std::vector<CommandResponse> responses;
 };
@@ -40,8 +37,13 @@ class Administration {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// @return NULL when the domain cannot be joined; the middleware has said why
-    static std::unique_ptr<Administration> open(std::int32_t domain_id);
+    /// What the tool does in the domain. A participant that may only read cannot command.
+    enum class Access { read, command };
+
+    /// @param failure says what could not be made, when nothing is returned; the middleware has
+    /// said why
+    static std::unique_ptr<Administration> open(std::int32_t domain_id, Access access,
+                                                std::string& failure);
     virtual ~Administration() = default;
 
     /// The clock of @ref wait.
@@ -61,13 +63,13 @@ public:
     /// The applications whose State writers are matched. Their States may arrive later.
     virtual std::set<Application> state_writers() = 0;
 
-    /// The applications whose readers of command requests are matched.
+    /// The applications whose readers of command requests are matched; none for @ref Access::read.
     virtual std::set<Application> command_readers() = 0;
 
     /// The originator in the requests that are sent.
     virtual Application identity() const = 0;
 
-    /// Writes a command request.
+    /// Writes a command request. Only for @ref Access::command.
     virtual Status send(const Application& target, std::int32_t invocation,
                         const Command& command) = 0;
 };

@@ -1,8 +1,13 @@
 #include "tools/domain/log_subscription.hpp"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include "tools/domain/entities.hpp"
+#include "tools/domain/logger_directory.hpp"
+#include "tools/domain/process_discovery.hpp"
+#include "tools/domain/state_reader.hpp"
 #include "tools/domain/wait_set.hpp"
 
 namespace orvane::tools {
@@ -25,31 +30,54 @@ public:
         }
         reader_ = create_reader<QEL_KX_LogMessage>(
             participant_.get(), DDS_TRANSIENT_LOCAL_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
-        if (reader_ == nullptr || wait_set_.open() == Status::failed) {
-            return Status::failed;
-        }
-        return wait_set_.attach_data_of(reader_);
+        states_ = create_state_reader(participant_.get());
+        const bool succeeded = reader_ != nullptr && states_ != nullptr &&
+                               wait_set_.open() == Status::ok &&
+                               wait_set_.attach_data_of(reader_) == Status::ok &&
+                               wait_set_.attach_data_of(states_) == Status::ok;
+        return succeeded ? Status::ok : Status::failed;
     }
 
     void wait(std::chrono::milliseconds longest) override { wait_set_.wait(longest); }
 
     void interrupt() override { wait_set_.interrupt(); }
 
-    Result<std::vector<LogRecord>> take() override {
+    Result<std::vector<MessageEvent>> take() override {
+        std::vector<StateUpdate> updates;
         std::vector<LogRecord> records;
         const auto add = [&](const QEL_KX_LogMessage& sample, const DDS_SampleInfo& info) {
             if (info.valid_data != 0) {
                 records.push_back(to_record(sample, info.source_timestamp));
             }
         };
-        if (take_all<QEL_KX_LogMessage>(reader_, add) == Status::failed) {
+        if (take_states(states_, updates) == Status::failed ||
+            take_all<QEL_KX_LogMessage>(reader_, add) == Status::failed) {
             return {};
+        }
+        std::set<Application> heard;
+        for (const StateUpdate& update : updates) {
+            heard.insert(update.application);
+            if (update.state) {
+                directory_.add(*update.state);
+            }
+        }
+        for (const LogRecord& record : records) {
+            heard.insert(record.application);
+        }
+        for (const auto& [application, process] : processes_.look_up(participant_.get(), heard)) {
+            directory_.add(application, process);
         }
         // A take groups the messages by instance, which here means by application and level.
         std::stable_sort(records.begin(), records.end(), [](const auto& a, const auto& b) {
             return a.nanoseconds < b.nanoseconds;
         });
-        return records;
+        std::vector<MessageEvent> events;
+        events.reserve(records.size());
+        for (LogRecord& record : records) {
+            const Logger logger = directory_.logger(record.application);
+            events.push_back({std::move(record), logger});
+        }
+        return events;
     }
 
     std::int32_t lost() override {
@@ -62,6 +90,9 @@ private:
     // The wait set is deleted before its entities.
     Participant participant_;
     DDS_DataReader* reader_ = nullptr;
+    DDS_DataReader* states_ = nullptr;
+    ProcessDiscovery processes_;
+    LoggerDirectory directory_;
     WaitSet wait_set_;
 };
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "tools/records/log_record.hpp"
+#include "tools/records/event.hpp"
 #include "tools/records/result.hpp"
 
 namespace orvane::tools {
@@ -26,9 +26,10 @@ public:
     /// Ends a wait, the running one or the next. May be called from any thread.
     virtual void interrupt() = 0;
 
-    /// All messages that have arrived, in the order in which they were logged.
+    /// All messages that have arrived, in the order in which they were logged. A logger has no kind
+    /// as long as its State has not arrived.
     /// @return nothing when the reader failed
-    virtual Result<std::vector<LogRecord>> take() = 0;
+    virtual Result<std::vector<MessageEvent>> take() = 0;
 
     /// Messages that the network lost for good.
     virtual std::int32_t lost() = 0;

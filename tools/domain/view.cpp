@@ -16,6 +16,9 @@ Result<News> DomainView::next(Milliseconds longest) {
         return {};
     }
     News news{.changes = {}, .responses = std::move(arrivals->responses)};
+    for (const auto& [application, process] : arrivals->processes) {
+        directory_.add(application, process);
+    }
     for (const StateUpdate& update : arrivals->states) {
         apply(update, news.changes);
     }
@@ -31,6 +34,7 @@ void DomainView::apply(const StateUpdate& update, std::vector<LoggerChange>& cha
     const auto known = loggers_.find(update.application);
     if (known == loggers_.end()) {
         if (update.state && update.alive) {
+            directory_.add(*update.state);
             loggers_.emplace(update.application, *update.state);
             changes.push_back({LoggerChange::Kind::appeared, *update.state, *update.state});
         }
@@ -40,6 +44,7 @@ void DomainView::apply(const StateUpdate& update, std::vector<LoggerChange>& cha
     if (update.state && *update.state != known->second) {
         changes.push_back({LoggerChange::Kind::changed, known->second, *update.state});
         known->second = *update.state;
+        directory_.add(*update.state);
     }
     if (!update.alive) {
         changes.push_back({LoggerChange::Kind::gone, known->second, known->second});
@@ -59,13 +64,26 @@ DomainView::Milliseconds DomainView::time_to_settle() {
 }
 
 bool DomainView::has(const LoggerTarget* target) const {
-    return std::any_of(loggers_.begin(), loggers_.end(), [&](const auto& known) {
-        return target == nullptr || target->matches(known.second);
-    });
+    return target == nullptr ? !loggers_.empty() : !loggers(*target).empty();
+}
+
+void DomainView::number_anew() {
+    LoggerDirectory ordered;
+    for (const auto& [application, state] : loggers_) {
+        ordered.add(application, directory_.process(application));
+        ordered.add(state);
+    }
+    directory_ = std::move(ordered);
 }
 
 Status DomainView::discover(const LoggerTarget* target, Milliseconds longest) {
-    const bool is_application = target != nullptr && target->application();
+    const Status status = look_for(target, longest);
+    number_anew();
+    return status;
+}
+
+Status DomainView::look_for(const LoggerTarget* target, Milliseconds longest) {
+    const bool is_application = target != nullptr && target->application;
     const auto deadline = administration_.now() + longest;
     while (!administration_.interrupted()) {
         const auto left = std::chrono::ceil<Milliseconds>(deadline - administration_.now());
@@ -87,6 +105,18 @@ const LoggerState* DomainView::find(const Application& application) const {
     return known == loggers_.end() ? nullptr : &known->second;
 }
 
+std::vector<LoggerState> DomainView::loggers(const LoggerTarget& target) const {
+    std::vector<LoggerState> chosen;
+    for (const auto& [application, state] : loggers_) {
+        const bool lives =
+            state.state == QEL_KX_STATE_INITIALIZING || state.state == QEL_KX_STATE_OPERATIONAL;
+        if (lives && target.matches(directory_.logger(application))) {
+            chosen.push_back(state);
+        }
+    }
+    return chosen;
+}
+
 std::vector<LoggerState> DomainView::loggers() const {
     std::vector<LoggerState> loggers;
     loggers.reserve(loggers_.size());
@@ -94,6 +124,16 @@ std::vector<LoggerState> DomainView::loggers() const {
         loggers.push_back(state);
     }
     return loggers;
+}
+
+std::vector<LoggerEntry> DomainView::entries() const {
+    std::vector<LoggerEntry> entries;
+    entries.reserve(loggers_.size());
+    for (const auto& [application, state] : loggers_) {
+        entries.push_back(
+            {state, directory_.logger(application), directory_.process(application).addresses});
+    }
+    return entries;
 }
 
 }  // namespace orvane::tools

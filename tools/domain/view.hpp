@@ -8,8 +8,10 @@
 #include <vector>
 
 #include "tools/domain/administration.hpp"
-#include "tools/domain/logger_target.hpp"
+#include "tools/domain/logger_directory.hpp"
 #include "tools/records/logger_change.hpp"
+#include "tools/records/logger_entry.hpp"
+#include "tools/records/logger_target.hpp"
 
 namespace orvane::tools {
 
@@ -35,7 +37,8 @@ public:
     /// Looks for the loggers of a target, no longer than @p longest. A target that is one
     /// application ends it when it is found; any other target when the domain has been quiet for
     /// @ref settling_time and every matched writer of States has been heard. Interrupting ends it
-    /// early.
+    /// early. The loggers of a kind are then numbered by host and application id, so that tools
+    /// that find the same loggers give them the same numbers.
     /// @param target NULL means all loggers
     /// @return failed when a reader failed
     Status discover(const LoggerTarget* target, Milliseconds longest);
@@ -44,17 +47,26 @@ public:
     const LoggerState* find(const Application& application) const;
     /// All, by host and application id.
     std::vector<LoggerState> loggers() const;
+    /// Those of a target that execute commands, now or soon.
+    std::vector<LoggerState> loggers(const LoggerTarget& target) const;
+    /// All, with what is known of them.
+    std::vector<LoggerEntry> entries() const;
+    /// Who the loggers are, also those that have gone.
+    const LoggerDirectory& directory() const { return directory_; }
 
     Administration& administration() { return administration_; }
 
 private:
     bool has(const LoggerTarget* target) const;
+    Status look_for(const LoggerTarget* target, Milliseconds longest);
+    void number_anew();
     void apply(const StateUpdate& update, std::vector<LoggerChange>& changes);
     /// @return how long the domain must stay quiet from now on
     Milliseconds time_to_settle();
 
     Administration& administration_;
     std::map<Application, LoggerState> loggers_;
+    LoggerDirectory directory_;
     std::size_t state_writers_ = 0;
     Administration::Clock::time_point last_news_;
 };

@@ -10,6 +10,7 @@ struct ListOptions {
     std::int32_t domain_id = 0;
     bool json = false;
     bool watch = false;  ///< until SIGINT or SIGTERM
+    bool wide = false;   ///< all columns, whatever the width of the terminal
     bool no_color = false;
     double timeout_seconds = 5;
 };

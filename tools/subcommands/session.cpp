@@ -13,11 +13,14 @@
 
 namespace orvane::tools {
 
-int with_domain(std::int32_t domain_id, const std::function<int(DomainView& view)>& action) {
+int with_domain(std::int32_t domain_id, Administration::Access access,
+                const std::function<int(DomainView& view)>& action) {
     StopSignal stop;
-    const std::unique_ptr<Administration> administration = Administration::open(domain_id);
+    std::string failure;
+    const std::unique_ptr<Administration> administration =
+        Administration::open(domain_id, access, failure);
     if (!administration) {
-        fmt::print(stderr, "orvane: could not join domain {}\n", domain_id);
+        fmt::print(stderr, "orvane: could not join domain {}: {}\n", domain_id, failure);
         return exit_failure;
     }
     const auto interruption = stop.interrupt([&] { administration->interrupt(); });

@@ -14,7 +14,8 @@ namespace orvane::tools {
 
 /// Joins the domain and runs @p action, which SIGINT and SIGTERM interrupt.
 /// @return the exit status of @p action, or failure when the domain could not be joined
-int with_domain(std::int32_t domain_id, const std::function<int(DomainView& view)>& action);
+int with_domain(std::int32_t domain_id, Administration::Access access,
+                const std::function<int(DomainView& view)>& action);
 
 /// Prints on the standard error that a reader or the writer failed. @return the exit status
 int print_lost_domain();

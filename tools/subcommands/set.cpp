@@ -9,6 +9,7 @@
 #include "tools/domain/command_round.hpp"
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/session.hpp"
+#include "tools/text/display_text.hpp"
 #include "tools/text/logger_text.hpp"
 
 namespace orvane::tools {
@@ -16,8 +17,8 @@ namespace {
 
 void print_no_target(const DomainView& view, const SetOptions& options) {
     std::string text = fmt::format("orvane: no logger of domain {} is '{}'", options.domain_id,
-                                   options.target_text);
-    const std::vector<LoggerState> loggers = view.loggers();
+                                   displayable(options.target.text));
+    const std::vector<LoggerEntry> loggers = view.entries();
     text += loggers.empty() ? "; there is none at all\n" : "; there are:\n";
     if (!loggers.empty()) {
         text += logger_table(loggers, {});
@@ -30,9 +31,7 @@ int set_in(DomainView& view, const SetOptions& options) {
     if (view.discover(&options.target, longest) == Status::failed) {
         return print_lost_domain();
     }
-    std::vector<LoggerState> targets = view.loggers();
-    std::erase_if(targets,
-                  [&](const LoggerState& logger) { return !options.target.matches(logger); });
+    const std::vector<LoggerState> targets = view.loggers(options.target);
     if (view.administration().interrupted()) {
         fmt::print(stderr, "orvane: interrupted before anything was sent\n");
         return exit_failure;
@@ -51,7 +50,8 @@ int set_in(DomainView& view, const SetOptions& options) {
                                               view.administration().now() - start));
     std::string lines;
     for (const CommandOutcome& outcome : *outcomes) {
-        lines += outcome_line(outcome, options.command, waited);
+        lines += outcome_line(outcome, view.directory().logger(outcome.before.application),
+                              options.command, waited);
     }
     const bool all_ok = std::all_of(
         outcomes->begin(), outcomes->end(),
@@ -62,7 +62,8 @@ int set_in(DomainView& view, const SetOptions& options) {
 }  // namespace
 
 int set(const SetOptions& options) {
-    return with_domain(options.domain_id, [&](DomainView& view) { return set_in(view, options); });
+    return with_domain(options.domain_id, Administration::Access::command,
+                       [&](DomainView& view) { return set_in(view, options); });
 }
 
 }  // namespace orvane::tools

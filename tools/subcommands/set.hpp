@@ -6,15 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "tools/domain/logger_target.hpp"
 #include "tools/records/command.hpp"
+#include "tools/records/logger_target.hpp"
 
 namespace orvane::tools {
 
 struct SetOptions {
     std::int32_t domain_id = 0;
     double timeout_seconds = 5;
-    std::string target_text;
     LoggerTarget target;
     std::vector<std::string> words;  ///< behind the target, as they were written
     Command command;

@@ -5,18 +5,14 @@
 #include <cstdint>
 #include <optional>
 
-#include "tools/records/log_query.hpp"
+#include "tools/subcommands/display.hpp"
 
 namespace orvane::tools {
 
 struct TailOptions {
     std::int32_t domain_id = 0;
-    LogQuery query;
-    bool json = false;
-    bool no_color = false;
-    bool utc = false;
-    std::optional<std::uint64_t> count;  ///< end after so many messages
-    std::optional<double> seconds;       ///< end after so long
+    DisplayOptions display;
+    std::optional<double> seconds;  ///< end after so long
 };
 
 /// Runs the command until its limits, SIGINT or SIGTERM end it. @return the process's exit status.

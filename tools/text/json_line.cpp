@@ -31,50 +31,75 @@ std::string lower_case(std::string_view name) {
     return text;
 }
 
-void fill_json(nlohmann::ordered_json& object, const LoggerState& logger) {
+void fill_identity(nlohmann::ordered_json& object, const Logger& logger) {
     object["app"] = format_application(logger.application);
     object["host_id"] = logger.application.host_id;
     object["app_id"] = logger.application.app_id;
     object["kind"] = logger.kind;
-    object["state"] = state_name(logger.state);
-    object["filter_level"] = logger.filter_level;
-    object["filter_level_name"] = filter_level_text(logger.filter_level);
-    object["domain"] = logger.domain_id;
+    if (logger.number != 1) {
+        object["number"] = logger.number;
+    }
+    object["host"] = logger.host;
+    object["process"] = logger.process;
+    object["pid"] = logger.process_id;
+}
+
+void fill_json(nlohmann::ordered_json& object, const LoggerState& state, const Logger& logger) {
+    fill_identity(object, logger);
+    object["state"] = state_name(state.state);
+    object["filter_level"] = state.filter_level;
+    object["filter_level_name"] = filter_level_text(state.filter_level);
+    object["domain"] = state.domain_id;
     nlohmann::ordered_json& verbosities = object["verbosities"];
-    for (std::size_t category = 0; category < logger.verbosities.size(); ++category) {
+    for (std::size_t category = 0; category < state.verbosities.size(); ++category) {
         verbosities[lower_case(
             middleware_category_name(static_cast<MiddlewareCategory>(category)))] =
-            verbosity_name(logger.verbosities[category]);
+            verbosity_name(state.verbosities[category]);
     }
-    object["print_format"] = print_format_name(logger.print_format);
+    object["print_format"] = print_format_name(state.print_format);
 }
 
 }  // namespace
 
-std::string json_line(const LogRecord& record) {
+std::string json_line(const MessageEvent& event) {
+    const LogRecord& record = event.record;
     nlohmann::ordered_json object;
+    object["type"] = "message";
     object["time"] = json_time(record.nanoseconds);
     object["level"] = record.level;
     object["level_name"] = level_text(record.level);
-    object["app"] = format_application(record.application);
-    object["host_id"] = record.application.host_id;
-    object["app_id"] = record.application.app_id;
+    fill_identity(object, event.logger);
     object["category"] = record.category;
     object["message"] = record.message;
     return line_of(object);
 }
 
-std::string json_line(const LoggerState& logger) {
+std::string json_line(const LossEvent& event) {
     nlohmann::ordered_json object;
-    fill_json(object, logger);
+    object["type"] = "loss";
+    object["time"] = json_time(event.nanoseconds);
+    fill_identity(object, event.logger);
+    object["lost"] = event.lost();
+    object["queue_full"] = event.queue_full;
+    object["no_memory"] = event.no_memory;
+    object["discarded"] = event.discarded;
+    object["on_the_way"] = event.on_the_way;
     return line_of(object);
 }
 
-std::string json_line(const LoggerChange& change, std::int64_t nanoseconds) {
+std::string json_line(const LoggerEntry& entry) {
     nlohmann::ordered_json object;
-    object["event"] = event_name(change.kind);
-    object["time"] = json_time(nanoseconds);
-    fill_json(object, change.now);
+    fill_json(object, entry.state, entry.logger);
+    object["addresses"] = entry.addresses;
+    return line_of(object);
+}
+
+std::string json_line(const LoggerEvent& event) {
+    nlohmann::ordered_json object;
+    object["type"] = "logger";
+    object["time"] = json_time(event.nanoseconds);
+    object["event"] = event_name(event.change.kind);
+    fill_json(object, event.change.now, event.logger);
     return line_of(object);
 }
 

@@ -3,27 +3,36 @@
 /// newline each.
 ///
 /// A line is ASCII, so that it cannot disturb a terminal. Bytes that are not UTF-8 become U+FFFD. A
-/// time is in RFC 3339, UTC, with nanoseconds.
+/// time is in RFC 3339, UTC, with nanoseconds. A kind and names that are not known are empty texts,
+/// a process id that is not known is 0.
 #pragma once
 
-#include <cstdint>
 #include <string>
 
-#include "tools/records/log_record.hpp"
-#include "tools/records/logger_change.hpp"
+#include "tools/records/event.hpp"
+#include "tools/records/logger_entry.hpp"
 
 namespace orvane::tools {
 
-/// Members: "time", "level", "level_name", "app", "host_id", "app_id", "category", "message".
-std::string json_line(const LogRecord& record);
+/// What is said of a logger: "app", "host_id", "app_id", "kind", "number" (if it is not 1), "host",
+/// "process", "pid".
+/// @{
 
-/// Members: "app", "host_id", "app_id", "kind", "state", "filter_level", "filter_level_name",
+/// Members: "type" ("message"), "time", "level", "level_name", the logger's, "category", "message".
+std::string json_line(const MessageEvent& event);
+
+/// Members: "type" ("loss"), "time", the logger's, "lost" (the sum of the others), "queue_full",
+/// "no_memory", "discarded", "on_the_way".
+std::string json_line(const LossEvent& event);
+
+/// Members: "type" ("logger"), "time", "event" ("appeared", "changed" or "gone"), the logger's,
+/// those of its State.
+std::string json_line(const LoggerEvent& event);
+
+/// Members: the logger's, those of its State: "state", "filter_level", "filter_level_name",
 /// "domain", "verbosities" (an object with a member for each category, in lower case),
-/// "print_format".
-std::string json_line(const LoggerState& logger);
-
-/// As for the logger, with "event" ("appeared", "changed" or "gone") and "time" before the others.
-/// @param nanoseconds when it was seen, since 1970-01-01 UTC
-std::string json_line(const LoggerChange& change, std::int64_t nanoseconds);
+/// "print_format"; "addresses".
+std::string json_line(const LoggerEntry& entry);
+/// @}
 
 }  // namespace orvane::tools

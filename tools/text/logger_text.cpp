@@ -3,14 +3,15 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
-#include <iterator>
+#include <numeric>
 #include <string_view>
+#include <utility>
 
 #include "tools/text/application_text.hpp"
+#include "tools/text/cells.hpp"
 #include "tools/text/display_text.hpp"
 #include "tools/text/level_names.hpp"
+#include "tools/text/logger_name.hpp"
 #include "tools/text/setting_names.hpp"
 #include "tools/text/settings_text.hpp"
 #include "tools/text/time_text.hpp"
@@ -18,47 +19,79 @@
 namespace orvane::tools {
 namespace {
 
-constexpr std::size_t column_count = 6 + ORVANE_QEL_LOGGER_CATEGORY_COUNT;
-constexpr std::size_t state_column = 2;
-using Row = std::array<std::string, column_count>;
+using Row = std::vector<std::string>;
+using Widths = std::vector<std::size_t>;
 
-std::string displayed_kind(const LoggerState& logger) {
-    std::string kind;
-    append_displayable(kind, logger.kind);
-    return kind.empty() ? "-" : kind;
+constexpr std::size_t gap = 2;  ///< cells between columns
+// Columns: the names may be cut, and those up to the logger are always shown.
+constexpr std::size_t name_columns = 3;
+constexpr std::size_t kept_columns = 5;
+constexpr std::size_t state_column = 5;
+
+std::string or_dash(std::string text) {
+    return text.empty() ? "-" : text;
+}
+
+std::string kind_of(const Logger& logger) {
+    return logger.kind.empty() ? "-" : name_of(logger);
 }
 
 /// "0a141e28:0000c350 pump".
-std::string displayed_name(const LoggerState& logger) {
-    return format_application(logger.application) + ' ' + displayed_kind(logger);
+std::string identity_of(const Logger& logger) {
+    return format_application(logger.application) + ' ' + kind_of(logger);
 }
 
-Row headings() {
-    Row row{"LOGGER", "KIND", "STATE", "LEVEL", "DOMAIN"};
+Row headings(const TableStyle& style) {
+    Row row{"KIND", "HOST", "PROCESS", "PID", "LOGGER", "STATE", "LEVEL", "DOMAIN"};
     for (int category = 0; category < ORVANE_QEL_LOGGER_CATEGORY_COUNT; ++category) {
-        row[5 + static_cast<std::size_t>(category)] =
-            middleware_category_name(static_cast<MiddlewareCategory>(category));
+        row.emplace_back(middleware_category_name(static_cast<MiddlewareCategory>(category)));
     }
-    row.back() = "FORMAT";
+    row.emplace_back("FORMAT");
+    if (style.wide) {
+        row.emplace_back("ADDRESSES");
+    }
     return row;
 }
 
-Row row_of(const LoggerState& logger) {
-    Row row{format_application(logger.application), displayed_kind(logger),
-            std::string{state_name(logger.state)}, filter_level_text(logger.filter_level),
-            std::to_string(logger.domain_id)};
-    std::transform(logger.verbosities.begin(), logger.verbosities.end(), row.begin() + 5,
-                   [](Verbosity verbosity) { return std::string{verbosity_name(verbosity)}; });
-    row.back() = print_format_name(logger.print_format);
+Row row_of(const LoggerEntry& entry, const TableStyle& style) {
+    const auto& [state, logger, addresses] = entry;
+    Row row{kind_of(logger),
+            or_dash(displayable(logger.host)),
+            or_dash(displayable(logger.process)),
+            logger.process_id == 0 ? "-" : std::to_string(logger.process_id),
+            format_application(logger.application),
+            std::string{state_name(state.state)},
+            filter_level_text(state.filter_level),
+            std::to_string(state.domain_id)};
+    for (const Verbosity verbosity : state.verbosities) {
+        row.emplace_back(verbosity_name(verbosity));
+    }
+    row.emplace_back(print_format_name(state.print_format));
+    if (style.wide) {
+        row.push_back(or_dash(displayable(addresses)));
+    }
     return row;
 }
 
-/// Cells that a text takes, for texts whose characters take one each.
-std::size_t width_of(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
-        const bool continues = (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-        return !continues;
-    }));
+std::size_t total(const Widths& widths) {
+    return std::accumulate(widths.begin(), widths.end(), gap * (widths.size() - 1));
+}
+
+/// Makes the columns fit into the width, as far as possible, from the width that each would like.
+Widths fitting(Widths widths, std::size_t width) {
+    constexpr std::size_t least_name = 8;
+    Widths least = widths;
+    for (std::size_t column = 0; column < name_columns; ++column) {
+        least[column] = std::min(widths[column], least_name);
+    }
+    while (least.size() > kept_columns && total(least) > width) {
+        least.pop_back();
+    }
+    widths.resize(least.size());
+    for (std::size_t excess = total(widths); excess > std::max(width, total(least)); --excess) {
+        --*std::max_element(widths.begin(), widths.begin() + name_columns);
+    }
+    return widths;
 }
 
 /// The escape sequence (ECMA-48 SGR) for a logger's state.
@@ -75,25 +108,30 @@ std::string_view color_of(StateKind state) {
     return "\x1b[31m";
 }
 
-void append_row(std::string& table, const Row& row,
-                const std::array<std::size_t, column_count>& widths, std::string_view state_color) {
-    for (std::size_t column = 0; column < column_count; ++column) {
+void append_row(std::string& table, const Row& row, const Widths& widths,
+                std::string_view state_color) {
+    for (std::size_t column = 0; column < widths.size(); ++column) {
         const bool painted = column == state_column && !state_color.empty();
+        const std::string cell = shortened(row[column], widths[column]);
         table += painted ? state_color : std::string_view{};
-        table += row[column];
+        table += cell;
         table += painted ? "\x1b[0m" : "";
-        if (column + 1 < column_count) {
-            table.append(widths[column] + 2 - width_of(row[column]), ' ');
+        if (column + 1 < widths.size()) {
+            table.append(widths[column] + gap - width_of(cell), ' ');
         }
     }
     table += '\n';
 }
 
-std::string event_details(const LoggerChange& change) {
+std::string event_details(const LoggerEvent& event) {
+    const LoggerChange& change = event.change;
     switch (change.kind) {
-        case LoggerChange::Kind::appeared:
-            return fmt::format("{}, filter level {}", state_name(change.now.state),
-                               filter_level_text(change.now.filter_level));
+        case LoggerChange::Kind::appeared: {
+            const std::string process = process_text(event.logger);
+            return fmt::format("{}, filter level {}{}{}", state_name(change.now.state),
+                               filter_level_text(change.now.filter_level),
+                               process.empty() ? "" : ", ", process);
+        }
         case LoggerChange::Kind::changed: {
             const std::string settings = difference_text(change.before, change.now);
             return settings.empty() ? "application kind or domain" : settings;
@@ -135,31 +173,40 @@ std::string_view event_name(LoggerChange::Kind kind) {
     return "gone";
 }
 
-std::string logger_table(const std::vector<LoggerState>& loggers, const TableStyle& style) {
-    std::vector<Row> rows{headings()};
-    std::transform(loggers.begin(), loggers.end(), std::back_inserter(rows), row_of);
-    std::array<std::size_t, column_count> widths{};
+std::string logger_table(const std::vector<LoggerEntry>& loggers, const TableStyle& style) {
+    std::vector<Row> rows{headings(style)};
+    for (const LoggerEntry& entry : loggers) {
+        rows.push_back(row_of(entry, style));
+    }
+    Widths widths(rows.front().size());
     for (const Row& row : rows) {
-        for (std::size_t column = 0; column < column_count; ++column) {
+        for (std::size_t column = 0; column < row.size(); ++column) {
             widths[column] = std::max(widths[column], width_of(row[column]));
         }
+    }
+    if (style.width > 0 && !style.wide) {
+        widths = fitting(std::move(widths), style.width);
     }
     std::string table;
     append_row(table, rows.front(), widths, {});
     for (std::size_t i = 0; i < loggers.size(); ++i) {
         append_row(table, rows[i + 1], widths,
-                   style.color ? color_of(loggers[i].state) : std::string_view{});
+                   style.color ? color_of(loggers[i].state.state) : std::string_view{});
+    }
+    if (const std::size_t missing = rows.front().size() - widths.size(); missing > 0) {
+        table += fmt::format("{} more column{} with --wide\n", missing, missing == 1 ? "" : "s");
     }
     return table;
 }
 
-std::string change_line(const LoggerChange& change, std::int64_t nanoseconds) {
-    return fmt::format("{} {:<8} {}  {}\n", display_time(nanoseconds, false),
-                       event_name(change.kind), displayed_name(change.now), event_details(change));
+std::string change_line(const LoggerEvent& event) {
+    return fmt::format("{} {:<8} {}  {}\n", display_time(event.nanoseconds, false),
+                       event_name(event.change.kind), identity_of(event.logger),
+                       event_details(event));
 }
 
-std::string outcome_line(const CommandOutcome& outcome, const Command& command,
-                         std::chrono::milliseconds waited) {
+std::string outcome_line(const CommandOutcome& outcome, const Logger& logger,
+                         const Command& command, std::chrono::milliseconds waited) {
     const std::string now = settings_text(command, outcome.now);
     std::string text;
     if (!outcome.result) {
@@ -173,7 +220,7 @@ std::string outcome_line(const CommandOutcome& outcome, const Command& command,
     } else {
         text = fmt::format("answered OK, but its State says: {}", now);
     }
-    return fmt::format("{}  {}\n", displayed_name(outcome.before), text);
+    return fmt::format("{}  {}\n", identity_of(logger), text);
 }
 
 }  // namespace orvane::tools

@@ -6,10 +6,19 @@
 #include <chrono>
 #include <ctime>
 
+#include "tools/text/named_numbers.hpp"
+
 namespace orvane::tools {
 namespace {
 
 constexpr std::int64_t nanoseconds_per_second = 1'000'000'000;
+
+constexpr NamedNumber time_formats[] = {
+    {"clock", static_cast<int>(TimeFormat::clock)},
+    {"relative", static_cast<int>(TimeFormat::relative)},
+    {"delta", static_cast<int>(TimeFormat::delta)},
+    {"iso", static_cast<int>(TimeFormat::iso)},
+};
 
 struct Time {
     std::int64_t seconds;
@@ -44,6 +53,19 @@ std::string display_time(std::int64_t nanoseconds, bool utc) {
 std::string json_time(std::int64_t nanoseconds) {
     const Time time = split(nanoseconds);
     return fmt::format("{:%Y-%m-%dT%H:%M:%S}.{:09}Z", calendar_time(time, true), time.nanoseconds);
+}
+
+std::optional<TimeFormat> parse_time_format(std::string_view text) {
+    const auto number = number_of_name(time_formats, text);
+    return number ? std::optional{static_cast<TimeFormat>(*number)} : std::nullopt;
+}
+
+std::string time_format_names() {
+    return names_of(time_formats);
+}
+
+std::string seconds_text(std::int64_t nanoseconds) {
+    return fmt::format("{:12.6f}", static_cast<double>(nanoseconds) / nanoseconds_per_second);
 }
 
 std::int64_t wall_clock() {

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace orvane::tools {
 
@@ -12,6 +14,21 @@ std::string display_time(std::int64_t nanoseconds, bool utc);
 
 /// RFC 3339, UTC: "2026-01-31T12:00:00.123456789Z".
 std::string json_time(std::int64_t nanoseconds);
+
+/// How the time of a line is written.
+enum class TimeFormat {
+    clock,     ///< date and time of day
+    relative,  ///< seconds since the first line
+    delta,     ///< seconds since the line before
+    iso,       ///< RFC 3339
+};
+/// @param text a name in any case
+std::optional<TimeFormat> parse_time_format(std::string_view text);
+/// All names, for messages to the user: "clock, relative, …".
+std::string time_format_names();
+
+/// A duration in a column, in seconds: "    0.000123".
+std::string seconds_text(std::int64_t nanoseconds);
 
 /// The present.
 std::int64_t wall_clock();
