@@ -12,7 +12,7 @@ install(
     DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}"
     FILES_MATCHING PATTERN "*.h")
 install(
-    FILES config/cyclonedds-loopback.xml docs/orvane.xsd docs/orvane-dds-xml.xsd
+    FILES config/cyclonedds-loopback.xml config/statistics.xml docs/orvane.xsd docs/orvane-dds-xml.xsd
     DESTINATION "${CMAKE_INSTALL_DATADIR}/orvane")
 install(FILES docs/orvane.idl DESTINATION "${CMAKE_INSTALL_DATADIR}/orvane/idl")
 install(

@@ -1,12 +1,13 @@
 // The program that tests run beside themselves:
 //
-//   test_peer log DOMAIN [--kind APPLICATION_KIND] [--profile LIBRARY PROFILE]
+//   test_peer log DOMAIN [--kind APPLICATION_KIND] [--profile LIBRARY PROFILE] [--queue SIZE]
 //       An application that logs as its input says, one command a line:
 //           log LEVEL COUNT GAP_US    logs the next COUNT numbers, with a pause after each
 //           at SECOND NANOSECOND      logs the next number with this time
 //           say LEVEL CATEGORY TEXT   logs both texts, which std::quoted has written
 //           identity                  answers HOST:APP, as the viewer shows it
 //           finish                    finalises the logger
+//           logged                    answers how many messages the logger was given
 //       It answers every command by a line. For each number it prints "logged LEVEL BEFORE AFTER
 //       NUMBER", where the middle is the wall clock around the call in nanoseconds.
 //   test_peer flood DOMAIN COUNT
@@ -78,6 +79,10 @@ public:
             return text;
         } else if (name == "finish") {
             return "finish " + std::to_string(Logger::finish());
+        } else if (name == "logged") {
+            QEL_KX_Statistics now;
+            QEL_KX_Orvane_getStatistics(&now);
+            return std::to_string(now.accepted + now.refusedForRoom + now.refusedForMemory);
         } else {
             return "unknown command: " + name;
         }
@@ -130,6 +135,8 @@ void obey(int domain_id, const std::vector<std::string>& settings) {
         } else if (settings[i] == "--profile") {
             QEL_KX_Options_setQosLibrary(options.get(), settings.at(++i).c_str());
             QEL_KX_Options_setQosProfile(options.get(), settings.at(++i).c_str());
+        } else if (settings[i] == "--queue") {
+            QEL_KX_Options_setQueueSize(options.get(), std::stoi(settings.at(++i)));
         }
     }
     CommandedApplication application;

@@ -1,6 +1,6 @@
 #include "tools/domain/log_stream.hpp"
 
-#include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace orvane::tools {
@@ -66,6 +66,12 @@ std::vector<Event> LogStream::take(Clock::time_point now, std::int64_t wall_cloc
                                       .on_the_way = lost.on_the_way});
     }
     return events;
+}
+
+std::uint64_t LogStream::earlier() const {
+    return std::accumulate(
+        accounts_.begin(), accounts_.end(), std::uint64_t{0},
+        [](std::uint64_t sum, const auto& account) { return sum + account.second.earlier(); });
 }
 
 std::optional<LogStream::Clock::time_point> LogStream::next_deadline() const {

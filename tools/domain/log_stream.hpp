@@ -45,6 +45,9 @@ public:
     /// @return what is to be told now
     std::vector<Event> take(Clock::time_point now, std::int64_t wall_clock);
 
+    /// Messages that were logged before there was this viewer, and that did not come.
+    std::uint64_t earlier() const;
+
     /// When @ref take may return something although nothing comes. Nothing means never.
     std::optional<Clock::time_point> next_deadline() const;
 

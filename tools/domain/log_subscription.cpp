@@ -5,10 +5,13 @@
 #include <utility>
 
 #include "tools/domain/entities.hpp"
+#include "tools/domain/log_stream.hpp"
 #include "tools/domain/logger_directory.hpp"
 #include "tools/domain/process_discovery.hpp"
 #include "tools/domain/state_reader.hpp"
+#include "tools/domain/statistics_reader.hpp"
 #include "tools/domain/wait_set.hpp"
+#include "tools/text/time_text.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -21,6 +24,20 @@ LogRecord to_record(const QEL_KX_LogMessage& sample, const DDS_Time_t& timestamp
             .message = sample.message};
 }
 
+struct Received {
+    LogRecord record;
+    Origin origin;
+};
+
+Origin origin_of(const DDS_SampleInfo& info) {
+    const DDS_SequenceNumber_t& number = info.publication_sequence_number;
+    Origin origin{.writer = endpoint_of(info.publication_handle), .number = {}};
+    if (number.high >= 0) {
+        origin.number = static_cast<std::uint64_t>(number.high) << 32U | number.low;
+    }
+    return origin;
+}
+
 class TypedSubscription final : public LogSubscription {
 public:
     Status start(std::int32_t domain_id) {
@@ -28,71 +45,107 @@ public:
         if (!participant_) {
             return Status::failed;
         }
-        reader_ = create_reader<QEL_KX_LogMessage>(
+        messages_ = create_reader<QEL_KX_LogMessage>(
             participant_.get(), DDS_TRANSIENT_LOCAL_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
         states_ = create_state_reader(participant_.get());
-        const bool succeeded = reader_ != nullptr && states_ != nullptr &&
-                               wait_set_.open() == Status::ok &&
-                               wait_set_.attach_data_of(reader_) == Status::ok &&
-                               wait_set_.attach_data_of(states_) == Status::ok;
+        // Behind the reader of messages: a logger that sends new statistics knows that one, too.
+        statistics_ = create_statistics_reader(participant_.get());
+        const bool succeeded = messages_ != nullptr && states_ != nullptr &&
+                               statistics_ != nullptr && wait_set_.open() == Status::ok &&
+                               wait_set_.attach_data_of(messages_) == Status::ok &&
+                               wait_set_.attach_data_of(states_) == Status::ok &&
+                               wait_set_.attach_data_of(statistics_) == Status::ok;
+        if (succeeded) {
+            self_ =
+                endpoint_of(DDS_Entity_get_instance_handle(DDS_DataReader_as_entity(messages_)));
+        }
         return succeeded ? Status::ok : Status::failed;
     }
 
-    void wait(std::chrono::milliseconds longest) override { wait_set_.wait(longest); }
+    void wait(std::chrono::milliseconds longest) override {
+        if (const auto deadline = stream_.next_deadline()) {
+            const auto left =
+                std::chrono::ceil<std::chrono::milliseconds>(*deadline - LogStream::Clock::now());
+            longest = std::clamp(left, std::chrono::milliseconds{0}, longest);
+        }
+        wait_set_.wait(longest);
+    }
 
     void interrupt() override { wait_set_.interrupt(); }
 
-    Result<std::vector<MessageEvent>> take() override {
-        std::vector<StateUpdate> updates;
-        std::vector<LogRecord> records;
-        const auto add = [&](const QEL_KX_LogMessage& sample, const DDS_SampleInfo& info) {
-            if (info.valid_data != 0) {
-                records.push_back(to_record(sample, info.source_timestamp));
-            }
-        };
-        if (take_states(states_, updates) == Status::failed ||
-            take_all<QEL_KX_LogMessage>(reader_, add) == Status::failed) {
+    Result<std::vector<Event>> take() override {
+        std::set<Application> heard;
+        if (take_names(heard) == Status::failed || take_messages(heard) == Status::failed ||
+            take_statistics() == Status::failed) {
             return {};
         }
-        std::set<Application> heard;
+        for (const auto& [application, process] : processes_.look_up(participant_.get(), heard)) {
+            directory_.add(application, process);
+        }
+        return stream_.take(LogStream::Clock::now(), wall_clock());
+    }
+
+    std::uint64_t earlier() const override { return stream_.earlier(); }
+
+private:
+    Status take_names(std::set<Application>& heard) {
+        std::vector<StateUpdate> updates;
+        if (take_states(states_, updates) == Status::failed) {
+            return Status::failed;
+        }
         for (const StateUpdate& update : updates) {
             heard.insert(update.application);
             if (update.state) {
                 directory_.add(*update.state);
             }
         }
-        for (const LogRecord& record : records) {
-            heard.insert(record.application);
-        }
-        for (const auto& [application, process] : processes_.look_up(participant_.get(), heard)) {
-            directory_.add(application, process);
+        return Status::ok;
+    }
+
+    Status take_messages(std::set<Application>& heard) {
+        std::vector<Received> received;
+        const LogStream::Clock::time_point now = LogStream::Clock::now();
+        const auto add = [&](const QEL_KX_LogMessage& sample, const DDS_SampleInfo& info) {
+            if (info.valid_data != 0) {
+                received.push_back({to_record(sample, info.source_timestamp), origin_of(info)});
+            } else {
+                stream_.receive_end(origin_of(info), now);
+            }
+        };
+        if (take_all<QEL_KX_LogMessage>(messages_, add) == Status::failed) {
+            return Status::failed;
         }
         // A take groups the messages by instance, which here means by application and level.
-        std::stable_sort(records.begin(), records.end(), [](const auto& a, const auto& b) {
-            return a.nanoseconds < b.nanoseconds;
+        std::stable_sort(received.begin(), received.end(), [](const auto& a, const auto& b) {
+            return a.record.nanoseconds < b.record.nanoseconds;
         });
-        std::vector<MessageEvent> events;
-        events.reserve(records.size());
-        for (LogRecord& record : records) {
-            const Logger logger = directory_.logger(record.application);
-            events.push_back({std::move(record), logger});
+        for (Received& each : received) {
+            heard.insert(each.record.application);
+            stream_.receive(std::move(each.record), each.origin, now);
         }
-        return events;
+        return Status::ok;
     }
 
-    std::int32_t lost() override {
-        DDS_SampleLostStatus status{};
-        DDS_DataReader_get_sample_lost_status(reader_, &status);
-        return status.total_count;
+    Status take_statistics() {
+        std::vector<LoggerStatistics> received;
+        if (tools::take_statistics(statistics_, self_, received) == Status::failed) {
+            return Status::failed;
+        }
+        for (const LoggerStatistics& each : received) {
+            stream_.receive(each, LogStream::Clock::now());
+        }
+        return Status::ok;
     }
 
-private:
     // The wait set is deleted before its entities.
     Participant participant_;
-    DDS_DataReader* reader_ = nullptr;
+    DDS_DataReader* messages_ = nullptr;
     DDS_DataReader* states_ = nullptr;
+    DDS_DataReader* statistics_ = nullptr;
+    Endpoint self_;  ///< the reader of messages
     ProcessDiscovery processes_;
     LoggerDirectory directory_;
+    LogStream stream_{directory_};
     WaitSet wait_set_;
 };
 

@@ -1,5 +1,5 @@
 /// @file log_subscription.hpp
-/// @brief Receives the log messages of a domain.
+/// @brief Receives the log messages of a domain, and finds out what is missing.
 #pragma once
 
 #include <chrono>
@@ -13,26 +13,26 @@
 namespace orvane::tools {
 
 /// A reliable, transient-local, keep-all reader of a domain's log topic: it gets the
-/// history of running applications and every message from then on.
+/// history of running applications and every message from then on. Beside it are readers of what
+/// names the loggers and of their statistics.
 class LogSubscription {
 public:
     /// @return NULL when the domain cannot be joined; the middleware has said why.
     static std::unique_ptr<LogSubscription> open(std::int32_t domain_id);
     virtual ~LogSubscription() = default;
 
-    /// Waits until there are messages, the time is over, or @ref interrupt was called.
+    /// Waits until there may be events, the time is over, or @ref interrupt was called.
     virtual void wait(std::chrono::milliseconds longest) = 0;
 
     /// Ends a wait, the running one or the next. May be called from any thread.
     virtual void interrupt() = 0;
 
-    /// All messages that have arrived, in the order in which they were logged. A logger has no kind
-    /// as long as its State has not arrived.
-    /// @return nothing when the reader failed
-    virtual Result<std::vector<MessageEvent>> take() = 0;
+    /// What is to be told now. What has arrived together is in the order in which it was logged.
+    /// @return nothing when a reader failed
+    virtual Result<std::vector<Event>> take() = 0;
 
-    /// Messages that the network lost for good.
-    virtual std::int32_t lost() = 0;
+    /// Messages that were logged before there was this viewer, and that did not come.
+    virtual std::uint64_t earlier() const = 0;
 };
 
 }  // namespace orvane::tools

@@ -49,7 +49,10 @@ void LossAccount::receive(const LoggerStatistics& statistics, Clock::time_point 
     if (statistics.at_match || has_statistics_) {
         const MessageCounts& at_match = statistics.at_match.value_or(statistics.now);
         sent_from_ = sent_from_.value_or(at_match.published);
-        told_ = told_.value_or(at_match);
+        if (!told_) {
+            told_ = at_match;
+            earlier_ += at_match.queue_full + at_match.no_memory + at_match.discarded;
+        }
     }
     has_statistics_ = true;
     first_sample_ = first_sample_.value_or(now);

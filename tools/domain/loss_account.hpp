@@ -47,7 +47,7 @@ public:
     /// @return what has been lost for good since the last call
     LostMessages take_losses(Clock::time_point now);
 
-    /// Messages that were published before the writer began to send, and that did not come.
+    /// Messages that were logged before the writer began to send, and that did not come.
     std::uint64_t earlier() const { return earlier_; }
 
     /// When @ref take_losses may have news although nothing comes. Nothing means never.

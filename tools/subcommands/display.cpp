@@ -101,7 +101,7 @@ std::string Display::counts_text() const {
     return text;
 }
 
-std::string Display::summary(double seconds, std::uint64_t lost) const {
+std::string Display::summary(double seconds, std::uint64_t earlier) const {
     const auto senders = std::count_if(counts_.begin(), counts_.end(),
                                        [](const auto& each) { return each.second.shown > 0; });
     std::string text =
@@ -110,8 +110,11 @@ std::string Display::summary(double seconds, std::uint64_t lost) const {
     if (hidden_ > 0) {
         text += fmt::format(", {} not asked for", hidden_);
     }
-    if (lost_ + lost > 0) {
-        text += fmt::format(", {} lost", lost_ + lost);
+    if (lost_ > 0) {
+        text += fmt::format(", {} lost", lost_);
+    }
+    if (earlier > 0) {
+        text += fmt::format(", {} before this viewer", earlier);
     }
     text += '\n' + counts_text();
     for (std::size_t i = 0; i < met_.size(); ++i) {

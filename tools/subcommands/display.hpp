@@ -38,8 +38,8 @@ public:
 
     /// Lines with the number of messages, of all loggers and of each, and with the targets that
     /// were no logger.
-    /// @param lost messages that were lost and that no event has told of
-    std::string summary(double seconds, std::uint64_t lost) const;
+    /// @param earlier messages that were logged before, and did not come
+    std::string summary(double seconds, std::uint64_t earlier) const;
 
 private:
     struct Count {

@@ -38,12 +38,12 @@ int follow(LogSubscription& subscription, const StopSignal& stop, const TailOpti
         const std::chrono::milliseconds left = time_left(options, start);
         subscription.wait(left);
         const bool is_last = stop.requested() || left.count() == 0;
-        const Result<std::vector<MessageEvent>> messages = subscription.take();
-        if (!messages) {
-            fmt::print(stderr, "orvane: the reader failed\n");
+        const Result<std::vector<Event>> events = subscription.take();
+        if (!events) {
+            fmt::print(stderr, "orvane: a reader failed\n");
             return exit_failure;
         }
-        switch (display.show({messages->begin(), messages->end()})) {
+        switch (display.show(*events)) {
             case Display::Progress::write_failed:
                 return exit_failure;
             case Display::Progress::complete:
@@ -72,8 +72,7 @@ int tail(const TailOptions& options) {
     Display display{options.display};
     const int status = follow(*subscription, stop, options, display, start);
     const std::chrono::duration<double> elapsed = Clock::now() - start;
-    const auto lost = static_cast<std::uint64_t>(subscription->lost());
-    std::fputs(display.summary(elapsed.count(), lost).c_str(), stderr);
+    std::fputs(display.summary(elapsed.count(), subscription->earlier()).c_str(), stderr);
     return stop.conclude(status);
 }
 

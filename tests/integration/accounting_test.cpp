@@ -1,0 +1,165 @@
+// Whether viewers account for every message: those that they have seen, those that they say were
+// lost, and those from before they came, are as many as were logged.
+
+#include <csignal>
+#include <cstdlib>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <random>
+
+#include "tests/integration/programs.hpp"
+
+namespace orvane::tests {
+namespace {
+
+using namespace std::chrono_literals;
+
+struct Account {
+    std::uint64_t seen = 0;
+    std::uint64_t lost = 0;
+    std::uint64_t earlier = 0;
+};
+
+/// The number before a text of the viewer's summary, or 0.
+std::uint64_t number_before(const std::string& summary, const std::string& text) {
+    const std::size_t end = summary.find(text);
+    if (end == std::string::npos) {
+        return 0;
+    }
+    const std::size_t begin = summary.rfind(' ', end - 1);
+    return std::stoull(summary.substr(begin + 1));
+}
+
+/// Ends a viewer. @return what it has accounted for
+Account account_of(Viewer& viewer) {
+    viewer.process().send_signal(SIGINT);
+    EXPECT_EQ(viewer.process().wait_for_end(), "exit 0") << viewer.process().transcript();
+    const Output output = viewer.process().output();
+    Account account;
+    for (const std::string& line : output.out) {
+        const auto object = nlohmann::json::parse(line);
+        if (object["type"] == "message") {
+            ++account.seen;
+        } else if (object["type"] == "loss") {
+            account.lost += object["lost"].get<std::uint64_t>();
+        }
+    }
+    for (const std::string& line : output.error) {
+        account.earlier += number_before(line, " before this viewer");
+    }
+    return account;
+}
+
+/// One run: what happens in it follows from the seed.
+class Scenario {
+public:
+    explicit Scenario(unsigned long seed) : random_(static_cast<std::mt19937::result_type>(seed)) {}
+
+    void run() {
+        const bool is_lossy = chance(3);
+        std::string uri = std::getenv("CYCLONEDDS_URI");
+        if (is_lossy) {
+            uri +=
+                ",<CycloneDDS><Domain Id=\"any\"><Internal><Test><XmitLossiness>50</XmitLossiness>"
+                "</Test></Internal></Domain></CycloneDDS>";
+        }
+        launcher_ = {"env", "CYCLONEDDS_URI=" + uri,
+                     "PEXA_QOS_PROFILES=" ORVANE_STATISTICS_PROFILE};
+        Viewer first;
+        std::optional<Viewer> killed(std::in_place);
+        std::optional<Viewer> late;
+
+        const int loggers = between(1, 3);
+        for (int i = 0; i < loggers; ++i) {
+            start_logger();
+        }
+        for (int round = 0; round < 4; ++round) {
+            const bool stops = chance(3);
+            if (stops) {
+                first.process().send_signal(SIGSTOP);
+            }
+            flood();
+            if (stops) {
+                std::this_thread::sleep_for(std::chrono::milliseconds{between(1, 1500)});
+                first.process().send_signal(SIGCONT);
+            }
+            if (round == 1) {
+                killed.reset();
+            }
+            if (round == 2 && chance(2)) {
+                end_logger();
+                start_logger();
+            }
+            if (round == 2) {
+                late.emplace();
+                logged_before_late_ = logged_;
+                std::this_thread::sleep_for(time_to_meet);
+            }
+        }
+        while (!applications_.empty()) {
+            end_logger();
+        }
+        // Longer than a viewer waits for what may still come.
+        std::this_thread::sleep_for(2500ms);
+        expect_account_of(first, logged_);
+        expect_account_of(*late, logged_ - logged_before_late_);
+    }
+
+private:
+    static constexpr auto time_to_meet = 700ms;
+
+    static void expect_account_of(Viewer& viewer, std::uint64_t logged) {
+        const Account account = account_of(viewer);
+        EXPECT_EQ(account.seen + account.lost + account.earlier, logged)
+            << "seen " << account.seen << ", lost " << account.lost << ", before "
+            << account.earlier << viewer.process().transcript();
+    }
+
+    int between(int least, int most) {
+        return std::uniform_int_distribution<int>(least, most)(random_);
+    }
+    bool chance(int of) { return between(1, of) == 1; }
+
+    void start_logger() {
+        // Powers of two, so that small queues are as likely as large ones.
+        const std::string queue = std::to_string(1 << between(0, 13));
+        applications_.push_back(
+            std::make_unique<Application>(Words{"--kind", "pump", "--queue", queue}, launcher_));
+    }
+    void end_logger() {
+        Application& application = *applications_.back();
+        EXPECT_EQ(application.ask("finish"), "finish 0");
+        logged_ += std::stoull(application.ask("logged"));
+        applications_.pop_back();
+    }
+    void flood() {
+        const std::string command = "log 400 " + std::to_string(between(1, 3000)) + " 0";
+        for (const auto& application : applications_) {
+            application->start(command);
+        }
+        for (const auto& application : applications_) {
+            EXPECT_EQ(application->answer(), "log");
+        }
+    }
+
+    std::mt19937 random_;
+    Words launcher_;
+    std::vector<std::unique_ptr<Application>> applications_;
+    std::uint64_t logged_ = 0;  ///< by loggers that have ended
+    std::uint64_t logged_before_late_ = 0;
+};
+
+TEST(Accounting, ExplainsEveryMessage) {
+    const char* runs = std::getenv("ORVANE_ACCOUNTING_RUNS");
+    const char* first = std::getenv("ORVANE_ACCOUNTING_SEED");
+    const unsigned long seed = first != nullptr ? std::stoul(first) : 1;
+    for (unsigned long i = 0; i < (runs != nullptr ? std::stoul(runs) : 2); ++i) {
+        SCOPED_TRACE("seed " + std::to_string(seed + i));
+        std::printf("seed %lu\n", seed + i);
+        Scenario(seed + i).run();
+    }
+}
+
+}  // namespace
+}  // namespace orvane::tests
