@@ -92,6 +92,16 @@ private:
     void* buffer_ = nullptr;
 };
 
+/// Where a sample comes from, as RTPS says it.
+struct SampleOrigin {
+    Guid writer{};
+    /// A writer counts its samples, disposes and unregistrations from 1 on. 0: nothing is known,
+    /// because the sample did not come by RTPS.
+    std::int64_t sequence_number = 0;
+
+    bool operator==(const SampleOrigin&) const = default;
+};
+
 /// A reader's information about a sample, without the payload.
 struct SampleInfo {
     std::uint32_t sample_state = 0;    ///< one of the sample bits
@@ -102,6 +112,8 @@ struct SampleInfo {
     Nanoseconds source_timestamp = 0;
     KeyHash instance{};
     LocalHandle publication = 0;
+    /// Known of samples with valid data from other processes.
+    SampleOrigin origin;
     std::int32_t disposed_generation_count = 0;
     std::int32_t no_writers_generation_count = 0;
     std::int32_t sample_rank = 0;

@@ -112,7 +112,11 @@ Status fetch(const Request& request, LocalHandle instance, std::vector<Sample>& 
         if (room != Status::ok) {
             continue;
         }
-        const SampleInfo info = cyclone::from_cyclone(raw.infos()[i], data->key);
+        SampleInfo info = cyclone::from_cyclone(raw.infos()[i], data->key);
+        // A sample that stands for its instance did not bring its valid data.
+        if (info.valid_data) {
+            info.origin = data->origin;
+        }
         samples.push_back({PayloadAccess::adopt(std::move(data)), info});
     }
     return room;

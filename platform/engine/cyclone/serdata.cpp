@@ -1,6 +1,5 @@
 #include "platform/engine/cyclone/serdata.hpp"
 
-#include <dds/ddsi/q_radmin.h>
 #include <dds/ddsrt/md5.h>
 
 #include <algorithm>
@@ -11,6 +10,7 @@
 #include <new>
 
 #include "platform/engine/cyclone/hand_over.hpp"
+#include "platform/engine/cyclone/rtps_origin.hpp"
 
 namespace pexa::engine::cyclone {
 
@@ -115,6 +115,7 @@ ddsi_serdata* from_fragments(const ddsi_sertype* type, ddsi_serdata_kind kind,
     if (!data) {
         return nullptr;
     }
+    data->origin = origin_of(*fragment);
     // Fragments are ordered but may overlap.
     std::uint32_t offset = 0;
     for (; fragment != nullptr; fragment = fragment->nextfrag) {

@@ -17,6 +17,7 @@ namespace pexa::engine::cyclone {
 /// deleted, so nothing that can happen later looks at it.
 struct Serdata : ddsi_serdata {
     KeyHash key{};
+    SampleOrigin origin;
     std::uint64_t type_number = 0;
     std::uint32_t size = 0;
     std::uint32_t header_size = 0;

@@ -15,6 +15,7 @@
 
 #include "platform/engine/cyclone/entity_records.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
+#include "platform/engine/cyclone/rtps_origin.hpp"
 #include "platform/engine/cyclone/serdata.hpp"
 #include "platform/engine/engine.hpp"
 #include "platform/engine/log.hpp"
@@ -102,14 +103,19 @@ ddsi_sertype* plain_type() {
     return make_sertype(SharedType::of(std::make_shared<PlainType>()));
 }
 
-// One fragment as Cyclone's receive buffers hold it.
+// One fragment as Cyclone's receive buffers hold it, behind the headers in front of its payload.
 class Fragment {
 public:
-    Fragment(std::uint32_t begin, std::uint32_t end) : memory_(sizeof(nn_rmsg) + whole.size()) {
+    Fragment(std::uint32_t begin, std::uint32_t end,
+             const Bytes& headers = Bytes(sizeof(Header_t) + sizeof(Data_t)))
+        : memory_(sizeof(nn_rmsg) + headers.size() + whole.size()) {
         rdata_.rmsg = reinterpret_cast<nn_rmsg*>(memory_.data());
         rdata_.min = begin;
         rdata_.maxp1 = end;
-        std::memcpy(NN_RMSG_PAYLOADOFF(rdata_.rmsg, 0), whole.data() + begin,
+        rdata_.submsg_zoff = static_cast<std::uint16_t>(headers.size() - sizeof(Data_t));
+        rdata_.payload_zoff = static_cast<std::uint16_t>(headers.size());
+        std::ranges::copy(std::as_bytes(std::span(headers)), memory_.begin() + sizeof(nn_rmsg));
+        std::memcpy(NN_RMSG_PAYLOADOFF(rdata_.rmsg, headers.size()), whole.data() + begin,
                     std::min<std::size_t>(end, whole.size()) - begin);
     }
     nn_rdata* link(nn_rdata* next) {
@@ -158,6 +164,44 @@ TEST(Fragments, AreJoinedWhenTheyCoverThePayload) {
         }
     }
     ddsi_sertype_unref(type);
+}
+
+template <typename Record>
+void append(Bytes& bytes, const Record& record) {
+    const auto more = std::as_bytes(std::span(&record, 1));
+    bytes.insert(bytes.end(), more.begin(), more.end());
+}
+
+TEST(Origin, IsTheSourceThatTheMessageNamedLastBeforeTheSample) {
+    const ddsi_guid_prefix_t sender{.u = {0x01020304, 5, 6}};
+    const InfoSRC_t info_src{{SMID_INFO_SRC, 1, sizeof(InfoSRC_t) - sizeof(SubmessageHeader_t)},
+                             0,
+                             {2, 1},
+                             NN_VENDORID_UNKNOWN,
+                             {.u = {htonl(0x0a0b0c0d), htonl(7), htonl(8)}}};
+    const std::string of_sender("\1\2\3\4\0\0\0\5\0\0\0\6\0\0\1\3", 16);
+    const std::string of_source("\12\13\14\15\0\0\0\7\0\0\0\10\0\0\1\3", 16);
+    const struct {
+        nn_vendorid_t vendor;
+        bool names_source;
+        const std::string& expected;
+    } cases[] = {{NN_VENDORID_ECLIPSE, false, of_sender},
+                 {NN_VENDORID(EPROSIMA), false, of_sender},
+                 {NN_VENDORID(EPROSIMA), true, of_source}};
+    for (const auto& [vendor, names_source, expected] : cases) {
+        Bytes headers;
+        append(headers, Header_t{{'R', 'T', 'P', 'S'}, {2, 1}, vendor, sender});
+        append(headers, SubmessageHeader_t{SMID_INFO_TS, 3, 0});
+        if (names_source) {
+            append(headers, info_src);
+            append(headers, SubmessageHeader_t{SMID_PAD, 1, 0});
+        }
+        append(headers, Data_t{{{SMID_DATA, 1, 0}, 0, 0, {}, {.u = 0x103}, {1, 5}}});
+        Fragment fragment(0, 20, headers);
+        const SampleOrigin origin = origin_of(*fragment.link(nullptr));
+        EXPECT_EQ(std::memcmp(origin.writer.data(), expected.data(), expected.size()), 0);
+        EXPECT_EQ(origin.sequence_number, 0x1'0000'0005);
+    }
 }
 
 TEST(InstanceIndex, HasAnInstanceAsLongAsThereIsACopyOfIt) {
@@ -309,6 +353,66 @@ TEST(Batching, IsForTheWriterThatAsksAndLeavesTheSwitchOfTheApplicationAlone) {
     dds_write_flush(switched);
     EXPECT_TRUE(await_octets(3));
     EXPECT_EQ(received, "123") << "the application's switch was lost";
+}
+
+TEST(Origin, OfASampleFromAnotherProcessIsItsWriterWithTheNumberOfTheSample) {
+    const Side here{112};
+    const Side there{113};
+    Qos keep_all;
+    keep_all.history = HistoryPolicy{HistoryKind::keep_all, unlimited};
+    keep_all.reliability = ReliabilityPolicy{ReliabilityKind::reliable, infinite};
+    Qos batching = keep_all;
+    batching.batching = true;
+    const EntityId topic = here.topic("origin");
+    const EntityId publisher = create_publisher(here.participant, {}).entity;
+    const EntityId writers[] = {create_writer(publisher, topic, keep_all).entity,
+                                create_writer(publisher, topic, batching).entity};
+    const EntityId subscriber = create_subscriber(there.participant, {}).entity;
+    const EntityId reader = create_reader(subscriber, there.topic("origin"), keep_all).entity;
+    ASSERT_TRUE(await([&] {
+        return std::ranges::all_of(writers, [](EntityId writer) {
+            return dds_get_matched_subscriptions(writer, nullptr, 0) == 1;
+        });
+    }));
+    // Behind its encapsulation header a sample has the place of its writer and its own number.
+    const auto send = [&](std::size_t place, int number, std::size_t size,
+                          WriteKind kind = WriteKind::data) {
+        Bytes bytes(size);
+        bytes[4] = static_cast<std::byte>(place);
+        bytes[5] = static_cast<std::byte>(number);
+        const auto fill = [&](std::span<std::byte> buffer) {
+            std::ranges::copy(bytes, buffer.begin());
+            return true;
+        };
+        EXPECT_EQ(write(writers[place], kind, *PlainType().accept(PayloadKind::data, bytes), size,
+                        fill, 1),
+                  Status::ok);
+    };
+    constexpr std::size_t many_fragments = 200'000;
+    send(0, 1, many_fragments);
+    send(0, 1, 16, WriteKind::dispose);
+    for (int number = 1; number <= 3; ++number) {
+        send(1, number, 100);
+        send(0, number + 2, 100);
+    }
+    flush(writers[1]);
+
+    std::vector<Sample> samples;
+    EXPECT_TRUE(await([&] {
+        static_cast<void>(read_or_take(reader, Access::take, {}, unlimited, samples));
+        return std::ranges::count_if(
+                   samples, [](const Sample& sample) { return sample.info.valid_data; }) == 7;
+    }));
+    for (const Sample& sample : samples) {
+        SampleOrigin expected;
+        if (sample.info.valid_data) {
+            const auto bytes = sample.payload.bytes();
+            static_cast<void>(
+                get_guid(writers[std::to_integer<std::size_t>(bytes[4])], expected.writer));
+            expected.sequence_number = std::to_integer<std::int64_t>(bytes[5]);
+        }
+        EXPECT_EQ(sample.info.origin, expected);
+    }
 }
 
 }  // namespace
