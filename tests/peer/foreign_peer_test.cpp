@@ -3,9 +3,11 @@
 #include <array>
 #include <cstdlib>
 #include <sstream>
+#include <thread>
 #include <utility>
 
 #include "tests/integration/programs.hpp"
+#include "tests/support/node.hpp"
 
 namespace orvane::tests {
 namespace {
@@ -262,6 +264,33 @@ TEST_F(AnotherProduct, LosesNoRequestByAnUnknownEncapsulationOfSomebodyElse) {
         EXPECT_FALSE(stranger.has_come("response", member(2, number(invocation)), {}));
     }
     EXPECT_FALSE(peer_.has_come("state", member(4, number(1)), {}));
+}
+
+TEST(SampleInfos, TellTheWriterOfAnotherProductAndTheNumbersOfItsSamples) {
+    const test::Node node;
+    DDS_DataReader* reader = node.reader<QEL_KX_ADMIN_CommandRequest>(
+        [](DDS_DataReaderQos& qos) { qos.durability.kind = DDS_VOLATILE_DURABILITY_QOS; });
+    ForeignPeer peer;
+    ASSERT_TRUE(test::await_writer(reader)) << peer.process().transcript();
+    DDS_InstanceHandleSeq writers{};
+    ASSERT_EQ(DDS_DataReader_get_matched_publications(reader, &writers), DDS_RETCODE_OK);
+    const DDS_InstanceHandle_t writer = DDS_InstanceHandleSeq_get(&writers, 0);
+    DDS_InstanceHandleSeq_finalize(&writers);
+    const std::uint32_t before = peer.send("0:0", set_level(1)) - 1;
+    // Those that the writer sends before it knows the reader do not come.
+    int seen = 0;
+    for (int round = 0; seen < 3 && round < 500; ++round) {
+        peer.send("0:0", set_level(1));
+        std::this_thread::sleep_for(std::chrono::milliseconds{20});
+        for (const auto& [request, info] : test::receive<QEL_KX_ADMIN_CommandRequest>(reader)) {
+            EXPECT_TRUE(DDS_InstanceHandle_equals(&info.publication_handle, &writer));
+            EXPECT_EQ(info.publication_sequence_number.high, 0);
+            EXPECT_EQ(info.publication_sequence_number.low,
+                      static_cast<std::uint32_t>(request->invocation) - before);
+            ++seen;
+        }
+    }
+    EXPECT_GE(seen, 3) << peer.process().transcript();
 }
 
 TEST(KeyHashes, CarriedBySamplesAreThoseThatAnotherProductComputes) {

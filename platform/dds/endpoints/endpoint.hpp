@@ -41,6 +41,11 @@ public:
     DDS_InstanceHandle_t peer_handle(engine::LocalHandle peer) {
         return peers_.handle_of(this->engine_id(), peer);
     }
+    /// @return the handle of the writer of a sample.
+    DDS_InstanceHandle_t writer_handle(const engine::SampleInfo& info) {
+        return info.origin.sequence_number != 0 ? peers_.note(info.publication, info.origin.writer)
+                                                : peer_handle(info.publication);
+    }
 
 protected:
     /// @param parent the publisher or subscriber

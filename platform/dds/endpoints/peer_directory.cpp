@@ -35,6 +35,16 @@ DDS_InstanceHandle_t PeerDirectory::handle_of(engine::EntityId endpoint,
     return handle;
 }
 
+DDS_InstanceHandle_t PeerDirectory::note(engine::LocalHandle peer,
+                                         const engine::Guid& guid) noexcept {
+    const DDS_InstanceHandle_t handle = to_handle(guid);
+    DDS_InstanceHandle_t known;
+    if (!find(peer, known)) {
+        remember({peer, handle});
+    }
+    return handle;
+}
+
 Status PeerDirectory::store_matched(engine::EntityId endpoint, DDS_InstanceHandleSeq& handles) {
     if (endpoint == engine::no_entity) {
         return Status::not_enabled;

@@ -25,6 +25,10 @@ public:
     /// without memory
     DDS_InstanceHandle_t handle_of(engine::EntityId endpoint, engine::LocalHandle peer) noexcept;
 
+    /// Remembers a peer of which a sample has brought the GUID.
+    /// @return its handle
+    DDS_InstanceHandle_t note(engine::LocalHandle peer, const engine::Guid& guid) noexcept;
+
     /// Replaces the content of a sequence by the handles of all peers that match now.
     /// @param endpoint ours, no_entity while it is disabled
     /// @return NOT_ENABLED, or OUT_OF_RESOURCES: no memory, or a lent buffer that is too small

@@ -108,9 +108,9 @@ Status DataReader::receive(const Operation& operation, const DDS_ReadSelectorI& 
 void DataReader::note_infos(Loan& loan) {
     loan.infos.reserve(loan.received.size());
     for (const engine::Sample& received : loan.received) {
-        loan.infos.push_back(to_sample_info(received.info,
-                                            typed().handle_of_instance(received.info.instance),
-                                            peer_handle(received.info.publication)));
+        const engine::SampleInfo& info = received.info;
+        loan.infos.push_back(
+            to_sample_info(info, typed().handle_of_instance(info.instance), writer_handle(info)));
     }
 }
 

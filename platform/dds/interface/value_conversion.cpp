@@ -12,6 +12,13 @@ namespace {
 
 constexpr engine::Nanoseconds second = 1'000'000'000;
 
+// 0 means unknown.
+DDS_SequenceNumber_t to_sequence_number(std::int64_t number) {
+    return number == 0 ? DDS_SEQUENCE_NUMBER_UNKNOWN
+                       : DDS_SequenceNumber_t{static_cast<DDS_Long>(number >> 32),
+                                              static_cast<DDS_UnsignedLong>(number)};
+}
+
 }  // namespace
 
 DDS_InstanceHandle_t to_handle(const engine::KeyHash& identity) {
@@ -62,6 +69,7 @@ DDS_SampleInfo to_sample_info(const engine::SampleInfo& info, const DDS_Instance
     result.source_timestamp = to_time(info.source_timestamp);
     result.instance_handle = instance;
     result.publication_handle = publication;
+    result.publication_sequence_number = to_sequence_number(info.origin.sequence_number);
     result.disposed_generation_count = info.disposed_generation_count;
     result.no_writers_generation_count = info.no_writers_generation_count;
     result.sample_rank = info.sample_rank;
@@ -72,3 +80,5 @@ DDS_SampleInfo to_sample_info(const engine::SampleInfo& info, const DDS_Instance
 }
 
 }  // namespace pexa::dds
+
+const DDS_SequenceNumber_t DDS_SEQUENCE_NUMBER_UNKNOWN = {-1, 0xffffffffU};

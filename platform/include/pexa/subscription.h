@@ -24,6 +24,17 @@ typedef DDS_UnsignedLong DDS_InstanceStateMask;
 #define DDS_NOT_ALIVE_INSTANCE_STATE ((DDS_InstanceStateMask)6)
 #define DDS_ANY_INSTANCE_STATE ((DDS_InstanceStateMask)0xffff)
 
+/**
+ * A number of 64 bits that a writer gives to each sample, dispose and unregistration. RTPS counts
+ * them from 1 on.
+ */
+typedef struct DDS_SequenceNumber_t {
+    DDS_Long high;
+    DDS_UnsignedLong low;
+} DDS_SequenceNumber_t;
+/** Stands for no number. Its members are -1 and 0xffffffff. */
+PEXA_API extern const DDS_SequenceNumber_t DDS_SEQUENCE_NUMBER_UNKNOWN;
+
 /** The properties of a sample besides its value. */
 typedef struct DDS_SampleInfo {
     DDS_SampleStateMask sample_state;
@@ -32,7 +43,14 @@ typedef struct DDS_SampleInfo {
     DDS_Time_t source_timestamp;
     /** NIL for keyless types. */
     DDS_InstanceHandle_t instance_handle;
+    /** The GUID of the writer. Of a sample without valid data, or of a writer of this process: NIL
+     * if none of the writer's samples was read while the writer was there. */
     DDS_InstanceHandle_t publication_handle;
+    /** Numbers that are missing between those of a writer belong to what was lost or filtered out,
+     * or is no sample here, such as a dispose. @ref DDS_SEQUENCE_NUMBER_UNKNOWN for a sample
+     * without valid data, and for one from a writer of this process, which does not pass through
+     * RTPS. */
+    DDS_SequenceNumber_t publication_sequence_number;
     DDS_Long disposed_generation_count;
     DDS_Long no_writers_generation_count;
     DDS_Long sample_rank;

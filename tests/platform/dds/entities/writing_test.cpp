@@ -28,6 +28,8 @@ TEST(Writing, ASampleArrivesWithItsMembersHandlesAndTimestamp) {
     EXPECT_TRUE(equal(info.instance_handle, handle_of(7)));
     EXPECT_TRUE(equal(info.publication_handle,
                       DDS_Entity_get_instance_handle(DDS_DataWriter_as_entity(writer))));
+    EXPECT_EQ(info.publication_sequence_number.high, DDS_SEQUENCE_NUMBER_UNKNOWN.high);
+    EXPECT_EQ(info.publication_sequence_number.low, DDS_SEQUENCE_NUMBER_UNKNOWN.low);
     EXPECT_EQ(info.sample_state, DDS_NOT_READ_SAMPLE_STATE);
     EXPECT_EQ(info.view_state, DDS_NEW_VIEW_STATE);
     EXPECT_EQ(info.instance_state, DDS_ALIVE_INSTANCE_STATE);
