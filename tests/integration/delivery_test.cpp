@@ -120,7 +120,7 @@ TEST(Viewer, EndsWithSuccessAndASummaryWhenItIsStopped) {
         EXPECT_EQ(viewer.process().wait_for_end(), "exit 0");
         const Output output = viewer.process().output();
         ASSERT_EQ(output.error.size(), 2U) << viewer.process().transcript();
-        EXPECT_EQ(output.error.back(), "orvane: no logger was 'none'");
+        EXPECT_EQ(output.error.back(), "orvane: no message came from 'none'");
         const std::string& summary = output.error.front();
         EXPECT_TRUE(summary.starts_with("orvane: " + std::to_string(output.out.size()) +
                                         " messages of 1 application in "))

@@ -119,7 +119,7 @@ std::string Display::summary(double seconds, std::uint64_t earlier) const {
     text += '\n' + counts_text();
     for (std::size_t i = 0; i < met_.size(); ++i) {
         if (!met_[i]) {
-            text += fmt::format("orvane: no logger was '{}'\n",
+            text += fmt::format("orvane: no message came from '{}'\n",
                                 displayable(options_.query.loggers[i].text));
         }
     }
