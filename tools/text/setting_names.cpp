@@ -80,8 +80,16 @@ std::string print_format_names() {
     return names_of(print_formats);
 }
 
+std::optional<StateKind> parse_state(std::string_view text) {
+    return parse<StateKind>(states, text);
+}
+
 std::string_view state_name(StateKind state) {
     return name_of_number(states, state);
+}
+
+std::string state_names() {
+    return names_of(states);
 }
 
 }  // namespace orvane::tools

@@ -22,6 +22,8 @@ std::optional<PrintFormat> parse_print_format(std::string_view text);
 std::string_view print_format_name(PrintFormat format);
 std::string print_format_names();
 
+std::optional<StateKind> parse_state(std::string_view text);
 std::string_view state_name(StateKind state);
+std::string state_names();
 
 }  // namespace orvane::tools

@@ -3,8 +3,13 @@
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <ctime>
+#include <limits>
+
+#include "tools/text/named_numbers.hpp"
 
 #include "tools/text/named_numbers.hpp"
 
@@ -27,8 +32,24 @@ struct Time {
 
 Time split(std::int64_t nanoseconds) {
     const std::int64_t rest = nanoseconds % nanoseconds_per_second;
-    const std::int64_t fraction = rest < 0 ? rest + nanoseconds_per_second : rest;
-    return {(nanoseconds - fraction) / nanoseconds_per_second, fraction};
+    const std::int64_t borrowed = rest < 0 ? 1 : 0;
+    return {nanoseconds / nanoseconds_per_second - borrowed,
+            rest + borrowed * nanoseconds_per_second};
+}
+
+/// @return nothing for a time that 64 bits of nanoseconds cannot hold
+std::optional<std::int64_t> join(const Time& time) {
+    constexpr std::int64_t last = std::numeric_limits<std::int64_t>::max() / nanoseconds_per_second;
+    if (time.seconds > last || time.seconds < -last - 1) {
+        return std::nullopt;
+    }
+    // The first second begins before the first nanosecond, so a negative time counts from its end.
+    const std::int64_t borrowed = time.seconds < 0 ? 1 : 0;
+    std::int64_t nanoseconds = 0;
+    const bool overflows =
+        __builtin_add_overflow((time.seconds + borrowed) * nanoseconds_per_second,
+                               time.nanoseconds - borrowed * nanoseconds_per_second, &nanoseconds);
+    return overflows ? std::nullopt : std::optional{nanoseconds};
 }
 
 std::tm calendar_time(const Time& moment, bool utc) {
@@ -40,6 +61,76 @@ std::tm calendar_time(const Time& moment, bool utc) {
         localtime_r(&time, &calendar);
     }
     return calendar;
+}
+
+/// Reads the parts of a time from its text. After a part that is not there it reads zeros.
+class Scanner {
+public:
+    explicit Scanner(std::string_view text) : rest_(text) {}
+
+    std::int64_t number(std::size_t digits, int smallest, int largest) {
+        const std::string_view part = rest_.substr(0, digits);
+        const bool is_number =
+            part.size() == digits && part.find_first_not_of("0123456789") == std::string_view::npos;
+        const auto number = is_number ? parse_number<std::int64_t>(part, 10) : std::nullopt;
+        if (!number || *number < smallest || *number > largest) {
+            return fail();
+        }
+        rest_.remove_prefix(digits);
+        return *number;
+    }
+
+    bool take(std::string_view any_of) {
+        const bool found = !rest_.empty() && any_of.find(rest_.front()) != std::string_view::npos;
+        rest_.remove_prefix(found ? 1 : 0);
+        return found;
+    }
+
+    void demand(std::string_view any_of) {
+        if (!take(any_of)) {
+            fail();
+        }
+    }
+
+    /// @return nanoseconds
+    std::int64_t fraction() {
+        const std::size_t digits = std::min(rest_.find_first_not_of("0123456789"), rest_.size());
+        if (digits < 1 || digits > 9) {
+            return fail();
+        }
+        std::int64_t value = number(digits, 0, 999'999'999);
+        for (std::size_t i = digits; i < 9; ++i) {
+            value *= 10;
+        }
+        return value;
+    }
+
+    bool is_complete() const { return !failed_ && rest_.empty(); }
+
+private:
+    std::int64_t fail() {
+        failed_ = true;
+        rest_ = {};
+        return 0;
+    }
+
+    std::string_view rest_;
+    bool failed_ = false;
+};
+
+/// Seconds that a time zone is ahead of universal time.
+std::int64_t scan_offset(Scanner& scanner) {
+    if (scanner.take("Z")) {
+        return 0;
+    }
+    const bool behind = scanner.take("-");
+    if (!behind) {
+        scanner.demand("+");
+    }
+    const std::int64_t hours = scanner.number(2, 0, 23);
+    scanner.demand(":");
+    const std::int64_t seconds = (hours * 60 + scanner.number(2, 0, 59)) * 60;
+    return behind ? -seconds : seconds;
 }
 
 }  // namespace
@@ -66,6 +157,30 @@ std::string time_format_names() {
 
 std::string seconds_text(std::int64_t nanoseconds) {
     return fmt::format("{:12.6f}", static_cast<double>(nanoseconds) / nanoseconds_per_second);
+}
+
+std::optional<std::int64_t> parse_time(std::string_view text) {
+    Scanner scanner{text};
+    const auto year = static_cast<int>(scanner.number(4, 0, 9999));
+    scanner.demand("-");
+    const auto month = static_cast<unsigned>(scanner.number(2, 1, 12));
+    scanner.demand("-");
+    const auto day = static_cast<unsigned>(scanner.number(2, 1, 31));
+    scanner.demand("T ");
+    const std::int64_t hour = scanner.number(2, 0, 23);
+    scanner.demand(":");
+    const std::int64_t minute = scanner.number(2, 0, 59);
+    scanner.demand(":");
+    const std::int64_t second = scanner.number(2, 0, 59);
+    const std::int64_t nanoseconds = scanner.take(".") ? scanner.fraction() : 0;
+    const std::int64_t offset = scan_offset(scanner);
+    const std::chrono::year_month_day date{std::chrono::year{year}, std::chrono::month{month},
+                                           std::chrono::day{day}};
+    if (!scanner.is_complete() || !date.ok()) {
+        return std::nullopt;
+    }
+    const std::int64_t days = std::chrono::sys_days{date}.time_since_epoch().count();
+    return join({((days * 24 + hour) * 60 + minute) * 60 + second - offset, nanoseconds});
 }
 
 std::int64_t wall_clock() {

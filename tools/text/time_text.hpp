@@ -30,6 +30,10 @@ std::string time_format_names();
 /// A duration in a column, in seconds: "    0.000123".
 std::string seconds_text(std::int64_t nanoseconds);
 
+/// Reads RFC 3339 with a fraction of at most nine digits: "2026-01-31T12:00:00Z",
+/// "2026-01-31 14:00:00.5+02:00". @return nothing for any other text
+std::optional<std::int64_t> parse_time(std::string_view text);
+
 /// The present.
 std::int64_t wall_clock();
 
