@@ -390,7 +390,11 @@ TEST(LoggerText, TellsProgramsEverythingInOneLineOfAscii) {
     EXPECT_EQ(
         json_line({1, {LoggerChange::Kind::changed, logger_state(1, "pump"), hostile}, logger}),
         R"({"type":"logger","time":"1970-01-01T00:00:00.000000001Z","event":"changed",)" + members +
-            "}\n");
+            R"(,"before":{"kind":"pump","state":"OPERATIONAL","filter_level":600,)"
+            R"("filter_level_name":"INFO","domain":0,"verbosities":{"platform":"ERROR",)"
+            R"("communication":"ERROR","database":"ERROR","entities":"ERROR","api":"ERROR"},)"
+            R"("print_format":"DEFAULT"}})"
+            "\n");
     EXPECT_EQ(json_line(LoggerEntry{hostile, logger, "10.0.0.1"}),
               "{" + members + R"(,"addresses":"10.0.0.1"})" + "\n");
 }

@@ -1,6 +1,6 @@
 /// @file json_line.hpp
-/// @brief Log messages, loggers and their changes for programs: one JSON object (RFC 8259) and a
-/// newline each.
+/// @brief Log messages, loggers and what else a viewer sees, for programs: one JSON object
+/// (RFC 8259) and a newline each.
 ///
 /// A line is ASCII, so that it cannot disturb a terminal. Bytes that are not UTF-8 become U+FFFD. A
 /// time is in RFC 3339, UTC, with nanoseconds. A kind and names that are not known are empty texts,
@@ -11,6 +11,7 @@
 
 #include "tools/records/event.hpp"
 #include "tools/records/logger_entry.hpp"
+#include "tools/records/recorded_event.hpp"
 
 namespace orvane::tools {
 
@@ -26,13 +27,23 @@ std::string json_line(const MessageEvent& event);
 std::string json_line(const LossEvent& event);
 
 /// Members: "type" ("logger"), "time", "event" ("appeared", "changed" or "gone"), the logger's,
-/// those of its State.
+/// those of its State, and for a change "before": an object with the State before it.
 std::string json_line(const LoggerEvent& event);
+
+/// Members: "type" ("gap"), "time", "events".
+std::string json_line(const RecordingGap& event);
+
+std::string json_line(const RecordedEvent& event);
 
 /// Members: the logger's, those of its State: "state", "filter_level", "filter_level_name",
 /// "domain", "verbosities" (an object with a member for each category, in lower case),
 /// "print_format"; "addresses".
 std::string json_line(const LoggerEntry& entry);
 /// @}
+
+/// An event as a JSON object without a newline that viewers of the schema foxglove.Log understand.
+/// A message has that schema's members "timestamp", "level", "message", "name", "file" and "line"
+/// too. As "level" is that of the schema then, the message's own one is "orvane_level".
+std::string foxglove_json(const RecordedEvent& event);
 
 }  // namespace orvane::tools
