@@ -17,8 +17,8 @@
 # Interface targets
 #   pexa_headers    include path of pexa/*.h
 #   orvane_headers  include path of orvane/*.h, and pexa_headers
-#   PkgConfig::LIBMD, Threads::Threads, CycloneDDS::ddsc, EXPAT::EXPAT, fmt::fmt, CLI11::CLI11,
-#   nlohmann_json::nlohmann_json are found at the top.
+#   PkgConfig::LIBMD, PkgConfig::ZSTD, Threads::Threads, CycloneDDS::ddsc, EXPAT::EXPAT, fmt::fmt,
+#   CLI11::CLI11, nlohmann_json::nlohmann_json are found at the top.
 
 add_library(pexa_headers INTERFACE)
 target_include_directories(
