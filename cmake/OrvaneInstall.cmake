@@ -1,6 +1,6 @@
 # What an installation holds besides the libraries and the tool, which install themselves where
 # they are declared: headers, package files for CMake and pkg-config, manual page, configuration, its
-# schema, and the published types.
+# schema, the format of recordings for lnav, and the published types.
 # Nothing in it names the prefix, so that an installation can be moved.
 
 include(CMakePackageConfigHelpers)
@@ -14,6 +14,7 @@ install(
 install(
     FILES config/cyclonedds-loopback.xml config/statistics.xml docs/orvane.xsd docs/orvane-dds-xml.xsd
     DESTINATION "${CMAKE_INSTALL_DATADIR}/orvane")
+install(FILES tools/recording/orvane.lnav.json DESTINATION "${CMAKE_INSTALL_DATADIR}/orvane/lnav")
 install(FILES docs/orvane.idl DESTINATION "${CMAKE_INSTALL_DATADIR}/orvane/idl")
 install(
     FILES docs/man/orvane.1
