@@ -19,6 +19,7 @@ struct Account {
     std::uint64_t seen = 0;
     std::uint64_t lost = 0;
     std::uint64_t earlier = 0;
+    std::string losses;  ///< as the viewer said
 };
 
 /// The number before a text of the viewer's summary, or 0.
@@ -43,6 +44,7 @@ Account account_of(Viewer& viewer) {
             ++account.seen;
         } else if (object["type"] == "loss") {
             account.lost += object["lost"].get<std::uint64_t>();
+            account.losses += '\n' + line;
         }
     }
     for (const std::string& line : output.error) {
@@ -113,7 +115,7 @@ private:
         const Account account = account_of(viewer);
         EXPECT_EQ(account.seen + account.lost + account.earlier, logged)
             << "seen " << account.seen << ", lost " << account.lost << ", before "
-            << account.earlier << viewer.process().transcript();
+            << account.earlier << account.losses;
     }
 
     int between(int least, int most) {

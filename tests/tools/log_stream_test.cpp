@@ -88,7 +88,7 @@ TEST_F(Stream, TellsLossesOfEachWriter) {
     said.now = {.published = 6, .queue_full = 7};
     stream_.receive(said, now_);
     EXPECT_EQ(take_at(1ms), "pump lost 7");
-    EXPECT_EQ(take_at(LossAccount::patience), "pump lost 2");
+    EXPECT_EQ(take_at(LossAccount::patience), "pump lost 3");
     EXPECT_EQ(stream_.next_deadline(), std::nullopt);
 }
 

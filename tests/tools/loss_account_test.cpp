@@ -83,7 +83,10 @@ TEST(LossAccount, TellsWhatIsMissingAndWhereItWasLost) {
          {.on_the_way = 3},
          7},
         {"ends of instances have numbers too",
-         {statistics(0ms, {}, {{}}), messages(1ms, {1}), nameless(2ms), messages(3ms, {3, 5})},
+         {messages(0ms, {1}), messages(3s, {2}), nameless(3s), messages(3s, {4, 6})},
+         {.on_the_way = 1}},
+        {"but not those at the end of a logger",
+         {statistics(0ms, {}, {{}}), messages(1ms, {1, 3}), nameless(2ms)},
          {.on_the_way = 1}},
     };
     for (const auto& each : cases) {

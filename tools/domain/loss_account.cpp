@@ -78,9 +78,13 @@ LostMessages LossAccount::take_losses(Clock::time_point now) {
         earlier_ += last_earlier + 1 - first;
         lost.on_the_way += gap.last - last_earlier;
     }
-    const std::uint64_t explained = std::min(nameless_, lost.on_the_way);
-    nameless_ -= explained;
-    lost.on_the_way -= explained;
+    // A logger with statistics writes nothing but messages. The end of its writer ends instances,
+    // too, and that has no number.
+    if (!has_statistics_) {
+        const std::uint64_t explained = std::min(nameless_, lost.on_the_way);
+        nameless_ -= explained;
+        lost.on_the_way -= explained;
+    }
     return lost;
 }
 

@@ -1,6 +1,12 @@
 #include <dds/dds.h>
+#include <dds/ddsi/ddsi_xqos.h>
+#include <dds/ddsrt/heap.h>
+#include <dds/ddsrt/process.h>
+#include <dds/ddsrt/sockets.h>
 
+#include <array>
 #include <cstring>
+#include <string>
 
 #include "platform/engine/cyclone/domain_resources.hpp"
 #include "platform/engine/cyclone/entity_records.hpp"
@@ -26,6 +32,22 @@ bool waits_for_callbacks(EntityId entity) {
     return is_participant(entity) || cyclone::has_endpoints(entity);
 }
 
+// Cyclone announces the process with a participant, but not with one that has properties of its
+// own.
+void add_process_to(dds_qos_t* properties) {
+    constexpr bool announced = true;
+    std::array<char, 256> host;
+    if (ddsrt_gethostname(host.data(), host.size()) == DDS_RETCODE_OK) {
+        ddsi_xqos_add_property_if_unset(properties, announced, "__Hostname", host.data());
+    }
+    ddsi_xqos_add_property_if_unset(properties, announced, "__Pid",
+                                    std::to_string(ddsrt_getpid()).c_str());
+    if (char* program = ddsrt_getprocessname()) {
+        ddsi_xqos_add_property_if_unset(properties, announced, "__ProcessName", program);
+        ddsrt_free(program);
+    }
+}
+
 }  // namespace
 
 Created create_participant(std::uint32_t domain_id, const Qos& qos,
@@ -35,10 +57,14 @@ Created create_participant(std::uint32_t domain_id, const Qos& qos,
         if (!cyclone::has_resources_for(domain_id)) {
             return {Status::out_of_resources, no_entity};
         }
+        const cyclone::QosPtr converted = cyclone::to_cyclone(qos);
+        if (!qos.properties.empty()) {
+            add_process_to(converted.get());
+        }
         NewEntity entity(no_entity);
         cyclone::ReceiversNote receivers;
-        const dds_entity_t participant = dds_create_participant(
-            domain_id, cyclone::to_cyclone(qos).get(), cyclone::to_cyclone(listener).get());
+        const dds_entity_t participant =
+            dds_create_participant(domain_id, converted.get(), cyclone::to_cyclone(listener).get());
         if (participant > 0) {
             receivers.write(participant, domain_id);
         }

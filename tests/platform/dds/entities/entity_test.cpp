@@ -273,6 +273,7 @@ TEST(DiscoveredParticipants, AreTheOtherOnesWithWhatTheyAnnounceUntilTheyLeave) 
         engine::Qos qos;
         qos.entity_name = "the other one";
         qos.user_data = {std::byte{7}};
+        qos.properties = {{"of.its.own", "1"}};
         const engine::EntityId other =
             engine::create_participant(ORVANE_TEST_DOMAIN, qos,
                                        {&alarm, engine::data_available_status})
