@@ -14,6 +14,7 @@
 #include "tools/subcommands/check_config.hpp"
 #include "tools/subcommands/list.hpp"
 #include "tools/subcommands/set.hpp"
+#include "tools/subcommands/show.hpp"
 #include "tools/subcommands/tail.hpp"
 
 namespace orvane::tools {
@@ -21,6 +22,7 @@ namespace orvane::tools {
 /// @name Each declares a subcommand and its arguments. Parsing fills @p options.
 /// @{
 CLI::App* add_tail_subcommand(CLI::App& app, TailOptions& options);
+CLI::App* add_show_subcommand(CLI::App& app, ShowOptions& options);
 CLI::App* add_list_subcommand(CLI::App& app, ListOptions& options);
 CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options);
 CLI::App* add_set_verbosity_subcommand(CLI::App& app, SetOptions& options);

@@ -62,6 +62,11 @@ std::string loss_line(const LossEvent& loss) {
                        loss.lost() == 1 ? "" : "s", name_of(loss.logger), list);
 }
 
+std::string gap_line(const RecordingGap& gap) {
+    return fmt::format("--- {} event{} not in the recording ---\n", gap.events,
+                       gap.events == 1 ? " is" : "s are");
+}
+
 std::string Introductions::meet(const Logger& logger) {
     Kind& kind = kinds_[logger.kind];
     if (logger.kind.empty() || !kind.met.insert(logger.application).second) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tools/records/event.hpp"
+#include "tools/records/recorded_event.hpp"
 
 namespace orvane::tools {
 
@@ -21,6 +22,9 @@ std::string process_text(const Logger& logger);
 
 /// "--- 37 messages of pump lost: 30 queue full, 7 on the way ---" with a newline.
 std::string loss_line(const LossEvent& loss);
+
+/// "--- 12 events are not in the recording ---" with a newline.
+std::string gap_line(const RecordingGap& gap);
 
 /// Tells loggers of one kind apart as soon as there are several.
 class Introductions {
