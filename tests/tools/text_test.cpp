@@ -352,6 +352,21 @@ TEST(LoggerText, StandsInColumnsThatNoKindCanDisturb) {
     // clang-format on
 }
 
+TEST(LoggerText, ShowsTrafficWhereThereAreStatistics) {
+    LoggerTraffic traffic;
+    traffic.last.now = {.published = 70, .queue_full = 4, .no_memory = 2, .discarded = 1};
+    traffic.last.queued = 3;
+    traffic.last.queue_size = 128;
+    traffic.rate = 12.6;
+    const std::string table = logger_table({{logger_state(1, "pump"), pump, "", traffic},
+                                            {logger_state(2, "mute"), of_kind("mute"), ""}},
+                                           {});
+    const auto has = [&](const char* cells) { return table.find(cells) != std::string::npos; };
+    EXPECT_TRUE(has("LEVEL  RATE  QUEUE  LOST  DOMAIN")) << table;
+    EXPECT_TRUE(has("INFO   13/s  3/128  7     0")) << table;
+    EXPECT_TRUE(has("INFO   -     -      -     0")) << table;
+}
+
 TEST(LoggerText, CutsNamesAndLeavesColumnsOutToFitATerminal) {
     Logger far = pump;
     far.host = "a-very-long-name-of-a-host";

@@ -7,6 +7,7 @@
 #include "tools/domain/entities.hpp"
 #include "tools/domain/process_discovery.hpp"
 #include "tools/domain/state_reader.hpp"
+#include "tools/domain/statistics_reader.hpp"
 #include "tools/domain/wait_set.hpp"
 
 namespace orvane::tools {
@@ -91,7 +92,15 @@ public:
             states_ != nullptr && wait_set_.attach_data_of(states_) == Status::ok &&
             wait_set_.attach_statuses_of(DDS_DataReader_as_entity(states_),
                                          DDS_SUBSCRIPTION_MATCHED_STATUS) == Status::ok;
-        return succeeded ? "" : "no reader of the States";
+        if (!succeeded) {
+            return "no reader of the States";
+        }
+        // Who may not read statistics can still read States.
+        statistics_ =
+            access == Access::read ? create_statistics_reader(participant_.get()) : nullptr;
+        return statistics_ == nullptr || wait_set_.attach_data_of(statistics_) == Status::ok
+                   ? ""
+                   : "no wait for statistics";
     }
 
     Clock::time_point now() const override { return Clock::now(); }
@@ -111,7 +120,8 @@ public:
         DDS_DataReader_get_subscription_matched_status(states_, &subscription);
         Arrivals arrivals;
         const bool succeeded = take_states(states_, arrivals.states) == Status::ok &&
-                               take_responses(arrivals.responses) == Status::ok;
+                               take_responses(arrivals.responses) == Status::ok &&
+                               take_statistics(statistics_, {}, arrivals.statistics) == Status::ok;
         std::set<Application> heard;
         for (const StateUpdate& update : arrivals.states) {
             heard.insert(update.application);
@@ -186,6 +196,7 @@ private:
     DDS_DataReader* responses_ = nullptr;  ///< and the writer: NULL without access to commands
     DDS_DataWriter* requests_ = nullptr;
     DDS_DataReader* states_ = nullptr;
+    DDS_DataReader* statistics_ = nullptr;  ///< only to read
     ProcessDiscovery processes_;
     std::atomic<bool> interrupted_{false};
     WaitSet wait_set_;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "tools/records/command.hpp"
+#include "tools/records/logger_statistics.hpp"
 #include "tools/records/process.hpp"
 #include "tools/records/result.hpp"
 #include "tools/records/state_update.hpp"
@@ -30,6 +31,7 @@ struct Arrivals {
     std::vector<std::pair<Application, Process>>
         processes;  ///< of applications not heard of before
     std::vector<StateUpdate> states;
+    std::vector<LoggerStatistics> statistics;
     std::vector<CommandResponse> responses;
 };
 

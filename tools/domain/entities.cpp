@@ -63,6 +63,10 @@ Application application_of(const DDS_InstanceHandle_t& endpoint) {
     return {known.guid[0], known.guid[1]};
 }
 
+std::int64_t nanoseconds_of(const DDS_Time_t& time) {
+    return time.sec * std::int64_t{1'000'000'000} + time.nanosec;
+}
+
 Endpoint endpoint_of(const DDS_InstanceHandle_t& handle) {
     const DDS_Octet* guid = handle.keyHash.value;
     return {{big_endian(guid), big_endian(guid + 4), big_endian(guid + 8), big_endian(guid + 12)}};

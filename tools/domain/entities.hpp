@@ -25,6 +25,8 @@ Application identity_of(DDS_DomainParticipant* participant);
 Application application_of(const QEL_KX_HostAndAppId& identity);
 /// The application that an endpoint belongs to, from the endpoint's handle.
 Application application_of(const DDS_InstanceHandle_t& endpoint);
+/// Since 1970-01-01 UTC.
+std::int64_t nanoseconds_of(const DDS_Time_t& time);
 /// The endpoint of a handle.
 Endpoint endpoint_of(const DDS_InstanceHandle_t& handle);
 

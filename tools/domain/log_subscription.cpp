@@ -17,7 +17,7 @@ namespace orvane::tools {
 namespace {
 
 LogRecord to_record(const QEL_KX_LogMessage& sample, const DDS_Time_t& timestamp) {
-    return {.nanoseconds = timestamp.sec * std::int64_t{1'000'000'000} + timestamp.nanosec,
+    return {.nanoseconds = nanoseconds_of(timestamp),
             .application = application_of(sample.hostAndAppId),
             .level = sample.level,
             .category = sample.category,
@@ -50,11 +50,12 @@ public:
         states_ = create_state_reader(participant_.get());
         // Behind the reader of messages: a logger that sends new statistics knows that one, too.
         statistics_ = create_statistics_reader(participant_.get());
-        const bool succeeded = messages_ != nullptr && states_ != nullptr &&
-                               statistics_ != nullptr && wait_set_.open() == Status::ok &&
-                               wait_set_.attach_data_of(messages_) == Status::ok &&
-                               wait_set_.attach_data_of(states_) == Status::ok &&
-                               wait_set_.attach_data_of(statistics_) == Status::ok;
+        // Who may not read statistics can still read messages.
+        const bool succeeded =
+            messages_ != nullptr && states_ != nullptr && wait_set_.open() == Status::ok &&
+            wait_set_.attach_data_of(messages_) == Status::ok &&
+            wait_set_.attach_data_of(states_) == Status::ok &&
+            (statistics_ == nullptr || wait_set_.attach_data_of(statistics_) == Status::ok);
         if (succeeded) {
             self_ =
                 endpoint_of(DDS_Entity_get_instance_handle(DDS_DataReader_as_entity(messages_)));

@@ -44,7 +44,8 @@ Endpoint log_writer(const QEL_KX_ADMIN_Statistics& sample, const DDS_SampleInfo&
 
 LoggerStatistics to_statistics(const QEL_KX_ADMIN_Statistics& sample, const DDS_SampleInfo& info,
                                const Endpoint& viewer) {
-    return {.application = application_of(sample.hostAndAppId),
+    return {.nanoseconds = nanoseconds_of(info.source_timestamp),
+            .application = application_of(sample.hostAndAppId),
             .writer = log_writer(sample, info),
             .now = {.published = number_of(sample.published),
                     .queue_full = number_of(sample.refusedForRoom),
@@ -67,12 +68,15 @@ DDS_DataReader* create_statistics_reader(DDS_DomainParticipant* participant) {
 
 Status take_statistics(DDS_DataReader* reader, const Endpoint& viewer,
                        std::vector<LoggerStatistics>& statistics) {
-    return take_all<QEL_KX_ADMIN_Statistics>(
-        reader, [&](const QEL_KX_ADMIN_Statistics& sample, const DDS_SampleInfo& info) {
-            if (info.valid_data != 0) {
-                statistics.push_back(to_statistics(sample, info, viewer));
-            }
-        });
+    return reader == nullptr
+               ? Status::ok
+               : take_all<QEL_KX_ADMIN_Statistics>(
+                     reader,
+                     [&](const QEL_KX_ADMIN_Statistics& sample, const DDS_SampleInfo& info) {
+                         if (info.valid_data != 0) {
+                             statistics.push_back(to_statistics(sample, info, viewer));
+                         }
+                     });
 }
 
 }  // namespace orvane::tools

@@ -15,6 +15,7 @@ namespace orvane::tools {
 DDS_DataReader* create_statistics_reader(DDS_DomainParticipant* participant);
 
 /// Appends all that have arrived to @p statistics.
+/// @param reader NULL has none
 /// @param viewer the reader of messages that the loggers may know
 /// @return failed when the reader failed
 Status take_statistics(DDS_DataReader* reader, const Endpoint& viewer,

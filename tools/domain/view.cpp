@@ -22,6 +22,10 @@ Result<News> DomainView::next(Milliseconds longest) {
     for (const StateUpdate& update : arrivals->states) {
         apply(update, news.changes);
     }
+    for (const LoggerStatistics& statistics : arrivals->statistics) {
+        apply(statistics);
+        news.has_statistics = true;
+    }
     const std::size_t state_writers = administration_.state_writers().size();
     if (!news.changes.empty() || state_writers != state_writers_) {
         last_news_ = administration_.now();
@@ -50,6 +54,32 @@ void DomainView::apply(const StateUpdate& update, std::vector<LoggerChange>& cha
         changes.push_back({LoggerChange::Kind::gone, known->second, known->second});
         loggers_.erase(known);
     }
+}
+
+void DomainView::apply(const LoggerStatistics& statistics) {
+    const auto [place, is_new] = traffic_.try_emplace(statistics.application);
+    LoggerTraffic& known = place->second.known;
+    const std::int64_t elapsed = statistics.nanoseconds - known.last.nanoseconds;
+    const std::uint64_t logged = statistics.logged() - known.last.logged();
+    if (!is_new && statistics.writer == known.last.writer && elapsed > 0) {
+        known.rate = static_cast<double>(logged) * 1e9 / static_cast<double>(elapsed);
+    }
+    known.last = statistics;
+    place->second.received = administration_.now();
+}
+
+std::optional<LoggerTraffic> DomainView::traffic_of(const Application& application) const {
+    // A logger sends statistics each second as long as they change.
+    constexpr Milliseconds unchanged{2500};
+    const auto place = traffic_.find(application);
+    if (place == traffic_.end()) {
+        return std::nullopt;
+    }
+    LoggerTraffic traffic = place->second.known;
+    if (administration_.now() - place->second.received > unchanged) {
+        traffic.rate = 0;
+    }
+    return traffic;
 }
 
 DomainView::Milliseconds DomainView::time_to_settle() {
@@ -130,8 +160,8 @@ std::vector<LoggerEntry> DomainView::entries() const {
     std::vector<LoggerEntry> entries;
     entries.reserve(loggers_.size());
     for (const auto& [application, state] : loggers_) {
-        entries.push_back(
-            {state, directory_.logger(application), directory_.process(application).addresses});
+        entries.push_back({state, directory_.logger(application),
+                           directory_.process(application).addresses, traffic_of(application)});
     }
     return entries;
 }

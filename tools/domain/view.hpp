@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "tools/domain/administration.hpp"
@@ -17,6 +18,7 @@ namespace orvane::tools {
 
 struct News {
     std::vector<LoggerChange> changes;
+    bool has_statistics = false;
     std::vector<CommandResponse> responses;
 };
 
@@ -57,15 +59,23 @@ public:
     Administration& administration() { return administration_; }
 
 private:
+    struct Traffic {
+        LoggerTraffic known;
+        Administration::Clock::time_point received;
+    };
+
     bool has(const LoggerTarget* target) const;
     Status look_for(const LoggerTarget* target, Milliseconds longest);
     void number_anew();
     void apply(const StateUpdate& update, std::vector<LoggerChange>& changes);
+    void apply(const LoggerStatistics& statistics);
+    std::optional<LoggerTraffic> traffic_of(const Application& application) const;
     /// @return how long the domain must stay quiet from now on
     Milliseconds time_to_settle();
 
     Administration& administration_;
     std::map<Application, LoggerState> loggers_;
+    std::map<Application, Traffic> traffic_;
     LoggerDirectory directory_;
     std::size_t state_writers_ = 0;
     Administration::Clock::time_point last_news_;

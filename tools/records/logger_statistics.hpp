@@ -17,10 +17,14 @@ struct MessageCounts {
     std::uint64_t no_memory = 0;
     std::uint64_t discarded = 0;
 
+    /// Those that the logger did not publish.
+    std::uint64_t lost() const { return queue_full + no_memory + discarded; }
+
     friend bool operator==(const MessageCounts&, const MessageCounts&) = default;
 };
 
 struct LoggerStatistics {
+    std::int64_t nanoseconds = 0;  ///< when they were sent, since 1970-01-01 UTC
     Application application;
     Endpoint writer;  ///< of its messages
     MessageCounts now;
@@ -31,6 +35,8 @@ struct LoggerStatistics {
     bool is_last = false;
     /// When the logger began to send to this viewer. Nothing when it does not say.
     std::optional<MessageCounts> at_match;
+
+    std::uint64_t logged() const { return accepted + now.queue_full + now.no_memory; }
 };
 
 }  // namespace orvane::tools

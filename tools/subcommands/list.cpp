@@ -72,7 +72,7 @@ int watch(DomainView& view, const ListOptions& options) {
         if (!news) {
             return print_lost_domain();
         }
-        if (news->changes.empty()) {
+        if (news->changes.empty() && !(redraws && news->has_statistics)) {
             continue;
         }
         const std::string text =

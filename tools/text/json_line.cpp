@@ -51,6 +51,21 @@ void fill_identity(nlohmann::ordered_json& object, const Logger& logger) {
     object["pid"] = logger.process_id;
 }
 
+void fill_traffic(nlohmann::ordered_json& object, const LoggerTraffic& traffic) {
+    const LoggerStatistics& last = traffic.last;
+    object["accepted"] = last.accepted;
+    object["published"] = last.now.published;
+    object["queue_full"] = last.now.queue_full;
+    object["no_memory"] = last.now.no_memory;
+    object["discarded"] = last.now.discarded;
+    object["queued"] = last.queued;
+    object["most_queued"] = last.most_queued;
+    object["queue_size"] = last.queue_size;
+    if (traffic.rate) {
+        object["rate"] = *traffic.rate;
+    }
+}
+
 void fill_settings(nlohmann::ordered_json& object, const LoggerState& state) {
     object["state"] = state_name(state.state);
     object["filter_level"] = state.filter_level;
@@ -187,6 +202,9 @@ std::string json_line(const LoggerEntry& entry) {
     fill_identity(object, entry.logger);
     fill_settings(object, entry.state);
     object["addresses"] = entry.addresses;
+    if (entry.traffic) {
+        fill_traffic(object["statistics"], *entry.traffic);
+    }
     return line_of(object);
 }
 

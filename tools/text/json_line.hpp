@@ -37,7 +37,9 @@ std::string json_line(const RecordedEvent& event);
 
 /// Members: the logger's, those of its State: "state", "filter_level", "filter_level_name",
 /// "domain", "verbosities" (an object with a member for each category, in lower case),
-/// "print_format"; "addresses".
+/// "print_format"; "addresses"; of a logger with statistics "statistics", an object with the
+/// members "accepted", "published", "queue_full", "no_memory", "discarded", "queued",
+/// "most_queued", "queue_size" and, when it is known, "rate" in messages a second.
 std::string json_line(const LoggerEntry& entry);
 /// @}
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -28,6 +29,12 @@ constexpr std::size_t name_columns = 3;
 constexpr std::size_t kept_columns = 5;
 constexpr std::size_t state_column = 5;
 
+/// Columns that are not always there.
+struct Columns {
+    bool traffic;
+    bool addresses;
+};
+
 std::string or_dash(std::string text) {
     return text.empty() ? "-" : text;
 }
@@ -41,34 +48,54 @@ std::string identity_of(const Logger& logger) {
     return format_application(logger.application) + ' ' + kind_of(logger);
 }
 
-Row headings(const TableStyle& style) {
-    Row row{"KIND", "HOST", "PROCESS", "PID", "LOGGER", "STATE", "LEVEL", "DOMAIN"};
+Row headings(const Columns& shown) {
+    Row row{"KIND", "HOST", "PROCESS", "PID", "LOGGER", "STATE", "LEVEL"};
+    if (shown.traffic) {
+        row.insert(row.end(), {"RATE", "QUEUE", "LOST"});
+    }
+    row.emplace_back("DOMAIN");
     for (int category = 0; category < ORVANE_QEL_LOGGER_CATEGORY_COUNT; ++category) {
         row.emplace_back(middleware_category_name(static_cast<MiddlewareCategory>(category)));
     }
     row.emplace_back("FORMAT");
-    if (style.wide) {
+    if (shown.addresses) {
         row.emplace_back("ADDRESSES");
     }
     return row;
 }
 
-Row row_of(const LoggerEntry& entry, const TableStyle& style) {
-    const auto& [state, logger, addresses] = entry;
+/// Messages a second, in the queue of how many, and lost by the logger.
+void append_traffic(Row& row, const std::optional<LoggerTraffic>& traffic) {
+    if (!traffic) {
+        row.insert(row.end(), {"-", "-", "-"});
+        return;
+    }
+    const LoggerStatistics& last = traffic->last;
+    row.push_back(traffic->rate ? fmt::format("{:.0f}/s", *traffic->rate) : "-");
+    row.push_back(fmt::format("{}/{}", last.queued, last.queue_size));
+    row.push_back(std::to_string(last.now.lost()));
+}
+
+Row row_of(const LoggerEntry& entry, const Columns& shown) {
+    const LoggerState& state = entry.state;
+    const Logger& logger = entry.logger;
     Row row{kind_of(logger),
             or_dash(displayable(logger.host)),
             or_dash(displayable(logger.process)),
             logger.process_id == 0 ? "-" : std::to_string(logger.process_id),
             format_application(logger.application),
             std::string{state_name(state.state)},
-            filter_level_text(state.filter_level),
-            std::to_string(state.domain_id)};
+            filter_level_text(state.filter_level)};
+    if (shown.traffic) {
+        append_traffic(row, entry.traffic);
+    }
+    row.push_back(std::to_string(state.domain_id));
     for (const Verbosity verbosity : state.verbosities) {
         row.emplace_back(verbosity_name(verbosity));
     }
     row.emplace_back(print_format_name(state.print_format));
-    if (style.wide) {
-        row.push_back(or_dash(displayable(addresses)));
+    if (shown.addresses) {
+        row.push_back(or_dash(displayable(entry.addresses)));
     }
     return row;
 }
@@ -174,9 +201,12 @@ std::string_view event_name(LoggerChange::Kind kind) {
 }
 
 std::string logger_table(const std::vector<LoggerEntry>& loggers, const TableStyle& style) {
-    std::vector<Row> rows{headings(style)};
+    const Columns shown{.traffic = std::any_of(loggers.begin(), loggers.end(),
+                                               [](const auto& each) { return each.traffic; }),
+                        .addresses = style.wide};
+    std::vector<Row> rows{headings(shown)};
     for (const LoggerEntry& entry : loggers) {
-        rows.push_back(row_of(entry, style));
+        rows.push_back(row_of(entry, shown));
     }
     Widths widths(rows.front().size());
     for (const Row& row : rows) {
