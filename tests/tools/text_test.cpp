@@ -203,8 +203,8 @@ TEST(TextLine, BreaksBetweenWordsBehindTheColumnsOfATerminal) {
          {"123456789012345678901234", "567890123456789012345678", "90"}},
         {"wide characters and marks",
          24,
-         "\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5a\u0301\u6cf5",
-         {"\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5a\u0301", "\u6cf5"}},
+         "\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5a\u0301b\u6cf5",
+         {"\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5\u6cf5a\u0301b", "\u6cf5"}},
     };
     for (const auto& each : cases) {
         std::string expected;

@@ -83,7 +83,7 @@ public:
         if (wait_set_.open() == Status::failed) {
             return "no wait set";
         }
-        const std::string failure = access == Access::command ? create_command_endpoints() : "";
+        std::string failure = access == Access::command ? create_command_endpoints() : "";
         if (!failure.empty()) {
             return failure;
         }

@@ -36,8 +36,8 @@ public:
     /// error.
     Progress show(const std::vector<Event>& events);
 
-    /// Lines with the number of messages, of all loggers and of each, and with the targets that
-    /// were no logger.
+    /// Lines with the number of messages, of all loggers and of each, and with the targets from
+    /// which none came.
     /// @param earlier messages that were logged before, and did not come
     std::string summary(double seconds, std::uint64_t earlier) const;
 
@@ -60,7 +60,7 @@ private:
     LogLines lines_;
     Introductions introductions_;
     std::map<Application, Count> counts_;  ///< of the loggers with messages that were shown or lost
-    std::vector<bool> met_;                ///< a logger, for each target of the query
+    std::vector<bool> met_;                ///< an event, for each target of the query
     std::uint64_t shown_ = 0;
     std::uint64_t hidden_ = 0;
     std::uint64_t lost_ = 0;

@@ -92,7 +92,7 @@ std::string LogLines::heading(const MessageEvent& event) {
 
 /// @param paint of the line, which goes on behind the category
 std::string LogLines::painted_category(const MessageEvent& event, const std::string& paint) const {
-    const std::string category = displayable(event.record.category);
+    std::string category = displayable(event.record.category);
     if (!style_.color) {
         return category;
     }

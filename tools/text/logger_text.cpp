@@ -35,7 +35,7 @@ struct Columns {
     bool addresses;
 };
 
-std::string or_dash(std::string text) {
+std::string or_dash(const std::string& text) {
     return text.empty() ? "-" : text;
 }
 
