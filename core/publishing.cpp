@@ -50,6 +50,16 @@ void flush(LogMessageWriteThread& thread) {
     static_cast<void>(DDS_DataWriter_flush(thread.writer));
 }
 
+void end_batch(LogMessageWriteThread& thread, std::uint64_t messages, BatchPacing& pacing) {
+    if (messages == 0) {
+        return;
+    }
+    flush(thread);
+    if (pacing.wants_pause_after(messages)) {
+        QELOsapiThread_sleep(&batch_pause);
+    }
+}
+
 }  // namespace
 
 void publish(LogMessageWriteThread& thread, const char* context) {
@@ -70,13 +80,8 @@ void publish(LogMessageWriteThread& thread, const char* context) {
         } else if (is_due) {
             backlog.end();
         } else {
-            if (in_batch > 0) {
-                flush(thread);
-                if (pacing.wants_pause_after(in_batch)) {
-                    QELOsapiThread_sleep(&batch_pause);
-                }
-                in_batch = 0;
-            }
+            end_batch(thread, in_batch, pacing);
+            in_batch = 0;
             publish_changed_statistics();
         }
     }

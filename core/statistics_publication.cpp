@@ -84,7 +84,7 @@ bool has_changed(const QEL_KX_Statistics& now) {
            now.discarded != last.discarded || now.writeTimeouts != last.writeTimeouts;
 }
 
-void publish(const QEL_KX_Statistics& now) {
+void send(const QEL_KX_Statistics& now) {
     QEL_KX_ADMIN_Statistics& sample = *publication.sample;
     sample.accepted = to_count(now.accepted);
     sample.refusedForRoom = to_count(now.refusedForRoom);
@@ -119,7 +119,7 @@ Outcome begin_statistics(QEL_KX_ADMIN_StatisticsDataWriter* writer, DDS_DataWrit
     publication.sample->logWriter =
         guid_word(DDS_Entity_get_instance_handle(DDS_DataWriter_as_entity(log_writer)), 3);
     publication.writer = writer;
-    publish(QEL_KX_Statistics{});
+    send(QEL_KX_Statistics{});
     return Outcome::done();
 }
 
@@ -160,14 +160,14 @@ void publish_changed_statistics() {
     }
     if (const QEL_KX_Statistics now = read_statistics();
         has_changed(now) || viewer_count() != publication.viewers) {
-        publish(now);
+        send(now);
     }
 }
 
 void end_statistics() {
     if (publication.writer != nullptr) {
         publication.sample->isLast = 1;
-        publish(read_statistics());
+        send(read_statistics());
         Sample::destroy_data(publication.sample);
         publication = Publication{};
     }

@@ -13,9 +13,8 @@
 #include "tools/text/json_event.hpp"
 #include "tools/text/json_line.hpp"
 
+namespace orvane::tools {
 namespace {
-
-using namespace orvane::tools;
 
 void check_event(const RecordedEvent& event) {
     const std::string line = json_line(event);
@@ -48,9 +47,11 @@ std::vector<std::string> read(std::string_view bytes, std::size_t piece) {
 }
 
 }  // namespace
+}  // namespace orvane::tools
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes{reinterpret_cast<const char*>(data), size};
+    using orvane::tools::read;
     constexpr std::size_t small_piece = 7;
     demand(read(bytes, small_piece) == read(bytes, size + 1));
     return 0;

@@ -10,7 +10,8 @@
 #include "tools/subcommands/show.hpp"
 #include "tools/subcommands/tail.hpp"
 
-namespace CLI {
+// The name is the library's.
+namespace CLI {  // NOLINT(readability-identifier-naming)
 class App;
 }
 

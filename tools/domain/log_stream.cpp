@@ -7,7 +7,7 @@ namespace orvane::tools {
 namespace {
 
 /// The application that a writer belongs to.
-Application application_of(const Endpoint& writer) {
+Application owner_of(const Endpoint& writer) {
     return {writer.guid[0], writer.guid[1]};
 }
 
@@ -59,7 +59,7 @@ std::vector<Event> LogStream::take(Clock::time_point now, std::int64_t wall_cloc
             continue;
         }
         events.emplace_back(LossEvent{.nanoseconds = wall_clock,
-                                      .logger = directory_.logger(application_of(writer)),
+                                      .logger = directory_.logger(owner_of(writer)),
                                       .queue_full = lost.queue_full,
                                       .no_memory = lost.no_memory,
                                       .discarded = lost.discarded,

@@ -9,17 +9,12 @@
 namespace orvane::tools {
 namespace {
 
-struct Range {
-    char32_t first;
-    char32_t last;
-};
-
-constexpr Range combining[] = {
+constexpr CharacterRange combining[] = {
     {0x0300, 0x036F}, {0x1AB0, 0x1AFF}, {0x1DC0, 0x1DFF},
     {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F},
 };
 
-constexpr Range wide[] = {
+constexpr CharacterRange wide[] = {
     {0x1100, 0x115F},    // Hangul Jamo
     {0x2E80, 0x303E},    // radicals, punctuation
     {0x3041, 0xA4CF},    // Kana to Yi
@@ -33,13 +28,6 @@ constexpr Range wide[] = {
     {0x1F900, 0x1F9FF},  // more pictographs
     {0x20000, 0x3FFFD},  // ideographs of the supplementary planes
 };
-
-template <std::size_t count>
-bool contains(const Range (&ranges)[count], char32_t character) {
-    return std::any_of(std::begin(ranges), std::end(ranges), [&](const Range& range) {
-        return range.first <= character && character <= range.last;
-    });
-}
 
 /// A character or an escape sequence.
 struct Glyph {

@@ -9,12 +9,7 @@
 namespace orvane::tools {
 namespace {
 
-struct Range {
-    char32_t first;
-    char32_t last;
-};
-
-constexpr Range hidden_ranges[] = {
+constexpr CharacterRange hidden_ranges[] = {
     {0x00, 0x1F},      // C0 controls
     {0x7F, 0x9F},      // delete, C1 controls
     {0x61C, 0x61C},    // Arabic letter mark
@@ -26,9 +21,7 @@ constexpr Range hidden_ranges[] = {
 };
 
 bool is_hidden(char32_t character) {
-    return std::any_of(std::begin(hidden_ranges), std::end(hidden_ranges), [&](const Range& range) {
-        return range.first <= character && character <= range.last;
-    });
+    return contains(hidden_ranges, character);
 }
 
 void append_escaped(std::string& line, std::string_view bytes) {

@@ -11,8 +11,6 @@
 
 #include "tools/text/named_numbers.hpp"
 
-#include "tools/text/named_numbers.hpp"
-
 namespace orvane::tools {
 namespace {
 

@@ -1,5 +1,6 @@
 #include "tools/text/utf8.hpp"
 
+#include <algorithm>
 #include <cstdint>
 
 namespace orvane::tools {
@@ -34,6 +35,12 @@ Decoded decode_utf8(std::string_view text) {
         return {};
     }
     return {character, size};
+}
+
+bool contains(std::span<const CharacterRange> ranges, char32_t character) {
+    return std::any_of(ranges.begin(), ranges.end(), [&](const CharacterRange& range) {
+        return range.first <= character && character <= range.last;
+    });
 }
 
 }  // namespace orvane::tools

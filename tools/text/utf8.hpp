@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string_view>
 
 namespace orvane::tools {
@@ -17,5 +18,13 @@ struct Decoded {
 /// The character at the front of @p text, which is not empty; malformed text is one byte that is no
 /// character.
 Decoded decode_utf8(std::string_view text);
+
+/// Characters of Unicode that follow each other.
+struct CharacterRange {
+    char32_t first;
+    char32_t last;
+};
+
+bool contains(std::span<const CharacterRange> ranges, char32_t character);
 
 }  // namespace orvane::tools
