@@ -1,0 +1,37 @@
+/// @file follow_domain.hpp
+/// @brief The events of a domain for a subcommand, until it ends.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "tools/records/event.hpp"
+
+namespace orvane::tools {
+
+/// A subcommand that gets the events of a domain.
+class DomainFollower {
+public:
+    virtual ~DomainFollower() = default;
+
+    /// The domain has been joined.
+    virtual void begin() {}
+
+    /// @return an exit status when the subcommand ends, nothing when it goes on
+    virtual std::optional<int> take(const std::vector<Event>& events) = 0;
+
+    /// Ends the subcommand, before the domain is left.
+    /// @param seconds the time that it took
+    /// @param earlier messages that were logged before, and did not come
+    /// @return the exit status of the process
+    virtual int finish(int status, double seconds, std::uint64_t earlier) = 0;
+};
+
+/// Joins a domain and hands its events over until the time is over, or SIGINT or SIGTERM comes.
+/// @param seconds nothing for no limit
+/// @return the exit status of the process
+int follow_domain(std::int32_t domain_id, std::optional<double> seconds, DomainFollower& follower);
+
+}  // namespace orvane::tools
