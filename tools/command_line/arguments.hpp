@@ -13,6 +13,7 @@
 
 #include "tools/subcommands/check_config.hpp"
 #include "tools/subcommands/list.hpp"
+#include "tools/subcommands/record.hpp"
 #include "tools/subcommands/set.hpp"
 #include "tools/subcommands/show.hpp"
 #include "tools/subcommands/tail.hpp"
@@ -22,6 +23,7 @@ namespace orvane::tools {
 /// @name Each declares a subcommand and its arguments. Parsing fills @p options.
 /// @{
 CLI::App* add_tail_subcommand(CLI::App& app, TailOptions& options);
+CLI::App* add_record_subcommand(CLI::App& app, RecordOptions& options);
 CLI::App* add_show_subcommand(CLI::App& app, ShowOptions& options);
 CLI::App* add_list_subcommand(CLI::App& app, ListOptions& options);
 CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options);
@@ -30,7 +32,10 @@ CLI::App* add_set_format_subcommand(CLI::App& app, SetOptions& options);
 CLI::App* add_check_config_subcommand(CLI::App& app, CheckConfigOptions& options);
 /// @}
 
-/// Options of the subcommands that print messages.
+/// Options of the subcommands that do not take all messages.
+void add_filter_options(CLI::App& command, LogQuery& query);
+
+/// Options of the subcommands that print messages, with those that filter them.
 void add_display_options(CLI::App& command, DisplayOptions& options);
 
 /// @name Parsers of a value. Each throws the error that the parser of the command line prints as
@@ -52,6 +57,9 @@ void add_domain_option(CLI::App& command, std::int32_t& domain_id);
 
 /// @param seconds its present value stands in the help
 void add_timeout_option(CLI::App& command, double& seconds, const std::string& description);
+
+/// The option that ends a subcommand after a time.
+void add_duration_option(CLI::App& command, std::optional<double>& seconds);
 
 /// Accepts seconds, 0 or more.
 CLI::Validator seconds_validator();

@@ -6,6 +6,7 @@
 
 #include "tools/subcommands/check_config.hpp"
 #include "tools/subcommands/list.hpp"
+#include "tools/subcommands/record.hpp"
 #include "tools/subcommands/set.hpp"
 #include "tools/subcommands/show.hpp"
 #include "tools/subcommands/tail.hpp"
@@ -34,12 +35,14 @@ public:
 private:
     std::unique_ptr<CLI::App> app_;
     TailOptions tail_options_;
+    RecordOptions record_options_;
     ShowOptions show_options_;
     ListOptions list_options_;
     /// The three subcommands share a record, because a command line has only one of them.
     SetOptions set_options_;
     CheckConfigOptions check_options_;
     const CLI::App* tail_command_;
+    const CLI::App* record_command_;
     const CLI::App* show_command_;
     const CLI::App* list_command_;
     const CLI::App* check_command_;

@@ -47,25 +47,33 @@ CLI::App* add_tail_subcommand(CLI::App& app, TailOptions& options) {
         "  orvane tail --json --for 10 > logs   ten seconds of logs for a program");
     add_domain_option(*command, options.domain_id);
     add_display_options(*command, options.display);
-    command->add_option("--for", options.seconds, "End after so many seconds")
-        ->type_name("SECONDS")
-        ->check(seconds_validator());
+    add_duration_option(*command, options.seconds);
     return command;
 }
 
-void add_display_options(CLI::App& command, DisplayOptions& options) {
+void add_duration_option(CLI::App& command, std::optional<double>& seconds) {
+    command.add_option("--for", seconds, "End after so many seconds")
+        ->type_name("SECONDS")
+        ->check(seconds_validator());
+}
+
+void add_filter_options(CLI::App& command, LogQuery& query) {
     command
         .add_option_function<std::string>(
             "--level", [](const std::string&) {}, "This level and more severe ones")
         ->type_name("NAME|NUMBER")
-        ->check(level_validator(options.query.level));
-    command.add_option("--category", options.query.category, "Categories that match the pattern")
+        ->check(level_validator(query.level));
+    command.add_option("--category", query.category, "Categories that match the pattern")
         ->type_name("GLOB");
-    add_targets(command, "--app", options.query.loggers,
+    add_targets(command, "--app", query.loggers,
                 "Only these: KIND, KIND@HOST, KIND#NUMBER or HOST:APP; may be repeated");
-    add_targets(command, "--exclude", options.query.excluded, "Not these; may be repeated");
-    command.add_option("--contains", options.query.contains, "Messages with this text in them")
+    add_targets(command, "--exclude", query.excluded, "Not these; may be repeated");
+    command.add_option("--contains", query.contains, "Messages with this text in them")
         ->type_name("TEXT");
+}
+
+void add_display_options(CLI::App& command, DisplayOptions& options) {
+    add_filter_options(command, options.query);
     command
         .add_option_function<std::string>(
             "--time",

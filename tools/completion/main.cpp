@@ -39,12 +39,15 @@ std::string words_of(const std::string& argument) {
         {"FORMAT", print_format_names()},
         {"FORM", time_format_names()},
         {"FILE", files},
+        {"json|mcap", "json, mcap"},
         // Nobody can tell what these are.
         {"GLOB", ""},
         {"N", ""},
         {"SECONDS", ""},
+        {"SIZE", ""},
         {"TARGET", ""},
         {"TEXT", ""},
+        {"TIME", ""},
     };
     const auto* const known =
         std::find_if(std::begin(arguments), std::end(arguments),
