@@ -50,11 +50,11 @@ public:
         states_ = create_state_reader(participant_.get());
         // Behind the reader of messages: a logger that sends new statistics knows that one, too.
         statistics_ = create_statistics_reader(participant_.get());
-        // Who may not read statistics can still read messages.
+        // Who may not read the others can still read messages.
         const bool succeeded =
-            messages_ != nullptr && states_ != nullptr && wait_set_.open() == Status::ok &&
+            messages_ != nullptr && wait_set_.open() == Status::ok &&
             wait_set_.attach_data_of(messages_) == Status::ok &&
-            wait_set_.attach_data_of(states_) == Status::ok &&
+            (states_ == nullptr || wait_set_.attach_data_of(states_) == Status::ok) &&
             (statistics_ == nullptr || wait_set_.attach_data_of(statistics_) == Status::ok);
         if (succeeded) {
             self_ =
@@ -91,7 +91,7 @@ public:
 private:
     Status take_names(std::set<Application>& heard) {
         std::vector<StateUpdate> updates;
-        if (take_states(states_, updates) == Status::failed) {
+        if (states_ != nullptr && take_states(states_, updates) == Status::failed) {
             return Status::failed;
         }
         for (const StateUpdate& update : updates) {
