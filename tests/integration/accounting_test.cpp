@@ -1,6 +1,7 @@
 // Whether viewers account for every message: those that they have seen, those that they say were
 // lost, and those from before they came, are as many as were logged.
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <memory>
@@ -76,6 +77,7 @@ public:
         for (int i = 0; i < loggers; ++i) {
             start_logger();
         }
+        meet(first);
         for (int round = 0; round < 4; ++round) {
             const bool stops = chance(3);
             if (stops) {
@@ -92,11 +94,12 @@ public:
             if (round == 2 && chance(2)) {
                 end_logger();
                 start_logger();
+                meet(first);
             }
             if (round == 2) {
                 late.emplace();
                 logged_before_late_ = logged_;
-                std::this_thread::sleep_for(time_to_meet);
+                meet(*late);
             }
         }
         while (!applications_.empty()) {
@@ -109,7 +112,21 @@ public:
     }
 
 private:
-    static constexpr auto time_to_meet = 700ms;
+    /// Until the viewer has seen a message of each logger. A lossy network makes them meet late.
+    void meet(Viewer& viewer) {
+        const auto has_met_all = [&](const std::vector<ViewedMessage>& messages) {
+            return std::ranges::all_of(identities_, [&](const std::string& logger) {
+                return std::ranges::any_of(messages, [&](const ViewedMessage& message) {
+                    return message.application == logger;
+                });
+            });
+        };
+        for (int time = 0; time < 100 && !viewer.wait_until(has_met_all, 200ms); ++time) {
+            for (const auto& application : applications_) {
+                EXPECT_EQ(application->ask("log 400 1 0"), "log");
+            }
+        }
+    }
 
     static void expect_account_of(Viewer& viewer, std::uint64_t logged) {
         const Account account = account_of(viewer);
@@ -128,12 +145,14 @@ private:
         const std::string queue = std::to_string(1 << between(0, 13));
         applications_.push_back(
             std::make_unique<Application>(Words{"--kind", "pump", "--queue", queue}, launcher_));
+        identities_.push_back(applications_.back()->ask("identity"));
     }
     void end_logger() {
         Application& application = *applications_.back();
         EXPECT_EQ(application.ask("finish"), "finish 0");
         logged_ += std::stoull(application.ask("logged"));
         applications_.pop_back();
+        identities_.pop_back();
     }
     void flood() {
         const std::string command = "log 400 " + std::to_string(between(1, 3000)) + " 0";
@@ -148,7 +167,8 @@ private:
     std::mt19937 random_;
     Words launcher_;
     std::vector<std::unique_ptr<Application>> applications_;
-    std::uint64_t logged_ = 0;  ///< by loggers that have ended
+    std::vector<std::string> identities_;  ///< of the applications
+    std::uint64_t logged_ = 0;             ///< by loggers that have ended
     std::uint64_t logged_before_late_ = 0;
 };
 

@@ -78,42 +78,42 @@ TEST(LogQuery, ReadsApplicationsAsItPrintsThem) {
     EXPECT_EQ(format_application({0x0a141e28, 0xc350}), "0a141e28:0000c350");
 }
 
-const Logger second_pump{.application = {0x0a141e28, 0xc350},
-                         .kind = "pump",
-                         .number = 2,
-                         .host = "robot2",
-                         .process = "planner",
-                         .process_id = 4711};
+const Logger pump_two{.application = {0x0a141e28, 0xc350},
+                      .kind = "pump",
+                      .number = 2,
+                      .host = "robot2",
+                      .process = "planner",
+                      .process_id = 4711};
 
 TEST(LoggerTarget, IsAnApplicationOrConditionsForKindNumberAndHost) {
-    Logger odd = second_pump;
+    Logger odd = pump_two;
     odd.kind = "a#3@b";
     Logger unknown;
-    unknown.application = second_pump.application;
+    unknown.application = pump_two.application;
     const struct {
         const char* target;
         Logger logger;
         bool matches;
     } cases[] = {
-        {"A141E28:C350", second_pump, true},
-        {"0a141e28:0000c351", second_pump, false},
+        {"A141E28:C350", pump_two, true},
+        {"0a141e28:0000c351", pump_two, false},
         {"a141e28:c350", unknown, true},
-        {"pump", second_pump, true},
-        {"PUMP", second_pump, false},
-        {"pum", second_pump, false},
-        {"p?m[op]*", second_pump, true},
+        {"pump", pump_two, true},
+        {"PUMP", pump_two, false},
+        {"pum", pump_two, false},
+        {"p?m[op]*", pump_two, true},
         {"pump", unknown, false},
         {"*", unknown, true},
-        {"pump#2", second_pump, true},
-        {"pump#1", second_pump, false},
-        {"p*#2", second_pump, true},
-        {"pump@robot2", second_pump, true},
-        {"p*@robot?", second_pump, true},
-        {"pump@robot", second_pump, false},
+        {"pump#2", pump_two, true},
+        {"pump#1", pump_two, false},
+        {"p*#2", pump_two, true},
+        {"pump@robot2", pump_two, true},
+        {"p*@robot?", pump_two, true},
+        {"pump@robot", pump_two, false},
         {"pump@robot?", unknown, false},
-        {"pump#2@robot2", second_pump, true},
-        {"pump#1@robot2", second_pump, false},
-        {"pump#2@robot1", second_pump, false},
+        {"pump#2@robot2", pump_two, true},
+        {"pump#1@robot2", pump_two, false},
+        {"pump#2@robot1", pump_two, false},
         {"a#3@b", odd, true},
         {"a#3", odd, false},
     };
@@ -151,7 +151,7 @@ TEST(LogQuery, LetsThroughWhatMeetsEveryCondition) {
                                           .level = 400,
                                           .category = "nav.route",
                                           .message = "gate 7 is closed"},
-                               .logger = second_pump};
+                               .logger = pump_two};
     MessageEvent unnamed = warning;
     unnamed.record.level = -5;
     unnamed.record.category = "";

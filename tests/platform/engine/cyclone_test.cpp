@@ -173,11 +173,14 @@ void append(Bytes& bytes, const Record& record) {
 }
 
 TEST(Origin, IsTheSourceThatTheMessageNamedLastBeforeTheSample) {
+    // The engine's names of these are no C++.
+    const nn_vendorid_t eclipse{{1, 0x10}};
+    const nn_vendorid_t eprosima{{1, 0x0F}};
     const ddsi_guid_prefix_t sender{.u = {0x01020304, 5, 6}};
     const InfoSRC_t info_src{{SMID_INFO_SRC, 1, sizeof(InfoSRC_t) - sizeof(SubmessageHeader_t)},
                              0,
                              {2, 1},
-                             NN_VENDORID_UNKNOWN,
+                             nn_vendorid_t{{0, 0}},
                              {.u = {htonl(0x0a0b0c0d), htonl(7), htonl(8)}}};
     const std::string of_sender("\1\2\3\4\0\0\0\5\0\0\0\6\0\0\1\3", 16);
     const std::string of_source("\12\13\14\15\0\0\0\7\0\0\0\10\0\0\1\3", 16);
@@ -185,9 +188,8 @@ TEST(Origin, IsTheSourceThatTheMessageNamedLastBeforeTheSample) {
         nn_vendorid_t vendor;
         bool names_source;
         const std::string& expected;
-    } cases[] = {{NN_VENDORID_ECLIPSE, false, of_sender},
-                 {NN_VENDORID(EPROSIMA), false, of_sender},
-                 {NN_VENDORID(EPROSIMA), true, of_source}};
+    } cases[] = {
+        {eclipse, false, of_sender}, {eprosima, false, of_sender}, {eprosima, true, of_source}};
     for (const auto& [vendor, names_source, expected] : cases) {
         Bytes headers;
         append(headers, Header_t{{'R', 'T', 'P', 'S'}, {2, 1}, vendor, sender});
