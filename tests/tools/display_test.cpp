@@ -37,17 +37,14 @@ std::vector<LoggerTarget> targets(const std::vector<const char*>& texts) {
     return targets;
 }
 
-const Logger pump = logger(1, "pump");
+const Logger first_pump = logger(1, "pump");
 const Logger second_pump = logger(2, "pump", 2);
 const Logger mill = logger(3, "mill");
 
 const std::vector<Event> events = {
-    message(pump, 600, "a"),
-    message(mill, 600, "b"),
-    message(second_pump, 700, "hidden"),
-    LossEvent{0, second_pump, 5, 0, 0, 0},
-    LoggerEvent{0, {}, logger(4, "silent")},
-    message(mill, 600, "c"),
+    message(first_pump, 600, "a"),           message(mill, 600, "b"),
+    message(second_pump, 700, "hidden"),     LossEvent{0, second_pump, 5, 0, 0, 0},
+    LoggerEvent{0, {}, logger(4, "silent")}, message(mill, 600, "c"),
 };
 
 TEST(Display, PrintsWhatIsAskedForAndSumsItUp) {

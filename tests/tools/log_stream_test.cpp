@@ -11,7 +11,7 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = LogStream::Clock;
 
-constexpr Application pump{1, 1};
+constexpr Application named{1, 1};
 constexpr Application mute{1, 2};
 
 Origin origin(const Application& application, std::uint64_t number) {
@@ -43,7 +43,7 @@ protected:
     }
     void name_pump() {
         LoggerState state;
-        state.application = pump;
+        state.application = named;
         state.kind = "pump";
         directory_.add(state);
     }
@@ -59,12 +59,12 @@ protected:
 };
 
 TEST_F(Stream, WaitsForNamesButNotForEver) {
-    log(pump, "a");
+    log(named, "a");
     log(mute, "b");
     EXPECT_EQ(take_at(100ms), "");
     EXPECT_EQ(stream_.next_deadline(), Clock::time_point{500ms});
     name_pump();
-    log(pump, "c");
+    log(named, "c");
     EXPECT_EQ(take_at(200ms), "pump a") << "the one behind it has no name yet";
     EXPECT_EQ(take_at(500ms), "- b, pump c");
     log(mute, "d");
@@ -74,17 +74,17 @@ TEST_F(Stream, WaitsForNamesButNotForEver) {
 TEST_F(Stream, TellsLossesOfEachWriter) {
     name_pump();
     LoggerStatistics said;
-    said.application = pump;
-    said.writer = origin(pump, 0).writer;
+    said.application = named;
+    said.writer = origin(named, 0).writer;
     said.at_match = MessageCounts{};
     stream_.receive(said, now_);
-    log(pump, "a");
-    numbers_[pump] += 4;
-    log(pump, "b");
+    log(named, "a");
+    numbers_[named] += 4;
+    log(named, "b");
     EXPECT_EQ(take_at(0ms), "pump a, pump b");
     EXPECT_EQ(stream_.next_deadline(), Clock::time_point{LossAccount::patience});
-    stream_.receive_end(origin(pump, 3), now_);
-    stream_.receive_end({origin(pump, 0).writer, {}}, now_);
+    stream_.receive_end(origin(named, 3), now_);
+    stream_.receive_end({origin(named, 0).writer, {}}, now_);
     said.now = {.published = 6, .queue_full = 7};
     stream_.receive(said, now_);
     EXPECT_EQ(take_at(1ms), "pump lost 7");
