@@ -214,7 +214,7 @@ bool visit(int domain_id, int& next_command) {
             static_cast<void>(
                 administration->send(logger, number, commands[number % std::ssize(commands)]));
         }
-        static_cast<void>(logs->take());
+        static_cast<void>(logs->take(true));
     }
     return answered;
 }

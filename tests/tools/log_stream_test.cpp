@@ -47,9 +47,11 @@ protected:
         state.kind = "pump";
         directory_.add(state);
     }
-    std::string take_at(std::chrono::milliseconds when) {
+    std::string take_at(std::chrono::milliseconds when, bool is_last = false) {
         now_ = Clock::time_point{when};
-        return text_of(stream_.take(now_, 0));
+        std::vector<Event> events;
+        stream_.take(now_, 0, is_last, events);
+        return text_of(events);
     }
 
     LoggerDirectory directory_;
@@ -69,6 +71,8 @@ TEST_F(Stream, WaitsForNamesButNotForEver) {
     EXPECT_EQ(take_at(500ms), "- b, pump c");
     log(mute, "d");
     EXPECT_EQ(take_at(501ms), "- d") << "it has made others wait";
+    log({1, 3}, "e");
+    EXPECT_EQ(take_at(502ms, true), "- e");
 }
 
 TEST_F(Stream, TellsLossesOfEachWriter) {

@@ -39,14 +39,14 @@ void LogStream::receive(const LoggerStatistics& statistics, Clock::time_point no
     accounts_[statistics.writer].receive(statistics, now);
 }
 
-std::vector<Event> LogStream::take(Clock::time_point now, std::int64_t wall_clock) {
-    std::vector<Event> events;
-    events.reserve(messages_.size());
+void LogStream::take(Clock::time_point now, std::int64_t wall_clock, bool is_last,
+                     std::vector<Event>& events) {
+    events.reserve(events.size() + messages_.size());
     for (; !messages_.empty(); messages_.pop_front()) {
         Waiting& first = messages_.front();
         Logger logger = directory_.logger(first.record.application);
         if (logger.kind.empty() && !nameless_.contains(logger.application)) {
-            if (now < first.until) {
+            if (now < first.until && !is_last) {
                 break;
             }
             nameless_.insert(logger.application);
@@ -65,7 +65,6 @@ std::vector<Event> LogStream::take(Clock::time_point now, std::int64_t wall_cloc
                                       .discarded = lost.discarded,
                                       .on_the_way = lost.on_the_way});
     }
-    return events;
 }
 
 std::uint64_t LogStream::earlier() const {

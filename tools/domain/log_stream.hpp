@@ -41,9 +41,11 @@ public:
     void receive_end(const Origin& origin, Clock::time_point now);
     void receive(const LoggerStatistics& statistics, Clock::time_point now);
 
+    /// Appends what is to be told now.
     /// @param wall_clock the time of losses that are noticed now, since 1970-01-01 UTC
-    /// @return what is to be told now
-    std::vector<Event> take(Clock::time_point now, std::int64_t wall_clock);
+    /// @param is_last no message waits any more
+    void take(Clock::time_point now, std::int64_t wall_clock, bool is_last,
+              std::vector<Event>& events);
 
     /// Messages that were logged before there was this viewer, and that did not come.
     std::uint64_t earlier() const;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tools/domain/entities.hpp"
+#include "tools/domain/live_loggers.hpp"
 #include "tools/domain/log_stream.hpp"
 #include "tools/domain/logger_directory.hpp"
 #include "tools/domain/process_discovery.hpp"
@@ -74,30 +75,45 @@ public:
 
     void interrupt() override { wait_set_.interrupt(); }
 
-    Result<std::vector<Event>> take() override {
+    Result<std::vector<Event>> take(bool is_last) override {
         std::set<Application> heard;
-        if (take_names(heard) == Status::failed || take_messages(heard) == Status::failed ||
-            take_statistics() == Status::failed) {
+        std::vector<LoggerChange> changes;
+        if (take_states(heard, changes) == Status::failed ||
+            take_messages(heard) == Status::failed || take_statistics() == Status::failed) {
             return {};
         }
         for (const auto& [application, process] : processes_.look_up(participant_.get(), heard)) {
             directory_.add(application, process);
         }
-        return stream_.take(LogStream::Clock::now(), wall_clock());
+        const std::int64_t now = wall_clock();
+        std::vector<Event> events;
+        const auto tell = [&](bool gone) {
+            for (const LoggerChange& change : changes) {
+                if ((change.kind == LoggerChange::Kind::gone) == gone) {
+                    events.emplace_back(
+                        LoggerEvent{now, change, directory_.logger(change.now.application)});
+                }
+            }
+        };
+        tell(false);
+        stream_.take(LogStream::Clock::now(), now, is_last, events);
+        tell(true);
+        return events;
     }
 
     std::uint64_t earlier() const override { return stream_.earlier(); }
 
 private:
-    Status take_names(std::set<Application>& heard) {
+    Status take_states(std::set<Application>& heard, std::vector<LoggerChange>& changes) {
         std::vector<StateUpdate> updates;
-        if (states_ != nullptr && take_states(states_, updates) == Status::failed) {
+        if (states_ != nullptr && tools::take_states(states_, updates) == Status::failed) {
             return Status::failed;
         }
         for (const StateUpdate& update : updates) {
             heard.insert(update.application);
-            if (update.state) {
-                directory_.add(*update.state);
+            for (LoggerChange& change : live_.apply(update)) {
+                directory_.add(change.now);
+                changes.push_back(std::move(change));
             }
         }
         return Status::ok;
@@ -145,6 +161,7 @@ private:
     DDS_DataReader* statistics_ = nullptr;
     Endpoint self_;  ///< the reader of messages
     ProcessDiscovery processes_;
+    LiveLoggers live_;
     LoggerDirectory directory_;
     LogStream stream_{directory_};
     WaitSet wait_set_;

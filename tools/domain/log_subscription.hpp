@@ -27,9 +27,12 @@ public:
     /// Ends a wait, the running one or the next. May be called from any thread.
     virtual void interrupt() = 0;
 
-    /// What is to be told now. What has arrived together is in the order in which it was logged.
+    /// What is to be told now: loggers that have appeared or changed, then messages and losses,
+    /// then loggers that have gone. Messages that have arrived together are in the order in which
+    /// they were logged.
+    /// @param is_last nothing waits for its name any more
     /// @return nothing when a reader failed
-    virtual Result<std::vector<Event>> take() = 0;
+    virtual Result<std::vector<Event>> take(bool is_last) = 0;
 
     /// Messages that were logged before there was this viewer, and that did not come.
     virtual std::uint64_t earlier() const = 0;

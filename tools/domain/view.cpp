@@ -35,24 +35,9 @@ Result<News> DomainView::next(Milliseconds longest) {
 }
 
 void DomainView::apply(const StateUpdate& update, std::vector<LoggerChange>& changes) {
-    const auto known = loggers_.find(update.application);
-    if (known == loggers_.end()) {
-        if (update.state && update.alive) {
-            directory_.add(*update.state);
-            loggers_.emplace(update.application, *update.state);
-            changes.push_back({LoggerChange::Kind::appeared, *update.state, *update.state});
-        }
-        return;
-    }
-    // The last State and the end may come as one.
-    if (update.state && *update.state != known->second) {
-        changes.push_back({LoggerChange::Kind::changed, known->second, *update.state});
-        known->second = *update.state;
-        directory_.add(*update.state);
-    }
-    if (!update.alive) {
-        changes.push_back({LoggerChange::Kind::gone, known->second, known->second});
-        loggers_.erase(known);
+    for (LoggerChange& change : live_.apply(update)) {
+        directory_.add(change.now);
+        changes.push_back(std::move(change));
     }
 }
 
@@ -86,7 +71,7 @@ DomainView::Milliseconds DomainView::time_to_settle() {
     const std::set<Application> writers = administration_.state_writers();
     const bool all_heard =
         std::all_of(writers.begin(), writers.end(),
-                    [&](const Application& each) { return loggers_.contains(each); });
+                    [&](const Application& each) { return live_.states().contains(each); });
     if (!all_heard) {
         return Milliseconds::max();
     }
@@ -94,12 +79,12 @@ DomainView::Milliseconds DomainView::time_to_settle() {
 }
 
 bool DomainView::has(const LoggerTarget* target) const {
-    return target == nullptr ? !loggers_.empty() : !loggers(*target).empty();
+    return target == nullptr ? !live_.states().empty() : !loggers(*target).empty();
 }
 
 void DomainView::number_anew() {
     LoggerDirectory ordered;
-    for (const auto& [application, state] : loggers_) {
+    for (const auto& [application, state] : live_.states()) {
         ordered.add(application, directory_.process(application));
         ordered.add(state);
     }
@@ -131,13 +116,13 @@ Status DomainView::look_for(const LoggerTarget* target, Milliseconds longest) {
 }
 
 const LoggerState* DomainView::find(const Application& application) const {
-    const auto known = loggers_.find(application);
-    return known == loggers_.end() ? nullptr : &known->second;
+    const auto known = live_.states().find(application);
+    return known == live_.states().end() ? nullptr : &known->second;
 }
 
 std::vector<LoggerState> DomainView::loggers(const LoggerTarget& target) const {
     std::vector<LoggerState> chosen;
-    for (const auto& [application, state] : loggers_) {
+    for (const auto& [application, state] : live_.states()) {
         const bool lives =
             state.state == QEL_KX_STATE_INITIALIZING || state.state == QEL_KX_STATE_OPERATIONAL;
         if (lives && target.matches(directory_.logger(application))) {
@@ -149,8 +134,8 @@ std::vector<LoggerState> DomainView::loggers(const LoggerTarget& target) const {
 
 std::vector<LoggerState> DomainView::loggers() const {
     std::vector<LoggerState> loggers;
-    loggers.reserve(loggers_.size());
-    for (const auto& [application, state] : loggers_) {
+    loggers.reserve(live_.states().size());
+    for (const auto& [application, state] : live_.states()) {
         loggers.push_back(state);
     }
     return loggers;
@@ -158,8 +143,8 @@ std::vector<LoggerState> DomainView::loggers() const {
 
 std::vector<LoggerEntry> DomainView::entries() const {
     std::vector<LoggerEntry> entries;
-    entries.reserve(loggers_.size());
-    for (const auto& [application, state] : loggers_) {
+    entries.reserve(live_.states().size());
+    for (const auto& [application, state] : live_.states()) {
         entries.push_back({state, directory_.logger(application),
                            directory_.process(application).addresses, traffic_of(application)});
     }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tools/domain/administration.hpp"
+#include "tools/domain/live_loggers.hpp"
 #include "tools/domain/logger_directory.hpp"
 #include "tools/records/logger_change.hpp"
 #include "tools/records/logger_entry.hpp"
@@ -74,7 +75,7 @@ private:
     Milliseconds time_to_settle();
 
     Administration& administration_;
-    std::map<Application, LoggerState> loggers_;
+    LiveLoggers live_;
     std::map<Application, Traffic> traffic_;
     LoggerDirectory directory_;
     std::size_t state_writers_ = 0;

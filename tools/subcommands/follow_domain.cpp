@@ -37,7 +37,7 @@ int hand_over(LogSubscription& subscription, const StopSignal& stop, DomainFollo
         const std::chrono::milliseconds left = time_left(seconds, start);
         subscription.wait(left);
         const bool is_last = stop.requested() || left.count() == 0;
-        const Result<std::vector<Event>> events = subscription.take();
+        const Result<std::vector<Event>> events = subscription.take(is_last);
         if (!events) {
             fmt::print(stderr, "orvane: a reader failed\n");
             return exit_failure;

@@ -41,11 +41,13 @@ public:
 
     int finish(int status, double seconds, std::uint64_t earlier) override {
         const std::uint64_t missing = recorder_->stop();
-        lost_ += earlier;
         std::string text =
             fmt::format("{} message{} in {:.1f} s", messages_, messages_ == 1 ? "" : "s", seconds);
         if (lost_ > 0) {
             text += fmt::format(", {} lost", lost_);
+        }
+        if (earlier > 0) {
+            text += fmt::format(", {} before this recording", earlier);
         }
         if (missing > 0) {
             text += fmt::format(", {} event{} not in the recording", missing,

@@ -1,0 +1,25 @@
+/// @file live_loggers.hpp
+/// @brief The loggers of a domain that are alive.
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "tools/records/logger_change.hpp"
+#include "tools/records/state_update.hpp"
+
+namespace orvane::tools {
+
+/// Keeps the last State of every logger that is alive.
+class LiveLoggers {
+public:
+    /// Takes over what is new. @return what it changes
+    std::vector<LoggerChange> apply(const StateUpdate& update);
+
+    const std::map<Application, LoggerState>& states() const { return states_; }
+
+private:
+    std::map<Application, LoggerState> states_;
+};
+
+}  // namespace orvane::tools
