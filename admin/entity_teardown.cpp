@@ -1,6 +1,7 @@
 #include "admin/entities.hpp"
 #include "admin/statistics_entities.hpp"
 #include "core/report.hpp"
+#include "core/statistics_publication.hpp"
 #include "pexa/domain.h"
 #include "pexa/osapi.h"
 #include "pexa/publication.h"
@@ -66,6 +67,7 @@ DDS_ReturnCode_t delete_contained_entities(QEL_KX_DDSEntities* entities) {
         teardown.note(DDS_DomainParticipant_delete_subscriber(participant, entities->subscriber),
                       "Unable to delete subscriber");
     }
+    core::drop_statistics(entities->logMessageWriter);
     if (entities->publisher != nullptr) {
         teardown.note(DDS_Publisher_delete_contained_entities(entities->publisher),
                       "Unable to delete publisher's contained entities");

@@ -54,7 +54,12 @@ core::Outcome create_writer(const QEL_KX_DDSEntities& entities, DDS_Topic* topic
     return create_with_qos<DDS_DataWriterQos>(
         writer,
         [&](DDS_DataWriterQos* qos) {
-            return writer_qos(&entities, qos, QEL_KX_STATISTICS_TOPIC_NAME);
+            const DDS_ReturnCode_t result =
+                writer_qos(&entities, qos, QEL_KX_STATISTICS_TOPIC_NAME);
+            // A profile that keeps messages is not meant for these: only the last ones are true.
+            qos->history.kind = DDS_KEEP_LAST_HISTORY_QOS;
+            qos->history.depth = 1;
+            return result;
         },
         "Unable to get QoS for Statistics DataWriter",
         [&](const DDS_DataWriterQos* qos) {
@@ -77,6 +82,7 @@ void note_earlier_viewers(DDS_DataWriter* log_writer) {
 }
 
 core::Outcome listen_for_viewers(const QEL_KX_DDSEntities& entities) {
+    core::forget_viewers();
     DDS_DataWriterListener listener{};
     listener.on_publication_matched = on_publication_matched;
     if (DDS_DataWriter_set_listener(entities.logMessageWriter, &listener,

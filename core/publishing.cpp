@@ -72,9 +72,10 @@ void publish(LogMessageWriteThread& thread, const char* context) {
             is_due ? head(*thread.messageQueue)
                    : front(*thread.messageQueue, in_batch > 0 ? &no_wait : &wait_period);
         if (record != nullptr) {
-            backlog.note(is_due, write(thread, *record, context) == Status::timeout);
+            const bool timed_out = write(thread, *record, context) == Status::timeout;
+            backlog.note(is_due, timed_out);
             ++in_batch;
-            if (in_batch % messages_between_looks == 0) {
+            if (timed_out || in_batch % messages_between_looks == 0) {
                 publish_changed_statistics();
             }
         } else if (is_due) {

@@ -55,6 +55,7 @@ constinit Viewers viewers;
 /// Of the write thread; before and behind that of who makes and ends the logger.
 struct Publication {
     QEL_KX_ADMIN_StatisticsDataWriter* writer = nullptr;
+    const DDS_DataWriter* log_writer = nullptr;
     QEL_KX_ADMIN_Statistics* sample = nullptr;
     QEL_KX_Statistics last{};
     std::size_t viewers = 0;
@@ -84,8 +85,11 @@ bool has_changed(const QEL_KX_Statistics& now) {
            now.discarded != last.discarded || now.writeTimeouts != last.writeTimeouts;
 }
 
-void send(const QEL_KX_Statistics& now) {
+void send() {
     QEL_KX_ADMIN_Statistics& sample = *publication.sample;
+    // No viewer begins with numbers beyond those that are sent.
+    publication.viewers = copy_viewers(sample.viewers);
+    const QEL_KX_Statistics now = read_statistics();
     sample.accepted = to_count(now.accepted);
     sample.refusedForRoom = to_count(now.refusedForRoom);
     sample.refusedForMemory = to_count(now.refusedForMemory);
@@ -95,7 +99,6 @@ void send(const QEL_KX_Statistics& now) {
     sample.queued = now.queued;
     sample.mostQueued = now.mostQueued;
     sample.queueSize = now.queueSize;
-    publication.viewers = copy_viewers(sample.viewers);
     publication.last = now;
     publication.next = Clock::now() + period;
     const bool fails =
@@ -108,6 +111,11 @@ void send(const QEL_KX_Statistics& now) {
 
 }  // namespace
 
+void forget_viewers() noexcept {
+    const std::lock_guard lock(viewers.mutex);
+    viewers.count = 0;
+}
+
 Outcome begin_statistics(QEL_KX_ADMIN_StatisticsDataWriter* writer, DDS_DataWriter* log_writer,
                          const QEL_KX_HostAndAppId& logger) {
     publication = Publication{};
@@ -119,7 +127,8 @@ Outcome begin_statistics(QEL_KX_ADMIN_StatisticsDataWriter* writer, DDS_DataWrit
     publication.sample->logWriter =
         guid_word(DDS_Entity_get_instance_handle(DDS_DataWriter_as_entity(log_writer)), 3);
     publication.writer = writer;
-    send(QEL_KX_Statistics{});
+    publication.log_writer = log_writer;
+    send();
     return Outcome::done();
 }
 
@@ -158,21 +167,24 @@ void publish_changed_statistics() {
     if (publication.writer == nullptr || Clock::now() < publication.next) {
         return;
     }
-    if (const QEL_KX_Statistics now = read_statistics();
-        has_changed(now) || viewer_count() != publication.viewers) {
-        send(now);
+    if (has_changed(read_statistics()) || viewer_count() != publication.viewers) {
+        send();
     }
 }
 
 void end_statistics() {
     if (publication.writer != nullptr) {
         publication.sample->isLast = 1;
-        send(read_statistics());
+        send();
+        drop_statistics(publication.log_writer);
+    }
+}
+
+void drop_statistics(const DDS_DataWriter* log_writer) {
+    if (publication.writer != nullptr && publication.log_writer == log_writer) {
         Sample::destroy_data(publication.sample);
         publication = Publication{};
     }
-    const std::lock_guard lock(viewers.mutex);
-    viewers.count = 0;
 }
 
 void forget_statistics() noexcept {

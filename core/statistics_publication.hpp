@@ -8,6 +8,9 @@
 
 namespace orvane::core {
 
+/// Begins to note viewers: before the writer of messages tells of any.
+void forget_viewers() noexcept;
+
 /// Begins, before there is a write thread.
 /// @param log_writer of the logger's messages
 Outcome begin_statistics(QEL_KX_ADMIN_StatisticsDataWriter* writer, DDS_DataWriter* log_writer,
@@ -22,6 +25,10 @@ void publish_changed_statistics();
 
 /// Publishes for the last time. Called behind the end of the write thread, before the writer's.
 void end_statistics();
+
+/// The writer is about to be deleted. Nothing happens when the publication has ended, or is that of
+/// another logger.
+void drop_statistics(const DDS_DataWriter* log_writer);
 
 /// In a child process: the publication is lost, with the thread that may have been in it.
 void forget_statistics() noexcept;

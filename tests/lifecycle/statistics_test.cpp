@@ -115,8 +115,9 @@ TEST_F(Statistics, ArePublishedForAParticipantThatAsks) {
     const QEL_KX_Statistics now = statistics();
     Received<QEL_KX_ADMIN_Statistics> last;
     do {
-        last = std::move(take<QEL_KX_ADMIN_Statistics>(numbers, 1).back());
-        ASSERT_NE(last.sample, nullptr);
+        auto taken = take<QEL_KX_ADMIN_Statistics>(numbers, 1);
+        ASSERT_FALSE(taken.empty());
+        last = std::move(taken.back());
     } while (last.sample->isLast == 0);
     EXPECT_EQ(number(last.sample->accepted), 300U);
     EXPECT_EQ(number(last.sample->published), now.published);
@@ -136,6 +137,27 @@ TEST_F(Statistics, ArePublishedForAParticipantThatAsks) {
         EXPECT_EQ(self.keyHash.value[i], static_cast<DDS_Octet>(word >> (24U - i % 4 * 8)));
     }
     EXPECT_EQ(known->publishedLow, 0) << "it was there before the first message";
+}
+
+TEST_F(Statistics, EndWithACreationThatFailsBehindThem) {
+    ask_for_statistics("true");
+    const Options options = make_options();
+    QEL_KX_Orvane_setOptions(options.get());
+    for (const char* function : {"DDS_Subscriber_create_datareader", "QELOsapiThread_new"}) {
+        const Fault fault(function);
+        static_cast<void>(output_of([] { EXPECT_EQ(QEL_KX_Orvane_getInstance(), nullptr); }));
+        EXPECT_TRUE(fault.has_struck()) << function;
+    }
+    QEL_KX_Orvane_setOptions(nullptr);
+}
+
+TEST_F(Statistics, AreOnlyReportedMissing) {
+    ask_for_statistics("true");
+    const Fault fault("DDS_Publisher_create_datawriter", 3);
+    std::string output;
+    output = output_of([] { EXPECT_NE(RunningLogger().get(), nullptr); });
+    EXPECT_EQ(output, line("QEL_KX_DDSEntities_create", "Unable to create Statistics DataWriter",
+                           "Warning"));
 }
 
 TEST_F(Statistics, AreNoBusinessOfOtherParticipants) {

@@ -76,6 +76,7 @@ TEST(Display, PrintsWhatIsAskedForAndSumsItUp) {
          Progress::goes_on,
          line_b + line_c,
          "orvane: 2 messages of 1 application in 1.5 s, 2 not asked for\n"
+         "orvane: no message came from 'silent'\n"
          "orvane: no message came from 'valve'\n"},
         {{{}, {}, {}, {}, targets({"pump#2", "mill"})},
          {},

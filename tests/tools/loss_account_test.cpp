@@ -24,8 +24,8 @@ Step messages(std::chrono::milliseconds when, std::vector<std::uint64_t> numbers
             }};
 }
 
-Step nameless(std::chrono::milliseconds when) {
-    return {when, [](LossAccount& account, auto) { account.receive_nameless(); }};
+Step unnumbered(std::chrono::milliseconds when) {
+    return {when, [](LossAccount& account, auto) { account.receive_unnumbered(); }};
 }
 
 Step statistics(std::chrono::milliseconds when, const MessageCounts& counts,
@@ -34,6 +34,7 @@ Step statistics(std::chrono::milliseconds when, const MessageCounts& counts,
                 LoggerStatistics said;
                 said.now = counts;
                 said.at_match = at_match;
+                said.has_forgotten_viewers = !at_match && counts.queue_full > 6;
                 account.receive(said, now);
             }};
 }
@@ -56,6 +57,18 @@ TEST(LossAccount, TellsWhatIsMissingAndWhereItWasLost) {
         {"repaired in part",
          {statistics(0ms, {}, {{}}), messages(1ms, {1, 9}), messages(900ms, {2, 5, 8})},
          {.on_the_way = 4}},
+        {"the last ones as long as they come",
+         {statistics(0ms, {.published = 9}, {{}}), messages(900ms, {1, 2, 3}),
+          messages(1800ms, {4, 5, 6}), messages(2700ms, {8})},
+         {.on_the_way = 2}},
+        {"one that comes when it was given up",
+         {statistics(0ms, {}, {{}}), messages(1ms, {1, 4}), messages(2s, {3}), messages(3s, {7})},
+         {.on_the_way = 3}},
+        {"statistics from before the match",
+         {messages(0ms, {41}), statistics(1ms, {7, 5, 0, 0}, {}),
+          statistics(2ms, {30, 6, 0, 0}, {}), statistics(900ms, {43, 6, 0, 0}, {{41, 6, 0, 0}})},
+         {.on_the_way = 2},
+         40 + 6},
         {"the first ones", {statistics(0ms, {}, {{}}), messages(1ms, {3})}, {.on_the_way = 2}},
         {"the last ones",
          {statistics(0ms, {}, {{}}), messages(1ms, {1}), statistics(1s, {.published = 4}, {{}})},
@@ -83,10 +96,10 @@ TEST(LossAccount, TellsWhatIsMissingAndWhereItWasLost) {
          {.on_the_way = 3},
          7},
         {"ends of instances have numbers too",
-         {messages(0ms, {1}), messages(3s, {2}), nameless(3s), messages(3s, {4, 6})},
+         {messages(0ms, {1}), messages(3s, {2}), unnumbered(3s), messages(3s, {4, 6})},
          {.on_the_way = 1}},
         {"but not those at the end of a logger",
-         {statistics(0ms, {}, {{}}), messages(1ms, {1, 3}), nameless(2ms)},
+         {statistics(0ms, {}, {{}}), messages(1ms, {1, 3}), unnumbered(2ms)},
          {.on_the_way = 1}},
     };
     for (const auto& each : cases) {

@@ -1,6 +1,5 @@
 #include "tools/domain/log_stream.hpp"
 
-#include <numeric>
 #include <utility>
 
 namespace orvane::tools {
@@ -31,7 +30,7 @@ void LogStream::receive_end(const Origin& origin, Clock::time_point now) {
     if (origin.number) {
         accounts_[origin.writer].receive(*origin.number, now);
     } else {
-        accounts_[origin.writer].receive_nameless();
+        accounts_[origin.writer].receive_unnumbered();
     }
 }
 
@@ -67,10 +66,12 @@ void LogStream::take(Clock::time_point now, std::int64_t wall_clock, bool is_las
     }
 }
 
-std::uint64_t LogStream::earlier() const {
-    return std::accumulate(
-        accounts_.begin(), accounts_.end(), std::uint64_t{0},
-        [](std::uint64_t sum, const auto& account) { return sum + account.second.earlier(); });
+std::uint64_t LogStream::earlier(const std::function<bool(const Logger& logger)>& is_wanted) const {
+    std::uint64_t sum = 0;
+    for (const auto& [writer, account] : accounts_) {
+        sum += is_wanted(directory_.logger(owner_of(writer))) ? account.earlier() : 0;
+    }
+    return sum;
 }
 
 std::optional<LogStream::Clock::time_point> LogStream::next_deadline() const {

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -47,8 +48,9 @@ public:
     void take(Clock::time_point now, std::int64_t wall_clock, bool is_last,
               std::vector<Event>& events);
 
-    /// Messages that were logged before there was this viewer, and that did not come.
-    std::uint64_t earlier() const;
+    /// Messages of these loggers that were logged before there was this viewer, and that did not
+    /// come.
+    std::uint64_t earlier(const std::function<bool(const Logger& logger)>& is_wanted) const;
 
     /// When @ref take may return something although nothing comes. Nothing means never.
     std::optional<Clock::time_point> next_deadline() const;

@@ -101,7 +101,10 @@ public:
         return events;
     }
 
-    std::uint64_t earlier() const override { return stream_.earlier(); }
+    std::uint64_t earlier(
+        const std::function<bool(const Logger& logger)>& is_wanted) const override {
+        return stream_.earlier(is_wanted);
+    }
 
 private:
     Status take_states(std::set<Application>& heard, std::vector<LoggerChange>& changes) {

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -34,8 +35,10 @@ public:
     /// @return nothing when a reader failed
     virtual Result<std::vector<Event>> take(bool is_last) = 0;
 
-    /// Messages that were logged before there was this viewer, and that did not come.
-    virtual std::uint64_t earlier() const = 0;
+    /// Messages of these loggers that were logged before there was this viewer, and that did not
+    /// come.
+    virtual std::uint64_t earlier(
+        const std::function<bool(const Logger& logger)>& is_wanted) const = 0;
 };
 
 }  // namespace orvane::tools

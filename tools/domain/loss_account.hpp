@@ -27,7 +27,8 @@ struct LostMessages {
 /// message is lost on the way unless it comes within @ref patience, or was published before the
 /// writer began to send to this viewer: of those it has not kept all. The statistics of the logger
 /// say what the last number was by then. They also show a loss of the last messages, and say how
-/// many messages were never published.
+/// many messages were never published. A message that comes after all makes up for the next one
+/// that is lost.
 ///
 /// Without statistics, everything that is missing @ref time_of_history after the first sample may
 /// have been published before.
@@ -37,11 +38,13 @@ public:
 
     static constexpr std::chrono::milliseconds patience{1000};
     static constexpr std::chrono::milliseconds time_of_history{2000};
+    /// A viewer that looks so much too late has not run, and gives what it then finds time to come.
+    static constexpr std::chrono::milliseconds stall{500};
 
     /// Notes a message. A sample without a message has a number, too.
     void receive(std::uint64_t number, Clock::time_point now);
     /// Notes a sample without a message of which the number is not known.
-    void receive_nameless() { ++nameless_; }
+    void receive_unnumbered() { ++unnumbered_; }
     void receive(const LoggerStatistics& statistics, Clock::time_point now);
 
     /// @return what has been lost for good since the last call
@@ -62,11 +65,16 @@ private:
     using Gaps = std::map<std::uint64_t, Gap>;
 
     void expect_up_to(std::uint64_t number, Clock::time_point now);
-    void fill(std::uint64_t number);
+    /// @return whether the number was missing
+    bool fill(std::uint64_t number, Clock::time_point now);
+    /// Notes a message that was given up.
+    void take_back(std::uint64_t number);
+    void wait_anew_after_stall(Clock::time_point now);
 
     Gaps gaps_;
     std::uint64_t highest_ = 0;  ///< number that has been received or is missing
-    std::uint64_t nameless_ = 0;
+    std::uint64_t unnumbered_ = 0;
+    std::uint64_t come_late_ = 0;
     std::uint64_t earlier_ = 0;
     std::optional<Clock::time_point> first_sample_;
     std::optional<std::uint64_t> sent_from_;  ///< the last number before the writer began to send

@@ -17,13 +17,20 @@ Endpoint reader_of(const QEL_KX_ADMIN_Viewer& viewer) {
              static_cast<std::uint32_t>(viewer.entity)}};
 }
 
+/// What the operations of a sequence want, also those that do not change it.
+QEL_KX_ADMIN_ViewerSeq* changeable(const QEL_KX_ADMIN_ViewerSeq& viewers) {
+    return const_cast<QEL_KX_ADMIN_ViewerSeq*>(&viewers);
+}
+
+DDS_Long length_of(const QEL_KX_ADMIN_ViewerSeq& viewers) {
+    return QEL_KX_ADMIN_ViewerSeq_get_length(changeable(viewers));
+}
+
 std::optional<MessageCounts> counts_at_match(const QEL_KX_ADMIN_ViewerSeq& viewers,
                                              const Endpoint& self) {
-    // The operations of a sequence want one that can be changed; these do not change it.
-    auto* sequence = const_cast<QEL_KX_ADMIN_ViewerSeq*>(&viewers);
-    const DDS_Long count = QEL_KX_ADMIN_ViewerSeq_get_length(sequence);
-    for (DDS_Long i = 0; i < count; ++i) {
-        const QEL_KX_ADMIN_Viewer& viewer = *QEL_KX_ADMIN_ViewerSeq_get_reference(sequence, i);
+    for (DDS_Long i = 0; i < length_of(viewers); ++i) {
+        const QEL_KX_ADMIN_Viewer& viewer =
+            *QEL_KX_ADMIN_ViewerSeq_get_reference(changeable(viewers), i);
         if (reader_of(viewer) == self) {
             return MessageCounts{
                 .published = number_of(viewer.publishedHigh, viewer.publishedLow),
@@ -56,7 +63,8 @@ LoggerStatistics to_statistics(const QEL_KX_ADMIN_Statistics& sample, const DDS_
             .most_queued = sample.mostQueued,
             .queue_size = sample.queueSize,
             .is_last = sample.isLast != 0,
-            .at_match = counts_at_match(sample.viewers, viewer)};
+            .at_match = counts_at_match(sample.viewers, viewer),
+            .has_forgotten_viewers = length_of(sample.viewers) == ORVANE_VIEWER_BOUND};
 }
 
 }  // namespace

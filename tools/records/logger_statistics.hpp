@@ -33,8 +33,10 @@ struct LoggerStatistics {
     std::int32_t most_queued = 0;
     std::int32_t queue_size = 0;
     bool is_last = false;
-    /// When the logger began to send to this viewer. Nothing when it does not say.
+    /// When the logger began to send to this viewer. Nothing when it did not know the viewer yet,
+    /// or has forgotten it.
     std::optional<MessageCounts> at_match;
+    bool has_forgotten_viewers = false;  ///< or may have
 
     std::uint64_t logged() const { return accepted + now.queue_full + now.no_memory; }
 };

@@ -46,7 +46,6 @@ void Display::meet(const Logger& logger) {
 std::string Display::text_of(const Event& event) {
     return std::visit(
         [&](const auto& each) -> std::string {
-            meet(each.logger);
             if constexpr (std::is_same_v<decltype(each), const LoggerEvent&>) {
                 return {};
             } else {
@@ -57,6 +56,7 @@ std::string Display::text_of(const Event& event) {
 }
 
 std::string Display::text_of(const MessageEvent& event) {
+    meet(event.logger);
     if (!options_.query.matches(event)) {
         ++hidden_;
         return {};

@@ -65,7 +65,9 @@ int follow_domain(std::int32_t domain_id, std::optional<double> seconds, DomainF
     follower.begin();
     const int status = hand_over(*subscription, stop, follower, seconds, start);
     const std::chrono::duration<double> elapsed = Clock::now() - start;
-    return stop.conclude(follower.finish(status, elapsed.count(), subscription->earlier()));
+    const std::uint64_t earlier =
+        subscription->earlier([&](const Logger& logger) { return follower.wants(logger); });
+    return stop.conclude(follower.finish(status, elapsed.count(), earlier));
 }
 
 }  // namespace orvane::tools

@@ -19,12 +19,15 @@ public:
     /// The domain has been joined.
     virtual void begin() {}
 
+    /// Whether the follower is interested in a logger.
+    virtual bool wants(const Logger& logger) const = 0;
+
     /// @return an exit status when the subcommand ends, nothing when it goes on
     virtual std::optional<int> take(const std::vector<Event>& events) = 0;
 
     /// Ends the subcommand, before the domain is left.
     /// @param seconds the time that it took
-    /// @param earlier messages that were logged before, and did not come
+    /// @param earlier messages of the wanted loggers that were logged before, and did not come
     /// @return the exit status of the process
     virtual int finish(int status, double seconds, std::uint64_t earlier) = 0;
 };

@@ -39,6 +39,8 @@ public:
         return std::nullopt;
     }
 
+    bool wants(const Logger& logger) const override { return options_.query.matches(logger); }
+
     int finish(int status, double seconds, std::uint64_t earlier) override {
         const std::uint64_t missing = recorder_->stop();
         std::string text =

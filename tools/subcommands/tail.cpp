@@ -12,7 +12,8 @@ namespace {
 
 class Tail final : public DomainFollower {
 public:
-    explicit Tail(const TailOptions& options) : display_(options.display) {}
+    explicit Tail(const TailOptions& options)
+        : query_(options.display.query), display_(options.display) {}
 
     std::optional<int> take(const std::vector<Event>& events) override {
         switch (display_.show(events)) {
@@ -26,12 +27,15 @@ public:
         return exit_failure;
     }
 
+    bool wants(const Logger& logger) const override { return query_.matches(logger); }
+
     int finish(int status, double seconds, std::uint64_t earlier) override {
         std::fputs(display_.summary(seconds, earlier).c_str(), stderr);
         return status;
     }
 
 private:
+    const LogQuery& query_;
     Display display_;
 };
 

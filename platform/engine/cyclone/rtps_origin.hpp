@@ -1,5 +1,5 @@
 /// @file rtps_origin.hpp
-/// @brief Reads from an RTPS message who wrote a sample in it, and as the how manieth one.
+/// @brief Reads from an RTPS message who wrote a sample in it, and the sequence number.
 ///
 /// Cyclone keeps a message as long as it makes samples of it. It has then checked all submessages
 /// up to that of the sample, and put the numbers in their headers and the identities of the
