@@ -42,12 +42,6 @@ function(orvane_compile_as_ours target)
     target_compile_features(${target} PRIVATE c_std_11 cxx_std_20)
     target_compile_options(
         ${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-        # Where std::string is precompiled, moving or appending to one is said to leave its buffer.
-        target_compile_options(
-            ${target} PRIVATE -Wno-array-bounds -Wno-restrict -Wno-stringop-overflow
-                              -Wno-stringop-overread)
-    endif()
     if(CMAKE_UNITY_BUILD)
         # One source's names would be said to hide another's.
         target_compile_options(${target} PRIVATE -Wno-shadow)

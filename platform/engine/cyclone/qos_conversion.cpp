@@ -26,8 +26,8 @@ struct CycloneStrings {
     CycloneStrings(const CycloneStrings&) = delete;
     CycloneStrings& operator=(const CycloneStrings&) = delete;
     ~CycloneStrings() {
-        for (const auto* string = begin(); string != end(); ++string) {
-            dds_free(*string);
+        for (char* string : *this) {
+            dds_free(string);
         }
         dds_free(strings);
     }
