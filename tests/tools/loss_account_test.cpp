@@ -39,6 +39,8 @@ Step statistics(std::chrono::milliseconds when, const MessageCounts& counts,
             }};
 }
 
+constexpr MessageCounts at_start{};
+
 TEST(LossAccount, TellsWhatIsMissingAndWhereItWasLost) {
     const struct {
         const char* what;
@@ -46,39 +48,41 @@ TEST(LossAccount, TellsWhatIsMissingAndWhereItWasLost) {
         LostMessages lost;
         std::uint64_t earlier = 0;
     } cases[] = {
-        {"nothing", {messages(0ms, {1, 2, 3}), statistics(1s, {.published = 3}, {{}})}, {}},
-        {"a gap", {statistics(0ms, {}, {{}}), messages(1ms, {1, 2, 5, 6})}, {.on_the_way = 2}},
+        {"nothing", {messages(0ms, {1, 2, 3}), statistics(1s, {.published = 3}, at_start)}, {}},
+        {"a gap", {statistics(0ms, {}, at_start), messages(1ms, {1, 2, 5, 6})}, {.on_the_way = 2}},
         {"samples of a take are in no order",
-         {statistics(0ms, {}, {{}}), messages(1ms, {1, 4, 2, 6, 3, 5})},
+         {statistics(0ms, {}, at_start), messages(1ms, {1, 4, 2, 6, 3, 5})},
          {}},
         {"repaired in time",
-         {statistics(0ms, {}, {{}}), messages(1ms, {1, 4}), messages(900ms, {2, 3})},
+         {statistics(0ms, {}, at_start), messages(1ms, {1, 4}), messages(900ms, {2, 3})},
          {}},
         {"repaired in part",
-         {statistics(0ms, {}, {{}}), messages(1ms, {1, 9}), messages(900ms, {2, 5, 8})},
+         {statistics(0ms, {}, at_start), messages(1ms, {1, 9}), messages(900ms, {2, 5, 8})},
          {.on_the_way = 4}},
         {"the last ones as long as they come",
-         {statistics(0ms, {.published = 9}, {{}}), messages(900ms, {1, 2, 3}),
+         {statistics(0ms, {.published = 9}, at_start), messages(900ms, {1, 2, 3}),
           messages(1800ms, {4, 5, 6}), messages(2700ms, {8})},
          {.on_the_way = 2}},
         {"one that comes when it was given up",
-         {statistics(0ms, {}, {{}}), messages(1ms, {1, 4}), messages(2s, {3}), messages(3s, {7})},
+         {statistics(0ms, {}, at_start), messages(1ms, {1, 4}), messages(2s, {3}),
+          messages(3s, {7})},
          {.on_the_way = 3}},
         {"statistics from before the match",
          {messages(0ms, {41}), statistics(1ms, {7, 5, 0, 0}, {}),
           statistics(2ms, {30, 6, 0, 0}, {}), statistics(900ms, {43, 6, 0, 0}, {{41, 6, 0, 0}})},
          {.on_the_way = 2},
          40 + 6},
-        {"the first ones", {statistics(0ms, {}, {{}}), messages(1ms, {3})}, {.on_the_way = 2}},
+        {"the first ones", {statistics(0ms, {}, at_start), messages(1ms, {3})}, {.on_the_way = 2}},
         {"the last ones",
-         {statistics(0ms, {}, {{}}), messages(1ms, {1}), statistics(1s, {.published = 4}, {{}})},
+         {statistics(0ms, {}, at_start), messages(1ms, {1}),
+          statistics(1s, {.published = 4}, at_start)},
          {.on_the_way = 3}},
         {"statistics overtake messages",
-         {statistics(0ms, {.published = 3}, {{}}), messages(500ms, {1, 2, 3})},
+         {statistics(0ms, {.published = 3}, at_start), messages(500ms, {1, 2, 3})},
          {}},
         {"causes at the logger",
-         {statistics(0ms, {}, {{}}), messages(1ms, {1, 3}), statistics(1s, {3, 30, 4, 0}, {{}}),
-          statistics(2s, {3, 50, 4, 6}, {{}})},
+         {statistics(0ms, {}, at_start), messages(1ms, {1, 3}),
+          statistics(1s, {3, 30, 4, 0}, at_start), statistics(2s, {3, 50, 4, 6}, at_start)},
          {.queue_full = 50, .no_memory = 4, .discarded = 6, .on_the_way = 1}},
         {"a late viewer misses no history",
          {messages(0ms, {41, 44, 45}), statistics(1ms, {45, 7, 0, 0}, {{44, 7, 0, 0}}),
@@ -99,7 +103,7 @@ TEST(LossAccount, TellsWhatIsMissingAndWhereItWasLost) {
          {messages(0ms, {1}), messages(3s, {2}), unnumbered(3s), messages(3s, {4, 6})},
          {.on_the_way = 1}},
         {"but not those at the end of a logger",
-         {statistics(0ms, {}, {{}}), messages(1ms, {1, 3}), unnumbered(2ms)},
+         {statistics(0ms, {}, at_start), messages(1ms, {1, 3}), unnumbered(2ms)},
          {.on_the_way = 1}},
     };
     for (const auto& each : cases) {
