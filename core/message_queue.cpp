@@ -123,7 +123,7 @@ Outcome fill(Element& element, const QEL_KX_MessageQueueRecord& record) {
 /// With the mutex held. @return why the message is lost.
 Outcome enqueue(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& record) {
     if (queue.list.count == queue.maxSize) {
-        count_refused_for_room();
+        count_refused_for_room(queue);
         return Outcome::failed("Max queue size reached, message will get lost",
                                QEL_KX_LEVEL_WARNING);
     }
@@ -131,16 +131,16 @@ Outcome enqueue(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& rec
                         ? nullptr
                         : static_cast<Element*>(MOSKFastBufferPool_getBuffer(queue.elementPool));
     if (element == nullptr) {
-        count_refused_for_memory();
+        count_refused_for_memory(queue);
         return Outcome::failed("Unable to get new queue element");
     }
     if (const Outcome filled = fill(*element, record); filled.has_failed()) {
-        count_refused_for_memory();
+        count_refused_for_memory(queue);
         recycle(queue, *element);
         return filled;
     }
     append(queue.list, element->node);
-    count_accepted(queue.list.count);
+    count_accepted(queue);
     return Outcome::done();
 }
 

@@ -32,13 +32,13 @@ Status write(LogMessageWriteThread& thread, const QEL_KX_MessageQueueRecord& rec
     const DDS_ReturnCode_t result = LogMessageWriter::write_w_timestamp(
         thread.writer, &record.sample, &DDS_HANDLE_NIL, &record.timestamp);
     if (result == DDS_RETCODE_TIMEOUT) {
-        count_write_timeout();
+        count_write_timeout(*thread.messageQueue);
         return Status::timeout;
     }
     if (result == DDS_RETCODE_OK) {
-        count_published();
+        count_published(*thread.messageQueue);
     } else {
-        count_discarded(1);
+        count_discarded(*thread.messageQueue);
         report(context, "Unable to write LogMessage in DataWriter");
     }
     pop(*thread.messageQueue);
@@ -76,14 +76,14 @@ void publish(LogMessageWriteThread& thread, const char* context) {
             backlog.note(is_due, timed_out);
             ++in_batch;
             if (timed_out || in_batch % messages_between_looks == 0) {
-                publish_changed_statistics();
+                publish_changed_statistics(*thread.messageQueue);
             }
         } else if (is_due) {
             backlog.end();
         } else {
             end_batch(thread, in_batch, pacing);
             in_batch = 0;
-            publish_changed_statistics();
+            publish_changed_statistics(*thread.messageQueue);
         }
     }
     if (in_batch > 0) {

@@ -37,6 +37,14 @@ struct alignas(cache_line) OfWriteThread {
 };
 constinit OfCalls of_calls;
 constinit OfWriteThread of_write_thread;
+/// Of the logger. It is set before messages come, and compared only.
+constinit std::atomic<const QEL_KX_MessageQueue*> counted_queue = nullptr;
+
+void add_if_counted(const QEL_KX_MessageQueue& queue, Number& number) noexcept {
+    if (is_counted(queue)) {
+        number.add(1);
+    }
+}
 
 }  // namespace
 
@@ -48,31 +56,49 @@ void restart_statistics(DDS_Long queue_size) noexcept {
     }
     of_calls.most_queued.set(0);
     of_calls.queue_size.set(queue_size);
+    counted_queue.store(nullptr, std::memory_order_relaxed);
 }
 
-void count_accepted(DDS_Long queued) noexcept {
-    of_calls.accepted.add(1);
-    of_calls.most_queued.set(std::max(of_calls.most_queued.get(), queued));
+void count_messages_of(const QEL_KX_MessageQueue& queue) noexcept {
+    counted_queue.store(&queue, std::memory_order_relaxed);
 }
 
-void count_refused_for_room() noexcept {
-    of_calls.refused_for_room.add(1);
+bool is_counted(const QEL_KX_MessageQueue& queue) noexcept {
+    return counted_queue.load(std::memory_order_relaxed) == &queue;
 }
 
-void count_refused_for_memory() noexcept {
-    of_calls.refused_for_memory.add(1);
+void count_accepted(const QEL_KX_MessageQueue& queue) noexcept {
+    if (is_counted(queue)) {
+        of_calls.accepted.add(1);
+        of_calls.most_queued.set(std::max(of_calls.most_queued.get(), queue.list.count));
+    }
 }
 
-void count_published() noexcept {
-    of_write_thread.published.add(1);
+void count_refused_for_room(const QEL_KX_MessageQueue& queue) noexcept {
+    add_if_counted(queue, of_calls.refused_for_room);
 }
 
-void count_write_timeout() noexcept {
-    of_write_thread.write_timeouts.add(1);
+void count_refused_for_memory(const QEL_KX_MessageQueue& queue) noexcept {
+    add_if_counted(queue, of_calls.refused_for_memory);
 }
 
-void count_discarded(DDS_Long messages) noexcept {
-    of_write_thread.discarded.add(static_cast<DDS_UnsignedLongLong>(messages));
+void count_published(const QEL_KX_MessageQueue& queue) noexcept {
+    add_if_counted(queue, of_write_thread.published);
+}
+
+void count_write_timeout(const QEL_KX_MessageQueue& queue) noexcept {
+    add_if_counted(queue, of_write_thread.write_timeouts);
+}
+
+void count_discarded(const QEL_KX_MessageQueue& queue) noexcept {
+    add_if_counted(queue, of_write_thread.discarded);
+}
+
+void end_counting(const QEL_KX_MessageQueue& queue) noexcept {
+    if (is_counted(queue)) {
+        of_write_thread.discarded.add(static_cast<DDS_UnsignedLongLong>(queue.list.count));
+        counted_queue.store(nullptr, std::memory_order_relaxed);
+    }
 }
 
 QEL_KX_Statistics read_statistics() noexcept {

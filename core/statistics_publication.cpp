@@ -163,8 +163,8 @@ void note_viewer(const DDS_InstanceHandle_t& reader) noexcept {
     }
 }
 
-void publish_changed_statistics() {
-    if (publication.writer == nullptr || Clock::now() < publication.next) {
+void publish_changed_statistics(const QEL_KX_MessageQueue& queue) {
+    if (!is_counted(queue) || publication.writer == nullptr || Clock::now() < publication.next) {
         return;
     }
     if (has_changed(read_statistics()) || viewer_count() != publication.viewers) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/outcome.hpp"
+#include "orvane/core.h"
 #include "orvane/statistics.h"
 #include "orvane/types.h"
 
@@ -20,10 +21,11 @@ Outcome begin_statistics(QEL_KX_ADMIN_StatisticsDataWriter* writer, DDS_DataWrit
 void note_viewer(const DDS_InstanceHandle_t& reader) noexcept;
 
 /// Publishes what has changed, unless it is less than a second since the last time. Called on the
-/// write thread.
-void publish_changed_statistics();
+/// write thread of @p queue.
+void publish_changed_statistics(const QEL_KX_MessageQueue& queue);
 
 /// Publishes for the last time. Called behind the end of the write thread, before the writer's.
+/// Behind @ref forget_statistics it only frees.
 void end_statistics();
 
 /// The writer is about to be deleted. Nothing happens when the publication has ended, or is that of

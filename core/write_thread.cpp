@@ -84,7 +84,7 @@ void delete_write_thread(LogMessageWriteThread* self) {
     QELOsapiThread_delete(self->thread);
     store(self->threadId, 0);
     if (self->messageQueue != nullptr) {
-        count_discarded(self->messageQueue->list.count);
+        end_counting(*self->messageQueue);
     }
     delete_queue(self->messageQueue);
     QELOsapiHeap_freeStructure(self);

@@ -104,6 +104,7 @@ Outcome start_write_thread(QEL_KX_Orvane& self) {
         return Outcome::failed("Unable to create LogMessage Thread");
     }
     self.messageQueue = self.logMessageWriteThread->messageQueue;
+    core::count_messages_of(*self.messageQueue);
     return Outcome::done();
 }
 

@@ -68,6 +68,14 @@ TEST_F(Statistics, SayWhatBecameOfEachMessage) {
                 QEL_KX_Orvane_error(logger.get(), "a message");
             }
         }));
+        const QEL_KX_MessageQueueProperty one_place{1};
+        QEL_KX_MessageQueue* another = QEL_KX_MessageQueue_new(&one_place);
+        char text[] = "of somebody else";
+        QEL_KX_MessageQueueRecord record{};
+        record.sample.category = text;
+        record.sample.message = text;
+        EXPECT_EQ(QEL_KX_MessageQueue_push(another, &record), 1);
+        QEL_KX_MessageQueue_delete(another);
         const QEL_KX_Statistics full = statistics();
         EXPECT_EQ(full.accepted, 4U);
         EXPECT_EQ(full.refusedForRoom, 3U);
