@@ -21,18 +21,8 @@ using Sample = types::PluginSupport<QEL_KX_ADMIN_Statistics>;
 
 constexpr std::chrono::seconds period{1};
 
-struct Words {
-    DDS_Long high;
-    DDS_Long low;
-};
-
-Words words_of(DDS_UnsignedLongLong number) noexcept {
-    return {static_cast<DDS_Long>(number >> 32U), static_cast<DDS_Long>(number)};
-}
-
 QEL_KX_ADMIN_Count to_count(DDS_UnsignedLongLong number) noexcept {
-    const Words words = words_of(number);
-    return {words.high, words.low};
+    return {static_cast<DDS_Long>(number >> 32U), static_cast<DDS_Long>(number)};
 }
 
 /// Four bytes of an entity's GUID, most significant first.
@@ -109,6 +99,13 @@ void send() {
     publication.has_failed = fails;
 }
 
+void free_publication() {
+    if (publication.sample != nullptr) {
+        Sample::destroy_data(publication.sample);
+    }
+    publication = Publication{};
+}
+
 }  // namespace
 
 void forget_viewers() noexcept {
@@ -118,7 +115,7 @@ void forget_viewers() noexcept {
 
 Outcome begin_statistics(QEL_KX_ADMIN_StatisticsDataWriter* writer, DDS_DataWriter* log_writer,
                          const QEL_KX_HostAndAppId& logger) {
-    publication = Publication{};
+    free_publication();
     publication.sample = Sample::create_data();
     if (publication.sample == nullptr) {
         return Outcome::failed("Unable to initialize QEL_KX_ADMIN_Statistics");
@@ -134,10 +131,10 @@ Outcome begin_statistics(QEL_KX_ADMIN_StatisticsDataWriter* writer, DDS_DataWrit
 
 void note_viewer(const DDS_InstanceHandle_t& reader) noexcept {
     const QEL_KX_Statistics now = read_statistics();
-    const Words published = words_of(now.published);
-    const Words refused_for_room = words_of(now.refusedForRoom);
-    const Words refused_for_memory = words_of(now.refusedForMemory);
-    const Words discarded = words_of(now.discarded);
+    const QEL_KX_ADMIN_Count published = to_count(now.published);
+    const QEL_KX_ADMIN_Count refused_for_room = to_count(now.refusedForRoom);
+    const QEL_KX_ADMIN_Count refused_for_memory = to_count(now.refusedForMemory);
+    const QEL_KX_ADMIN_Count discarded = to_count(now.discarded);
     const QEL_KX_ADMIN_Viewer viewer{.host = guid_word(reader, 0),
                                      .app = guid_word(reader, 1),
                                      .instance = guid_word(reader, 2),
@@ -176,20 +173,19 @@ void end_statistics() {
     if (publication.writer != nullptr) {
         publication.sample->isLast = 1;
         send();
-        drop_statistics(publication.log_writer);
     }
+    free_publication();
 }
 
 void drop_statistics(const DDS_DataWriter* log_writer) {
-    if (publication.writer != nullptr && publication.log_writer == log_writer) {
-        Sample::destroy_data(publication.sample);
-        publication = Publication{};
+    if (publication.log_writer == log_writer) {
+        free_publication();
     }
 }
 
 void forget_statistics() noexcept {
     std::construct_at(&viewers);
-    publication = Publication{};
+    publication.writer = nullptr;
 }
 
 }  // namespace orvane::core

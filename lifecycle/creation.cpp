@@ -253,6 +253,7 @@ QEL_KX_Orvane* destroy(QEL_KX_Orvane* self) {
 
 void free_copy(QEL_KX_Orvane& copy) {
     remove_device(copy);
+    core::end_statistics();
     QELOsapiHeap_freeStructure(copy.logMessageWriteThread);
     QELOsapiHeap_freeStructure(copy.ddsEntities);
     QELSystemClock_delete(copy.clock);
