@@ -62,7 +62,9 @@ int follow_domain(std::int32_t domain_id, std::optional<double> seconds, DomainF
         return exit_failure;
     }
     const auto interruption = stop.interrupt([&] { subscription->interrupt(); });
-    follower.begin();
+    if (const std::optional<int> failure = follower.begin()) {
+        return stop.conclude(*failure);
+    }
     const int status = hand_over(*subscription, stop, follower, seconds, start);
     const std::chrono::duration<double> elapsed = Clock::now() - start;
     const std::uint64_t earlier =

@@ -17,7 +17,8 @@ public:
     virtual ~DomainFollower() = default;
 
     /// The domain has been joined.
-    virtual void begin() {}
+    /// @return an exit status when the subcommand cannot begin, nothing when it goes on
+    virtual std::optional<int> begin() { return std::nullopt; }
 
     /// Whether the follower is interested in a logger.
     virtual bool wants(const Logger& logger) const = 0;

@@ -24,12 +24,20 @@ void print_line(const std::string& text) {
 
 class Recording final : public DomainFollower {
 public:
-    Recording(std::unique_ptr<Recorder> recorder, const RecordOptions& options)
-        : recorder_(std::move(recorder)), options_(options) {}
+    explicit Recording(const RecordOptions& options) : options_(options) {}
 
-    void begin() override {
-        print_line(
-            fmt::format("recording domain {} in {}", options_.domain_id, options_.recording.path));
+    /// A domain that could not be joined leaves no file behind.
+    std::optional<int> begin() override {
+        const std::string& path = options_.recording.path;
+        int error = 0;
+        recorder_ = Recorder::start(options_.recording, print_line, error);
+        if (!recorder_) {
+            print_line(fmt::format("{}: could not create: {}{}", path, std::strerror(error),
+                                   error == EEXIST ? ", expected a name that is free" : ""));
+            return exit_failure;
+        }
+        print_line(fmt::format("recording domain {} in {}", options_.domain_id, path));
+        return std::nullopt;
     }
 
     std::optional<int> take(const std::vector<Event>& events) override {
@@ -78,8 +86,8 @@ private:
         }
     }
 
-    std::unique_ptr<Recorder> recorder_;
     const RecordOptions& options_;
+    std::unique_ptr<Recorder> recorder_;
     std::uint64_t messages_ = 0;
     std::uint64_t lost_ = 0;
 };
@@ -87,15 +95,7 @@ private:
 }  // namespace
 
 int record(const RecordOptions& options) {
-    int error = 0;
-    std::unique_ptr<Recorder> recorder = Recorder::start(options.recording, print_line, error);
-    if (!recorder) {
-        print_line(fmt::format("{}: could not create: {}{}", options.recording.path,
-                               std::strerror(error),
-                               error == EEXIST ? ", expected a name that is free" : ""));
-        return exit_failure;
-    }
-    Recording recording{std::move(recorder), options};
+    Recording recording{options};
     return follow_domain(options.domain_id, options.seconds, recording);
 }
 
