@@ -82,7 +82,8 @@ struct Qos {
     std::vector<std::pair<std::string, std::string>> properties;
     std::optional<DurabilityKind> durability;
     /// A writer replaces the history and limits in it by `history` and `resource_limits`, which
-    /// decide how many samples a late reader gets.
+    /// decide how many samples a late reader gets. Only where `history` keeps all, a depth above 1
+    /// in it stands: samples that all readers have acknowledged are kept so far.
     std::optional<DurabilityServicePolicy> durability_service;
     std::optional<PresentationPolicy> presentation;
     std::optional<Nanoseconds> deadline;

@@ -21,7 +21,8 @@ using cyclone::WriterRecord;
 
 constexpr std::size_t encapsulation_size = 4;
 
-// In Cyclone the durability service policy, not the history, decides what a late reader gets.
+// In Cyclone the durability service policy, not the history, decides what a late reader gets. It
+// stands only where it shortens a history that keeps all, by a depth that is not the default one.
 Status add_late_reader_history(Qos& qos, EntityId topic) {
     Qos of_topic;
     if (!qos.history || !qos.resource_limits || !qos.durability_service) {
@@ -32,7 +33,13 @@ Status add_late_reader_history(Qos& qos, EntityId topic) {
     }
     DurabilityServicePolicy service = qos.durability_service.value_or(
         of_topic.durability_service.value_or(DurabilityServicePolicy{}));
-    service.history = qos.history.value_or(of_topic.history.value_or(HistoryPolicy{}));
+    const HistoryPolicy history = qos.history.value_or(of_topic.history.value_or(HistoryPolicy{}));
+    const bool shortens = history.kind == HistoryKind::keep_all &&
+                          service.history.kind == HistoryKind::keep_last &&
+                          service.history.depth > HistoryPolicy{}.depth;
+    if (!shortens) {
+        service.history = history;
+    }
     service.limits =
         qos.resource_limits.value_or(of_topic.resource_limits.value_or(ResourceLimitsPolicy{}));
     qos.durability_service = service;

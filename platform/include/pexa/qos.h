@@ -65,7 +65,9 @@ typedef struct DDS_GroupDataQosPolicy {
 typedef struct DDS_DurabilityQosPolicy {
     DDS_DurabilityQosPolicyKind kind;
 } DDS_DurabilityQosPolicy;
-/** For a TRANSIENT_LOCAL writer the port keeps the writer's own history depth and ignores this. */
+/** A late reader of a TRANSIENT_LOCAL writer gets what the writer's own history keeps; this is
+ * ignored. Only where that history is KEEP_ALL and this is KEEP_LAST with a depth above 1, the
+ * default, the writer keeps so many acknowledged samples of an instance for late readers. */
 typedef struct DDS_DurabilityServiceQosPolicy {
     DDS_Duration_t service_cleanup_delay;
     DDS_HistoryQosPolicyKind history_kind;

@@ -142,6 +142,34 @@ TEST(Batches, AreSentBeforeTheHistoryWouldDropASampleAndBeforeAnythingThatMayWai
     EXPECT_EQ(flushes_of([&] { return write(without_batches, 1, 4); }), 0);
 }
 
+TEST(LateReaders, GetWhatTheHistoryKeepsOrWhatTheApplicationHasShortenedItTo) {
+    const struct {
+        DDS_HistoryQosPolicy history;
+        DDS_Long depth;  ///< of the durability service
+        const char* expected;
+    } cases[] = {
+        {{DDS_KEEP_ALL_HISTORY_QOS, 1}, 1, "1:0 1:1 1:2 1:3"},
+        {{DDS_KEEP_ALL_HISTORY_QOS, 1}, 2, "1:2 1:3"},
+        {{DDS_KEEP_LAST_HISTORY_QOS, 3}, 2, "1:1 1:2 1:3"},
+    };
+    for (const auto& each : cases) {
+        const ProbeNode node;
+        DDS_DataWriter* writer = node.writer([&](DDS_DataWriterQos& qos) {
+            qos.history = each.history;
+            qos.durability.kind = DDS_TRANSIENT_LOCAL_DURABILITY_QOS;
+            qos.durability_service.history_depth = each.depth;
+        });
+        for (DDS_Long value = 0; value < 4; ++value) {
+            ASSERT_EQ(write(writer, 1, value), ok);
+        }
+        DDS_DataReader* late = node.reader([](DDS_DataReaderQos& qos) {
+            qos.history.kind = DDS_KEEP_ALL_HISTORY_QOS;
+            qos.durability.kind = DDS_TRANSIENT_LOCAL_DURABILITY_QOS;
+        });
+        EXPECT_EQ(summary(await_samples(late, 2)), each.expected);
+    }
+}
+
 TEST(Instances, DisposeAndUnregisterReachTheReaderAsStatesWithTheKey) {
     const ProbeNode node;
     const Probe first(1, 0);
