@@ -57,6 +57,18 @@ TEST(DomainView, LooksForLoggersUntilNothingNewComesOrTheOneMeantIsThere) {
     }
 }
 
+TEST(DomainView, WaitsForNoWriterThatHasSentTheStatesOfOthers) {
+    const LoggerState replaying = logger_state(1, "");
+    FakeDomain domain{{{.state = replaying, .heard = {}}}};
+    domain.at(10ms, [&](Arrivals& arrivals) {
+        const LoggerState replayed = logger_state(2, "pump");
+        arrivals.states.push_back({replayed.application, replayed, true, replaying.application});
+    });
+    DomainView view{domain};
+    EXPECT_EQ(view.discover(nullptr, 5s), Status::ok);
+    EXPECT_EQ(domain.elapsed(), 1010ms);
+}
+
 TEST(DomainView, TellsWhatHappensToLoggers) {
     using Kind = LoggerChange::Kind;
     const LoggerState pump = logger_state(1, "pump");

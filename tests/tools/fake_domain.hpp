@@ -122,7 +122,7 @@ public:
 private:
     void show(std::chrono::milliseconds time, const LoggerState& state) {
         at(time, [state](Arrivals& arrivals) {
-            arrivals.states.push_back({state.application, state, true});
+            arrivals.states.push_back({state.application, state, true, state.application});
         });
     }
 

@@ -22,7 +22,8 @@ LoggerState to_state(const QEL_KX_ADMIN_State& sample) {
 StateUpdate to_update(const QEL_KX_ADMIN_State& sample, const DDS_SampleInfo& info) {
     return {.application = application_of(sample.hostAndAppId),
             .state = info.valid_data != 0 ? std::optional{to_state(sample)} : std::nullopt,
-            .alive = info.instance_state == DDS_ALIVE_INSTANCE_STATE};
+            .alive = info.instance_state == DDS_ALIVE_INSTANCE_STATE,
+            .writer = application_of(info.publication_handle)};
 }
 
 }  // namespace

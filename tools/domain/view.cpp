@@ -20,6 +20,7 @@ Result<News> DomainView::next(Milliseconds longest) {
         directory_.add(application, process);
     }
     for (const StateUpdate& update : arrivals->states) {
+        heard_.insert(update.writer);
         apply(update, news.changes);
     }
     for (const LoggerStatistics& statistics : arrivals->statistics) {
@@ -71,7 +72,7 @@ DomainView::Milliseconds DomainView::time_to_settle() {
     const std::set<Application> writers = administration_.state_writers();
     const bool all_heard =
         std::all_of(writers.begin(), writers.end(),
-                    [&](const Application& each) { return live_.states().contains(each); });
+                    [&](const Application& each) { return heard_.contains(each); });
     if (!all_heard) {
         return Milliseconds::max();
     }

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <set>
 #include <vector>
 
 #include "tools/domain/administration.hpp"
@@ -76,6 +77,7 @@ private:
 
     Administration& administration_;
     LiveLoggers live_;
+    std::set<Application> heard_;  ///< have sent a State
     std::map<Application, Traffic> traffic_;
     LoggerDirectory directory_;
     std::size_t state_writers_ = 0;

@@ -13,6 +13,7 @@ struct StateUpdate {
     Application application;
     std::optional<LoggerState> state;  ///< none: only the liveness has changed
     bool alive = true;
+    Application writer{};  ///< who has published it: the application itself, or one that replays it
 };
 
 }  // namespace orvane::tools
