@@ -105,6 +105,25 @@ TEST(Time, IsReadAsItIsWritten) {
     }
 }
 
+TEST(Moments, AreReadInTheFormsInWhichTimesArePrintedOrBehindTheBegin) {
+    for (const char* zone : {"UTC", "UTC-5:30"}) {
+        setenv("TZ", zone, 1);
+        tzset();
+        for (const bool utc : {false, true}) {
+            const auto read = parse_moment(display_time(noon + 500'000'000, utc));
+            ASSERT_TRUE(read) << zone << utc;
+            EXPECT_EQ(read->at(0), noon + 500'000'000) << zone << utc;
+        }
+    }
+    EXPECT_EQ(parse_moment("+2m").value().at(noon), noon + 120'000'000'000);
+    EXPECT_EQ(parse_moment("+2m").value().at(std::numeric_limits<std::int64_t>::max() - 1),
+              std::numeric_limits<std::int64_t>::max());
+    for (const char* text :
+         {"", "+", "+0", "5", "12:00:00", "2026-01-31 12:00:00X", "2026-02-30 12:00:00"}) {
+        EXPECT_FALSE(parse_moment(text)) << text;
+    }
+}
+
 TEST(Recording, GivesBackWhatWasWritten) {
     const std::vector<RecordedEvent> events = sample_events();
     for (const RecordingFormat format : both_formats) {

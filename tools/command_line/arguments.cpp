@@ -8,8 +8,15 @@
 #include <system_error>
 
 #include "tools/text/target_text.hpp"
+#include "tools/text/time_text.hpp"
 
 namespace orvane::tools {
+namespace {
+
+constexpr const char* moment_forms =
+    "2026-01-31 12:00:00.5, 2026-01-31T12:00:00Z, or +90, +10m, +2h behind the begin";
+
+}  // namespace
 
 LoggerTarget require_target(const std::string& text) {
     std::string error;
@@ -34,17 +41,38 @@ void add_timeout_option(CLI::App& command, double& seconds, const std::string& d
         ->capture_default_str();
 }
 
+std::optional<double> parse_real(const std::string& text) {
+    double number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc{} && stop == end ? std::optional{number} : std::nullopt;
+}
+
 CLI::Validator seconds_validator() {
     return {[](std::string& text) -> std::string {
-                double seconds = 0;
-                const char* end = text.data() + text.size();
-                const auto [stop, error] = std::from_chars(text.data(), end, seconds);
+                const auto seconds = parse_real(text);
                 // Written so that "nan" is refused too.
-                const bool valid = error == std::errc{} && stop == end && seconds >= 0;
-                return valid ? ""
-                             : fmt::format("'{}' is no time: seconds, 0 or more, expected", text);
+                return seconds && *seconds >= 0
+                           ? ""
+                           : fmt::format("'{}' is no time: seconds, 0 or more, expected", text);
             },
             ""};
+}
+
+void add_span_options(CLI::App& command, TimeSpan& span) {
+    const auto add = [&](const std::string& name, std::optional<Moment>& moment,
+                         const std::string& description) {
+        command
+            .add_option_function<std::string>(
+                name,
+                [&moment](const std::string& text) {
+                    moment = require(parse_moment(text), text, "time", moment_forms);
+                },
+                description)
+            ->type_name("TIME");
+    };
+    add("--from", span.from, "Not what is earlier: a time as printed, or +10m behind the begin");
+    add("--to", span.to, "Not what is later");
 }
 
 }  // namespace orvane::tools

@@ -35,6 +35,9 @@ CLI::App* add_check_config_subcommand(CLI::App& app, CheckConfigOptions& options
 /// Options of the subcommands that do not take all messages.
 void add_filter_options(CLI::App& command, LogQuery& query);
 
+/// Options of the subcommands that read recordings.
+void add_span_options(CLI::App& command, TimeSpan& span);
+
 /// Options of the subcommands that print messages, with those that filter them.
 void add_display_options(CLI::App& command, DisplayOptions& options);
 
@@ -52,6 +55,9 @@ Value require(std::optional<Value> value, const std::string& text, std::string_v
 }
 LoggerTarget require_target(const std::string& text);
 /// @}
+
+/// Reads a number, also "inf" and "nan". @return nothing for any other text
+std::optional<double> parse_real(const std::string& text);
 
 void add_domain_option(CLI::App& command, std::int32_t& domain_id);
 

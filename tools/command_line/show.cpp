@@ -17,6 +17,7 @@ CLI::App* add_show_subcommand(CLI::App& app, ShowOptions& options) {
         ->required();
     command->add_flag("--follow", options.follow,
                       "Go on at the ends of the files, until SIGINT or SIGTERM");
+    add_span_options(*command, options.span);
     add_display_options(*command, options.display);
     return command;
 }

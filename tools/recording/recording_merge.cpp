@@ -21,6 +21,28 @@ Status RecordingMerge::open(const std::string& path, bool grows) {
 }
 
 std::optional<RecordedEvent> RecordingMerge::next() {
+    while (auto event = earliest()) {
+        const std::int64_t time = time_of(*event);
+        begin_ = begin_.value_or(time);
+        const bool names_loggers = std::holds_alternative<LoggerEvent>(*event);
+        if (!span_.is_behind(time, *begin_) && (names_loggers || !span_.is_before(time, *begin_))) {
+            return event;
+        }
+    }
+    return std::nullopt;
+}
+
+double RecordingMerge::progress() const {
+    double read = 0;
+    double size = 0;
+    for (const Source& source : sources_) {
+        read += static_cast<double>(source.reader->position());
+        size += static_cast<double>(source.reader->size());
+    }
+    return size > read ? read / size : 1;
+}
+
+std::optional<RecordedEvent> RecordingMerge::earliest() {
     Source* earliest = nullptr;
     for (Source& source : sources_) {
         fill(source);

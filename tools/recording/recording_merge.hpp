@@ -2,6 +2,7 @@
 /// @brief Several recordings as one, in the order of time.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -11,16 +12,19 @@
 #include "tools/recording/recording_reader.hpp"
 #include "tools/records/recorded_event.hpp"
 #include "tools/records/result.hpp"
+#include "tools/records/time_span.hpp"
 
 namespace orvane::tools {
 
-/// The events of one file keep their order.
+/// The events of one file keep their order. Of those before the time that is asked for only the
+/// changes of loggers are given, so that who logs then is known.
 class RecordingMerge {
 public:
     /// Tells the user what could not be read, and where.
     using Report = std::function<void(const std::string& text)>;
 
-    explicit RecordingMerge(Report report) : report_(std::move(report)) {}
+    explicit RecordingMerge(Report report, const TimeSpan& span = {})
+        : report_(std::move(report)), span_(span) {}
 
     /// Adds a recording.
     /// @param grows it is still being written, so that its end is no end
@@ -28,6 +32,9 @@ public:
 
     /// @return nothing at the end of all files; those that grow may give more later
     std::optional<RecordedEvent> next();
+
+    /// How much of the files has been read, from 0 to 1.
+    double progress() const;
 
     /// Whether something could not be read.
     bool has_problems() const { return has_problems_; }
@@ -38,10 +45,13 @@ private:
         std::optional<RecordedEvent> first;  ///< of those that have not been given
     };
 
+    std::optional<RecordedEvent> earliest();
     void fill(Source& source);
     void tell(const std::string& problem);
 
     Report report_;
+    TimeSpan span_;
+    std::optional<std::int64_t> begin_;  ///< time of the first event
     std::vector<Source> sources_;
     bool has_problems_ = false;
 };

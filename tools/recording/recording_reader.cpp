@@ -2,8 +2,10 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -21,6 +23,14 @@ std::unique_ptr<RecordingReader> RecordingReader::open(const std::string& path, 
         return nullptr;
     }
     return std::unique_ptr<RecordingReader>{new RecordingReader{path, descriptor, grows}};
+}
+
+RecordingReader::RecordingReader(std::string path, int descriptor, bool grows)
+    : path_(std::move(path)), descriptor_(descriptor), grows_(grows) {
+    struct stat status {};
+    if (fstat(descriptor, &status) == 0) {
+        size_ = static_cast<std::uint64_t>(status.st_size);
+    }
 }
 
 RecordingReader::~RecordingReader() {
@@ -45,6 +55,7 @@ std::optional<ReadResult> RecordingReader::next() {
             return ReadingProblem{
                 fmt::format("{}: could not read: {}", path_, std::strerror(errno))};
         }
+        position_ += static_cast<std::uint64_t>(std::max<ssize_t>(size, 0));
         if (size == 0 && grows_) {
             break;
         }

@@ -36,15 +36,20 @@ public:
 
     const std::string& path() const { return path_; }
 
+    /// Bytes that have been read, and bytes that the file had when it was opened.
+    std::uint64_t position() const { return position_; }
+    std::uint64_t size() const { return size_; }
+
 private:
-    RecordingReader(std::string path, int descriptor, bool grows)
-        : path_(std::move(path)), descriptor_(descriptor), grows_(grows) {}
+    RecordingReader(std::string path, int descriptor, bool grows);
     bool feed(std::string_view bytes);
     ReadResult problem(const Damage& damage) const;
 
     std::string path_;
     int descriptor_;
     bool grows_;
+    std::uint64_t position_ = 0;
+    std::uint64_t size_ = 0;
     bool is_over_ = false;
     bool is_at_end_ = false;
     std::unique_ptr<EventDecoder> decoder_;  ///< null until the format is known

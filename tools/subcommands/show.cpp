@@ -114,8 +114,9 @@ Progress follow(Show& show, StopSignal& stop) {
 int show(const ShowOptions& options) {
     StopSignal stop;
     RecordingMerge recordings{[](const std::string& problem) {
-        fmt::print(stderr, "orvane: {}\n", displayable(problem));
-    }};
+                                  fmt::print(stderr, "orvane: {}\n", displayable(problem));
+                              },
+                              options.span};
     for (const std::string& file : options.files) {
         // Each that cannot be opened is told.
         static_cast<void>(recordings.open(file, options.follow));

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/records/time_span.hpp"
 #include "tools/subcommands/display.hpp"
 
 namespace orvane::tools {
@@ -12,6 +13,7 @@ namespace orvane::tools {
 struct ShowOptions {
     std::vector<std::string> files;
     DisplayOptions display;
+    TimeSpan span;
     bool follow = false;  ///< until SIGINT or SIGTERM
 };
 

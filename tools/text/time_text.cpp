@@ -10,6 +10,7 @@
 #include <limits>
 
 #include "tools/text/named_numbers.hpp"
+#include "tools/text/scaled_number.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -131,6 +132,38 @@ std::int64_t scan_offset(Scanner& scanner) {
     return behind ? -seconds : seconds;
 }
 
+/// Date and time of day, without a zone. @return nothing for a date that is not in the calendar
+std::optional<Time> scan_calendar_time(Scanner& scanner) {
+    const auto year = static_cast<int>(scanner.number(4, 0, 9999));
+    scanner.demand("-");
+    const auto month = static_cast<unsigned>(scanner.number(2, 1, 12));
+    scanner.demand("-");
+    const auto day = static_cast<unsigned>(scanner.number(2, 1, 31));
+    scanner.demand("T ");
+    const std::int64_t hour = scanner.number(2, 0, 23);
+    scanner.demand(":");
+    const std::int64_t minute = scanner.number(2, 0, 59);
+    scanner.demand(":");
+    const std::int64_t second = scanner.number(2, 0, 59);
+    const std::int64_t nanoseconds = scanner.take(".") ? scanner.fraction() : 0;
+    const std::chrono::year_month_day date{std::chrono::year{year}, std::chrono::month{month},
+                                           std::chrono::day{day}};
+    if (!date.ok()) {
+        return std::nullopt;
+    }
+    const std::int64_t days = std::chrono::sys_days{date}.time_since_epoch().count();
+    return Time{((days * 24 + hour) * 60 + minute) * 60 + second, nanoseconds};
+}
+
+/// @param local seconds that a calendar of local time shows, since it showed 1970
+std::int64_t universal_seconds(std::int64_t local) {
+    const std::time_t shown = local;
+    std::tm calendar{};
+    gmtime_r(&shown, &calendar);
+    calendar.tm_isdst = -1;
+    return std::mktime(&calendar);
+}
+
 }  // namespace
 
 std::string display_time(std::int64_t nanoseconds, bool utc) {
@@ -159,26 +192,26 @@ std::string seconds_text(std::int64_t nanoseconds) {
 
 std::optional<std::int64_t> parse_time(std::string_view text) {
     Scanner scanner{text};
-    const auto year = static_cast<int>(scanner.number(4, 0, 9999));
-    scanner.demand("-");
-    const auto month = static_cast<unsigned>(scanner.number(2, 1, 12));
-    scanner.demand("-");
-    const auto day = static_cast<unsigned>(scanner.number(2, 1, 31));
-    scanner.demand("T ");
-    const std::int64_t hour = scanner.number(2, 0, 23);
-    scanner.demand(":");
-    const std::int64_t minute = scanner.number(2, 0, 59);
-    scanner.demand(":");
-    const std::int64_t second = scanner.number(2, 0, 59);
-    const std::int64_t nanoseconds = scanner.take(".") ? scanner.fraction() : 0;
+    const std::optional<Time> time = scan_calendar_time(scanner);
     const std::int64_t offset = scan_offset(scanner);
-    const std::chrono::year_month_day date{std::chrono::year{year}, std::chrono::month{month},
-                                           std::chrono::day{day}};
-    if (!scanner.is_complete() || !date.ok()) {
-        return std::nullopt;
+    return time && scanner.is_complete() ? join({time->seconds - offset, time->nanoseconds})
+                                         : std::nullopt;
+}
+
+std::optional<Moment> parse_moment(std::string_view text) {
+    if (text.starts_with('+')) {
+        const auto seconds = parse_duration(text.substr(1));
+        return seconds ? std::optional{Moment{
+                             static_cast<std::int64_t>(*seconds) * nanoseconds_per_second, true}}
+                       : std::nullopt;
     }
-    const std::int64_t days = std::chrono::sys_days{date}.time_since_epoch().count();
-    return join({((days * 24 + hour) * 60 + minute) * 60 + second - offset, nanoseconds});
+    auto time = parse_time(text);
+    Scanner scanner{text};
+    const std::optional<Time> local = scan_calendar_time(scanner);
+    if (!time && local && scanner.is_complete()) {
+        time = join({universal_seconds(local->seconds), local->nanoseconds});
+    }
+    return time ? std::optional{Moment{*time, false}} : std::nullopt;
 }
 
 std::int64_t wall_clock() {

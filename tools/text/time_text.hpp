@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "tools/records/time_span.hpp"
+
 namespace orvane::tools {
 
 /// "2026-01-31 12:00:00.123456", with a "Z" behind universal time.
@@ -33,6 +35,10 @@ std::string seconds_text(std::int64_t nanoseconds);
 /// Reads RFC 3339 with a fraction of at most nine digits: "2026-01-31T12:00:00Z",
 /// "2026-01-31 14:00:00.5+02:00". @return nothing for any other text
 std::optional<std::int64_t> parse_time(std::string_view text);
+
+/// Reads a point in time as a user writes it: RFC 3339, with local time where the zone is missing,
+/// or "+90", "+10m", "+2h" behind the begin of a recording. @return nothing for any other text
+std::optional<Moment> parse_moment(std::string_view text);
 
 /// The present.
 std::int64_t wall_clock();
