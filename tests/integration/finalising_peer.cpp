@@ -90,7 +90,7 @@ private:
 std::jthread start_triggering(int domain_id) {
     return std::jthread{[domain_id](const std::stop_token& token) {
         const tools::Participant participant = make_participant(domain_id);
-        DDS_DataWriter* writer = tools::create_writer(participant.get(), trigger_topic);
+        DDS_DataWriter* writer = tools::create_writer(participant.get(), trigger_topic, {});
         char go[] = "go";
         const QEL_KX_LogMessage sample{{1, 2}, QEL_KX_LEVEL_INFO, go, go};
         while (!token.stop_requested()) {

@@ -21,10 +21,6 @@ CommandResponse to_response(const QEL_KX_ADMIN_CommandResponse& sample) {
             .message = sample.message};
 }
 
-QEL_KX_HostAndAppId to_identity(const Application& application) {
-    return {static_cast<DDS_Long>(application.host_id), static_cast<DDS_Long>(application.app_id)};
-}
-
 /// Fills the union of a request with a command.
 struct FillCommand {
     QEL_KX_ADMIN_Command& sample;
@@ -167,7 +163,7 @@ private:
         if (responses_ == nullptr || wait_set_.attach_data_of(responses_) == Status::failed) {
             return "no reader of answers";
         }
-        requests_ = create_writer<QEL_KX_ADMIN_CommandRequest>(participant_.get());
+        requests_ = create_writer<QEL_KX_ADMIN_CommandRequest>(participant_.get(), {});
         const bool succeeded =
             requests_ != nullptr &&
             wait_set_.attach_statuses_of(DDS_DataWriter_as_entity(requests_),

@@ -63,6 +63,10 @@ Application application_of(const DDS_InstanceHandle_t& endpoint) {
     return {known.guid[0], known.guid[1]};
 }
 
+QEL_KX_HostAndAppId to_identity(const Application& application) {
+    return {static_cast<DDS_Long>(application.host_id), static_cast<DDS_Long>(application.app_id)};
+}
+
 std::int64_t nanoseconds_of(const DDS_Time_t& time) {
     return time.sec * std::int64_t{1'000'000'000} + time.nanosec;
 }
@@ -92,7 +96,8 @@ DDS_DataReader* create_reader(DDS_DomainParticipant* participant, const TopicNam
     return reader;
 }
 
-DDS_DataWriter* create_writer(DDS_DomainParticipant* participant, const TopicNames& names) {
+DDS_DataWriter* create_writer(DDS_DomainParticipant* participant, const TopicNames& names,
+                              const WriterPolicies& policies) {
     DDS_Topic* topic = create_topic(participant, names);
     DDS_Publisher* publisher = DDS_DomainParticipant_create_publisher(
         participant, DDS_QOS_DEFAULT, nullptr, DDS_STATUS_MASK_NONE);
@@ -102,7 +107,12 @@ DDS_DataWriter* create_writer(DDS_DomainParticipant* participant, const TopicNam
     DDS_DataWriterQos qos;
     DDS_DataWriterQos_initialize(&qos);
     qos.reliability.kind = DDS_RELIABLE_RELIABILITY_QOS;
-    qos.history.kind = DDS_KEEP_ALL_HISTORY_QOS;
+    qos.history.kind = policies.history;
+    if (policies.kept_for_late_readers) {
+        qos.durability.kind = DDS_TRANSIENT_LOCAL_DURABILITY_QOS;
+        qos.durability_service.history_depth = *policies.kept_for_late_readers;
+    }
+    qos.batch.enable = policies.batches ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
     DDS_DataWriter* writer =
         DDS_Publisher_create_datawriter(publisher, topic, &qos, nullptr, DDS_STATUS_MASK_NONE);
     DDS_DataWriterQos_finalize(&qos);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "tools/domain/deleter.hpp"
 #include "tools/domain/typed_topic.hpp"
@@ -25,6 +26,7 @@ Application identity_of(DDS_DomainParticipant* participant);
 Application application_of(const QEL_KX_HostAndAppId& identity);
 /// The application that an endpoint belongs to, from the endpoint's handle.
 Application application_of(const DDS_InstanceHandle_t& endpoint);
+QEL_KX_HostAndAppId to_identity(const Application& application);
 /// Since 1970-01-01 UTC.
 std::int64_t nanoseconds_of(const DDS_Time_t& time);
 /// The endpoint of a handle.
@@ -37,7 +39,15 @@ struct TopicNames {
 DDS_DataReader* create_reader(DDS_DomainParticipant* participant, const TopicNames& names,
                               DDS_DurabilityQosPolicyKind durability,
                               DDS_HistoryQosPolicyKind history);
-DDS_DataWriter* create_writer(DDS_DomainParticipant* participant, const TopicNames& names);
+/// How a writer keeps samples until the readers have them, and sends them.
+struct WriterPolicies {
+    DDS_HistoryQosPolicyKind history = DDS_KEEP_ALL_HISTORY_QOS;
+    /// Samples of an instance that are kept for readers that come later; nothing for none.
+    std::optional<DDS_Long> kept_for_late_readers{};
+    bool batches = false;
+};
+DDS_DataWriter* create_writer(DDS_DomainParticipant* participant, const TopicNames& names,
+                              const WriterPolicies& policies);
 
 /// A reliable reader of the type's topic. @return NULL when it could not be made
 template <typename Sample>
@@ -50,13 +60,13 @@ DDS_DataReader* create_reader(DDS_DomainParticipant* participant,
                : nullptr;
 }
 
-/// A reliable writer of the type's topic that keeps everything until the readers have it.
-/// @return NULL when it could not be made
+/// A reliable writer of the type's topic that keeps everything until the readers have it, unless
+/// the policies say else. @return NULL when it could not be made
 template <typename Sample>
-DDS_DataWriter* create_writer(DDS_DomainParticipant* participant) {
+DDS_DataWriter* create_writer(DDS_DomainParticipant* participant, const WriterPolicies& policies) {
     using Topic = TypedTopic<Sample>;
     return Topic::register_type(participant, Topic::type_name) == DDS_RETCODE_OK
-               ? create_writer(participant, {Topic::name, Topic::type_name})
+               ? create_writer(participant, {Topic::name, Topic::type_name}, policies)
                : nullptr;
 }
 

@@ -1,0 +1,66 @@
+/// @file log_publication.hpp
+/// @brief Publishes what other applications have logged, with their ids and times.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <set>
+
+#include "tools/domain/entities.hpp"
+#include "tools/records/application.hpp"
+#include "tools/records/log_record.hpp"
+#include "tools/records/logger_state.hpp"
+#include "tools/records/result.hpp"
+
+namespace orvane::tools {
+
+/// Writers of log messages and of States. To viewers the applications look as if they ran. Used by
+/// one thread.
+///
+/// No viewer is left behind: while one has much to receive yet, nothing more is published.
+class LogPublication {
+public:
+    enum class [[nodiscard]] Written{
+        yes,
+        not_yet,  ///< viewers were waited for, for a tenth of a second
+        never,    ///< a text is longer than it may be, or the time is not in 1970 to 2038
+        failed,   ///< the middleware has said why
+    };
+
+    /// @return NULL when the domain cannot be joined; the middleware has said why
+    static std::unique_ptr<LogPublication> open(std::int32_t domain_id);
+
+    Written write(const LogRecord& record);
+
+    /// Publishes the State of a logger that lives.
+    Written write(const LoggerState& state);
+    /// Ends a logger. Nothing happens when it has no State.
+    Status end(const Application& application);
+    /// Ends all.
+    Status end_all();
+
+    /// Sends what has been collected to share packets. To be called before a pause.
+    void flush();
+
+    /// Sends everything, and waits until the viewers have it. @return whether they have
+    bool wait_for_viewers(std::chrono::milliseconds longest);
+
+    /// Whether somebody reads the messages.
+    bool has_viewer() const;
+
+    /// Who publishes, as other participants see it.
+    const Application& identity() const { return identity_; }
+
+private:
+    explicit LogPublication(Participant participant) : participant_(std::move(participant)) {}
+    Status start();
+
+    Participant participant_;
+    Application identity_;
+    DDS_DataWriter* messages_ = nullptr;
+    DDS_DataWriter* states_ = nullptr;
+    std::set<Application> alive_;  ///< have a State
+};
+
+}  // namespace orvane::tools
