@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -13,14 +12,10 @@
 #include "tools/recording/recorder.hpp"
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/follow_domain.hpp"
-#include "tools/text/display_text.hpp"
+#include "tools/subcommands/progress_line.hpp"
 
 namespace orvane::tools {
 namespace {
-
-void print_line(const std::string& text) {
-    fmt::print(stderr, "orvane: {}\n", displayable(text));
-}
 
 class Recording final : public DomainFollower {
 public:
@@ -30,19 +25,23 @@ public:
     std::optional<int> begin() override {
         const std::string& path = options_.recording.path;
         int error = 0;
-        recorder_ = Recorder::start(options_.recording, print_line, error);
+        recorder_ = Recorder::start(
+            options_.recording, [this](const std::string& text) { line_.print(text); }, error);
         if (!recorder_) {
-            print_line(fmt::format("{}: could not create: {}{}", path, std::strerror(error),
-                                   error == EEXIST ? ", expected a name that is free" : ""));
+            line_.print(fmt::format("{}: could not create: {}{}", path, std::strerror(error),
+                                    error == EEXIST ? ", expected a name that is free" : ""));
             return exit_failure;
         }
-        print_line(fmt::format("recording domain {} in {}", options_.domain_id, path));
+        line_.print(fmt::format("recording domain {} in {}", options_.domain_id, path));
         return std::nullopt;
     }
 
     std::optional<int> take(const std::vector<Event>& events) override {
         for (const Event& event : events) {
             std::visit([&](const auto& each) { keep(each); }, event);
+        }
+        if (line_.is_due()) {
+            line_.show(messages_text() + lost_text());
         }
         return std::nullopt;
     }
@@ -51,11 +50,7 @@ public:
 
     int finish(int status, double seconds, std::uint64_t earlier) override {
         const std::uint64_t missing = recorder_->stop();
-        std::string text =
-            fmt::format("{} message{} in {:.1f} s", messages_, messages_ == 1 ? "" : "s", seconds);
-        if (lost_ > 0) {
-            text += fmt::format(", {} lost", lost_);
-        }
+        std::string text = fmt::format("{} in {:.1f} s{}", messages_text(), seconds, lost_text());
         if (earlier > 0) {
             text += fmt::format(", {} before this recording", earlier);
         }
@@ -63,7 +58,7 @@ public:
             text += fmt::format(", {} event{} not in the recording", missing,
                                 missing == 1 ? " is" : "s are");
         }
-        print_line(text);
+        line_.print(text);
         return missing > 0 ? exit_failure : status;
     }
 
@@ -86,7 +81,13 @@ private:
         }
     }
 
+    std::string messages_text() const {
+        return fmt::format("{} message{}", messages_, messages_ == 1 ? "" : "s");
+    }
+    std::string lost_text() const { return lost_ > 0 ? fmt::format(", {} lost", lost_) : ""; }
+
     const RecordOptions& options_;
+    ProgressLine line_;
     std::unique_ptr<Recorder> recorder_;
     std::uint64_t messages_ = 0;
     std::uint64_t lost_ = 0;

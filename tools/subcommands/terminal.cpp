@@ -1,17 +1,16 @@
 #include "tools/subcommands/terminal.hpp"
 
 #include <sys/ioctl.h>
-#include <unistd.h>
 
 namespace orvane::tools {
 
-bool is_terminal() {
-    return isatty(STDOUT_FILENO) != 0;
+bool is_terminal(int descriptor) {
+    return isatty(descriptor) != 0;
 }
 
-std::size_t terminal_width() {
+std::size_t terminal_width(int descriptor) {
     winsize size{};
-    const bool told = is_terminal() && ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0;
+    const bool told = is_terminal(descriptor) && ioctl(descriptor, TIOCGWINSZ, &size) == 0;
     return told ? size.ws_col : 0;
 }
 
