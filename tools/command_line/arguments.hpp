@@ -14,6 +14,7 @@
 #include "tools/subcommands/check_config.hpp"
 #include "tools/subcommands/list.hpp"
 #include "tools/subcommands/record.hpp"
+#include "tools/subcommands/replay.hpp"
 #include "tools/subcommands/set.hpp"
 #include "tools/subcommands/show.hpp"
 #include "tools/subcommands/tail.hpp"
@@ -24,6 +25,7 @@ namespace orvane::tools {
 /// @{
 CLI::App* add_tail_subcommand(CLI::App& app, TailOptions& options);
 CLI::App* add_record_subcommand(CLI::App& app, RecordOptions& options);
+CLI::App* add_replay_subcommand(CLI::App& app, ReplayOptions& options);
 CLI::App* add_show_subcommand(CLI::App& app, ShowOptions& options);
 CLI::App* add_list_subcommand(CLI::App& app, ListOptions& options);
 CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options);

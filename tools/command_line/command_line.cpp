@@ -12,6 +12,7 @@ CommandLine::CommandLine()
           "Looks at what applications log over DDS, and changes what they log.", "orvane")),
       tail_command_(add_tail_subcommand(*app_, tail_options_)),
       record_command_(add_record_subcommand(*app_, record_options_)),
+      replay_command_(add_replay_subcommand(*app_, replay_options_)),
       show_command_(add_show_subcommand(*app_, show_options_)),
       list_command_(add_list_subcommand(*app_, list_options_)) {
     add_set_level_subcommand(*app_, set_options_);
@@ -39,6 +40,9 @@ int CommandLine::run(int argc, const char* const* argv) {
     }
     if (record_command_->parsed()) {
         return record(record_options_);
+    }
+    if (replay_command_->parsed()) {
+        return replay(replay_options_);
     }
     if (show_command_->parsed()) {
         return show(show_options_);

@@ -7,6 +7,7 @@
 #include "tools/subcommands/check_config.hpp"
 #include "tools/subcommands/list.hpp"
 #include "tools/subcommands/record.hpp"
+#include "tools/subcommands/replay.hpp"
 #include "tools/subcommands/set.hpp"
 #include "tools/subcommands/show.hpp"
 #include "tools/subcommands/tail.hpp"
@@ -36,6 +37,7 @@ private:
     std::unique_ptr<CLI::App> app_;
     TailOptions tail_options_;
     RecordOptions record_options_;
+    ReplayOptions replay_options_;
     ShowOptions show_options_;
     ListOptions list_options_;
     /// The three subcommands share a record, because a command line has only one of them.
@@ -43,6 +45,7 @@ private:
     CheckConfigOptions check_options_;
     const CLI::App* tail_command_;
     const CLI::App* record_command_;
+    const CLI::App* replay_command_;
     const CLI::App* show_command_;
     const CLI::App* list_command_;
     const CLI::App* check_command_;

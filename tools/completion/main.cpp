@@ -40,6 +40,7 @@ std::string words_of(const std::string& argument) {
         {"FORM", time_format_names()},
         {"FILE", files},
         {"json|mcap", "json, mcap"},
+        {"FACTOR", "max"},
         // Nobody can tell what these are.
         {"GLOB", ""},
         {"N", ""},
