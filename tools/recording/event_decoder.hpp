@@ -40,6 +40,9 @@ public:
     /// Says that no bytes will follow.
     void finish() { is_finished_ = true; }
 
+    /// Bytes that it has been given and has not used.
+    std::size_t unused() const { return rest().size(); }
+
     /// @return nothing when it needs more bytes, or has had the last ones
     virtual std::optional<DecodedEvent> next() = 0;
 

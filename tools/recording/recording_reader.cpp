@@ -55,7 +55,7 @@ std::optional<ReadResult> RecordingReader::next() {
             return ReadingProblem{
                 fmt::format("{}: could not read: {}", path_, std::strerror(errno))};
         }
-        position_ += static_cast<std::uint64_t>(std::max<ssize_t>(size, 0));
+        read_ += static_cast<std::uint64_t>(std::max<ssize_t>(size, 0));
         if (size == 0 && grows_) {
             break;
         }
@@ -71,6 +71,10 @@ std::optional<ReadResult> RecordingReader::next() {
         }
     }
     return std::nullopt;
+}
+
+std::uint64_t RecordingReader::position() const {
+    return decoder_ ? read_ - decoder_->unused() : read_;
 }
 
 bool RecordingReader::feed(std::string_view bytes) {

@@ -36,8 +36,9 @@ public:
 
     const std::string& path() const { return path_; }
 
-    /// Bytes that have been read, and bytes that the file had when it was opened.
-    std::uint64_t position() const { return position_; }
+    /// Bytes whose events have been given, or will be without reading on.
+    std::uint64_t position() const;
+    /// Bytes that the file had when it was opened.
     std::uint64_t size() const { return size_; }
 
 private:
@@ -48,7 +49,7 @@ private:
     std::string path_;
     int descriptor_;
     bool grows_;
-    std::uint64_t position_ = 0;
+    std::uint64_t read_ = 0;  ///< bytes
     std::uint64_t size_ = 0;
     bool is_over_ = false;
     bool is_at_end_ = false;

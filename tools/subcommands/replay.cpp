@@ -249,8 +249,12 @@ private:
 
     std::string progress(std::int64_t time, std::chrono::milliseconds left,
                          const RecordingMerge& recordings) const {
-        std::string text = fmt::format("{}  {} messages  {:.0f} %", display_time(time, false),
-                                       messages_, 100 * recordings.progress());
+        std::string text = fmt::format("{}  {} messages", display_time(time, false), messages_);
+        const double done = recordings.progress();
+        // A small file is read at once.
+        if (done < 1) {
+            text += fmt::format("  {:.0f} %", 100 * done);
+        }
         if (left >= std::chrono::seconds{2}) {
             text += fmt::format("  next in {} s", left.count() / 1000);
         }
