@@ -43,7 +43,7 @@ inline constexpr std::array<McapChannel, std::variant_size_v<RecordedEvent>> mca
     {"orvane/logger", "orvane.Logger",
      R"({"title":"orvane.Logger","type":"object","properties":{)"
      R"("type":{"const":"logger"},"time":{"type":"string","format":"date-time"},)"
-     R"("event":{"enum":["appeared","changed","gone"]},)"
+     R"("event":{"enum":["appeared","present","changed","gone"]},)"
      R"("app":{"type":"string"},"host_id":{"type":"integer"},"app_id":{"type":"integer"},)"
      R"("kind":{"type":"string"},"number":{"type":"integer"},"host":{"type":"string"},)"
      R"("process":{"type":"string"},"pid":{"type":"integer"},"state":{"type":"string"},)"

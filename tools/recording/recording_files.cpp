@@ -30,6 +30,11 @@ int RecordingFiles::open(Time now) {
 }
 
 void RecordingFiles::add(const RecordedEvent& event, Time now) {
+    // If that fails, the present file takes more than it should.
+    if (encoder_->size() == 0 && is_time_for_next_file(now) && begin_next_file(now) == 0) {
+        add_present_loggers(time_of(event));
+    }
+    note_logger(event);
     encoder_->add(event);
     waiting_ += std::holds_alternative<RecordingGap>(event) ? 0 : 1;
     if (!due_) {
@@ -39,6 +44,26 @@ void RecordingFiles::add(const RecordedEvent& event, Time now) {
         std::min<std::uint64_t>(largest_block, options_.rotate_size.value_or(largest_block));
     if (encoder_->size() >= enough) {
         write_block(now);
+    }
+}
+
+void RecordingFiles::note_logger(const RecordedEvent& event) {
+    const auto* change = std::get_if<LoggerEvent>(&event);
+    if (change == nullptr) {
+        return;
+    }
+    if (change->change.kind == LoggerChange::Kind::gone) {
+        loggers_.erase(change->logger.application);
+    } else {
+        loggers_.insert_or_assign(change->logger.application, *change);
+    }
+}
+
+void RecordingFiles::add_present_loggers(std::int64_t nanoseconds) {
+    for (const auto& [application, last] : loggers_) {
+        const LoggerState& now = last.change.now;
+        encoder_->add(
+            LoggerEvent{nanoseconds, {LoggerChange::Kind::present, now, now}, last.logger});
     }
 }
 
@@ -64,10 +89,6 @@ void RecordingFiles::close(Time now) {
 }
 
 void RecordingFiles::write_block(Time now) {
-    if (is_time_for_next_file(now)) {
-        // If that fails, the present file takes more than it should.
-        static_cast<void>(begin_next_file(now));
-    }
     error_ = file_->is_torn() ? begin_next_file(now) : 0;
     const std::string_view block = encoder_->block();
     if (error_ == 0) {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,6 +32,8 @@ struct RecordingOptions {
 /// "log.2.mcap" for "log.mcap" and 2.
 std::string numbered_path(const std::string& path, std::uint64_t number);
 
+/// Each file tells which loggers there are, so that it can be read without the others.
+///
 /// Not for several threads at once. Times are those of the caller's steady clock.
 class RecordingFiles {
 public:
@@ -69,6 +72,8 @@ public:
     std::uint64_t unwritten() const { return waiting_; }
 
 private:
+    void note_logger(const RecordedEvent& event);
+    void add_present_loggers(std::int64_t nanoseconds);
     void write_block(Time now);
     int begin_file(const std::string& path, Time now);
     int begin_next_file(Time now);
@@ -79,6 +84,7 @@ private:
     CreateFile create_;
     std::unique_ptr<EventEncoder> encoder_;
     std::unique_ptr<OutputFile> file_;
+    std::map<Application, LoggerEvent> loggers_;  ///< that are alive, with their last State
     std::deque<std::string> kept_;
     std::uint64_t number_ = 0;  ///< of the last numbered path
     std::uint64_t size_ = 0;    ///< of the present file

@@ -7,7 +7,12 @@
 namespace orvane::tools {
 
 struct LoggerChange {
-    enum class Kind { appeared, changed, gone };
+    enum class Kind {
+        appeared,
+        present,  ///< it had appeared before, and another file of a recording begins
+        changed,
+        gone,
+    };
     Kind kind = Kind::appeared;
     LoggerState before;  ///< the same as @ref now, but for @ref Kind::changed
     LoggerState now;     ///< the last one known

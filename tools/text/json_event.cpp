@@ -152,7 +152,7 @@ LoggerState read_state(Members& members, const Application& application) {
 
 std::optional<LoggerChange::Kind> parse_event_name(std::string_view text) {
     using Kind = LoggerChange::Kind;
-    for (const Kind kind : {Kind::appeared, Kind::changed, Kind::gone}) {
+    for (const Kind kind : {Kind::appeared, Kind::present, Kind::changed, Kind::gone}) {
         if (text == event_name(kind)) {
             return kind;
         }
@@ -164,7 +164,8 @@ LoggerEvent read_logger_event(Members& members) {
     LoggerEvent event;
     event.nanoseconds = read_time(members);
     event.logger = read_logger(members);
-    event.change.kind = members.parsed("event", parse_event_name, "appeared, changed or gone");
+    event.change.kind =
+        members.parsed("event", parse_event_name, "appeared, present, changed or gone");
     event.change.now = read_state(members, event.logger.application);
     event.change.before = event.change.now;
     if (event.change.kind == LoggerChange::Kind::changed && members.has("before")) {

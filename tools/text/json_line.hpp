@@ -26,7 +26,7 @@ std::string json_line(const MessageEvent& event);
 /// "no_memory", "discarded", "on_the_way".
 std::string json_line(const LossEvent& event);
 
-/// Members: "type" ("logger"), "time", "event" ("appeared", "changed" or "gone"), the logger's,
+/// Members: "type" ("logger"), "time", "event" (@ref event_name), the logger's,
 /// those of its State, and for a change "before": an object with the State before it.
 std::string json_line(const LoggerEvent& event);
 

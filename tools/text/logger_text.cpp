@@ -153,7 +153,8 @@ void append_row(std::string& table, const Row& row, const Widths& widths,
 std::string event_details(const LoggerEvent& event) {
     const LoggerChange& change = event.change;
     switch (change.kind) {
-        case LoggerChange::Kind::appeared: {
+        case LoggerChange::Kind::appeared:
+        case LoggerChange::Kind::present: {
             const std::string process = process_text(event.logger);
             return fmt::format("{}, filter level {}{}{}", state_name(change.now.state),
                                filter_level_text(change.now.filter_level),
@@ -192,6 +193,8 @@ std::string_view event_name(LoggerChange::Kind kind) {
     switch (kind) {
         case LoggerChange::Kind::appeared:
             return "appeared";
+        case LoggerChange::Kind::present:
+            return "present";
         case LoggerChange::Kind::changed:
             return "changed";
         case LoggerChange::Kind::gone:

@@ -27,7 +27,7 @@ struct TableStyle {
 /// long names are cut and the last columns are left out; a line below says so.
 std::string logger_table(const std::vector<LoggerEntry>& loggers, const TableStyle& style);
 
-/// "appeared", "changed" or "gone".
+/// "appeared", "present", "changed" or "gone".
 std::string_view event_name(LoggerChange::Kind kind);
 
 /// "2026-01-31 12:00:00.123456 changed  0a141e28:0000c350 pump  filter level INFO -> DEBUG".
