@@ -20,8 +20,8 @@ void note_earlier(std::optional<Time>& earliest, const std::optional<Time>& othe
 }  // namespace
 
 void LogStream::receive(LogRecord record, const Origin& origin, Clock::time_point now) {
-    if (origin.number) {
-        accounts_[origin.writer].receive(*origin.number, now);
+    if (origin.number && !accounts_[origin.writer].receive(*origin.number, now)) {
+        return;
     }
     messages_.push_back({std::move(record), now + patience_for_names});
 }

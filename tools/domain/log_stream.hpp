@@ -37,6 +37,7 @@ public:
 
     explicit LogStream(const LoggerDirectory& directory) : directory_(directory) {}
 
+    /// Notes a message. One that comes again is not told again.
     void receive(LogRecord record, const Origin& origin, Clock::time_point now);
     /// Notes a sample without a message: an instance has ended.
     void receive_end(const Origin& origin, Clock::time_point now);

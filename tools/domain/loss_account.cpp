@@ -1,6 +1,7 @@
 #include "tools/domain/loss_account.hpp"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <utility>
 
@@ -28,9 +29,9 @@ void LossAccount::expect_up_to(std::uint64_t number, Clock::time_point now) {
     }
 }
 
-bool LossAccount::fill(std::uint64_t number, Clock::time_point now) {
-    const auto behind = gaps_.upper_bound(number);
-    if (behind == gaps_.begin()) {
+bool LossAccount::fill(Gaps& gaps, std::uint64_t number, Clock::time_point now) const {
+    const auto behind = gaps.upper_bound(number);
+    if (behind == gaps.begin()) {
         return false;
     }
     const auto around = std::prev(behind);
@@ -39,33 +40,46 @@ bool LossAccount::fill(std::uint64_t number, Clock::time_point now) {
     if (number > gap.last) {
         return false;
     }
-    gaps_.erase(around);
+    gaps.erase(around);
     if (first < number) {
-        gaps_.emplace_hint(behind, first, Gap{number - 1, gap.noticed});
+        gaps.emplace_hint(behind, first, Gap{number - 1, gap.noticed});
     }
     if (number < gap.last) {
         // Messages come in their order, so those behind this one are still on their way.
         const bool is_open = gap.last == highest_;
-        gaps_.emplace_hint(behind, number + 1, Gap{gap.last, is_open ? now : gap.noticed});
+        gaps.emplace_hint(behind, number + 1, Gap{gap.last, is_open ? now : gap.noticed});
     }
     return true;
 }
 
-void LossAccount::receive(std::uint64_t number, Clock::time_point now) {
+bool LossAccount::receive(std::uint64_t number, Clock::time_point now) {
     first_sample_ = first_sample_.value_or(now);
     if (number > highest_) {
         expect_up_to(number - 1, now);
         highest_ = number;
-    } else if (!fill(number, now)) {
-        take_back(number);
+        return true;
     }
+    return fill(gaps_, number, now) || take_back(number, now);
 }
 
-void LossAccount::take_back(std::uint64_t number) {
+bool LossAccount::take_back(std::uint64_t number, Clock::time_point now) {
+    if (!fill(given_up_, number, now)) {
+        return false;
+    }
     if (sent_from_ && number <= *sent_from_) {
         --earlier_;
     } else {
         ++come_late_;
+    }
+    return true;
+}
+
+void LossAccount::give_up(std::uint64_t first, const Gap& gap) {
+    // The oldest are the least likely to come.
+    constexpr std::size_t most = 64;
+    given_up_.emplace(first, gap);
+    while (given_up_.size() > most) {
+        given_up_.erase(given_up_.begin());
     }
 }
 
@@ -105,6 +119,7 @@ LostMessages LossAccount::take_losses(Clock::time_point now) {
         const std::uint64_t last_earlier = std::clamp(*sent_from_, first - 1, gap.last);
         earlier_ += last_earlier + 1 - first;
         lost.on_the_way += gap.last - last_earlier;
+        give_up(first, gap);
     }
     deduct(come_late_, lost.on_the_way);
     // A logger with statistics writes nothing but messages. The end of its writer ends instances,

@@ -28,7 +28,8 @@ struct LostMessages {
 /// writer began to send to this viewer: of those it has not kept all. The statistics of the logger
 /// say what the last number was by then. They also show a loss of the last messages, and say how
 /// many messages were never published. A message that comes after all makes up for the next one
-/// that is lost.
+/// that is lost. A writer that was unreachable and comes back sends its history again; what has
+/// been received before does not count.
 ///
 /// Without statistics, everything that is missing @ref time_of_history after the first sample may
 /// have been published before.
@@ -42,7 +43,8 @@ public:
     static constexpr std::chrono::milliseconds stall{500};
 
     /// Notes a message. A sample without a message has a number, too.
-    void receive(std::uint64_t number, Clock::time_point now);
+    /// @return whether it is the first one with this number
+    bool receive(std::uint64_t number, Clock::time_point now);
     /// Notes a sample without a message of which the number is not known.
     void receive_unnumbered() { ++unnumbered_; }
     void receive(const LoggerStatistics& statistics, Clock::time_point now);
@@ -65,13 +67,15 @@ private:
     using Gaps = std::map<std::uint64_t, Gap>;
 
     void expect_up_to(std::uint64_t number, Clock::time_point now);
-    /// @return whether the number was missing
-    bool fill(std::uint64_t number, Clock::time_point now);
-    /// Notes a message that was given up.
-    void take_back(std::uint64_t number);
+    /// Takes a number out of the gaps. @return whether it was in one
+    bool fill(Gaps& gaps, std::uint64_t number, Clock::time_point now) const;
+    /// Notes a message that may have been given up. @return whether it was
+    bool take_back(std::uint64_t number, Clock::time_point now);
+    void give_up(std::uint64_t first, const Gap& gap);
     void wait_anew_after_stall(Clock::time_point now);
 
     Gaps gaps_;
+    Gaps given_up_;              ///< the last ones
     std::uint64_t highest_ = 0;  ///< number that has been received or is missing
     std::uint64_t unnumbered_ = 0;
     std::uint64_t come_late_ = 0;
