@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <set>
 #include <string>
 
 namespace orvane::tools {
@@ -49,9 +50,22 @@ protected:
     }
     std::string take_at(std::chrono::milliseconds when, bool is_last = false) {
         now_ = Clock::time_point{when};
+        return take(is_last);
+    }
+    std::string take(bool is_last = false) {
         std::vector<Event> events;
         stream_.take(now_, 0, is_last, events);
         return text_of(events);
+    }
+    /// Until nothing more is told of writers that say nothing.
+    std::string settle(const std::set<Endpoint>& matched) {
+        stream_.set_matched(matched);
+        std::string told = take();
+        while (const auto next = stream_.next_deadline()) {
+            now_ = *next;
+            told += take();
+        }
+        return told;
     }
 
     LoggerDirectory directory_;
@@ -94,6 +108,30 @@ TEST_F(Stream, TellsLossesOfEachWriter) {
     EXPECT_EQ(take_at(1ms), "pump lost 7");
     EXPECT_EQ(take_at(LossAccount::patience), "pump lost 3");
     EXPECT_EQ(stream_.next_deadline(), std::nullopt);
+}
+
+TEST_F(Stream, KeepsTheAccountsOfSomeWritersThatHaveGone) {
+    name_pump();
+    const auto earlier = [&] { return stream_.earlier([](const Logger&) { return true; }); };
+    numbers_[named] = 2;
+    log(named, "a");
+    EXPECT_EQ(settle({origin(named, 0).writer}), "pump a");
+    EXPECT_EQ(settle({}), "");
+    EXPECT_EQ(earlier(), 2U);
+    numbers_[named] = 2;
+    log(named, "again");
+    numbers_[named] = 5;
+    log(named, "b");
+    EXPECT_EQ(take(), "pump b");
+    EXPECT_EQ(settle({}), "pump lost 2") << "while it was away";
+    constexpr std::uint32_t others = WriterAccounts::most_closed + 100;
+    for (std::uint32_t app = 0; app < others; ++app) {
+        numbers_[{2, app}] = 7;
+        log({2, app}, "a");
+    }
+    settle({});
+    EXPECT_EQ(stream_.accounts(), WriterAccounts::most_closed);
+    EXPECT_EQ(earlier(), 2U + others * 7U);
 }
 
 }  // namespace

@@ -51,19 +51,14 @@ struct FillCommand {
     }
 };
 
-/// @param get the operation that lists the handles of the endpoint's peers
-template <typename Endpoint>
-std::set<Application> peers(Endpoint* endpoint,
-                            DDS_ReturnCode_t (*get)(Endpoint*, DDS_InstanceHandleSeq*)) {
+/// The applications of the endpoints that one is matched with.
+template <typename Entity>
+std::set<Application> peers(Entity* endpoint,
+                            DDS_ReturnCode_t (*list)(Entity*, DDS_InstanceHandleSeq*)) {
     std::set<Application> applications;
-    DDS_InstanceHandleSeq handles{};
-    if (get(endpoint, &handles) == DDS_RETCODE_OK) {
-        const DDS_Long count = DDS_InstanceHandleSeq_get_length(&handles);
-        for (DDS_Long i = 0; i < count; ++i) {
-            applications.insert(application_of(*DDS_InstanceHandleSeq_get_reference(&handles, i)));
-        }
+    for (const Endpoint& each : matched_endpoints(endpoint, list)) {
+        applications.insert(application_of(each));
     }
-    DDS_InstanceHandleSeq_finalize(&handles);
     return applications;
 }
 

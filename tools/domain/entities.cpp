@@ -58,11 +58,6 @@ Application application_of(const QEL_KX_HostAndAppId& identity) {
             static_cast<std::uint32_t>(identity.rtps_app_id)};
 }
 
-Application application_of(const DDS_InstanceHandle_t& endpoint) {
-    const Endpoint known = endpoint_of(endpoint);
-    return {known.guid[0], known.guid[1]};
-}
-
 QEL_KX_HostAndAppId to_identity(const Application& application) {
     return {static_cast<DDS_Long>(application.host_id), static_cast<DDS_Long>(application.app_id)};
 }

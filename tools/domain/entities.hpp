@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 
 #include "tools/domain/deleter.hpp"
 #include "tools/domain/typed_topic.hpp"
@@ -24,13 +25,28 @@ Participant join_domain(std::int32_t domain_id);
 /// The application of a participant, as other participants see it.
 Application identity_of(DDS_DomainParticipant* participant);
 Application application_of(const QEL_KX_HostAndAppId& identity);
-/// The application that an endpoint belongs to, from the endpoint's handle.
-Application application_of(const DDS_InstanceHandle_t& endpoint);
 QEL_KX_HostAndAppId to_identity(const Application& application);
 /// Since 1970-01-01 UTC.
 std::int64_t nanoseconds_of(const DDS_Time_t& time);
 /// The endpoint of a handle.
 Endpoint endpoint_of(const DDS_InstanceHandle_t& handle);
+
+/// The endpoints that one is matched with.
+/// @param list the operation that lists their handles
+template <typename Entity>
+std::set<Endpoint> matched_endpoints(Entity* endpoint,
+                                     DDS_ReturnCode_t (*list)(Entity*, DDS_InstanceHandleSeq*)) {
+    std::set<Endpoint> found;
+    DDS_InstanceHandleSeq handles{};
+    if (list(endpoint, &handles) == DDS_RETCODE_OK) {
+        const DDS_Long count = DDS_InstanceHandleSeq_get_length(&handles);
+        for (DDS_Long i = 0; i < count; ++i) {
+            found.insert(endpoint_of(*DDS_InstanceHandleSeq_get_reference(&handles, i)));
+        }
+    }
+    DDS_InstanceHandleSeq_finalize(&handles);
+    return found;
+}
 
 struct TopicNames {
     const char* topic;

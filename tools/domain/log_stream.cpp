@@ -5,11 +5,6 @@
 namespace orvane::tools {
 namespace {
 
-/// The application that a writer belongs to.
-Application owner_of(const Endpoint& writer) {
-    return {writer.guid[0], writer.guid[1]};
-}
-
 template <typename Time>
 void note_earlier(std::optional<Time>& earliest, const std::optional<Time>& other) {
     if (other && (!earliest || *other < *earliest)) {
@@ -20,7 +15,7 @@ void note_earlier(std::optional<Time>& earliest, const std::optional<Time>& othe
 }  // namespace
 
 void LogStream::receive(LogRecord record, const Origin& origin, Clock::time_point now) {
-    if (origin.number && !accounts_[origin.writer].receive(*origin.number, now)) {
+    if (origin.number && !accounts_.of(origin.writer).receive(*origin.number, now)) {
         return;
     }
     messages_.push_back({std::move(record), now + patience_for_names});
@@ -28,14 +23,25 @@ void LogStream::receive(LogRecord record, const Origin& origin, Clock::time_poin
 
 void LogStream::receive_end(const Origin& origin, Clock::time_point now) {
     if (origin.number) {
-        accounts_[origin.writer].receive(*origin.number, now);
+        accounts_.of(origin.writer).receive(*origin.number, now);
     } else {
-        accounts_[origin.writer].receive_unnumbered();
+        accounts_.of(origin.writer).receive_unnumbered();
     }
 }
 
 void LogStream::receive(const LoggerStatistics& statistics, Clock::time_point now) {
-    accounts_[statistics.writer].receive(statistics, now);
+    accounts_.of(statistics.writer).receive(statistics, now);
+}
+
+void LogStream::set_matched(std::set<Endpoint> writers) {
+    std::set<Application> still_there;
+    for (const Endpoint& writer : writers) {
+        if (nameless_.contains(application_of(writer))) {
+            still_there.insert(application_of(writer));
+        }
+    }
+    nameless_ = std::move(still_there);
+    accounts_.set_matched(std::move(writers));
 }
 
 void LogStream::take(Clock::time_point now, std::int64_t wall_clock, bool is_last,
@@ -52,24 +58,39 @@ void LogStream::take(Clock::time_point now, std::int64_t wall_clock, bool is_las
         }
         events.emplace_back(MessageEvent{std::move(first.record), std::move(logger)});
     }
-    for (auto& [writer, account] : accounts_) {
+    for (auto& [writer, account] : accounts_.open()) {
         const LostMessages lost = account.take_losses(now);
         if (lost == LostMessages{}) {
             continue;
         }
         events.emplace_back(LossEvent{.nanoseconds = wall_clock,
-                                      .logger = directory_.logger(owner_of(writer)),
+                                      .logger = directory_.logger(application_of(writer)),
                                       .queue_full = lost.queue_full,
                                       .no_memory = lost.no_memory,
                                       .discarded = lost.discarded,
                                       .on_the_way = lost.on_the_way});
     }
+    accounts_.close([&](const Endpoint& writer, const LossAccount& account) {
+        if (account.earlier() > 0) {
+            earlier_of_dropped_.emplace_back(directory_.logger(application_of(writer)),
+                                             account.earlier());
+        }
+    });
 }
 
 std::uint64_t LogStream::earlier(const std::function<bool(const Logger& logger)>& is_wanted) const {
     std::uint64_t sum = 0;
-    for (const auto& [writer, account] : accounts_) {
-        sum += is_wanted(directory_.logger(owner_of(writer))) ? account.earlier() : 0;
+    const auto add = [&](const Logger& logger, std::uint64_t count) {
+        sum += count > 0 && is_wanted(logger) ? count : 0;
+    };
+    for (const auto& [writer, account] : accounts_.open()) {
+        add(directory_.logger(application_of(writer)), account.earlier());
+    }
+    for (const auto& [writer, account] : accounts_.closed()) {
+        add(directory_.logger(application_of(writer)), account.earlier());
+    }
+    for (const auto& [logger, count] : earlier_of_dropped_) {
+        add(logger, count);
     }
     return sum;
 }
@@ -79,7 +100,7 @@ std::optional<LogStream::Clock::time_point> LogStream::next_deadline() const {
     if (!messages_.empty()) {
         earliest = messages_.front().until;
     }
-    for (const auto& [writer, account] : accounts_) {
+    for (const auto& [writer, account] : accounts_.open()) {
         note_earlier(earliest, account.next_deadline());
     }
     return earliest;

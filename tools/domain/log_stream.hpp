@@ -3,16 +3,17 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <map>
 #include <optional>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "tools/domain/logger_directory.hpp"
-#include "tools/domain/loss_account.hpp"
+#include "tools/domain/writer_accounts.hpp"
 #include "tools/records/endpoint.hpp"
 #include "tools/records/event.hpp"
 
@@ -42,6 +43,8 @@ public:
     /// Notes a sample without a message: an instance has ended.
     void receive_end(const Origin& origin, Clock::time_point now);
     void receive(const LoggerStatistics& statistics, Clock::time_point now);
+    /// Says which writers of messages are matched from now on.
+    void set_matched(std::set<Endpoint> writers);
 
     /// Appends what is to be told now.
     /// @param wall_clock the time of losses that are noticed now, since 1970-01-01 UTC
@@ -52,6 +55,9 @@ public:
     /// Messages of these loggers that were logged before there was this viewer, and that did not
     /// come.
     std::uint64_t earlier(const std::function<bool(const Logger& logger)>& is_wanted) const;
+
+    /// Number of writers that are not forgotten.
+    std::size_t accounts() const { return accounts_.open().size() + accounts_.closed().size(); }
 
     /// When @ref take may return something although nothing comes. Nothing means never.
     std::optional<Clock::time_point> next_deadline() const;
@@ -64,8 +70,10 @@ private:
 
     const LoggerDirectory& directory_;
     std::deque<Waiting> messages_;
-    std::set<Application> nameless_;            ///< have made others wait
-    std::map<Endpoint, LossAccount> accounts_;  ///< by writer
+    std::set<Application> nameless_;  ///< have made others wait
+    WriterAccounts accounts_;
+    /// The loggers of accounts that were dropped, with what is in their sum of @ref earlier.
+    std::vector<std::pair<Logger, std::uint64_t>> earlier_of_dropped_;
 };
 
 }  // namespace orvane::tools

@@ -55,6 +55,8 @@ public:
         const bool succeeded =
             messages_ != nullptr && wait_set_.open() == Status::ok &&
             wait_set_.attach_data_of(messages_) == Status::ok &&
+            wait_set_.attach_statuses_of(DDS_DataReader_as_entity(messages_),
+                                         DDS_SUBSCRIPTION_MATCHED_STATUS) == Status::ok &&
             (states_ == nullptr || wait_set_.attach_data_of(states_) == Status::ok) &&
             (statistics_ == nullptr || wait_set_.attach_data_of(statistics_) == Status::ok);
         if (succeeded) {
@@ -82,6 +84,7 @@ public:
             take_messages(heard) == Status::failed || take_statistics() == Status::failed) {
             return {};
         }
+        note_writers();
         for (const auto& [application, process] : processes_.look_up(participant_.get(), heard)) {
             directory_.add(application, process);
         }
@@ -144,6 +147,15 @@ private:
             stream_.receive(std::move(each.record), each.origin, now);
         }
         return Status::ok;
+    }
+
+    void note_writers() {
+        DDS_SubscriptionMatchedStatus status{};
+        DDS_DataReader_get_subscription_matched_status(messages_, &status);
+        if (status.total_count_change != 0 || status.current_count_change != 0) {
+            stream_.set_matched(
+                matched_endpoints(messages_, DDS_DataReader_get_matched_publications));
+        }
     }
 
     Status take_statistics() {

@@ -54,13 +54,16 @@ ProcessDiscovery::Processes ProcessDiscovery::look_up(DDS_DomainParticipant* par
     if (wanted.empty()) {
         return processes;
     }
-    known_.insert(wanted.begin(), wanted.end());
+    std::set<Application> known = wanted;
     DDS_InstanceHandleSeq handles{};
     DDS_DomainParticipant_get_discovered_participants(participant, &handles);
     const DDS_Long count = DDS_InstanceHandleSeq_get_length(&handles);
     for (DDS_Long i = 0; i < count; ++i) {
         const DDS_InstanceHandle_t& handle = *DDS_InstanceHandleSeq_get_reference(&handles, i);
-        const Application application = application_of(handle);
+        const Application application = application_of(endpoint_of(handle));
+        if (known_.contains(application)) {
+            known.insert(application);
+        }
         if (!wanted.contains(application)) {
             continue;
         }
@@ -69,6 +72,7 @@ ProcessDiscovery::Processes ProcessDiscovery::look_up(DDS_DomainParticipant* par
         }
     }
     DDS_InstanceHandleSeq_finalize(&handles);
+    known_ = std::move(known);
     return processes;
 }
 

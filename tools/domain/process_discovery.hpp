@@ -23,7 +23,7 @@ public:
                       const std::set<Application>& applications);
 
 private:
-    std::set<Application> known_;
+    std::set<Application> known_;  ///< have been asked for, but for many that have gone
 };
 
 }  // namespace orvane::tools

@@ -23,7 +23,7 @@ StateUpdate to_update(const QEL_KX_ADMIN_State& sample, const DDS_SampleInfo& in
     return {.application = application_of(sample.hostAndAppId),
             .state = info.valid_data != 0 ? std::optional{to_state(sample)} : std::nullopt,
             .alive = info.instance_state == DDS_ALIVE_INSTANCE_STATE,
-            .writer = application_of(info.publication_handle)};
+            .writer = application_of(endpoint_of(info.publication_handle))};
 }
 
 }  // namespace

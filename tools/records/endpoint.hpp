@@ -6,6 +6,8 @@
 #include <compare>
 #include <cstdint>
 
+#include "tools/records/application.hpp"
+
 namespace orvane::tools {
 
 /// A GUID (DDSI-RTPS 2.5, 8.2.4) as four words, most significant bytes first.
@@ -16,5 +18,10 @@ struct Endpoint {
     // NOLINTNEXTLINE(modernize-use-nullptr)
     friend auto operator<=>(const Endpoint&, const Endpoint&) = default;
 };
+
+/// The application that an endpoint belongs to.
+inline Application application_of(const Endpoint& endpoint) {
+    return {endpoint.guid[0], endpoint.guid[1]};
+}
 
 }  // namespace orvane::tools
