@@ -173,6 +173,56 @@ TEST(LoggerDirectory, GivesEveryLoggerANumberThatNoOtherOneOfItsKindGets) {
     EXPECT_EQ(directory.logger({1, 1}), (Logger{{1, 1}, "", 1, "", "", 0}));
 }
 
+TEST(LoggerDirectory, ForgetsThoseThatWentLongAgo) {
+    LoggerDirectory directory;
+    constexpr std::uint32_t gone = LoggerDirectory::most_gone + 3;
+    const Application first = logger_state(1, "").application;
+    const Application second = logger_state(2, "").application;
+    const Application third = logger_state(3, "").application;
+    for (std::uint32_t id = 1; id <= gone; ++id) {
+        directory.add(logger_state(id, "pump"));
+        directory.note_end(logger_state(id, "").application);
+        if (id == 2) {
+            directory.add(logger_state(2, "pump"));
+        }
+    }
+    EXPECT_EQ(directory.logger(first).kind, "");
+    EXPECT_EQ(directory.logger(second).number, 2U) << "it has come back";
+    EXPECT_EQ(directory.logger(third).kind, "");
+    directory.add(logger_state(1, "pump"));
+    EXPECT_EQ(directory.logger(first).number, gone + 1);
+}
+
+TEST(DomainView, KnowsTheTrafficOfLoggersAsLongAsTheyLive) {
+    FakeDomain domain{{{.state = logger_state(1, "pump"), .dies = 20s}}};
+    DomainView view{domain};
+    const auto hear = [&](std::chrono::milliseconds when, std::uint32_t writer,
+                          std::uint64_t logged, bool is_last = false) {
+        LoggerStatistics said;
+        said.nanoseconds = when / 1ns;
+        said.application = logger_state(1, "").application;
+        said.writer.guid[3] = writer;
+        said.accepted = logged;
+        said.is_last = is_last;
+        domain.at(when, [=](Arrivals& arrivals) { arrivals.statistics.push_back(said); });
+        while (domain.elapsed() < when) {
+            EXPECT_TRUE(view.next(when - domain.elapsed()));
+        }
+        const auto entries = view.entries();
+        return entries.empty() ? std::nullopt : entries.front().traffic;
+    };
+    EXPECT_EQ(hear(1s, 1, 100)->rate, std::nullopt);
+    EXPECT_EQ(hear(3s, 1, 150)->rate, 25.0);
+    EXPECT_EQ(hear(4s, 2, 10)->rate, std::nullopt) << "another logger of the process";
+    EXPECT_EQ(hear(5s, 2, 11, true)->rate, 1.0);
+    EXPECT_EQ(hear(21s, 2, 11, true), std::nullopt);
+    domain.at(22s, [](Arrivals& arrivals) {
+        arrivals.states.push_back({logger_state(1, "").application, logger_state(1, "pump"), true});
+    });
+    EXPECT_TRUE(view.next(2s));
+    EXPECT_EQ(view.entries().front().traffic, std::nullopt);
+}
+
 /// The lines of `set-level '*' DEBUG` for these loggers.
 std::string set_debug(FakeDomain& domain) {
     DomainView view{domain};

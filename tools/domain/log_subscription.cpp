@@ -92,9 +92,13 @@ public:
         std::vector<Event> events;
         const auto tell = [&](bool gone) {
             for (const LoggerChange& change : changes) {
-                if ((change.kind == LoggerChange::Kind::gone) == gone) {
-                    events.emplace_back(
-                        LoggerEvent{now, change, directory_.logger(change.now.application)});
+                if ((change.kind == LoggerChange::Kind::gone) != gone) {
+                    continue;
+                }
+                events.emplace_back(
+                    LoggerEvent{now, change, directory_.logger(change.now.application)});
+                if (gone) {
+                    directory_.note_end(change.now.application);
                 }
             }
         };

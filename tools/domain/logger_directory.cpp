@@ -4,6 +4,7 @@ namespace orvane::tools {
 
 void LoggerDirectory::add(const LoggerState& state) {
     Entry& entry = entries_[state.application];
+    entry.has_gone = false;
     if (!state.kind.empty() && entry.kind != state.kind) {
         entry.kind = state.kind;
         entry.number = ++last_numbers_[state.kind];
@@ -12,6 +13,23 @@ void LoggerDirectory::add(const LoggerState& state) {
 
 void LoggerDirectory::add(const Application& application, const Process& process) {
     entries_[application].process = process;
+}
+
+void LoggerDirectory::note_end(const Application& application) {
+    const auto known = entries_.find(application);
+    if (known == entries_.end()) {
+        return;
+    }
+    known->second.has_gone = true;
+    gone_.push_back(application);
+    if (gone_.size() <= most_gone) {
+        return;
+    }
+    const auto oldest = entries_.find(gone_.front());
+    if (oldest != entries_.end() && oldest->second.has_gone) {
+        entries_.erase(oldest);
+    }
+    gone_.pop_front();
 }
 
 Logger LoggerDirectory::logger(const Application& application) const {

@@ -2,7 +2,9 @@
 /// @brief Who is behind the numbers of an application.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <string>
 
@@ -12,7 +14,7 @@
 
 namespace orvane::tools {
 
-/// Knows every logger that has been seen, also after it has gone.
+/// Knows the loggers that have been seen, and many of them also after they have gone.
 ///
 /// The first logger of a kind has the number 1, the next one 2. A logger keeps its number, and no
 /// other one of the kind ever gets it. Used by one thread.
@@ -22,6 +24,10 @@ public:
     void add(const LoggerState& state);
     /// Takes what a participant announces.
     void add(const Application& application, const Process& process);
+    /// The logger has gone. It is forgotten when @ref most_gone others have gone since.
+    void note_end(const Application& application);
+
+    static constexpr std::size_t most_gone = 10'000;
 
     /// What is known of an application. Before its State it has no kind.
     Logger logger(const Application& application) const;
@@ -33,10 +39,12 @@ private:
         std::string kind;
         std::uint32_t number = 1;
         Process process;
+        bool has_gone = false;
     };
     Entry find(const Application& application) const;
 
     std::map<Application, Entry> entries_;
+    std::deque<Application> gone_;                       ///< in the order of their ends
     std::map<std::string, std::uint32_t> last_numbers_;  ///< given to a logger of the kind
 };
 

@@ -38,16 +38,26 @@ Result<News> DomainView::next(Milliseconds longest) {
 void DomainView::apply(const StateUpdate& update, std::vector<LoggerChange>& changes) {
     for (LoggerChange& change : live_.apply(update)) {
         directory_.add(change.now);
+        if (change.kind == LoggerChange::Kind::gone) {
+            directory_.note_end(update.application);
+            traffic_.erase(update.application);
+        }
         changes.push_back(std::move(change));
     }
 }
 
 void DomainView::apply(const LoggerStatistics& statistics) {
+    if (statistics.is_last && find(statistics.application) == nullptr) {
+        traffic_.erase(statistics.application);
+        return;
+    }
     const auto [place, is_new] = traffic_.try_emplace(statistics.application);
     LoggerTraffic& known = place->second.known;
     const std::int64_t elapsed = statistics.nanoseconds - known.last.nanoseconds;
     const std::uint64_t logged = statistics.logged() - known.last.logged();
-    if (!is_new && statistics.writer == known.last.writer && elapsed > 0) {
+    if (is_new || statistics.writer != known.last.writer) {
+        known.rate.reset();
+    } else if (elapsed > 0) {
         known.rate = static_cast<double>(logged) * 1e9 / static_cast<double>(elapsed);
     }
     known.last = statistics;
