@@ -1,8 +1,10 @@
 #include "tools/recording/recorder.hpp"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <atomic>
 #include <cerrno>
@@ -12,7 +14,7 @@
 #include <mutex>
 
 #include "tests/tools/sample_events.hpp"
-#include "tools/recording/recording_reader.hpp"
+#include "tools/recording/recording_merge.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -287,6 +289,77 @@ TEST_F(RecorderTest, IsReadWhileItGrows) {
     file << line.substr(20) << std::flush;
     EXPECT_TRUE(reader->next().has_value());
     EXPECT_FALSE(reader->next().has_value());
+}
+
+TEST_F(RecorderTest, IsFollowedFromFileToFile) {
+    // An earlier run has left the second name.
+    std::ofstream{path("a.2.jsonl")} << json_line(message_event(noon, "of an earlier run"));
+    const timespec long_ago[] = {{1, 0}, {1, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, path("a.2.jsonl").c_str(), long_ago, 0), 0);
+    RecordingFiles files({.path = path("a.jsonl"), .rotate_size = 1, .keep = 2});
+    ASSERT_EQ(files.open(now_), 0);
+    const auto add = [&](const char* message) { files.add(message_event(noon, message), now_); };
+    std::string problems;
+    RecordingMerge followed{[&](const std::string& problem) { problems += problem; }};
+    ASSERT_EQ(followed.open(path("a.jsonl"), true), Status::ok);
+    const auto all = [&] {
+        std::string messages;
+        do {
+            while (const auto event = followed.next()) {
+                messages += std::get<MessageEvent>(*event).record.message + ' ';
+            }
+        } while (followed.go_on());
+        return messages;
+    };
+    EXPECT_FALSE(followed.next().has_value());
+    add("one");
+    add("two");
+    EXPECT_TRUE(followed.go_on());
+    EXPECT_EQ(all(), "one two ") << "the end of the first file came after it had been read";
+    add("three");
+    EXPECT_EQ(files.path(), path("a.3.jsonl"));
+    EXPECT_EQ(all(), "three ");
+    // Of these, the oldest is deleted before it is read, and the other one is read by itself, too.
+    add("four");
+    add("five");
+    add("six");
+    EXPECT_EQ(problems, "");
+    EXPECT_EQ(all(), "five six ");
+    EXPECT_EQ(problems, path("a.5.jsonl") + ": a file between " + path("a.3.jsonl") +
+                            " and this one has been deleted");
+    ASSERT_EQ(followed.open(path("a.6.jsonl"), true), Status::ok);
+    EXPECT_EQ(all(), "six ");
+    add("seven");
+    EXPECT_EQ(all(), "seven ");
+}
+
+TEST_F(RecorderTest, FindsTheNextFileByItsName) {
+    for (const char* name : {"a.mcap", "a.1.mcap", "a.2", "a.10.mcap", "a.12.mcap", "a.1.jsonl",
+                             "b.2.mcap", "a.x.mcap", "a.02.mcap", "a.9.1.mcap"}) {
+        std::ofstream{path(name)};
+    }
+    const struct {
+        const char* name;
+        const char* next;
+        bool is_adjacent;
+    } cases[] = {
+        {"a.mcap", "a.1.mcap", true},
+        {"a.1.mcap", "a.10.mcap", false},
+        {"a.11.mcap", "a.12.mcap", true},
+        {"a.12.mcap", nullptr, true},
+        {"a", "a.2", false},
+        {"a.2", nullptr, true},
+        {"a.jsonl", "a.1.jsonl", true},
+        {"b.mcap", "b.2.mcap", false},
+        {"a.9.mcap", "a.10.mcap", true},
+        {"a.9.2.mcap", nullptr, true},
+    };
+    for (const auto& each : cases) {
+        const auto found = next_file(path(each.name), {0, 0});
+        EXPECT_EQ(found ? found->path : "", each.next != nullptr ? path(each.next) : "")
+            << each.name;
+        EXPECT_EQ(!found || found->is_adjacent, each.is_adjacent) << each.name;
+    }
 }
 
 TEST_F(RecorderTest, SaysWhereAFileIsDamagedAndWhichIsNone) {

@@ -10,13 +10,15 @@ CLI::App* add_show_subcommand(CLI::App& app, ShowOptions& options) {
         "Examples:\n"
         "  orvane show log.mcap --level WARNING       warnings and what is more severe\n"
         "  orvane show log.mcap log.*.mcap            a recording of several files\n"
-        "  orvane show --follow log.jsonl             go on while it is written\n"
+        "  orvane show --follow log.mcap              go on while it is written, then with "
+        "log.1.mcap\n"
         "  orvane show --json log.mcap > log.jsonl    lines of JSON from MCAP");
     command->add_option("FILE", options.files, "Recordings: MCAP or lines of JSON")
         ->type_name("")
         ->required();
     command->add_flag("--follow", options.follow,
-                      "Go on at the ends of the files, until SIGINT or SIGTERM");
+                      "Go on at the ends of the files and with the next files of their recordings, "
+                      "until SIGINT or SIGTERM");
     add_span_options(*command, options.span);
     add_display_options(*command, options.display);
     return command;

@@ -7,6 +7,8 @@
 #include <utility>
 #include <variant>
 
+#include "tools/recording/next_file.hpp"
+
 namespace orvane::tools {
 namespace {
 
@@ -14,13 +16,6 @@ constexpr std::chrono::seconds longest_wait_of_event{1};
 constexpr std::size_t largest_block = std::size_t{256} << 10U;
 
 }  // namespace
-
-std::string numbered_path(const std::string& path, std::uint64_t number) {
-    std::filesystem::path numbered{path};
-    const std::string ending = numbered.extension().string();
-    numbered.replace_extension();
-    return numbered.string() + '.' + std::to_string(number) + ending;
-}
 
 RecordingFiles::RecordingFiles(const RecordingOptions& options, CreateFile create)
     : options_(options), create_(std::move(create)), encoder_(EventEncoder::make(options.format)) {}

@@ -17,7 +17,7 @@
 namespace orvane::tools {
 
 struct RecordingOptions {
-    std::string path;  ///< the first file; the others are named after it by @ref numbered_path
+    std::string path;  ///< the first file; the others are named by @ref numbered_path
     RecordingFormat format = RecordingFormat::json_lines;
     /// The next file begins when the present one has so many bytes, or is so old, and there are
     /// events for it.
@@ -28,9 +28,6 @@ struct RecordingOptions {
     /// Events that wait for the disk are limited to so many bytes.
     std::size_t queue_size = std::size_t{64} << 20U;
 };
-
-/// "log.2.mcap" for "log.mcap" and 2.
-std::string numbered_path(const std::string& path, std::uint64_t number);
 
 /// Each file tells which loggers there are, so that it can be read without the others.
 ///

@@ -16,7 +16,7 @@ Status RecordingMerge::open(const std::string& path, bool grows) {
         tell(fmt::format("{}: could not open: {}", path, std::strerror(error)));
         return Status::failed;
     }
-    sources_.push_back({std::move(reader), std::nullopt});
+    sources_.push_back({std::move(reader), grows, std::nullopt, std::nullopt});
     return Status::ok;
 }
 
@@ -66,6 +66,43 @@ void RecordingMerge::fill(Source& source) {
             source.first = std::get<RecordedEvent>(*std::move(read));
         }
     }
+}
+
+bool RecordingMerge::go_on() {
+    bool does = false;
+    for (Source& source : sources_) {
+        does = (source.grows && !source.first && go_on(source)) || does;
+    }
+    return does;
+}
+
+bool RecordingMerge::go_on(Source& source) {
+    const std::string path = source.reader->path();
+    if (!source.next) {
+        source.next = next_file(path, source.reader->last_write());
+        // The present file has all of its events since before there was the next one, but they may
+        // have come since it was read.
+        return source.next.has_value();
+    }
+    const NextFile next = *std::exchange(source.next, std::nullopt);
+    const bool is_read = std::any_of(sources_.begin(), sources_.end(), [&](const Source& other) {
+        return other.reader->path() == next.path;
+    });
+    if (is_read) {
+        source.grows = false;
+        return false;
+    }
+    int error = 0;
+    auto reader = RecordingReader::open(next.path, true, error);
+    if (!reader) {
+        // It has been deleted, and another one will be the next.
+        return false;
+    }
+    if (!next.is_adjacent) {
+        tell(fmt::format("{}: a file between {} and this one has been deleted", next.path, path));
+    }
+    source.reader = std::move(reader);
+    return true;
 }
 
 void RecordingMerge::tell(const std::string& problem) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/recording/next_file.hpp"
 #include "tools/recording/recording_reader.hpp"
 #include "tools/records/recorded_event.hpp"
 #include "tools/records/result.hpp"
@@ -33,6 +34,11 @@ public:
     /// @return nothing at the end of all files; those that grow may give more later
     std::optional<RecordedEvent> next();
 
+    /// Goes on from files that grow, and that have been read to their ends, to the next files of
+    /// their recordings. To be called when @ref next has given nothing.
+    /// @return whether @ref next may give something
+    bool go_on();
+
     /// How much of the files has been read, from 0 to 1.
     double progress() const;
 
@@ -42,11 +48,14 @@ public:
 private:
     struct Source {
         std::unique_ptr<RecordingReader> reader;
+        bool grows;
         std::optional<RecordedEvent> first;  ///< of those that have not been given
+        std::optional<NextFile> next;        ///< of the recording
     };
 
     std::optional<RecordedEvent> earliest();
     void fill(Source& source);
+    bool go_on(Source& source);
     void tell(const std::string& problem);
 
     Report report_;

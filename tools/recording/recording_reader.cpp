@@ -73,6 +73,12 @@ std::optional<ReadResult> RecordingReader::next() {
     return std::nullopt;
 }
 
+timespec RecordingReader::last_write() const {
+    struct stat status {};
+    fstat(descriptor_, &status);
+    return status.st_mtim;
+}
+
 std::uint64_t RecordingReader::position() const {
     return decoder_ ? read_ - decoder_->unused() : read_;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
@@ -40,6 +41,8 @@ public:
     std::uint64_t position() const;
     /// Bytes that the file had when it was opened.
     std::uint64_t size() const { return size_; }
+    /// When the file was written last, by the clock of the file system.
+    timespec last_write() const;
 
 private:
     RecordingReader(std::string path, int descriptor, bool grows);

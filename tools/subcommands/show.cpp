@@ -95,15 +95,17 @@ private:
     std::int64_t last_ = std::numeric_limits<std::int64_t>::min();
 };
 
-Progress follow(Show& show, StopSignal& stop) {
+Progress follow(Show& show, RecordingMerge& recordings, StopSignal& stop) {
     constexpr std::chrono::milliseconds period{200};
     std::mutex mutex;
     std::condition_variable stopped;
     const auto interruption = stop.interrupt([&] { stopped.notify_all(); });
     Progress progress = Progress::goes_on;
     while (progress == Progress::goes_on && !stop.requested()) {
-        std::unique_lock lock(mutex);
-        stopped.wait_for(lock, period, [&] { return stop.requested(); });
+        if (!recordings.go_on()) {
+            std::unique_lock lock(mutex);
+            stopped.wait_for(lock, period, [&] { return stop.requested(); });
+        }
         progress = show.print_all(stop);
     }
     return progress;
@@ -127,7 +129,7 @@ int show(const ShowOptions& options) {
     Show shown{recordings, options};
     Progress progress = shown.print_all(stop);
     if (options.follow && progress == Progress::goes_on) {
-        progress = follow(shown, stop);
+        progress = follow(shown, recordings, stop);
     }
     std::fputs(shown.summary().c_str(), stderr);
     return stop.conclude(progress == Progress::write_failed || recordings.has_problems()
