@@ -60,16 +60,19 @@ public:
     explicit Scenario(unsigned long seed) : random_(static_cast<std::mt19937::result_type>(seed)) {}
 
     void run() {
-        const bool is_lossy = chance(3);
-        std::string uri = std::getenv("CYCLONEDDS_URI");
-        if (is_lossy) {
-            uri +=
-                ",<CycloneDDS><Domain Id=\"any\"><Internal><Test><XmitLossiness>50</XmitLossiness>"
-                "</Test></Internal></Domain></CycloneDDS>";
-        }
-        launcher_ = {"env", "CYCLONEDDS_URI=" + uri,
+        constexpr const char* loses_packets =
+            ",<CycloneDDS><Domain Id=\"any\"><Internal><Test><XmitLossiness>50</XmitLossiness>"
+            "</Test></Internal></Domain></CycloneDDS>";
+        // A viewer that is stopped for longer is lost, and comes back.
+        constexpr const char* is_soon_lost =
+            ",<CycloneDDS><Domain Id=\"any\"><Discovery><LeaseDuration>500 ms</LeaseDuration>"
+            "</Discovery></Domain></CycloneDDS>";
+        const std::string uri = std::getenv("CYCLONEDDS_URI");
+        launcher_ = {"env", "CYCLONEDDS_URI=" + uri + (chance(3) ? loses_packets : ""),
                      "PEXA_QOS_PROFILES=" ORVANE_STATISTICS_PROFILE};
-        Viewer first;
+        const Words viewer_launcher{"env",
+                                    "CYCLONEDDS_URI=" + uri + (chance(3) ? is_soon_lost : "")};
+        Viewer first{{}, viewer_launcher};
         std::optional<Viewer> killed(std::in_place);
         std::optional<Viewer> late;
 
