@@ -1,8 +1,10 @@
+#include <array>
 #include <semaphore>
+#include <set>
 #include <thread>
+#include <vector>
 
 #include "orvane/statistics.h"
-#include "pexa/string.h"
 #include "tests/support/faults.hpp"
 #include "tests/support/logger.hpp"
 #include "tests/support/text.hpp"
@@ -21,22 +23,36 @@ DDS_UnsignedLongLong number(const QEL_KX_ADMIN_Count& count) {
            static_cast<DDS_UnsignedLong>(count.low);
 }
 
-/// Makes participants that are created from now on ask for statistics, or not.
-void ask_for_statistics(const char* value) {
-    DDS_DomainParticipantQos qos;
-    DDS_DomainParticipantQos_initialize(&qos);
-    ASSERT_EQ(DDS_DomainParticipantFactory_get_default_participant_qos(Node::factory(), &qos),
-              DDS_RETCODE_OK);
-    const DDS_Long count = value != nullptr ? 1 : 0;
-    ASSERT_NE(DDS_PropertySeq_ensure_length(&qos.property.value, count, count), 0);
-    if (value != nullptr) {
-        DDS_Property_t* property = DDS_PropertySeq_get_reference(&qos.property.value, 0);
-        DDS_String_replace(&property->name, QEL_KX_STATISTICS_PROPERTY);
-        DDS_String_replace(&property->value, value);
+/// As four words, most significant bytes first.
+using Guid = std::array<DDS_UnsignedLong, 4>;
+
+Guid guid_of(const DDS_InstanceHandle_t& endpoint) {
+    Guid guid{};
+    for (std::size_t i = 0; i < sizeof endpoint.keyHash.value; ++i) {
+        guid.at(i / 4) = guid.at(i / 4) << 8U | endpoint.keyHash.value[i];
     }
-    EXPECT_EQ(DDS_DomainParticipantFactory_set_default_participant_qos(Node::factory(), &qos),
-              DDS_RETCODE_OK);
-    DDS_DomainParticipantQos_finalize(&qos);
+    return guid;
+}
+
+Guid guid_of(const QEL_KX_ADMIN_Viewer& viewer) {
+    const auto word = [](DDS_Long value) { return static_cast<DDS_UnsignedLong>(value); };
+    return {word(viewer.host), word(viewer.app), word(viewer.instance), word(viewer.entity)};
+}
+
+/// Waits for the statistics with which a logger ends.
+Received<QEL_KX_ADMIN_Statistics> last_statistics(DDS_DataReader* reader) {
+    while (true) {
+        auto taken = take<QEL_KX_ADMIN_Statistics>(reader, 1);
+        if (taken.empty() || taken.back().sample->isLast != 0) {
+            return taken.empty() ? Received<QEL_KX_ADMIN_Statistics>{} : std::move(taken.back());
+        }
+    }
+}
+
+void await_empty_queue() {
+    while (statistics().queued > 0) {
+        std::this_thread::yield();
+    }
 }
 
 class Statistics : public testing::Test {
@@ -86,18 +102,14 @@ TEST_F(Statistics, SayWhatBecameOfEachMessage) {
 
         static_cast<void>(output_of([&] {
             may_write.release();
-            while (statistics().queued > 0) {
-                std::this_thread::yield();
-            }
+            await_empty_queue();
             {
                 const Fault no_memory("DDS_String_alloc");
                 QEL_KX_Orvane_error(logger.get(), std::string(300, 'm').c_str());
             }
             const Fault refusal("DDS_DataWriter_write_untypedI");
             QEL_KX_Orvane_error(logger.get(), "that the middleware refuses");
-            while (statistics().queued > 0) {
-                std::this_thread::yield();
-            }
+            await_empty_queue();
         }));
     }
     const QEL_KX_Statistics end = statistics();
@@ -121,12 +133,8 @@ TEST_F(Statistics, ArePublishedForAParticipantThatAsks) {
         }
     }
     const QEL_KX_Statistics now = statistics();
-    Received<QEL_KX_ADMIN_Statistics> last;
-    do {
-        auto taken = take<QEL_KX_ADMIN_Statistics>(numbers, 1);
-        ASSERT_FALSE(taken.empty());
-        last = std::move(taken.back());
-    } while (last.sample->isLast == 0);
+    const auto last = last_statistics(numbers);
+    ASSERT_NE(last.sample, nullptr);
     EXPECT_EQ(number(last.sample->accepted), 300U);
     EXPECT_EQ(number(last.sample->published), now.published);
     EXPECT_EQ(number(last.sample->discarded), now.discarded);
@@ -139,12 +147,77 @@ TEST_F(Statistics, ArePublishedForAParticipantThatAsks) {
         QEL_KX_ADMIN_ViewerSeq_get_reference(&last.sample->viewers, 0);
     const DDS_InstanceHandle_t self =
         DDS_Entity_get_instance_handle(DDS_DataReader_as_entity(messages));
-    const DDS_Long words[] = {known->host, known->app, known->instance, known->entity};
-    for (std::size_t i = 0; i < sizeof self.keyHash.value; ++i) {
-        const auto word = static_cast<DDS_UnsignedLong>(words[i / 4]);
-        EXPECT_EQ(self.keyHash.value[i], static_cast<DDS_Octet>(word >> (24U - i % 4 * 8)));
-    }
+    EXPECT_EQ(guid_of(*known), guid_of(self));
     EXPECT_EQ(known->publishedLow, 0) << "it was there before the first message";
+}
+
+TEST_F(Statistics, NameTheViewersThatCameLast) {
+    const Node viewers;
+    DDS_DataReader* numbers = viewers.reader<QEL_KX_ADMIN_Statistics>();
+    ask_for_statistics("true");
+    std::vector<Guid> readers;
+    {
+        const RunningLogger logger;
+        for (DDS_UnsignedLongLong i = 0; i < ORVANE_VIEWER_BOUND + 2; ++i) {
+            DDS_DataReader* reader = viewers.reader<QEL_KX_LogMessage>();
+            ASSERT_TRUE(await_writer(reader));
+            const DDS_InstanceHandle_t self =
+                DDS_Entity_get_instance_handle(DDS_DataReader_as_entity(reader));
+            readers.push_back(guid_of(self));
+            QEL_KX_Orvane_error(logger.get(), "a message");
+            await_empty_queue();
+            // The same viewer comes back with another reader.
+            EXPECT_EQ(DDS_Subscriber_delete_datareader(viewers.subscriber(), reader),
+                      DDS_RETCODE_OK);
+        }
+    }
+    const auto last = last_statistics(numbers);
+    ASSERT_NE(last.sample, nullptr);
+    ASSERT_EQ(QEL_KX_ADMIN_ViewerSeq_get_length(&last.sample->viewers), ORVANE_VIEWER_BOUND);
+    std::set<DDS_Long> named;
+    for (DDS_Long i = 0; i < ORVANE_VIEWER_BOUND; ++i) {
+        const QEL_KX_ADMIN_Viewer& known =
+            *QEL_KX_ADMIN_ViewerSeq_get_reference(&last.sample->viewers, i);
+        named.insert(known.publishedLow);
+        EXPECT_EQ(guid_of(known), readers.at(static_cast<std::size_t>(known.publishedLow)));
+    }
+    EXPECT_EQ(named.size(), ORVANE_VIEWER_BOUND);
+    EXPECT_EQ(*named.begin(), 2) << "the first two are forgotten";
+}
+
+TEST_F(Statistics, OfTwoLoggersInOneParticipantAreTheirOwn) {
+    const Node viewer;
+    DDS_DataReader* messages = nullptr;
+    DDS_DataReader* numbers = viewer.reader<QEL_KX_ADMIN_Statistics>();
+    ask_for_statistics("true");
+    const Node application;
+    std::set<DDS_Long> writers;
+    for (const int count : {3, 5}) {
+        // The viewer comes at the end of the first logger, and is there before the second one.
+        const int at_match = messages == nullptr ? count : 0;
+        {
+            Options options = make_options();
+            QEL_KX_Options_setDomainParticipant(options.get(), application.participant());
+            const RunningLogger logger(std::move(options));
+            for (int i = 0; i < count; ++i) {
+                QEL_KX_Orvane_error(logger.get(), "a message");
+            }
+            await_empty_queue();
+            if (messages == nullptr) {
+                messages = viewer.reader<QEL_KX_LogMessage>();
+            }
+            ASSERT_TRUE(await_writer(messages));
+        }
+        const auto last = last_statistics(numbers);
+        ASSERT_NE(last.sample, nullptr);
+        EXPECT_EQ(last.sample->accepted.low, count);
+        EXPECT_EQ(last.sample->published.low, count);
+        ASSERT_EQ(QEL_KX_ADMIN_ViewerSeq_get_length(&last.sample->viewers), 1);
+        EXPECT_EQ(QEL_KX_ADMIN_ViewerSeq_get_reference(&last.sample->viewers, 0)->publishedLow,
+                  at_match);
+        writers.insert(last.sample->logWriter);
+    }
+    EXPECT_EQ(writers.size(), 2U);
 }
 
 TEST_F(Statistics, EndWithACreationThatFailsBehindThem) {

@@ -82,6 +82,41 @@ TEST(Fork, WhileThreadsLogLetsProgramsStartAndTheChildHaveADeadLoggerThatNeverHa
     EXPECT_EQ(QEL_KX_Orvane_getInstance(), logger.get()) << "the parent goes on";
 }
 
+TEST(Fork, LeavesTheStatisticsToTheParent) {
+    const Node viewer;
+    DDS_DataReader* numbers = viewer.reader<QEL_KX_ADMIN_Statistics>();
+    ask_for_statistics("true");
+    DDS_Long logged = 0;
+    {
+        const RunningLogger logger;
+        ask_for_statistics(nullptr);
+        const auto log = [&] {
+            EXPECT_EQ(QEL_KX_Orvane_error(logger.get(), "a message"), DDS_RETCODE_OK);
+            ++logged;
+        };
+        log();
+        for (int round = 0; round < 5; ++round) {
+            EXPECT_TRUE(succeeds_in_child([&] {
+                QEL_KX_Orvane_error(logger.get(), "nobody sees it");
+                return QEL_KX_Orvane_finalizeInstance() == DDS_RETCODE_OK;
+            }));
+            log();
+        }
+        while (await_data(numbers)) {
+            auto taken = take<QEL_KX_ADMIN_Statistics>(numbers, 1);
+            ASSERT_FALSE(taken.empty());
+            EXPECT_EQ(taken.back().sample->isLast, 0);
+            if (taken.back().sample->published.low == logged) {
+                break;
+            }
+        }
+    }
+    const auto taken = take<QEL_KX_ADMIN_Statistics>(numbers, 1);
+    ASSERT_EQ(taken.size(), 1U);
+    EXPECT_NE(taken.back().sample->isLast, 0);
+    EXPECT_EQ(taken.back().sample->accepted.low, logged);
+}
+
 TEST(Fork, MakesTheChildRefuseWhatWouldNeedTheParticipantsOfTheParent) {
     const Node node;
     EXPECT_TRUE(succeeds_in_child([&] {

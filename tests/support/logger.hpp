@@ -8,7 +8,9 @@
 
 #include "orvane/admin.h"
 #include "orvane/core.h"
+#include "orvane/statistics.h"
 #include "pexa/config_logger.h"
+#include "pexa/string.h"
 #include "tests/support/node.hpp"
 
 namespace orvane::test {
@@ -19,6 +21,24 @@ inline PEXA_Config_Logger* middleware() {
 inline PEXA_Config_LogVerbosity verbosity_of(int category) {
     return PEXA_Config_Logger_get_verbosity_by_category(
         middleware(), static_cast<PEXA_Config_LogCategory>(category));
+}
+
+/// Makes participants that are created from now on ask for statistics, or not.
+inline void ask_for_statistics(const char* value) {
+    DDS_DomainParticipantQos qos;
+    DDS_DomainParticipantQos_initialize(&qos);
+    ASSERT_EQ(DDS_DomainParticipantFactory_get_default_participant_qos(Node::factory(), &qos),
+              DDS_RETCODE_OK);
+    const DDS_Long count = value != nullptr ? 1 : 0;
+    ASSERT_NE(DDS_PropertySeq_ensure_length(&qos.property.value, count, count), 0);
+    if (value != nullptr) {
+        DDS_Property_t* property = DDS_PropertySeq_get_reference(&qos.property.value, 0);
+        DDS_String_replace(&property->name, QEL_KX_STATISTICS_PROPERTY);
+        DDS_String_replace(&property->value, value);
+    }
+    EXPECT_EQ(DDS_DomainParticipantFactory_set_default_participant_qos(Node::factory(), &qos),
+              DDS_RETCODE_OK);
+    DDS_DomainParticipantQos_finalize(&qos);
 }
 
 struct DeleteOptions {
