@@ -115,6 +115,30 @@ public:
         expect_account_of(*late, logged_ - logged_before_late_);
     }
 
+    /// A logger names the last sixteen viewers. All of these come while it runs.
+    void run_with_crowd() {
+        launcher_ = {"env", "PEXA_QOS_PROFILES=" ORVANE_STATISTICS_PROFILE};
+        start_logger();
+        std::vector<std::unique_ptr<Viewer>> viewers;
+        for (int i = 0; i < 18; ++i) {
+            viewers.push_back(std::make_unique<Viewer>());
+            if (chance(2)) {
+                meet(*viewers.back());
+            } else {
+                flood();
+            }
+        }
+        for (const auto& viewer : viewers) {
+            meet(*viewer);
+        }
+        flood();
+        end_logger();
+        std::this_thread::sleep_for(2500ms);
+        for (const auto& viewer : viewers) {
+            expect_account_of(*viewer, logged_);
+        }
+    }
+
 private:
     /// Until the viewer has seen a message of each logger. A lossy network makes them meet late.
     void meet(Viewer& viewer) {
@@ -183,15 +207,23 @@ private:
     std::uint64_t ordered_ = 0;
 };
 
+unsigned long first_seed() {
+    const char* first = std::getenv("ORVANE_ACCOUNTING_SEED");
+    return first != nullptr ? std::stoul(first) : 1;
+}
+
 TEST(Accounting, ExplainsEveryMessage) {
     const char* runs = std::getenv("ORVANE_ACCOUNTING_RUNS");
-    const char* first = std::getenv("ORVANE_ACCOUNTING_SEED");
-    const unsigned long seed = first != nullptr ? std::stoul(first) : 1;
+    const unsigned long seed = first_seed();
     for (unsigned long i = 0; i < (runs != nullptr ? std::stoul(runs) : 2); ++i) {
         SCOPED_TRACE("seed " + std::to_string(seed + i));
         std::printf("seed %lu\n", seed + i);
         Scenario(seed + i).run();
     }
+}
+
+TEST(Accounting, ExplainsEveryMessageToManyViewers) {
+    Scenario(first_seed()).run_with_crowd();
 }
 
 }  // namespace
