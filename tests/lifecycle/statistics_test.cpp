@@ -224,10 +224,16 @@ TEST_F(Statistics, EndWithACreationThatFailsBehindThem) {
     ask_for_statistics("true");
     const Options options = make_options();
     QEL_KX_Orvane_setOptions(options.get());
-    for (const char* function : {"DDS_Subscriber_create_datareader", "QELOsapiThread_new"}) {
+    const struct {
+        const char* function;
+        int samples;  ///< of statistics: of the beginning, and of the end if there is a writer
+    } faults[] = {{"DDS_Subscriber_create_datareader", 1}, {"QELOsapiThread_new", 2}};
+    for (const auto& [function, samples] : faults) {
         const Fault fault(function);
+        const Calls writes("DDS_DataWriter_write_untypedI");
         static_cast<void>(output_of([] { EXPECT_EQ(QEL_KX_Orvane_getInstance(), nullptr); }));
         EXPECT_TRUE(fault.has_struck()) << function;
+        EXPECT_EQ(writes.count(), samples) << function;
     }
     QEL_KX_Orvane_setOptions(nullptr);
 }
