@@ -62,9 +62,10 @@ TEST_F(RemoteAdministration, ShowsEveryLoggerForPeopleAndForPrograms) {
     EXPECT_TRUE(rows[0].starts_with("KIND "));
     for (Application* each : {&pump_, &planner_}) {
         const std::string kind = each == &pump_ ? "pump     " : "planner  ";
+        std::string id = std::to_string(each->process().id());
+        id.resize(std::max(id.size(), std::string("PID").size()), ' ');
         EXPECT_TRUE(contains(rows, kind + host_name(),
-                             "  " + std::to_string(each->process().id()) + "  " +
-                                 each->ask("identity") + "  OPERATIONAL  INFO   "))
+                             "  " + id + "  " + each->ask("identity") + "  OPERATIONAL  INFO   "))
             << testing::PrintToString(rows);
     }
     EXPECT_TRUE(contains(output_of({"list", "--json"}, "exit 0").out, "\"app\":\"" + pump_id_,
