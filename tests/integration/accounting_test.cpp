@@ -125,13 +125,13 @@ public:
             if (chance(2)) {
                 meet(*viewers.back());
             } else {
-                flood();
+                flood(300);
             }
         }
         for (const auto& viewer : viewers) {
             meet(*viewer);
         }
-        flood();
+        flood(300);
         end_logger();
         std::this_thread::sleep_for(2500ms);
         for (const auto& viewer : viewers) {
@@ -186,8 +186,8 @@ private:
         applications_.pop_back();
         identities_.pop_back();
     }
-    void flood() {
-        const int count = between(1, 3000);
+    void flood(int most = 3000) {
+        const int count = between(1, most);
         ordered_ += applications_.size() * static_cast<std::size_t>(count);
         const std::string command = "log 400 " + std::to_string(count) + " 0";
         for (const auto& application : applications_) {
