@@ -39,16 +39,6 @@ Guid guid_of(const QEL_KX_ADMIN_Viewer& viewer) {
     return {word(viewer.host), word(viewer.app), word(viewer.instance), word(viewer.entity)};
 }
 
-/// Waits for the statistics with which a logger ends.
-Received<QEL_KX_ADMIN_Statistics> last_statistics(DDS_DataReader* reader) {
-    while (true) {
-        auto taken = take<QEL_KX_ADMIN_Statistics>(reader, 1);
-        if (taken.empty() || taken.back().sample->isLast != 0) {
-            return taken.empty() ? Received<QEL_KX_ADMIN_Statistics>{} : std::move(taken.back());
-        }
-    }
-}
-
 void await_empty_queue() {
     while (statistics().queued > 0) {
         std::this_thread::yield();

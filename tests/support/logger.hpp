@@ -41,6 +41,16 @@ inline void ask_for_statistics(const char* value) {
     DDS_DomainParticipantQos_finalize(&qos);
 }
 
+/// Waits for the statistics with which a logger ends.
+inline Received<QEL_KX_ADMIN_Statistics> last_statistics(DDS_DataReader* reader) {
+    while (true) {
+        auto taken = take<QEL_KX_ADMIN_Statistics>(reader, 1);
+        if (taken.empty() || taken.back().sample->isLast != 0) {
+            return taken.empty() ? Received<QEL_KX_ADMIN_Statistics>{} : std::move(taken.back());
+        }
+    }
+}
+
 struct DeleteOptions {
     void operator()(QEL_KX_Options* options) const { QEL_KX_Options_delete(options); }
 };
