@@ -41,9 +41,10 @@ NameParts parts_of(const fs::path& name) {
     return {number > 0 ? stem.stem() : stem, number, name.extension()};
 }
 
+/// An empty file may be deleted again, where the disk is full.
 bool is_written_since(const fs::path& file, const timespec& time) {
     struct stat status {};
-    return stat(file.c_str(), &status) == 0 &&
+    return stat(file.c_str(), &status) == 0 && status.st_size > 0 &&
            std::tie(status.st_mtim.tv_sec, status.st_mtim.tv_nsec) >=
                std::tie(time.tv_sec, time.tv_nsec);
 }

@@ -3,7 +3,10 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 #include <variant>
 
@@ -13,7 +16,7 @@ Status RecordingMerge::open(const std::string& path, bool grows) {
     int error = 0;
     auto reader = RecordingReader::open(path, grows, error);
     if (!reader) {
-        tell(fmt::format("{}: could not open: {}", path, std::strerror(error)));
+        tell_unopened(path, error);
         return Status::failed;
     }
     sources_.push_back({std::move(reader), grows, std::nullopt, std::nullopt});
@@ -86,7 +89,8 @@ bool RecordingMerge::go_on(Source& source) {
     }
     const NextFile next = *std::exchange(source.next, std::nullopt);
     const bool is_read = std::any_of(sources_.begin(), sources_.end(), [&](const Source& other) {
-        return other.reader->path() == next.path;
+        std::error_code unknown;
+        return std::filesystem::equivalent(other.reader->path(), next.path, unknown);
     });
     if (is_read) {
         source.grows = false;
@@ -95,7 +99,11 @@ bool RecordingMerge::go_on(Source& source) {
     int error = 0;
     auto reader = RecordingReader::open(next.path, true, error);
     if (!reader) {
-        // It has been deleted, and another one will be the next.
+        // If it has been deleted, another one will be the next.
+        source.grows = error == ENOENT;
+        if (!source.grows) {
+            tell_unopened(next.path, error);
+        }
         return false;
     }
     if (!next.is_adjacent) {
@@ -103,6 +111,10 @@ bool RecordingMerge::go_on(Source& source) {
     }
     source.reader = std::move(reader);
     return true;
+}
+
+void RecordingMerge::tell_unopened(const std::string& path, int error) {
+    tell(fmt::format("{}: could not open: {}", path, std::strerror(error)));
 }
 
 void RecordingMerge::tell(const std::string& problem) {

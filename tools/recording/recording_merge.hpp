@@ -56,6 +56,7 @@ private:
     std::optional<RecordedEvent> earliest();
     void fill(Source& source);
     bool go_on(Source& source);
+    void tell_unopened(const std::string& path, int error);
     void tell(const std::string& problem);
 
     Report report_;
