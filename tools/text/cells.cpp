@@ -76,12 +76,17 @@ Piece first_piece(std::string_view line, std::size_t width, std::size_t solid) {
 
 std::size_t width_of(std::string_view text) {
     std::size_t cells = 0;
-    while (!text.empty()) {
+    while (true) {
+        const std::size_t plain = printable_ascii(text).size();
+        cells += plain;
+        text.remove_prefix(plain);
+        if (text.empty()) {
+            return cells;
+        }
         const Glyph glyph = first_glyph(text);
         cells += glyph.width;
         text.remove_prefix(glyph.size);
     }
-    return cells;
 }
 
 std::string padded(std::string text, std::size_t width) {

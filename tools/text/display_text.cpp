@@ -59,7 +59,13 @@ void append_displayable(std::string& line, std::string_view text) {
     if (text.ends_with('\n')) {
         text.remove_suffix(1);
     }
-    while (!text.empty()) {
+    while (true) {
+        const std::string_view plain = printable_ascii(text);
+        line += plain;
+        text.remove_prefix(plain.size());
+        if (text.empty()) {
+            break;
+        }
         const Decoded next = decode_utf8(text);
         const std::string_view bytes = text.substr(0, next.size);
         if (next.character == not_a_character || is_hidden(next.character)) {

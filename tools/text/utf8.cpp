@@ -37,6 +37,11 @@ Decoded decode_utf8(std::string_view text) {
     return {character, size};
 }
 
+std::string_view printable_ascii(std::string_view text) {
+    return {text.begin(), std::find_if_not(text.begin(), text.end(),
+                                           [](char byte) { return is_printable_ascii(byte); })};
+}
+
 bool contains(std::span<const CharacterRange> ranges, char32_t character) {
     return std::any_of(ranges.begin(), ranges.end(), [&](const CharacterRange& range) {
         return range.first <= character && character <= range.last;

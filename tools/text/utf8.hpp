@@ -19,6 +19,14 @@ struct Decoded {
 /// character.
 Decoded decode_utf8(std::string_view text);
 
+/// Whether a byte is a character by itself that takes one cell of a terminal.
+constexpr bool is_printable_ascii(char byte) {
+    return byte >= ' ' && byte <= '~';
+}
+
+/// The bytes at the front for which @ref is_printable_ascii holds.
+std::string_view printable_ascii(std::string_view text);
+
 /// Characters of Unicode that follow each other.
 struct CharacterRange {
     char32_t first;
