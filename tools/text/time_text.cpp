@@ -1,6 +1,6 @@
 #include "tools/text/time_text.hpp"
 
-#include <fmt/chrono.h>
+#include <fmt/compile.h>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -51,8 +51,7 @@ std::optional<std::int64_t> join(const Time& time) {
     return overflows ? std::nullopt : std::optional{nanoseconds};
 }
 
-std::tm calendar_time(const Time& moment, bool utc) {
-    const auto time = static_cast<std::time_t>(moment.seconds);
+std::tm calendar_time(std::time_t time, bool utc) {
     std::tm calendar{};
     if (utc) {
         gmtime_r(&time, &calendar);
@@ -60,6 +59,27 @@ std::tm calendar_time(const Time& moment, bool utc) {
         localtime_r(&time, &calendar);
     }
     return calendar;
+}
+
+/// "2026-01-31T12:00:00".
+/// @return valid until the next call by this thread
+std::string_view second_text(std::int64_t seconds, char separator, bool utc) {
+    // Of the last call, because many lines are of the same second.
+    struct Known {
+        std::int64_t seconds = 0;
+        char separator = '\0';
+        bool utc = false;
+        std::string text{};
+    };
+    thread_local Known known;
+    if (seconds != known.seconds || separator != known.separator || utc != known.utc) {
+        const std::tm calendar = calendar_time(static_cast<std::time_t>(seconds), utc);
+        known = {seconds, separator, utc,
+                 fmt::format("{:04}-{:02}-{:02}{}{:02}:{:02}:{:02}", calendar.tm_year + 1900,
+                             calendar.tm_mon + 1, calendar.tm_mday, separator, calendar.tm_hour,
+                             calendar.tm_min, calendar.tm_sec)};
+    }
+    return known.text;
 }
 
 /// Reads the parts of a time from its text. After a part that is not there it reads zeros.
@@ -168,13 +188,15 @@ std::int64_t universal_seconds(std::int64_t local) {
 
 std::string display_time(std::int64_t nanoseconds, bool utc) {
     const Time time = split(nanoseconds);
-    return fmt::format("{:%Y-%m-%d %H:%M:%S}.{:06}{}", calendar_time(time, utc),
+    return fmt::format(FMT_COMPILE("{}.{:06}{}"), second_text(time.seconds, ' ', utc),
                        time.nanoseconds / 1000, utc ? "Z" : "");
 }
 
 std::string json_time(std::int64_t nanoseconds) {
     const Time time = split(nanoseconds);
-    return fmt::format("{:%Y-%m-%dT%H:%M:%S}.{:09}Z", calendar_time(time, true), time.nanoseconds);
+    constexpr bool utc = true;
+    return fmt::format(FMT_COMPILE("{}.{:09}Z"), second_text(time.seconds, 'T', utc),
+                       time.nanoseconds);
 }
 
 std::optional<TimeFormat> parse_time_format(std::string_view text) {
