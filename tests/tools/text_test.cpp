@@ -310,7 +310,7 @@ TEST(JsonLine, HoldsEveryFieldOfTheMessage) {
 }
 
 TEST(JsonLine, IsOneLineOfAsciiWhateverTheMessageHolds) {
-    const std::string text = "\x1b[2J\n\u009b2J\u202e a\xffz\xe2\x82";
+    const std::string text = "\x1b[2J\b\f\n\r\t\\\"/\x7f\u009b2J\u202e\U0001F600 a\xffz\xe2\x82";
     std::string line = json_line(message(noon, 600, text, text));
     ASSERT_EQ(line.back(), '\n');
     line.pop_back();
@@ -318,7 +318,8 @@ TEST(JsonLine, IsOneLineOfAsciiWhateverTheMessageHolds) {
         EXPECT_TRUE(byte >= ' ' && byte < '\x7f') << line;
     }
     const auto object = nlohmann::json::parse(line);
-    EXPECT_EQ(object["category"], "\x1b[2J\n\u009b2J\u202e a\ufffdz\ufffd");
+    EXPECT_EQ(object["category"],
+              "\x1b[2J\b\f\n\r\t\\\"/\x7f\u009b2J\u202e\U0001F600 a\ufffdz\ufffd\ufffd");
     EXPECT_EQ(object["message"], object["category"]);
 }
 

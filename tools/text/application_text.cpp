@@ -1,6 +1,6 @@
 #include "tools/text/application_text.hpp"
 
-#include <fmt/format.h>
+#include <fmt/compile.h>
 
 #include "tools/text/named_numbers.hpp"
 
@@ -20,7 +20,7 @@ std::optional<Application> parse_application(std::string_view text) {
 }
 
 std::string format_application(const Application& application) {
-    return fmt::format("{:08x}:{:08x}", application.host_id, application.app_id);
+    return fmt::format(FMT_COMPILE("{:08x}:{:08x}"), application.host_id, application.app_id);
 }
 
 }  // namespace orvane::tools

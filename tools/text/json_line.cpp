@@ -4,12 +4,13 @@
 #include <cctype>
 #include <cstddef>
 #include <iterator>
-#include <nlohmann/json.hpp>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 #include "orvane/core.h"
 #include "tools/text/application_text.hpp"
+#include "tools/text/json_object.hpp"
 #include "tools/text/level_names.hpp"
 #include "tools/text/logger_name.hpp"
 #include "tools/text/logger_text.hpp"
@@ -20,14 +21,10 @@
 namespace orvane::tools {
 namespace {
 
-std::string text_of(const nlohmann::ordered_json& value) {
-    constexpr bool escape_beyond_ascii = true;
-    return value.dump(-1, ' ', escape_beyond_ascii,
-                      nlohmann::ordered_json::error_handler_t::replace);
-}
-
-std::string line_of(const nlohmann::ordered_json& value) {
-    return text_of(value) + '\n';
+std::string line_of(JsonObject object) {
+    std::string line = object.take();
+    line += '\n';
+    return line;
 }
 
 std::string lower_case(std::string_view name) {
@@ -38,97 +35,101 @@ std::string lower_case(std::string_view name) {
     return text;
 }
 
-void fill_identity(nlohmann::ordered_json& object, const Logger& logger) {
-    object["app"] = format_application(logger.application);
-    object["host_id"] = logger.application.host_id;
-    object["app_id"] = logger.application.app_id;
-    object["kind"] = logger.kind;
+void fill_identity(JsonObject& object, const Logger& logger) {
+    object.add("app", format_application(logger.application));
+    object.add("host_id", logger.application.host_id);
+    object.add("app_id", logger.application.app_id);
+    object.add("kind", logger.kind);
     if (logger.number != 1) {
-        object["number"] = logger.number;
+        object.add("number", logger.number);
     }
-    object["host"] = logger.host;
-    object["process"] = logger.process;
-    object["pid"] = logger.process_id;
+    object.add("host", logger.host);
+    object.add("process", logger.process);
+    object.add("pid", logger.process_id);
 }
 
-void fill_traffic(nlohmann::ordered_json& object, const LoggerTraffic& traffic) {
+void fill_traffic(JsonObject& object, const LoggerTraffic& traffic) {
     const LoggerStatistics& last = traffic.last;
-    object["accepted"] = last.accepted;
-    object["published"] = last.now.published;
-    object["queue_full"] = last.now.queue_full;
-    object["no_memory"] = last.now.no_memory;
-    object["discarded"] = last.now.discarded;
-    object["queued"] = last.queued;
-    object["most_queued"] = last.most_queued;
-    object["queue_size"] = last.queue_size;
+    object.add("accepted", last.accepted);
+    object.add("published", last.now.published);
+    object.add("queue_full", last.now.queue_full);
+    object.add("no_memory", last.now.no_memory);
+    object.add("discarded", last.now.discarded);
+    object.add("queued", last.queued);
+    object.add("most_queued", last.most_queued);
+    object.add("queue_size", last.queue_size);
     if (traffic.rate) {
-        object["rate"] = *traffic.rate;
+        object.add("rate", *traffic.rate);
     }
 }
 
-void fill_settings(nlohmann::ordered_json& object, const LoggerState& state) {
-    object["state"] = state_name(state.state);
-    object["filter_level"] = state.filter_level;
-    object["filter_level_name"] = filter_level_text(state.filter_level);
-    object["domain"] = state.domain_id;
-    nlohmann::ordered_json& verbosities = object["verbosities"];
+void fill_settings(JsonObject& object, const LoggerState& state) {
+    object.add("state", state_name(state.state));
+    object.add("filter_level", state.filter_level);
+    object.add("filter_level_name", filter_level_text(state.filter_level));
+    object.add("domain", state.domain_id);
+    JsonObject verbosities;
     for (std::size_t category = 0; category < state.verbosities.size(); ++category) {
-        verbosities[lower_case(
-            middleware_category_name(static_cast<MiddlewareCategory>(category)))] =
-            verbosity_name(state.verbosities[category]);
+        verbosities.add(
+            lower_case(middleware_category_name(static_cast<MiddlewareCategory>(category))),
+            verbosity_name(state.verbosities[category]));
     }
-    object["print_format"] = print_format_name(state.print_format);
+    object.add("verbosities", std::move(verbosities));
+    object.add("print_format", print_format_name(state.print_format));
 }
 
-nlohmann::ordered_json begin_event(const char* type, std::int64_t nanoseconds) {
-    nlohmann::ordered_json object;
-    object["type"] = type;
-    object["time"] = json_time(nanoseconds);
-    return object;
+void fill_event(JsonObject& object, const char* type, std::int64_t nanoseconds) {
+    object.add("type", type);
+    object.add("time", json_time(nanoseconds));
 }
 
 /// Fills in what stands between the level and the text.
-void fill_message(nlohmann::ordered_json& object, const MessageEvent& event) {
-    object["level_name"] = level_text(event.record.level);
+void fill_message(JsonObject& object, const MessageEvent& event) {
+    object.add("level_name", level_text(event.record.level));
     fill_identity(object, event.logger);
-    object["category"] = event.record.category;
+    object.add("category", event.record.category);
 }
 
-nlohmann::ordered_json json_of(const MessageEvent& event) {
-    nlohmann::ordered_json object = begin_event("message", event.record.nanoseconds);
-    object["level"] = event.record.level;
+JsonObject json_of(const MessageEvent& event) {
+    JsonObject object;
+    fill_event(object, "message", event.record.nanoseconds);
+    object.add("level", event.record.level);
     fill_message(object, event);
-    object["message"] = event.record.message;
+    object.add("message", event.record.message);
     return object;
 }
 
-nlohmann::ordered_json json_of(const LossEvent& event) {
-    nlohmann::ordered_json object = begin_event("loss", event.nanoseconds);
+JsonObject json_of(const LossEvent& event) {
+    JsonObject object;
+    fill_event(object, "loss", event.nanoseconds);
     fill_identity(object, event.logger);
-    object["lost"] = event.lost();
-    object["queue_full"] = event.queue_full;
-    object["no_memory"] = event.no_memory;
-    object["discarded"] = event.discarded;
-    object["on_the_way"] = event.on_the_way;
+    object.add("lost", event.lost());
+    object.add("queue_full", event.queue_full);
+    object.add("no_memory", event.no_memory);
+    object.add("discarded", event.discarded);
+    object.add("on_the_way", event.on_the_way);
     return object;
 }
 
-nlohmann::ordered_json json_of(const LoggerEvent& event) {
-    nlohmann::ordered_json object = begin_event("logger", event.nanoseconds);
-    object["event"] = event_name(event.change.kind);
+JsonObject json_of(const LoggerEvent& event) {
+    JsonObject object;
+    fill_event(object, "logger", event.nanoseconds);
+    object.add("event", event_name(event.change.kind));
     fill_identity(object, event.logger);
     fill_settings(object, event.change.now);
     if (event.change.kind == LoggerChange::Kind::changed) {
-        nlohmann::ordered_json& before = object["before"];
-        before["kind"] = event.change.before.kind;
+        JsonObject before;
+        before.add("kind", event.change.before.kind);
         fill_settings(before, event.change.before);
+        object.add("before", std::move(before));
     }
     return object;
 }
 
-nlohmann::ordered_json json_of(const RecordingGap& event) {
-    nlohmann::ordered_json object = begin_event("gap", event.nanoseconds);
-    object["events"] = event.events;
+JsonObject json_of(const RecordingGap& event) {
+    JsonObject object;
+    fill_event(object, "gap", event.nanoseconds);
+    object.add("events", event.events);
     return object;
 }
 
@@ -153,25 +154,28 @@ std::string foxglove_name(const MessageEvent& event) {
     return event.record.category.empty() ? name : name + ' ' + event.record.category;
 }
 
-nlohmann::ordered_json foxglove_object(const MessageEvent& event) {
+JsonObject foxglove_object(const MessageEvent& event) {
     constexpr std::int64_t second = 1'000'000'000;
     // The schema has no times before 1970.
     const std::int64_t time = std::max<std::int64_t>(event.record.nanoseconds, 0);
-    nlohmann::ordered_json object;
-    object["timestamp"] = {{"sec", time / second}, {"nsec", time % second}};
-    object["level"] = foxglove_level(event.record.level);
-    object["message"] = event.record.message;
-    object["name"] = foxglove_name(event);
-    object["file"] = "";
-    object["line"] = 0;
-    object.update(begin_event("message", event.record.nanoseconds));
-    object["orvane_level"] = event.record.level;
+    JsonObject object;
+    JsonObject timestamp;
+    timestamp.add("sec", time / second);
+    timestamp.add("nsec", time % second);
+    object.add("timestamp", std::move(timestamp));
+    object.add("level", foxglove_level(event.record.level));
+    object.add("message", event.record.message);
+    object.add("name", foxglove_name(event));
+    object.add("file", "");
+    object.add("line", 0);
+    fill_event(object, "message", event.record.nanoseconds);
+    object.add("orvane_level", event.record.level);
     fill_message(object, event);
     return object;
 }
 
 template <typename Other>
-nlohmann::ordered_json foxglove_object(const Other& event) {
+JsonObject foxglove_object(const Other& event) {
     return json_of(event);
 }
 
@@ -198,18 +202,20 @@ std::string json_line(const RecordedEvent& event) {
 }
 
 std::string json_line(const LoggerEntry& entry) {
-    nlohmann::ordered_json object;
+    JsonObject object;
     fill_identity(object, entry.logger);
     fill_settings(object, entry.state);
-    object["addresses"] = entry.addresses;
+    object.add("addresses", entry.addresses);
     if (entry.traffic) {
-        fill_traffic(object["statistics"], *entry.traffic);
+        JsonObject statistics;
+        fill_traffic(statistics, *entry.traffic);
+        object.add("statistics", std::move(statistics));
     }
     return line_of(object);
 }
 
 std::string foxglove_json(const RecordedEvent& event) {
-    return text_of(std::visit([](const auto& each) { return foxglove_object(each); }, event));
+    return std::visit([](const auto& each) { return foxglove_object(each).take(); }, event);
 }
 
 }  // namespace orvane::tools
