@@ -5,6 +5,7 @@
 
 #include "tests/tools/decode_pieces.hpp"
 #include "tests/tools/sample_events.hpp"
+#include "tools/recording/crc32.hpp"
 #include "tools/recording/event_encoder.hpp"
 #include "tools/recording/mcap_records.hpp"
 #include "tools/text/json_event.hpp"
@@ -53,6 +54,13 @@ Contents read(std::string_view bytes, RecordingFormat format, std::size_t piece 
     Contents contents;
     decode_pieces(bytes, format, piece, Take{contents});
     return contents;
+}
+
+TEST(Crc32, IsThatOfZipWhereverTheBytesAreCut) {
+    constexpr std::string_view bytes = "123456789123456789";
+    for (std::size_t cut = 0; cut <= bytes.size(); ++cut) {
+        EXPECT_EQ(crc32(bytes.substr(cut), crc32(bytes.substr(0, cut))), 0x4B837AE4U) << cut;
+    }
 }
 
 TEST(JsonLine, HoldsAllOfAnEvent) {

@@ -6,6 +6,7 @@
 /// little endian. A text has its length in four bytes in front, and so has a list of pairs.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -35,9 +36,12 @@ inline constexpr std::size_t mcap_prefix_size = 9;
 
 template <typename Number>
 void append_number(std::string& bytes, Number number) {
+    std::array<char, sizeof(Number)> little_endian;
     for (std::size_t byte = 0; byte < sizeof(Number); ++byte) {
-        bytes += static_cast<char>(static_cast<std::uint64_t>(number) >> (8 * byte) & 0xFFU);
+        little_endian[byte] =
+            static_cast<char>(static_cast<std::uint64_t>(number) >> (8 * byte) & 0xFFU);
     }
+    bytes.append(little_endian.data(), little_endian.size());
 }
 
 inline void append_text(std::string& bytes, std::string_view text) {
