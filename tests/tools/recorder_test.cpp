@@ -229,13 +229,13 @@ TEST_F(RecorderTest, NeverWaitsForTheDiskAndSaysWhatItCouldNotKeep) {
     ASSERT_NE(recorder, nullptr);
     constexpr std::size_t count = 3000;
     for (std::size_t i = 0; i < count; ++i) {
-        recorder->add(message_event(noon, std::string(1000, 'x')));
+        recorder->add({message_event(noon, std::string(1000, 'x'))});
     }
     reports.wait_for("could not write " + path("a.jsonl") + ": No space left on device");
     is_full = false;
     reports.wait_for("is written again");
     reports.wait_for("not in " + path("a.jsonl") + ": the disk was full or too slow");
-    recorder->add(message_event(noon, "last"));
+    recorder->add({message_event(noon, "last")});
     const std::uint64_t missing = recorder->stop();
     EXPECT_GT(missing, 0U);
     std::vector<std::string> kept(count - missing, std::string(1000, 'x'));
@@ -250,7 +250,7 @@ TEST_F(RecorderTest, CountsWhatIsLostWhenTheDiskStaysFull) {
     const auto recorder = Recorder::start({.path = "/dev/full"}, reports.reporter(), error);
     ASSERT_NE(recorder, nullptr);
     for (int i = 0; i < 10; ++i) {
-        recorder->add(message_event(noon, "x"));
+        recorder->add({message_event(noon, "x")});
     }
     EXPECT_EQ(recorder->stop(), 10U);
     reports.wait_for("No space left on device");
@@ -268,7 +268,7 @@ TEST_F(RecorderTest, TakesBackWhatTheDiskTookInPart) {
     ASSERT_NE(recorder, nullptr);
     const std::vector<std::string> messages(300, std::string(1000, 'x'));
     for (const std::string& message : messages) {
-        recorder->add(message_event(noon, message));
+        recorder->add({message_event(noon, message)});
     }
     reports.wait_for("File too large");
     EXPECT_EQ(std::filesystem::file_size(path("a.jsonl")), 0U);

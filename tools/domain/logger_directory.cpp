@@ -33,7 +33,7 @@ void LoggerDirectory::note_end(const Application& application) {
 }
 
 Logger LoggerDirectory::logger(const Application& application) const {
-    const Entry entry = find(application);
+    const Entry& entry = find(application);
     return {.application = application,
             .kind = entry.kind,
             .number = entry.number,
@@ -46,9 +46,10 @@ Process LoggerDirectory::process(const Application& application) const {
     return find(application).process;
 }
 
-LoggerDirectory::Entry LoggerDirectory::find(const Application& application) const {
+const LoggerDirectory::Entry& LoggerDirectory::find(const Application& application) const {
+    static const Entry unknown;
     const auto known = entries_.find(application);
-    return known == entries_.end() ? Entry{} : known->second;
+    return known == entries_.end() ? unknown : known->second;
 }
 
 }  // namespace orvane::tools

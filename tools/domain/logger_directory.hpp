@@ -41,7 +41,7 @@ private:
         Process process;
         bool has_gone = false;
     };
-    Entry find(const Application& application) const;
+    const Entry& find(const Application& application) const;
 
     std::map<Application, Entry> entries_;
     std::deque<Application> gone_;                       ///< in the order of their ends

@@ -63,17 +63,19 @@ Recorder::~Recorder() {
     stop();
 }
 
-void Recorder::add(RecordedEvent event) {
-    const std::size_t size = size_of(event);
+void Recorder::add(std::vector<RecordedEvent> events) {
     {
         const std::lock_guard lock(mutex_);
-        // Once events are missing, the gap comes before later events.
-        if (refused_ > 0 || queue_size_ + size > queue_limit_) {
-            ++refused_;
-            return;
+        for (RecordedEvent& event : events) {
+            const std::size_t size = size_of(event);
+            // Once events are missing, the gap comes before later events.
+            if (refused_ > 0 || queue_size_ + size > queue_limit_) {
+                ++refused_;
+                continue;
+            }
+            queue_size_ += size;
+            queue_.push_back(std::move(event));
         }
-        queue_size_ += size;
-        queue_.push_back(std::move(event));
     }
     changed_.notify_one();
 }

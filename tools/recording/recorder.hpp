@@ -11,6 +11,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "tools/recording/recording_files.hpp"
 
@@ -31,7 +32,7 @@ public:
     Recorder& operator=(const Recorder&) = delete;
     ~Recorder();
 
-    void add(RecordedEvent event);
+    void add(std::vector<RecordedEvent> events);
 
     /// Writes what waits, and ends the file. A disk that cannot be written now is not waited for.
     /// @return the number of events that are not in the recording

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include "tools/domain/log_subscription.hpp"
 #include "tools/subcommands/exit_status.hpp"
@@ -37,12 +38,12 @@ int hand_over(LogSubscription& subscription, const StopSignal& stop, DomainFollo
         const std::chrono::milliseconds left = time_left(seconds, start);
         subscription.wait(left);
         const bool is_last = stop.requested() || left.count() == 0;
-        const Result<std::vector<Event>> events = subscription.take(is_last);
+        Result<std::vector<Event>> events = subscription.take(is_last);
         if (!events) {
             fmt::print(stderr, "orvane: a reader failed\n");
             return exit_failure;
         }
-        if (const std::optional<int> status = follower.take(*events)) {
+        if (const std::optional<int> status = follower.take(*std::move(events))) {
             return *status;
         }
         if (is_last) {

@@ -24,7 +24,7 @@ public:
     virtual bool wants(const Logger& logger) const = 0;
 
     /// @return an exit status when the subcommand ends, nothing when it goes on
-    virtual std::optional<int> take(const std::vector<Event>& events) = 0;
+    virtual std::optional<int> take(std::vector<Event> events) = 0;
 
     /// Ends the subcommand, before the domain is left.
     /// @param seconds the time that it took

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -36,10 +37,19 @@ public:
         return std::nullopt;
     }
 
-    std::optional<int> take(const std::vector<Event>& events) override {
-        for (const Event& event : events) {
-            std::visit([&](const auto& each) { keep(each); }, event);
+    std::optional<int> take(std::vector<Event> events) override {
+        std::vector<RecordedEvent> wanted;
+        wanted.reserve(events.size());
+        for (Event& event : events) {
+            std::visit(
+                [&](auto& each) {
+                    if (counts(each)) {
+                        wanted.emplace_back(std::move(each));
+                    }
+                },
+                event);
         }
+        recorder_->add(std::move(wanted));
         if (line_.is_due()) {
             line_.show(messages_text() + lost_text());
         }
@@ -63,23 +73,18 @@ public:
     }
 
 private:
-    void keep(const MessageEvent& event) {
-        if (options_.query.matches(event)) {
-            ++messages_;
-            recorder_->add(event);
-        }
+    /// Counts an event that is asked for. @return whether it is
+    bool counts(const MessageEvent& event) {
+        const bool is_wanted = options_.query.matches(event);
+        messages_ += is_wanted ? 1 : 0;
+        return is_wanted;
     }
-    void keep(const LossEvent& event) {
-        if (options_.query.matches(event.logger)) {
-            lost_ += event.lost();
-            recorder_->add(event);
-        }
+    bool counts(const LossEvent& event) {
+        const bool is_wanted = wants(event.logger);
+        lost_ += is_wanted ? event.lost() : 0;
+        return is_wanted;
     }
-    void keep(const LoggerEvent& event) {
-        if (options_.query.matches(event.logger)) {
-            recorder_->add(event);
-        }
-    }
+    bool counts(const LoggerEvent& event) const { return wants(event.logger); }
 
     std::string messages_text() const {
         return fmt::format("{} message{}", messages_, messages_ == 1 ? "" : "s");

@@ -15,7 +15,7 @@ public:
     explicit Tail(const TailOptions& options)
         : query_(options.display.query), display_(options.display) {}
 
-    std::optional<int> take(const std::vector<Event>& events) override {
+    std::optional<int> take(std::vector<Event> events) override {
         switch (display_.show(events)) {
             case Display::Progress::goes_on:
                 return std::nullopt;

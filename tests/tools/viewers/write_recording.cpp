@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
     // Several chunks.
     for (int round = 0; round < 40; ++round) {
         for (const RecordedEvent& event : events) {
-            recorder->add(event);
+            recorder->add({event});
             const McapChannel& channel = mcap_channels[event.index()];
             std::printf("%s %s %lld %s\n", channel.topic.data(), channel.schema_name.data(),
                         static_cast<long long>(std::max<std::int64_t>(time_of(event), 0)),
