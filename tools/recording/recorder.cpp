@@ -106,11 +106,11 @@ void Recorder::run() {
     }
     files_.close(Clock::now());
     report_failure();
-    missing_ += files_.unwritten() + queue_.size() + refused_;
+    missing_ += files_.unwritten() + batch_.size() + queue_.size() + refused_;
 }
 
 bool Recorder::has_work() const {
-    return !queue_.empty() || refused_ > 0;
+    return !batch_.empty() || !queue_.empty() || refused_ > 0;
 }
 
 void Recorder::wait(std::unique_lock<std::mutex>& lock) {
@@ -123,12 +123,11 @@ void Recorder::wait(std::unique_lock<std::mutex>& lock) {
 }
 
 void Recorder::write_queue(std::unique_lock<std::mutex>& lock) {
-    while (!queue_.empty() && !files_.is_stuck()) {
-        const RecordedEvent event = std::move(queue_.front());
-        queue_.pop_front();
-        queue_size_ -= size_of(event);
+    while (fill_batch() && !files_.is_stuck()) {
         lock.unlock();
-        files_.add(event, Clock::now());
+        for (; !batch_.empty() && !files_.is_stuck(); batch_.pop_front()) {
+            files_.add(batch_.front(), Clock::now());
+        }
         lock.lock();
     }
     const std::uint64_t refused = files_.is_stuck() ? 0 : std::exchange(refused_, 0);
@@ -139,6 +138,16 @@ void Recorder::write_queue(std::unique_lock<std::mutex>& lock) {
     files_.tick(Clock::now());
     report_failure();
     lock.lock();
+}
+
+bool Recorder::fill_batch() {
+    constexpr std::size_t largest_batch = 256;
+    while (batch_.size() < largest_batch && !queue_.empty()) {
+        queue_size_ -= size_of(queue_.front());
+        batch_.push_back(std::move(queue_.front()));
+        queue_.pop_front();
+    }
+    return !batch_.empty();
 }
 
 void Recorder::add_gap(std::uint64_t events) {

@@ -43,6 +43,8 @@ private:
     void run();
     bool has_work() const;
     void wait(std::unique_lock<std::mutex>& lock);
+    /// Takes events from the queue. @return whether there are any
+    bool fill_batch();
     void write_queue(std::unique_lock<std::mutex>& lock);
     void add_gap(std::uint64_t events);
     void report_failure();
@@ -51,7 +53,8 @@ private:
     std::size_t queue_limit_;
     Report report_;
     int reported_error_ = 0;
-    std::uint64_t missing_ = 0;  ///< events that were refused, as far as the thread knows
+    std::deque<RecordedEvent> batch_;  ///< taken from the queue, few at a time
+    std::uint64_t missing_ = 0;        ///< events that were refused, as far as the thread knows
 
     std::mutex mutex_;
     std::condition_variable changed_;
