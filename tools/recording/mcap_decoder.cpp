@@ -220,8 +220,9 @@ std::optional<DecodedEvent> McapDecoder::read_message(std::string_view content,
     // Its sequence number and two times.
     members.take(sizeof(std::uint32_t) + 2 * sizeof(std::uint64_t));
     if (!members.is_whole() || members.rest().size() > largest_json_event) {
-        return Damage{position, fmt::format("a message of {} bytes, expected 22 to {}",
-                                            content.size(), largest_json_event + 22)};
+        return Damage{position, fmt::format("a message of {} bytes, expected {} to {}",
+                                            content.size(), mcap_message_head_size,
+                                            mcap_message_head_size + largest_json_event)};
     }
     if (!channels_.contains(channel)) {
         return std::nullopt;

@@ -6,7 +6,6 @@
 
 #include "tools/recording/crc32.hpp"
 #include "tools/recording/mcap_records.hpp"
-#include "tools/recording/zstd_frame.hpp"
 #include "tools/text/json_line.hpp"
 
 namespace orvane::tools {
@@ -97,13 +96,13 @@ void McapEncoder::add(const RecordedEvent& event) {
     const std::uint64_t time = mcap_time(event);
     indexes_[event.index()].push_back({time, records_.size()});
     times_.extend({time, time});
-    std::string content;
-    append_number(content, mcap_channel_id(event.index()));
-    append_number(content, sequence_numbers_[event.index()]++);
-    append_number(content, time);
-    append_number(content, time);
-    content += foxglove_json(event);
-    append_record(records_, McapOpcode::message, content);
+    const std::string text = foxglove_json(event);
+    append_prefix(records_, McapOpcode::message, mcap_message_head_size + text.size());
+    append_number(records_, mcap_channel_id(event.index()));
+    append_number(records_, sequence_numbers_[event.index()]++);
+    append_number(records_, time);
+    append_number(records_, time);
+    records_ += text;
 }
 
 std::string_view McapEncoder::block() {
@@ -115,8 +114,8 @@ std::string_view McapEncoder::block() {
 }
 
 void McapEncoder::append_chunk() {
-    const std::optional<std::string> compressed = compress(records_);
-    const std::string& stored = compressed ? *compressed : records_;
+    const std::optional<std::string_view> compressed = compressor_.compress(records_);
+    const std::string_view stored = compressed ? *compressed : records_;
     chunk_ = {.times = times_,
               .compression = compressed ? "zstd" : "",
               .compressed_size = stored.size(),

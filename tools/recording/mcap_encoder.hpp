@@ -12,6 +12,7 @@
 
 #include "tools/recording/event_encoder.hpp"
 #include "tools/recording/mcap_channels.hpp"
+#include "tools/recording/zstd_frame.hpp"
 
 namespace orvane::tools {
 
@@ -64,6 +65,7 @@ private:
     std::string records_;
     std::array<std::vector<IndexEntry>, mcap_channels.size()> indexes_;
     Times times_;
+    ZstdCompressor compressor_;
     std::string block_;
     Chunk chunk_;
 

@@ -34,6 +34,9 @@ enum class McapOpcode : std::uint8_t {
 /// The bytes of a record before its content.
 inline constexpr std::size_t mcap_prefix_size = 9;
 
+/// The bytes of a message before its payload: its channel, its sequence number and two times.
+inline constexpr std::size_t mcap_message_head_size = 2 + 4 + 8 + 8;
+
 template <typename Number>
 void append_number(std::string& bytes, Number number) {
     std::array<char, sizeof(Number)> little_endian;
@@ -49,9 +52,14 @@ inline void append_text(std::string& bytes, std::string_view text) {
     bytes += text;
 }
 
-inline void append_record(std::string& bytes, McapOpcode opcode, std::string_view content) {
+/// @param size of the content, which follows
+inline void append_prefix(std::string& bytes, McapOpcode opcode, std::size_t size) {
     append_number(bytes, static_cast<std::uint8_t>(opcode));
-    append_number(bytes, static_cast<std::uint64_t>(content.size()));
+    append_number(bytes, std::uint64_t{size});
+}
+
+inline void append_record(std::string& bytes, McapOpcode opcode, std::string_view content) {
+    append_prefix(bytes, opcode, content.size());
     bytes += content;
 }
 

@@ -2,18 +2,30 @@
 
 #include <zstd.h>
 
+#include <algorithm>
+
 namespace orvane::tools {
 
-std::optional<std::string> compress(std::string_view bytes) {
-    constexpr int fast_level = 3;
-    std::string frame(ZSTD_compressBound(bytes.size()), '\0');
-    const std::size_t size =
-        ZSTD_compress(frame.data(), frame.size(), bytes.data(), bytes.size(), fast_level);
+void ZstdCompressor::Deleter::operator()(ZSTD_CCtx_s* context) const {
+    ZSTD_freeCCtx(context);
+}
+
+std::optional<std::string_view> ZstdCompressor::compress(std::string_view bytes) {
+    // Log messages become no smaller with the next levels, and take longer.
+    constexpr int level = 1;
+    if (!context_) {
+        context_.reset(ZSTD_createCCtx());
+    }
+    if (!context_) {
+        return std::nullopt;
+    }
+    frame_.resize(std::max(frame_.size(), ZSTD_compressBound(bytes.size())));
+    const std::size_t size = ZSTD_compressCCtx(context_.get(), frame_.data(), frame_.size(),
+                                               bytes.data(), bytes.size(), level);
     if (ZSTD_isError(size) != 0) {
         return std::nullopt;
     }
-    frame.resize(size);
-    return frame;
+    return std::string_view{frame_}.substr(0, size);
 }
 
 std::optional<std::string> decompress(std::string_view frame, std::size_t size) {
