@@ -143,12 +143,15 @@ private:
             return Status::failed;
         }
         // A take groups the messages by instance, which here means by application and level.
-        std::stable_sort(received.begin(), received.end(), [](const auto& a, const auto& b) {
-            return a.record.nanoseconds < b.record.nanoseconds;
+        std::vector<Received*> ordered(received.size());
+        std::transform(received.begin(), received.end(), ordered.begin(),
+                       [](Received& each) { return &each; });
+        std::stable_sort(ordered.begin(), ordered.end(), [](const auto* a, const auto* b) {
+            return a->record.nanoseconds < b->record.nanoseconds;
         });
-        for (Received& each : received) {
-            heard.insert(each.record.application);
-            stream_.receive(std::move(each.record), each.origin, now);
+        for (Received* each : ordered) {
+            heard.insert(each->record.application);
+            stream_.receive(std::move(each->record), each->origin, now);
         }
         return Status::ok;
     }
