@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
 
 namespace orvane::bench {
 namespace {
@@ -25,9 +26,11 @@ std::size_t encoded_size(const std::string& text) {
         nullptr, 1, QEL_CDR_ENCAPSULATION_ID_CDR_NATIVE, 0, &sample);
 }
 
-Logger::Logger(const Options& options) : options_{QEL_KX_Options_createDefault()} {
+Logger::Logger(const Options& options)
+    : half_of_queue_{options.queue_size / 2}, options_{QEL_KX_Options_createDefault()} {
     QEL_KX_Options_setDomainId(options_, options.domain);
     QEL_KX_Options_setQueueSize(options_, options.queue_size);
+    QEL_KX_Options_setApplicationKind(options_, options.kind);
     if (options.keep_all) {
         DDS_DomainParticipantFactory_load_qos_profiles(DDS_DomainParticipantFactory_get_instance(),
                                                        BENCH_QOS_PROFILES);
@@ -44,6 +47,13 @@ Logger::Logger(const Options& options) : options_{QEL_KX_Options_createDefault()
 Logger::~Logger() {
     QEL_KX_Orvane_finalizeInstance();
     QEL_KX_Options_delete(options_);
+}
+
+void Logger::log_at_leisure(DDS_Long level, const char* text) {
+    while (queued() > half_of_queue_) {
+        std::this_thread::sleep_for(std::chrono::microseconds{50});
+    }
+    log(level, text);
 }
 
 DDS_Long Logger::queued() const {

@@ -28,6 +28,8 @@ public:
         std::int32_t queue_size = 128;
         /// Every reader gets all messages, by the profile of bench/keep_all.xml.
         bool keep_all = false;
+        /// By which viewers name the logger.
+        const char* kind = "";
     };
 
     /// Ends the program when there is no logger.
@@ -39,11 +41,14 @@ public:
     void log(DDS_Long level, const char* text) {
         QEL_KX_Orvane_logMessageWithLevelCategory(logger_, level, text, category);
     }
+    /// Waits until no more than half of the queue is in use, then logs.
+    void log_at_leisure(DDS_Long level, const char* text);
     /// Messages that wait for their publication.
     DDS_Long queued() const;
     bool has_reader() const;
 
 private:
+    DDS_Long half_of_queue_;
     QEL_KX_Options* options_;
     QEL_KX_Orvane* logger_;
 };

@@ -44,6 +44,17 @@ nlohmann::json distribution(std::vector<double> samples) {
             {"p999", percentile(samples, 0.999)}, {"max", samples.back()}};
 }
 
+double number_in(const std::filesystem::path& file, const std::string& name) {
+    std::ifstream stream{file};
+    for (std::string word; stream >> word;) {
+        double value = 0;
+        if (word == name + ':' && stream >> value) {
+            return value;
+        }
+    }
+    return 0;
+}
+
 void append_result(const std::string& path, const nlohmann::json& result) {
     std::ofstream{path, std::ios::app} << result.dump() << '\n';
 }

@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <filesystem>
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -29,6 +30,9 @@ void wait_gap(Clock::time_point begin, nanoseconds gap);
 
 /// Number of samples, minimum, 50th, 99th and 99.9th percentile, and maximum.
 nlohmann::json distribution(std::vector<double> samples);
+
+/// @return the number behind "name:" in a file of /proc, or 0
+double number_in(const std::filesystem::path& file, const std::string& name);
 
 /// Appends an object as a line; a later run of the same programs adds to the same file.
 void append_result(const std::string& path, const nlohmann::json& result);

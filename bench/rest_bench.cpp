@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -31,18 +30,6 @@ struct Plan {
     /// Threads that wait for the global lock while the process rests.
     int waiting_threads = 0;
 };
-
-/// The number behind "name:" in a file of /proc.
-double number_in(const std::filesystem::path& file, const std::string& name) {
-    std::ifstream stream{file};
-    for (std::string word; stream >> word;) {
-        double value = 0;
-        if (word == name + ':' && stream >> value) {
-            return value;
-        }
-    }
-    return 0;
-}
 
 struct Activity {
     double wakeups = 0;
