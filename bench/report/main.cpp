@@ -52,8 +52,8 @@ std::string targets_table(const std::vector<Target>& targets) {
 std::string report(const Results& results, const std::string& run, const nlohmann::json& where) {
     std::string text;
     std::vector<Target> targets;
-    for (const auto section :
-         {call_section, stream_section, types_section, rest_section, flood_section}) {
+    for (const auto section : {call_section, stream_section, types_section, rest_section,
+                               flood_section, viewers_section}) {
         const auto [part, judged] = section(results);
         text += part.empty() ? "" : '\n' + part;
         targets.insert(targets.end(), judged.begin(), judged.end());

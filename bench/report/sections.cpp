@@ -272,6 +272,65 @@ Section flood_section(const Results& results) {
     return table.empty() ? Section{} : Section{"### Flood\n\n" + table.text(), {}};
 }
 
+Section viewers_section(const Results& results) {
+    static constexpr struct {
+        const char* name;
+        const char* subject;
+        const char* format;
+    } subjects[] = {{"bare reader", "reader", ""},
+                    {"orvane tail", "tail", ".txt"},
+                    {"orvane tail --json", "tail", ".jsonl"},
+                    {"orvane record, lines of JSON", "record", ".jsonl"},
+                    {"orvane record, MCAP", "record", ".mcap"},
+                    {"orvane show, lines of JSON", "show", ".jsonl"},
+                    {"orvane show, MCAP", "show", ".mcap"}};
+    constexpr int paced = 100'000;
+    const auto figure = [&](const auto& subject, int rate, const char* name) {
+        return results.figure({{"group", "viewers"},
+                               {"subject", subject.subject},
+                               {"format", subject.format},
+                               {"rate", rate}},
+                              name);
+    };
+    Table rates{{"viewer", "messages/s", ": bare reader", "lost", "processor time per message",
+                 "bytes per message"}};
+    Table memory{{"resident memory, KiB", "after 10 % of the messages", "20 %", "50 %", "all"}};
+    Target rate{"viewer rate : bare reader", Kind::at_least, 0.7};
+    Target lost{"messages that a viewer has lost", Kind::at_most, 0};
+    Target growth{"growth of a viewer's memory behind a tenth of the messages", Kind::at_most, 8192,
+                  " KiB"};
+    const auto of_reader = figure(subjects[0], 0, "per_second");
+    const auto number_or_nothing = [](std::optional<double> value) {
+        return value ? number(value) : "";
+    };
+    for (const auto& subject : subjects) {
+        const auto per_second = figure(subject, 0, "per_second");
+        // A recording is shown without a logger, and loses nothing.
+        const auto missing = figure(subject, 0, "lost");
+        const auto quotient = missing ? ratio(per_second, of_reader) : std::nullopt;
+        if (per_second) {
+            rates.add({subject.name, number(per_second), quotient ? number(quotient, 2) : "",
+                       number_or_nothing(missing), duration(figure(subject, 0, "cpu_ns")),
+                       number_or_nothing(figure(subject, 0, "bytes"))});
+        }
+        if (&subject != &subjects[0]) {
+            rate.judge(quotient, subject.name);
+            lost.judge(missing, subject.name);
+        }
+        const auto at_first = figure(subject, paced, "rss_kib_10");
+        const auto at_last = figure(subject, paced, "rss_kib_100");
+        if (at_first && at_last) {
+            memory.add({subject.name, number(at_first),
+                        number(figure(subject, paced, "rss_kib_20")),
+                        number(figure(subject, paced, "rss_kib_50")), number(at_last)});
+            growth.judge(*at_last - *at_first, subject.name);
+        }
+    }
+    return rates.empty() ? Section{}
+                         : Section{"### Viewers\n\n" + rates.text() + "\n" + memory.text(),
+                                   {rate, lost, growth}};
+}
+
 std::vector<PlotData> plots(const Results& results) {
     const auto bar = [&](const json& about, const char* name, double unit) {
         const auto value = results.figure(about, name);
