@@ -108,6 +108,10 @@ std::string call_tables(const std::vector<CallRow>& rows) {
     return figures.text() + "\n" + ratios.text();
 }
 
+std::optional<double> with_statistics(const Results& results, const char* label, const char* name) {
+    return results.figure({{"group", "statistics"}, {"label", label}}, name);
+}
+
 std::optional<double> filtered(const Results& results, const char* subject) {
     return results.figure({{"group", "call"}, {"filtered", true}, {"subject", subject}}, "p50");
 }
@@ -143,8 +147,17 @@ Section call_section(const Results& results) {
     filter.add({"mean of a call", duration(filtered(results, "orvane")),
                 duration(filtered(results, "spdlog")), duration(filtered(results, "dlt")),
                 duration(filtered(results, "empty"))});
-    return {"### Call\n\n" + call_tables(rows) + "\n" + filter.text(),
-            {floor, floor_with_reader, tail, spdlog_p50, spdlog_p99, dlt, stopped}};
+    Table statistics{{"statistics", "p50", "p99", "p99.9"}};
+    for (const char* label : {"not published", "published"}) {
+        statistics.add({label, duration(with_statistics(results, label, "p50")),
+                        duration(with_statistics(results, label, "p99")),
+                        duration(with_statistics(results, label, "p999"))});
+    }
+    Target counted{"call p50 with published statistics : without", Kind::at_most, 1.05};
+    counted.judge(ratio(with_statistics(results, "published", "p50"),
+                        with_statistics(results, "not published", "p50")));
+    return {"### Call\n\n" + call_tables(rows) + "\n" + filter.text() + "\n" + statistics.text(),
+            {floor, floor_with_reader, tail, spdlog_p50, spdlog_p99, dlt, stopped, counted}};
 }
 
 Section stream_section(const Results& results) {
