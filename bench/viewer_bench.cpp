@@ -1,5 +1,5 @@
-// How fast a viewer takes in the messages of a logger, and how fast it prints a recording; what
-// that costs, and what a message takes in its files.
+// How fast a viewer takes in the messages of a logger, and how fast a recording is printed and
+// published; what that costs, and what a message takes in its files.
 //
 // The logger's queue is kept half full, or it logs at a given rate. A viewer has done its work when
 // its process rests. A reader that only takes the messages is measured in the same way.
@@ -67,17 +67,18 @@ std::vector<Message> messages() {
     return messages;
 }
 
-/// What the process prints at its end: how many messages there were, and how many of them are
-/// missing in its file.
+/// What the process prints at its end: how many messages there were, how many of them are missing
+/// in its file, and how long it took.
 struct Summary {
     double messages = 0;
     double missing = 0;
+    double seconds = 0;
 };
 
 /// @return the number in front of the first match, or 0
 double number_before(const std::string& text, const char* words) {
     std::smatch match;
-    return std::regex_search(text, match, std::regex{std::string{"([0-9]+) "} + words})
+    return std::regex_search(text, match, std::regex{std::string{"([0-9.]+) "} + words})
                ? std::stod(match[1])
                : 0;
 }
@@ -87,7 +88,8 @@ Summary read_summary(ChildProcess& viewer) {
     for (std::string line; !(line = viewer.read_line()).empty();) {
         text += line + '\n';
     }
-    return {number_before(text, "messages? "), number_before(text, "events? (is|are) not in")};
+    return {number_before(text, "messages? "), number_before(text, "events? (is|are) not in"),
+            number_before(text, "s\\b")};
 }
 
 class Subject {
@@ -104,7 +106,7 @@ public:
     ChildProcess& process() override { return reader_; }
     Summary finish() override {
         reader_.end_input();
-        return {reader_.result()["received"].get<double>(), 0};
+        return {.messages = reader_.result()["received"].get<double>()};
     }
 
 private:
@@ -226,6 +228,25 @@ int show(const Plan& plan) {
     return 0;
 }
 
+int replay(const Plan& plan) {
+    BareReader reader{plan};
+    ChildProcess process{{plan.tool, "replay", plan.file, "--speed", "max", "--wait", "--domain",
+                          std::to_string(plan.domain)},
+                         "/dev/null"};
+    const Summary summary = read_summary(process);
+    nlohmann::json figures =
+        figures_of(summary.messages, summary.seconds * 1e9, process.processor_time());
+    figures["lost"] = summary.messages - reader.finish().messages;
+    add_row(plan, figures);
+    return 0;
+}
+
+int run(const Plan& plan) {
+    return plan.subject == "show"     ? show(plan)
+           : plan.subject == "replay" ? replay(plan)
+                                      : watch(plan);
+}
+
 }  // namespace
 }  // namespace orvane::bench
 
@@ -234,16 +255,16 @@ int main(int argc, char** argv) try {
     CLI::App app{"Measures a viewer."};
     app.add_option("--subject", plan.subject)
         ->required()
-        ->check(CLI::IsMember({"reader", "tail", "record", "show"}));
+        ->check(CLI::IsMember({"reader", "tail", "record", "show", "replay"}));
     app.add_option("--results", plan.results, "file that a line of JSON is added to")->required();
     app.add_option("--tool", plan.tool, "the program orvane")->required();
     app.add_option("--file", plan.file,
-                   "the viewer's output, in the format of its ending, or the recording to show");
+                   "the viewer's output, in the format of its ending, or the recording to read");
     app.add_option("--domain", plan.domain);
     app.add_option("--messages", plan.messages);
     app.add_option("--rate", plan.rate, "messages per second, by default as many as possible");
     CLI11_PARSE(app, argc, argv);
-    return plan.subject == "show" ? orvane::bench::show(plan) : orvane::bench::watch(plan);
+    return orvane::bench::run(plan);
 } catch (const std::exception& failure) {
     std::fprintf(stderr, "bench: %s\n", failure.what());
     return 1;

@@ -296,7 +296,9 @@ Section viewers_section(const Results& results) {
                     {"orvane record, lines of JSON", "record", ".jsonl"},
                     {"orvane record, MCAP", "record", ".mcap"},
                     {"orvane show, lines of JSON", "show", ".jsonl"},
-                    {"orvane show, MCAP", "show", ".mcap"}};
+                    {"orvane show, MCAP", "show", ".mcap"},
+                    {"orvane replay, lines of JSON", "replay", ".jsonl"},
+                    {"orvane replay, MCAP", "replay", ".mcap"}};
     constexpr int paced = 100'000;
     const auto figure = [&](const auto& subject, int rate, const char* name) {
         return results.figure({{"group", "viewers"},
@@ -320,7 +322,8 @@ Section viewers_section(const Results& results) {
         const auto per_second = figure(subject, 0, "per_second");
         // A recording is shown without a logger, and loses nothing.
         const auto missing = figure(subject, 0, "lost");
-        const auto quotient = missing ? ratio(per_second, of_reader) : std::nullopt;
+        const bool views = figure(subject, 0, "rss_kib_100").has_value();
+        const auto quotient = views ? ratio(per_second, of_reader) : std::nullopt;
         if (per_second) {
             rates.add({subject.name, number(per_second), quotient ? number(quotient, 2) : "",
                        number_or_nothing(missing), duration(figure(subject, 0, "cpu_ns")),
