@@ -30,34 +30,38 @@ public:
     Schedule(double speed, std::optional<double> longest_pause)
         : speed_(speed), longest_pause_(longest_pause.value_or(longest_wait.count())) {}
 
-    bool has_begun() const { return begin_.has_value(); }
+    bool has_begun() const { return has_begun_; }
 
     /// The first call begins.
     /// @param nanoseconds since 1970-01-01 UTC
     Clock::time_point due(std::int64_t nanoseconds, Clock::time_point now) {
-        if (!begin_) {
-            begin_ = now;
-            first_ = nanoseconds;
+        if (!has_begun_) {
+            begin(nanoseconds, now);
         }
         const double elapsed = static_cast<double>(nanoseconds) - static_cast<double>(first_);
-        const Seconds wait = *begin_ - now + Seconds{elapsed * 1e-9 / speed_};
+        const Seconds wait = begin_ - now + Seconds{elapsed * 1e-9 / speed_};
         if (wait <= longest_pause_) {
             return now + std::chrono::duration_cast<Clock::duration>(std::max(wait, Seconds{0}));
         }
         // All later events come earlier by as much.
-        const auto pause = std::chrono::duration_cast<Clock::duration>(longest_pause_);
-        first_ = nanoseconds;
-        begin_ = now + pause;
-        return *begin_;
+        begin(nanoseconds, now + std::chrono::duration_cast<Clock::duration>(longest_pause_));
+        return begin_;
     }
 
 private:
     static constexpr Seconds longest_wait = std::chrono::hours{24 * 365};
 
+    void begin(std::int64_t nanoseconds, Clock::time_point due) {
+        has_begun_ = true;
+        first_ = nanoseconds;
+        begin_ = due;
+    }
+
     double speed_;
     Seconds longest_pause_;
-    std::int64_t first_ = 0;
-    std::optional<Clock::time_point> begin_;
+    bool has_begun_ = false;
+    std::int64_t first_ = 0;  ///< an event, which is due at @ref begin_
+    Clock::time_point begin_;
 };
 
 std::unique_ptr<RecordingMerge> open_recordings(const ReplayOptions& options,
