@@ -64,6 +64,8 @@ ChildProcess::ChildProcess(std::vector<std::string> command, const std::string& 
 ChildProcess::~ChildProcess() {
     end_input();
     close(output_);
+    // A viewer does not read its input.
+    interrupt();
     wait();
 }
 
@@ -83,7 +85,9 @@ void ChildProcess::end_input() {
 }
 
 void ChildProcess::interrupt() const {
-    kill(pid_, SIGINT);
+    if (pid_ > 0) {
+        kill(pid_, SIGINT);
+    }
 }
 
 Clock::time_point ChildProcess::wait_for_rest() const {
