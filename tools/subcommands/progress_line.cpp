@@ -1,6 +1,7 @@
 #include "tools/subcommands/progress_line.hpp"
 
 #include <fmt/format.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -17,6 +18,12 @@ namespace {
 constexpr std::chrono::milliseconds period{200};
 constexpr const char* erase_line = "\r\x1b[K";
 
+/// Whether a write waits for nobody. A terminal can be stopped.
+bool takes_output(int descriptor) {
+    pollfd output{.fd = descriptor, .events = POLLOUT, .revents = 0};
+    return poll(&output, 1, 0) == 1 && (output.revents & POLLOUT) != 0;
+}
+
 }  // namespace
 
 ProgressLine::ProgressLine() : is_on_terminal_(is_terminal(STDERR_FILENO)) {}
@@ -32,27 +39,35 @@ bool ProgressLine::is_due() const {
 
 void ProgressLine::show(const std::string& text) {
     const std::lock_guard lock(mutex_);
-    if (!is_on_terminal_) {
+    next_ = Clock::now() + period;
+    if (!is_on_terminal_ || !takes_output(STDERR_FILENO)) {
         return;
     }
     // The last cell stays free, so that no terminal begins a new line.
     const std::size_t width = std::max<std::size_t>(terminal_width(STDERR_FILENO), 2);
-    fmt::print(stderr, "{}{}", erase_line, shortened(text, width - 1));
     is_shown_ = true;
-    next_ = Clock::now() + period;
+    write(erase_line + shortened(text, width - 1));
 }
 
 void ProgressLine::print(const std::string& text) {
     const std::lock_guard lock(mutex_);
     clear();
-    fmt::print(stderr, "orvane: {}\n", displayable(text));
+    write(fmt::format("orvane: {}\n", displayable(text)));
 }
 
 void ProgressLine::clear() {
     if (is_shown_) {
-        fmt::print(stderr, "{}", erase_line);
         is_shown_ = false;
         next_ = Clock::time_point::min();
+        write(erase_line);
+    }
+}
+
+void ProgressLine::write(const std::string& text) {
+    if (std::fputs(text.c_str(), stderr) < 0) {
+        // The terminal has gone.
+        is_on_terminal_ = false;
+        is_shown_ = false;
     }
 }
 

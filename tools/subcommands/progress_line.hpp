@@ -9,7 +9,8 @@
 namespace orvane::tools {
 
 /// The last line on the standard error, written anew from time to time. Where the standard error is
-/// no terminal there is none. May be used by several threads.
+/// no terminal, or takes nothing, there is none. May be used by several threads. What cannot be
+/// written is dropped.
 class ProgressLine {
 public:
     ProgressLine();
@@ -30,8 +31,9 @@ private:
     using Clock = std::chrono::steady_clock;
 
     void clear();
+    void write(const std::string& text);
 
-    const bool is_on_terminal_;
+    bool is_on_terminal_;
     mutable std::mutex mutex_;
     bool is_shown_ = false;
     Clock::time_point next_ = Clock::time_point::min();
