@@ -27,11 +27,12 @@ Result<News> DomainView::next(Milliseconds longest) {
         apply(statistics);
         news.has_statistics = true;
     }
-    const std::size_t state_writers = administration_.state_writers().size();
-    if (!news.changes.empty() || state_writers != state_writers_) {
+    const std::set<Application> state_writers = administration_.state_writers();
+    std::erase_if(heard_, [&](const Application& each) { return !state_writers.contains(each); });
+    if (!news.changes.empty() || state_writers.size() != state_writers_) {
         last_news_ = administration_.now();
     }
-    state_writers_ = state_writers;
+    state_writers_ = state_writers.size();
     return news;
 }
 
