@@ -123,6 +123,8 @@ TEST(Moments, AreReadInTheFormsInWhichTimesArePrintedOrBehindTheBegin) {
             EXPECT_EQ(read->at(0), noon + 500'000'000) << zone << utc;
         }
     }
+    unsetenv("TZ");
+    tzset();
     EXPECT_EQ(parse_moment("+2m").value().at(noon), noon + 120'000'000'000);
     EXPECT_EQ(parse_moment("+2m").value().at(std::numeric_limits<std::int64_t>::max() - 1),
               std::numeric_limits<std::int64_t>::max());
