@@ -60,19 +60,29 @@ std::string numbered_path(const std::string& path, std::uint64_t number) {
 
 std::optional<NextFile> next_file(const std::string& path, const timespec& last_write) {
     const fs::path folder = fs::path{path}.parent_path();
-    const NameParts present = parts_of(fs::path{path}.filename());
-    std::map<std::uint64_t, fs::path> later;
+    const fs::path present = fs::path{path}.filename();
+    // The first file of a recording may have a number, too.
+    const NameParts as_first{present.stem(), 0, present.extension()};
+    const NameParts as_further = parts_of(present);
+    std::map<std::uint64_t, fs::path> of_first;
+    std::map<std::uint64_t, fs::path> of_further;
+    const auto note = [&](const NameParts& parts, const fs::path& name, const NameParts& before,
+                          std::map<std::uint64_t, fs::path>& later) {
+        if (parts.base == before.base && parts.ending == before.ending &&
+            parts.number > before.number) {
+            later.emplace(parts.number, folder / name);
+        }
+    };
     std::error_code unknown;
     for (fs::directory_iterator each{folder.empty() ? "." : folder, unknown}, end;
          !unknown && each != end; each.increment(unknown)) {
         const fs::path name = each->path().filename();
         const NameParts parts = parts_of(name);
-        if (parts.base == present.base && parts.ending == present.ending &&
-            parts.number > present.number) {
-            later.emplace(parts.number, folder / name);
-        }
+        note(parts, name, as_first, of_first);
+        note(parts, name, as_further, of_further);
     }
-    std::uint64_t expected = present.number + 1;
+    const auto& later = of_first.empty() ? of_further : of_first;
+    std::uint64_t expected = (of_first.empty() ? as_further : as_first).number + 1;
     bool is_adjacent = true;
     for (const auto& [number, file] : later) {
         is_adjacent = is_adjacent && number == expected;
