@@ -68,18 +68,23 @@ Status LogPublication::start() {
     return states_ != nullptr && messages_ != nullptr ? Status::ok : Status::failed;
 }
 
+bool LogPublication::is_publishable(const LogRecord& record) {
+    return time_of(record.nanoseconds) && is_text(record.category, ORVANE_LOG_CATEGORY_BOUND) &&
+           is_text(record.message, ORVANE_LOG_MESSAGE_BOUND);
+}
+
+bool LogPublication::is_publishable(const LoggerState& state) {
+    return is_text(state.kind, ORVANE_APPLICATION_KIND_BOUND);
+}
+
 LogPublication::Written LogPublication::write(const LogRecord& record) {
-    const std::optional<DDS_Time_t> time = time_of(record.nanoseconds);
-    if (!time || !is_text(record.category, ORVANE_LOG_CATEGORY_BOUND) ||
-        !is_text(record.message, ORVANE_LOG_MESSAGE_BOUND)) {
-        return Written::never;
-    }
+    const DDS_Time_t time = time_of(record.nanoseconds).value_or(DDS_TIME_INVALID);
     const QEL_KX_LogMessage sample{.hostAndAppId = to_identity(record.application),
                                    .level = record.level,
                                    .category = text_of(record.category),
                                    .message = text_of(record.message)};
-    switch (QEL_KX_LogMessageDataWriter_write_w_timestamp(messages_, &sample, &DDS_HANDLE_NIL,
-                                                          &*time)) {
+    switch (
+        QEL_KX_LogMessageDataWriter_write_w_timestamp(messages_, &sample, &DDS_HANDLE_NIL, &time)) {
         case DDS_RETCODE_OK:
             return Written::yes;
         case DDS_RETCODE_TIMEOUT:
@@ -89,19 +94,16 @@ LogPublication::Written LogPublication::write(const LogRecord& record) {
     }
 }
 
-LogPublication::Written LogPublication::write(const LoggerState& state) {
-    if (!is_text(state.kind, ORVANE_APPLICATION_KIND_BOUND)) {
-        return Written::never;
-    }
+Status LogPublication::write(const LoggerState& state) {
     const QEL_KX_ADMIN_State sample = to_sample(state);
     if (QEL_KX_ADMIN_StateDataWriter_write(states_, &sample, &DDS_HANDLE_NIL) != DDS_RETCODE_OK) {
-        return Written::failed;
+        return Status::failed;
     }
     alive_.insert(state.application);
-    return Written::yes;
+    return Status::ok;
 }
 
-Status LogPublication::end(const Application& application) {
+Status LogPublication::end(Application application) {
     if (alive_.erase(application) == 0) {
         return Status::ok;
     }

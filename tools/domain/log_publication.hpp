@@ -24,9 +24,13 @@ public:
     enum class [[nodiscard]] Written{
         yes,
         not_yet,  ///< viewers were waited for, for a tenth of a second
-        never,    ///< a text is longer than it may be, or the time is not in 1970 to 2038
         failed,   ///< the middleware has said why
     };
+
+    /// Whether the texts are as short as they have to be, and the time is in 1970 to 2038. Nothing
+    /// else may be written.
+    static bool is_publishable(const LogRecord& record);
+    static bool is_publishable(const LoggerState& state);
 
     /// @return NULL when the domain cannot be joined; the middleware has said why
     static std::unique_ptr<LogPublication> open(std::int32_t domain_id);
@@ -34,9 +38,9 @@ public:
     Written write(const LogRecord& record);
 
     /// Publishes the State of a logger that lives.
-    Written write(const LoggerState& state);
+    Status write(const LoggerState& state);
     /// Ends a logger. Nothing happens when it has no State.
-    Status end(const Application& application);
+    Status end(Application application);
     /// Ends all.
     Status end_all();
 

@@ -2,10 +2,8 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <system_error>
 #include <utility>
 #include <variant>
@@ -19,20 +17,15 @@ Status RecordingMerge::open(const std::string& path, bool grows) {
         tell_unopened(path, error);
         return Status::failed;
     }
+    static_cast<void>(is_new(path));
     sources_.push_back({std::move(reader), grows, std::nullopt, std::nullopt});
     return Status::ok;
 }
 
-std::optional<RecordedEvent> RecordingMerge::next() {
-    while (auto event = earliest()) {
-        const std::int64_t time = time_of(*event);
-        begin_ = begin_.value_or(time);
-        const bool names_loggers = std::holds_alternative<LoggerEvent>(*event);
-        if (!span_.is_behind(time, *begin_) && (names_loggers || !span_.is_before(time, *begin_))) {
-            return event;
-        }
-    }
-    return std::nullopt;
+bool RecordingMerge::is_asked_for(const RecordedEvent& event) const {
+    const std::int64_t time = time_of(event);
+    const bool names_loggers = std::holds_alternative<LoggerEvent>(event);
+    return !span_.is_behind(time, *begin_) && (names_loggers || !span_.is_before(time, *begin_));
 }
 
 double RecordingMerge::progress() const {
@@ -45,7 +38,7 @@ double RecordingMerge::progress() const {
     return size > read ? read / size : 1;
 }
 
-std::optional<RecordedEvent> RecordingMerge::earliest() {
+std::optional<RecordedEvent> RecordingMerge::next() {
     Source* earliest = nullptr;
     for (Source& source : sources_) {
         fill(source);
@@ -54,7 +47,11 @@ std::optional<RecordedEvent> RecordingMerge::earliest() {
             earliest = &source;
         }
     }
-    return earliest == nullptr ? std::nullopt : std::exchange(earliest->first, std::nullopt);
+    if (earliest == nullptr) {
+        return std::nullopt;
+    }
+    begin_ = begin_.value_or(time_of(*earliest->first));
+    return std::exchange(earliest->first, std::nullopt);
 }
 
 void RecordingMerge::fill(Source& source) {
@@ -88,14 +85,6 @@ bool RecordingMerge::go_on(Source& source) {
         return source.next.has_value();
     }
     const NextFile next = *std::exchange(source.next, std::nullopt);
-    const bool is_read = std::any_of(sources_.begin(), sources_.end(), [&](const Source& other) {
-        std::error_code unknown;
-        return std::filesystem::equivalent(other.reader->path(), next.path, unknown);
-    });
-    if (is_read) {
-        source.grows = false;
-        return false;
-    }
     int error = 0;
     auto reader = RecordingReader::open(next.path, true, error);
     if (!reader) {
@@ -106,11 +95,20 @@ bool RecordingMerge::go_on(Source& source) {
         }
         return false;
     }
+    if (!is_new(next.path)) {
+        source.grows = false;
+        return false;
+    }
     if (!next.is_adjacent) {
         tell(fmt::format("{}: a file between {} and this one has been deleted", next.path, path));
     }
     source.reader = std::move(reader);
     return true;
+}
+
+bool RecordingMerge::is_new(const std::string& path) {
+    std::error_code unknown;
+    return opened_.insert(std::filesystem::weakly_canonical(path, unknown)).second;
 }
 
 void RecordingMerge::tell_unopened(const std::string& path, int error) {

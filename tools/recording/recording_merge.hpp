@@ -3,9 +3,11 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,8 +19,7 @@
 
 namespace orvane::tools {
 
-/// The events of one file keep their order. Of those before the time that is asked for only the
-/// changes of loggers are given, so that who logs then is known.
+/// The events of one file keep their order.
 class RecordingMerge {
 public:
     /// Tells the user what could not be read, and where.
@@ -33,6 +34,10 @@ public:
 
     /// @return nothing at the end of all files; those that grow may give more later
     std::optional<RecordedEvent> next();
+
+    /// Whether an event that was given belongs to the time that is asked for. So do changes of
+    /// loggers before, so that who logs then is known.
+    bool is_asked_for(const RecordedEvent& event) const;
 
     /// Goes on from files that grow, and that have been read to their ends, to the next files of
     /// their recordings. To be called when @ref next has given nothing.
@@ -53,9 +58,10 @@ private:
         std::optional<NextFile> next;        ///< of the recording
     };
 
-    std::optional<RecordedEvent> earliest();
     void fill(Source& source);
     bool go_on(Source& source);
+    /// Notes that a file has been opened. @return whether it is the first time
+    bool is_new(const std::string& path);
     void tell_unopened(const std::string& path, int error);
     void tell(const std::string& problem);
 
@@ -63,6 +69,7 @@ private:
     TimeSpan span_;
     std::optional<std::int64_t> begin_;  ///< time of the first event
     std::vector<Source> sources_;
+    std::set<std::filesystem::path> opened_;  ///< the canonical paths
     bool has_problems_ = false;
 };
 

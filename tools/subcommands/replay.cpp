@@ -25,53 +25,77 @@ using Seconds = std::chrono::duration<double>;
 using Written = LogPublication::Written;
 
 /// When an event is to be published that happened at another time.
+///
+/// Each application has a clock, and the recorder has one. They differ, and they are set. So an
+/// event is due as long after the last one of its clock as it happened after that one, or as long
+/// after the last one of all, whichever is sooner. It is never due before the last one.
 class Schedule {
 public:
     Schedule(double speed, std::optional<double> longest_pause)
-        : speed_(speed), longest_pause_(longest_pause.value_or(longest_wait.count())) {}
+        : speed_(speed),
+          longest_pause_(
+              std::min(longest_pause.value_or(longest_wait.count()), longest_wait.count())) {}
 
-    bool has_begun() const { return has_begun_; }
+    bool has_begun() const { return last_.has_value(); }
 
-    /// The first call begins.
-    /// @param nanoseconds since 1970-01-01 UTC
-    Clock::time_point due(std::int64_t nanoseconds, Clock::time_point now) {
-        if (!has_begun_) {
-            begin(nanoseconds, now);
+    /// The first event is due now.
+    /// @param clock whose time it is
+    /// @param time nanoseconds since 1970-01-01 UTC
+    Clock::time_point due(const Application& clock, std::int64_t time, Clock::time_point now) {
+        Clock::time_point due = now;
+        if (last_) {
+            const auto known = last_of_clock_.find(clock);
+            const bool is_known = known != last_of_clock_.end();
+            Seconds wait = time >= last_->time ? wait_behind(*last_, time, now)
+                           : is_known          ? longest_wait
+                                               : Seconds{0};
+            if (is_known) {
+                wait = std::min(wait, wait_behind(known->second, time, now));
+            }
+            wait = std::max(std::min(wait, longest_pause_), Seconds{last_->due - now});
+            due += std::chrono::duration_cast<Clock::duration>(wait);
         }
-        const double elapsed = static_cast<double>(nanoseconds) - static_cast<double>(first_);
-        const Seconds wait = begin_ - now + Seconds{elapsed * 1e-9 / speed_};
-        if (wait <= longest_pause_) {
-            return now + std::chrono::duration_cast<Clock::duration>(std::max(wait, Seconds{0}));
-        }
-        // All later events come earlier by as much.
-        begin(nanoseconds, now + std::chrono::duration_cast<Clock::duration>(longest_pause_));
-        return begin_;
+        last_ = Event{time, due};
+        last_of_clock_.insert_or_assign(clock, *last_);
+        return due;
     }
 
 private:
+    struct Event {
+        std::int64_t time;
+        Clock::time_point due;
+    };
+
     static constexpr Seconds longest_wait = std::chrono::hours{24 * 365};
 
-    void begin(std::int64_t nanoseconds, Clock::time_point due) {
-        has_begun_ = true;
-        first_ = nanoseconds;
-        begin_ = due;
+    Seconds wait_behind(const Event& event, std::int64_t time, Clock::time_point now) const {
+        const double elapsed = static_cast<double>(time) - static_cast<double>(event.time);
+        return std::min(Seconds{event.due - now} + Seconds{elapsed * 1e-9 / speed_}, longest_wait);
     }
 
     double speed_;
     Seconds longest_pause_;
-    bool has_begun_ = false;
-    std::int64_t first_ = 0;  ///< an event, which is due at @ref begin_
-    Clock::time_point begin_;
+    std::optional<Event> last_;
+    std::map<Application, Event> last_of_clock_;
 };
 
+/// The clock of an event's time. That of the recorder has no application.
+struct ClockOfEvent {
+    Application operator()(const MessageEvent& event) const { return event.record.application; }
+    template <typename Other>
+    Application operator()(const Other& /*event*/) const {
+        return {};
+    }
+};
+
+/// @return NULL when a file could not be opened; each of them is reported
 std::unique_ptr<RecordingMerge> open_recordings(const ReplayOptions& options,
                                                 RecordingMerge::Report report) {
     auto recordings = std::make_unique<RecordingMerge>(std::move(report), options.span);
     for (const std::string& file : options.files) {
-        // Each that cannot be opened is told.
         static_cast<void>(recordings->open(file, false));
     }
-    return recordings;
+    return recordings->has_problems() ? nullptr : std::move(recordings);
 }
 
 /// The names of the loggers that are alive in the domain.
@@ -144,18 +168,14 @@ public:
             if (!event) {
                 break;
             }
-            const bool is_message = std::holds_alternative<MessageEvent>(*event);
-            if (!std::visit([&](const auto& each) { return is_wanted(each); }, *event)) {
-                continue;
+            if (Clock::now() >= next_look_) {
+                publication_.flush();
+                show_progress(*event, std::chrono::milliseconds{0}, recordings);
+                status = look_around(std::chrono::milliseconds{0});
             }
-            // The loggers that were there at the begin come before the first message, whenever
-            // they were seen.
-            if (is_message || schedule.has_begun()) {
-                status = wait_until(schedule.due(time_of(*event), Clock::now()), time_of(*event),
-                                    recordings);
-            }
-            if (status == Status::ok && !interrupted()) {
-                status = std::visit([&](const auto& each) { return publish(each); }, *event);
+            if (status == Status::ok && recordings.is_asked_for(*event) &&
+                std::visit([&](const auto& each) { return is_wanted(each); }, *event)) {
+                status = publish_in_time(*event, schedule, recordings);
             }
         }
         deliver();
@@ -186,7 +206,8 @@ public:
         return text;
     }
 
-    bool has_unfit() const { return unfit_ > 0; }
+    /// Whether everything could be published, and all viewers have got it.
+    bool is_whole() const { return unfit_ == 0 && is_delivered_; }
 
 private:
     bool is_wanted(const MessageEvent& event) const { return options_.query.matches(event); }
@@ -194,6 +215,36 @@ private:
     template <typename OfLogger>
     bool is_wanted(const OfLogger& event) const {
         return options_.query.matches(event.logger);
+    }
+
+    static bool is_publishable(const MessageEvent& event) {
+        return LogPublication::is_publishable(event.record);
+    }
+    static bool is_publishable(const LoggerEvent& event) {
+        return LogPublication::is_publishable(event.change.now);
+    }
+    template <typename Other>
+    static bool is_publishable(const Other& /*event*/) {
+        return true;
+    }
+
+    Status publish_in_time(const RecordedEvent& event, Schedule& schedule,
+                           const RecordingMerge& recordings) {
+        if (!std::visit([](const auto& each) { return is_publishable(each); }, event)) {
+            ++unfit_;
+            return Status::ok;
+        }
+        // The loggers that were there at the begin come before the first message, whenever they
+        // were seen.
+        if (std::holds_alternative<MessageEvent>(event) || schedule.has_begun()) {
+            const Application clock = std::visit(ClockOfEvent{}, event);
+            const auto due = schedule.due(clock, time_of(event), Clock::now());
+            if (wait_until(due, event, recordings) == Status::failed) {
+                return Status::failed;
+            }
+        }
+        return interrupted() ? Status::ok
+                             : std::visit([&](const auto& each) { return publish(each); }, event);
     }
 
     Status publish(const MessageEvent& event) {
@@ -208,12 +259,12 @@ private:
             ++messages_;
             applications_.insert(event.record.application);
         }
-        return count_unfit(written);
+        return written == Written::failed ? Status::failed : Status::ok;
     }
     Status publish(const LoggerEvent& event) {
-        return event.change.kind == LoggerChange::Kind::gone
-                   ? publication_.end(event.change.now.application)
-                   : count_unfit(publication_.write(event.change.now));
+        const LoggerState& state = event.change.now;
+        return event.change.kind == LoggerChange::Kind::gone ? publication_.end(state.application)
+                                                             : publication_.write(state);
     }
     Status publish(const LossEvent& event) {
         lost_ += event.lost();
@@ -224,26 +275,21 @@ private:
         return Status::ok;
     }
 
-    Status count_unfit(Written written) {
-        unfit_ += written == Written::never ? 1 : 0;
-        return written == Written::failed ? Status::failed : Status::ok;
-    }
-
-    Status wait_until(Clock::time_point due, std::int64_t time, const RecordingMerge& recordings) {
+    Status wait_until(Clock::time_point due, const RecordedEvent& event,
+                      const RecordingMerge& recordings) {
         constexpr std::chrono::milliseconds longest_look{200};
-        while (!interrupted()) {
-            const auto now = Clock::now();
-            const auto left = std::chrono::floor<std::chrono::milliseconds>(due - now);
-            if (line_.is_due()) {
-                line_.show(progress(time, left, recordings));
-            }
-            if (left.count() <= 0 && now < next_look_) {
-                break;
-            }
-            if (left.count() > 0) {
-                publication_.flush();
-            }
-            if (look_around(std::clamp(left, std::chrono::milliseconds{0}, longest_look)) ==
+        constexpr std::chrono::minutes long_pause{1};
+        const auto left = [&] {
+            return std::chrono::floor<std::chrono::milliseconds>(due - Clock::now());
+        };
+        if (left() > long_pause) {
+            line_.print(fmt::format("nothing for {} s; --max-pause shortens that",
+                                    std::chrono::ceil<std::chrono::seconds>(left()).count()));
+        }
+        while (!interrupted() && left().count() > 0) {
+            publication_.flush();
+            show_progress(event, left(), recordings);
+            if (look_around(std::clamp(left(), std::chrono::milliseconds{0}, longest_look)) ==
                 Status::failed) {
                 return Status::failed;
             }
@@ -251,9 +297,13 @@ private:
         return Status::ok;
     }
 
-    std::string progress(std::int64_t time, std::chrono::milliseconds left,
-                         const RecordingMerge& recordings) const {
-        std::string text = fmt::format("{}  {} messages", display_time(time, false), messages_);
+    void show_progress(const RecordedEvent& event, std::chrono::milliseconds left,
+                       const RecordingMerge& recordings) {
+        if (!line_.is_due()) {
+            return;
+        }
+        std::string text =
+            fmt::format("{}  {} messages", display_time(time_of(event), false), messages_);
         const double done = recordings.progress();
         // A small file is read at once.
         if (done < 1) {
@@ -262,7 +312,7 @@ private:
         if (left >= std::chrono::seconds{2}) {
             text += fmt::format("  next in {} s", left.count() / 1000);
         }
-        return text;
+        line_.show(text);
     }
 
     /// Lets the domain's news come for a while, and tells who else logs there.
@@ -288,6 +338,7 @@ private:
         while (!publication_.wait_for_viewers(step) && !interrupted()) {
             if (Clock::now() >= deadline) {
                 line_.print("a viewer has not received everything");
+                is_delivered_ = false;
                 return;
             }
         }
@@ -304,28 +355,54 @@ private:
     std::uint64_t lost_ = 0;
     std::uint64_t missing_ = 0;
     std::uint64_t unfit_ = 0;
+    bool is_delivered_ = true;
 };
+
+/// Publishes again and again. @return failed when the domain or a file failed
+Status loop(Replay& replay, const ReplayOptions& options, ProgressLine& line) {
+    Status status = Status::ok;
+    while (status == Status::ok && !replay.interrupted()) {
+        const std::uint64_t messages_before = replay.messages();
+        bool tells = true;
+        const auto recordings = open_recordings(options, [&](const std::string& problem) {
+            if (tells) {
+                line.print(problem);
+            }
+        });
+        if (!recordings) {
+            return Status::failed;
+        }
+        // What else cannot be read has been told the first time.
+        tells = false;
+        status = replay.play(*recordings);
+        if (replay.messages() == messages_before) {
+            break;
+        }
+    }
+    return status;
+}
 
 /// @return the exit status
 int play(Replay& replay, RecordingMerge& recordings, const ReplayOptions& options,
          ProgressLine& line) {
-    Status status = replay.wait_for_viewer();
-    line.print(fmt::format("replaying in domain {0}; to see it: orvane tail --domain {0}",
-                           options.domain_id));
-    const auto begin = Clock::now();
-    if (status == Status::ok) {
-        status = replay.play(recordings);
+    if (replay.wait_for_viewer() == Status::failed) {
+        return exit_failure;
     }
+    const auto begin = Clock::now();
+    if (!replay.interrupted()) {
+        line.print(fmt::format("replaying in domain {0}; to see it: orvane tail --domain {0}",
+                               options.domain_id));
+    }
+    Status status = replay.play(recordings);
     const bool finds_nothing = replay.messages() == 0 && !replay.interrupted();
-    while (options.loop && status == Status::ok && !finds_nothing && !replay.interrupted()) {
-        // What cannot be read has been told.
-        status = replay.play(*open_recordings(options, [](const std::string&) {}));
+    if (options.loop && status == Status::ok && !finds_nothing) {
+        status = loop(replay, options, line);
     }
     line.print(replay.summary(Clock::now() - begin));
     if (finds_nothing && !recordings.has_problems()) {
         line.print("expected a message that the options do not leave out");
     }
-    const bool is_whole = !recordings.has_problems() && !replay.has_unfit() && !finds_nothing;
+    const bool is_whole = !recordings.has_problems() && replay.is_whole() && !finds_nothing;
     return status == Status::ok && is_whole ? exit_success : exit_failure;
 }
 
@@ -358,7 +435,7 @@ int replay(const ReplayOptions& options) {
     ProgressLine line;
     const auto recordings =
         open_recordings(options, [&](const std::string& problem) { line.print(problem); });
-    if (recordings->has_problems()) {
+    if (!recordings) {
         return exit_failure;
     }
     return with_domain(options.domain_id, Administration::Access::read, [&](DomainView& view) {

@@ -40,10 +40,13 @@ public:
             std::vector<Event> batch;
             while (batch.size() < largest_batch && (event = recordings_.next()) &&
                    is_for_display(*event)) {
-                batch.push_back(event_of(*event));
+                if (recordings_.is_asked_for(*event)) {
+                    batch.push_back(event_of(*event));
+                }
             }
             progress = display_.show(batch);
-            if (event && !is_for_display(*event) && progress == Progress::goes_on) {
+            if (event && !is_for_display(*event) && recordings_.is_asked_for(*event) &&
+                progress == Progress::goes_on) {
                 progress = print_other(*event);
             }
         } while (event && progress == Progress::goes_on && !stop.requested());
