@@ -2,13 +2,14 @@
 //
 // Calls come in bursts that every subject's queue has room for; between bursts the queues are
 // given the time to drain. Each call is timed by itself, and reading the clock is part of the
-// figure.
+// figure. On request another thread makes the caches cold.
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <barrier>
 #include <cstddef>
 #include <cstdio>
 #include <exception>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -16,6 +17,7 @@
 #include <vector>
 
 #include "bench/call_subjects.hpp"
+#include "bench/disturbance.hpp"
 #include "bench/measure.hpp"
 #include "bench/reader_process.hpp"
 
@@ -35,6 +37,7 @@ struct Plan {
     std::size_t burst = 2048;
     /// Calls per reading of the clock; a sample is their mean.
     std::size_t batch = 1;
+    Disturbance::Kind disturbance = Disturbance::Kind::none;
 };
 
 constexpr std::size_t warm_up_calls = 512;
@@ -44,8 +47,11 @@ constexpr int not_measured = 3;
 template <typename Subject>
 class Caller {
 public:
-    Caller(Subject& subject, const Plan& plan)
-        : subject_{subject}, plan_{plan}, text_{Subject::text(plan.options.length)} {
+    Caller(Subject& subject, Disturbance& disturbance, const Plan& plan)
+        : subject_{subject},
+          disturbance_{disturbance},
+          plan_{plan},
+          text_{Subject::text(plan.options.length)} {
         samples_.reserve(plan.calls / plan.batch / plan.threads + 1);
     }
 
@@ -54,6 +60,7 @@ public:
         Clock::time_point end = Clock::now();
         for (std::size_t call = 0; call < calls; call += plan_.batch) {
             wait_gap(end, gap);
+            disturbance_.prepare_call();
             const Clock::time_point begin = Clock::now();
             for (std::size_t repeated = 0; repeated < plan_.batch; ++repeated) {
                 subject_.call(text_.c_str());
@@ -68,6 +75,7 @@ public:
 
 private:
     Subject& subject_;
+    Disturbance& disturbance_;
     const Plan& plan_;
     std::string text_;
     std::vector<double> samples_;
@@ -75,13 +83,14 @@ private:
 
 template <typename Subject>
 std::vector<double> measure(Subject& subject, const Plan& plan) {
+    Disturbance disturbance{plan.disturbance};
     std::vector<double> samples;
     std::mutex samples_mutex;
     std::barrier barrier{static_cast<std::ptrdiff_t>(plan.threads)};
     const std::size_t per_burst = std::max(plan.burst / plan.threads, plan.batch);
     const std::size_t bursts = std::max<std::size_t>(plan.calls / plan.burst, 1);
     const auto run = [&](bool leads) {
-        Caller<Subject> caller{subject, plan};
+        Caller<Subject> caller{subject, disturbance, plan};
         for (std::size_t burst = 0; burst <= bursts; ++burst) {
             barrier.arrive_and_wait();
             caller.burst(burst == 0 ? std::max(warm_up_calls / plan.threads, plan.batch)
@@ -141,6 +150,7 @@ int run_subject(const Plan& plan) {
 }  // namespace orvane::bench
 
 int main(int argc, char** argv) try {
+    using orvane::bench::Disturbance;
     orvane::bench::Plan plan;
     plan.options.queue_size = 8192;
     CLI::App app{"Measures what a logging call costs its caller."};
@@ -158,6 +168,9 @@ int main(int argc, char** argv) try {
     app.add_option("--calls", plan.calls, "calls over all threads");
     app.add_option("--burst", plan.burst, "calls between two drainings, over all threads");
     app.add_option("--batch", plan.batch, "calls per reading of the clock");
+    app.add_option("--disturbance", plan.disturbance, "by a thread that walks through memory")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, Disturbance::Kind>{
+            {"cold", Disturbance::Kind::cold}, {"neighbour", Disturbance::Kind::neighbour}}));
     app.add_flag("--reader", plan.options.reader, "with a reader in another process");
     app.add_flag("--filtered", plan.options.filtered, "with messages that the filter stops");
     CLI11_PARSE(app, argc, argv);
