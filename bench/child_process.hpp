@@ -20,7 +20,7 @@ public:
     /// @param output file for its standard output; this program then reads its standard error. When
     /// that is empty, this program reads its standard output.
     explicit ChildProcess(std::vector<std::string> command, const std::string& output = {});
-    /// Ends its input and waits for its end.
+    /// Ends its input, interrupts it and waits for its end.
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
