@@ -334,8 +334,8 @@ TEST_F(RecorderTest, IsFollowedFromFileToFile) {
 }
 
 TEST_F(RecorderTest, FindsTheNextFileByItsName) {
-    for (const char* name :
-         {"a.mcap", "a.1.mcap", "a.2", "a.10.mcap", "a.1.jsonl", "a.x.mcap", "a.02.mcap"}) {
+    for (const char* name : {"a.mcap", "a.1.mcap", "a.2", "a.10.mcap", "a.1.jsonl", "a.x.mcap",
+                             "a.02.mcap", "c.7.1.mcap", "c.8.mcap"}) {
         std::ofstream{path(name)} << 'x';
     }
     std::ofstream{path("a.2.jsonl")};
@@ -346,7 +346,8 @@ TEST_F(RecorderTest, FindsTheNextFileByItsName) {
     } cases[] = {{"a.mcap", "a.1.mcap"},    {"a.1.mcap", "a.10.mcap", false},
                  {"a.9.mcap", "a.10.mcap"}, {"a.10.mcap", nullptr},
                  {"a", "a.2", false},       {"a.jsonl", "a.1.jsonl"},
-                 {"b.mcap", nullptr},       {"a.1.jsonl", nullptr}};
+                 {"b.mcap", nullptr},       {"a.1.jsonl", nullptr},
+                 {"c.7.mcap", "c.7.1.mcap"}};
     for (const auto& each : cases) {
         const auto found = next_file(path(each.name), {0, 0});
         EXPECT_EQ(found ? found->path : "", each.next != nullptr ? path(each.next) : "");

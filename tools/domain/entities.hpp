@@ -55,6 +55,7 @@ struct TopicNames {
 DDS_DataReader* create_reader(DDS_DomainParticipant* participant, const TopicNames& names,
                               DDS_DurabilityQosPolicyKind durability,
                               DDS_HistoryQosPolicyKind history);
+
 /// How a writer keeps samples until the readers have them, and sends them.
 struct WriterPolicies {
     DDS_HistoryQosPolicyKind history = DDS_KEEP_ALL_HISTORY_QOS;

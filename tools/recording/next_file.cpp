@@ -49,6 +49,22 @@ bool is_written_since(const fs::path& file, const timespec& time) {
                std::tie(time.tv_sec, time.tv_nsec);
 }
 
+/// The files of the same recording with higher numbers.
+std::map<std::uint64_t, fs::path> files_behind(const NameParts& before, const fs::path& folder) {
+    std::map<std::uint64_t, fs::path> later;
+    std::error_code unknown;
+    for (fs::directory_iterator each{folder.empty() ? "." : folder, unknown}, end;
+         !unknown && each != end; each.increment(unknown)) {
+        const fs::path name = each->path().filename();
+        const NameParts parts = parts_of(name);
+        if (parts.base == before.base && parts.ending == before.ending &&
+            parts.number > before.number) {
+            later.emplace(parts.number, folder / name);
+        }
+    }
+    return later;
+}
+
 }  // namespace
 
 std::string numbered_path(const std::string& path, std::uint64_t number) {
@@ -62,27 +78,13 @@ std::optional<NextFile> next_file(const std::string& path, const timespec& last_
     const fs::path folder = fs::path{path}.parent_path();
     const fs::path present = fs::path{path}.filename();
     // The first file of a recording may have a number, too.
-    const NameParts as_first{present.stem(), 0, present.extension()};
-    const NameParts as_further = parts_of(present);
-    std::map<std::uint64_t, fs::path> of_first;
-    std::map<std::uint64_t, fs::path> of_further;
-    const auto note = [&](const NameParts& parts, const fs::path& name, const NameParts& before,
-                          std::map<std::uint64_t, fs::path>& later) {
-        if (parts.base == before.base && parts.ending == before.ending &&
-            parts.number > before.number) {
-            later.emplace(parts.number, folder / name);
-        }
-    };
-    std::error_code unknown;
-    for (fs::directory_iterator each{folder.empty() ? "." : folder, unknown}, end;
-         !unknown && each != end; each.increment(unknown)) {
-        const fs::path name = each->path().filename();
-        const NameParts parts = parts_of(name);
-        note(parts, name, as_first, of_first);
-        note(parts, name, as_further, of_further);
+    NameParts before{present.stem(), 0, present.extension()};
+    std::map<std::uint64_t, fs::path> later = files_behind(before, folder);
+    if (later.empty()) {
+        before = parts_of(present);
+        later = files_behind(before, folder);
     }
-    const auto& later = of_first.empty() ? of_further : of_first;
-    std::uint64_t expected = (of_first.empty() ? as_further : as_first).number + 1;
+    std::uint64_t expected = before.number + 1;
     bool is_adjacent = true;
     for (const auto& [number, file] : later) {
         is_adjacent = is_adjacent && number == expected;

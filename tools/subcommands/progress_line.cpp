@@ -33,12 +33,15 @@ ProgressLine::~ProgressLine() {
 }
 
 bool ProgressLine::is_due() const {
-    const std::lock_guard lock(mutex_);
-    return is_on_terminal_ && Clock::now() >= next_;
+    const std::unique_lock lock(mutex_, std::try_to_lock);
+    return lock && is_on_terminal_ && Clock::now() >= next_;
 }
 
 void ProgressLine::show(const std::string& text) {
-    const std::lock_guard lock(mutex_);
+    const std::unique_lock lock(mutex_, std::try_to_lock);
+    if (!lock) {
+        return;
+    }
     next_ = Clock::now() + period;
     if (!is_on_terminal_ || !takes_output(STDERR_FILENO)) {
         return;

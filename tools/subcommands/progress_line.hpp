@@ -18,9 +18,10 @@ public:
     ProgressLine& operator=(const ProgressLine&) = delete;
     ~ProgressLine();
 
-    /// Whether it is time for a new text.
+    /// Whether it is time for a new text. While another thread prints it is not.
     bool is_due() const;
 
+    /// Waits for nobody, neither for a terminal nor for another thread that prints.
     /// @param text for one line; what does not fit is cut
     void show(const std::string& text);
 

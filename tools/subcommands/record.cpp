@@ -49,7 +49,9 @@ public:
                 },
                 event);
         }
-        recorder_->add(std::move(wanted));
+        if (!wanted.empty()) {
+            recorder_->add(std::move(wanted));
+        }
         if (line_.is_due()) {
             line_.show(messages_text() + lost_text());
         }

@@ -211,7 +211,7 @@ std::string json_line(const LoggerEntry& entry) {
         fill_traffic(statistics, *entry.traffic);
         object.add("statistics", std::move(statistics));
     }
-    return line_of(object);
+    return line_of(std::move(object));
 }
 
 std::string foxglove_json(const RecordedEvent& event) {
