@@ -4,7 +4,6 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 
@@ -16,6 +15,8 @@ namespace orvane::tools {
 namespace {
 
 constexpr std::chrono::milliseconds period{200};
+/// Cells of a terminal that does not tell its width.
+constexpr std::size_t usual_width = 79;
 constexpr const char* erase_line = "\r\x1b[K";
 
 /// Whether a write waits for nobody. A terminal can be stopped.
@@ -47,9 +48,10 @@ void ProgressLine::show(const std::string& text) {
         return;
     }
     // The last cell stays free, so that no terminal begins a new line.
-    const std::size_t width = std::max<std::size_t>(terminal_width(STDERR_FILENO), 2);
+    const std::size_t told = terminal_width(STDERR_FILENO);
+    const std::size_t width = told > 1 ? told - 1 : usual_width;
     is_shown_ = true;
-    write(erase_line + shortened(text, width - 1));
+    write(erase_line + shortened(text, width));
 }
 
 void ProgressLine::print(const std::string& text) {
