@@ -11,7 +11,6 @@ const MOSKFastBufferPoolProperty MOSK_FAST_BUFFER_POOL_PROPERTY_DEFAULT = {32, D
 using pexa::Status;
 using pexa::base::Chunk;
 using pexa::base::ChunkLayout;
-using pexa::base::Link;
 
 namespace {
 
@@ -34,7 +33,7 @@ MOSKFastBufferPool* MOSKFastBufferPool::create(size_t element_size, size_t align
                                                const pexa::base::BufferContent& content) {
     const MOSKFastBufferPoolProperty& chosen =
         property == nullptr ? MOSK_FAST_BUFFER_POOL_PROPERTY_DEFAULT : *property;
-    // Leaves room for rounding and the links.
+    // Leaves room for rounding.
     constexpr size_t most_bytes = SIZE_MAX / 4;
     if (element_size == 0 || element_size > most_bytes || alignment > most_bytes ||
         !is_power_of_two(alignment) || !is_valid(chosen)) {
@@ -55,24 +54,25 @@ MOSKFastBufferPool::~MOSKFastBufferPool() {
         chunks_ = chunk->next;
         free_chunk(chunk, chunk->count);
     }
+    QELOsapiHeap_freeArray(free_);
 }
 
 void* MOSKFastBufferPool::get() {
     const auto guard = lock();
-    Link* link = first_ != nullptr || add(growth()) == Status::ok ? first_ : nullptr;
-    if (link == nullptr) {
+    if (free_count_ == 0 && (add(growth()) != Status::ok || free_count_ == 0)) {
         return nullptr;
     }
-    first_ = link->next;
-    if (first_ != nullptr) {
-        layout_.prefetch(first_);
+    --free_count_;
+    if (free_count_ > 0) {
+        layout_.prefetch(free_[free_count_ - 1]);
     }
-    return layout_.buffer_of(link);
+    return free_[free_count_];
 }
 
 void MOSKFastBufferPool::give_back(void* buffer) {
     const auto guard = lock();
-    append(layout_.link_of(buffer));
+    free_[free_count_] = buffer;
+    ++free_count_;
 }
 
 std::unique_lock<std::mutex> MOSKFastBufferPool::lock() {
@@ -89,17 +89,34 @@ Status MOSKFastBufferPool::add(size_t count) {
         return Status::out_of_resources;
     }
     for (size_t made = 0; made < count; ++made) {
-        if (initialize(layout_.link(chunk, made)) != Status::ok) {
+        if (initialize(layout_.buffer(chunk, made)) != Status::ok) {
             free_chunk(chunk, made);
             return Status::out_of_resources;
         }
     }
-    for (size_t index = 0; index < count; ++index) {
-        append(new (layout_.link(chunk, index)) Link);
+    if (make_room(total_ + count) != Status::ok) {
+        free_chunk(chunk, count);
+        return Status::out_of_resources;
+    }
+    // The first one is lent first.
+    for (size_t index = count; index > 0; --index) {
+        free_[free_count_] = layout_.buffer(chunk, index - 1);
+        ++free_count_;
     }
     chunk->next = chunks_;
     chunks_ = chunk;
     total_ += count;
+    return Status::ok;
+}
+
+Status MOSKFastBufferPool::make_room(size_t buffers) {
+    auto** wider = static_cast<void**>(QELOsapiHeap_allocateArrayOfSize(buffers, sizeof(void*)));
+    if (wider == nullptr) {
+        return Status::out_of_resources;
+    }
+    std::copy_n(free_, free_count_, wider);
+    QELOsapiHeap_freeArray(free_);
+    free_ = wider;
     return Status::ok;
 }
 
@@ -112,24 +129,16 @@ size_t MOSKFastBufferPool::growth() const {
                : std::min(wanted, static_cast<size_t>(property_.maximal) - total_);
 }
 
-// The thread that returns a buffer has it in its cache. The buffer that was returned longest ago is
-// lent first, so that there is time to load it into the cache of the borrower.
-void MOSKFastBufferPool::append(Link* link) {
-    link->next = nullptr;
-    (first_ == nullptr ? first_ : last_->next) = link;
-    last_ = link;
-}
-
-Status MOSKFastBufferPool::initialize(Link* link) const {
-    const bool usable = content_.initialize == nullptr ||
-                        content_.initialize(layout_.buffer_of(link), content_.user_data) != 0;
+Status MOSKFastBufferPool::initialize(void* buffer) const {
+    const bool usable =
+        content_.initialize == nullptr || content_.initialize(buffer, content_.user_data) != 0;
     return usable ? Status::ok : Status::out_of_resources;
 }
 
 // Frees a chunk of which the first buffers have been initialised.
 void MOSKFastBufferPool::free_chunk(Chunk* chunk, size_t initialized) const {
     for (size_t index = 0; content_.finalize != nullptr && index < initialized; ++index) {
-        content_.finalize(layout_.buffer_of(layout_.link(chunk, index)), content_.user_data);
+        content_.finalize(layout_.buffer(chunk, index), content_.user_data);
     }
     QELOsapiHeap_freeBufferAligned(chunk);
 }

@@ -19,7 +19,8 @@ struct BufferContent {
 
 }  // namespace pexa::base
 
-struct MOSKFastBufferPool {
+/// Begins with what every use of it needs, in one cache line.
+struct alignas(64) MOSKFastBufferPool {
     /// @see MOSKFastBufferPool_newWithCallbacks
     static MOSKFastBufferPool* create(size_t element_size, size_t alignment,
                                       const MOSKFastBufferPoolProperty* property,
@@ -28,7 +29,7 @@ struct MOSKFastBufferPool {
     MOSKFastBufferPool(const pexa::base::ChunkLayout& layout,
                        const MOSKFastBufferPoolProperty& property,
                        const pexa::base::BufferContent& content)
-        : layout_(layout), property_(property), content_(content) {}
+        : property_(property), layout_(layout), content_(content) {}
     ~MOSKFastBufferPool();
     MOSKFastBufferPool(const MOSKFastBufferPool&) = delete;
     MOSKFastBufferPool& operator=(const MOSKFastBufferPool&) = delete;
@@ -42,17 +43,20 @@ private:
     /// Adds buffers. @return ok, or out_of_resources with nothing changed.
     pexa::Status add(size_t count);
     size_t growth() const;
-    void append(pexa::base::Link* link);
-    pexa::Status initialize(pexa::base::Link* link) const;
+    /// @return ok when so many buffers may be free, or out_of_resources with nothing changed.
+    pexa::Status make_room(size_t buffers);
+    pexa::Status initialize(void* buffer) const;
     void free_chunk(pexa::base::Chunk* chunk, size_t initialized) const;
 
-    pexa::base::ChunkLayout layout_;
+    // The free buffers. The one that was returned last is lent first: a pool touches no more memory
+    // than is in use at a time. The addresses stand apart from the buffers, so that a thread that
+    // returns a buffer does not write to it, and the next one can be fetched before it is needed.
+    void** free_ = nullptr;
+    size_t free_count_ = 0;
     MOSKFastBufferPoolProperty property_;
+    pexa::base::ChunkLayout layout_;
     pexa::base::BufferContent content_;
     std::mutex mutex_;
-    // The free buffers in the order of their return. Without any, the last one means nothing.
-    pexa::base::Link* first_ = nullptr;
-    pexa::base::Link* last_ = nullptr;
     pexa::base::Chunk* chunks_ = nullptr;
     size_t total_ = 0;
 };

@@ -5,10 +5,13 @@
 #include <new>
 
 #include "pexa/osapi.h"
+#include "platform/internal/prefetch.hpp"
 
 namespace pexa::base {
 
 namespace {
+
+constexpr size_t cache_line = 64;
 
 size_t round_up(size_t size, size_t alignment) {
     return (size + alignment - 1) & ~(alignment - 1);
@@ -16,11 +19,11 @@ size_t round_up(size_t size, size_t alignment) {
 
 }  // namespace
 
-ChunkLayout::ChunkLayout(size_t element_size, size_t alignment)
-    : alignment_(std::max(alignment, alignof(std::max_align_t))),
+ChunkLayout::ChunkLayout(size_t buffer_size, size_t alignment)
+    : alignment_(
+          std::max(alignment, buffer_size < cache_line ? alignof(std::max_align_t) : cache_line)),
       front_(round_up(sizeof(Chunk), alignment_)),
-      link_(round_up(sizeof(Link), alignment_)),
-      stride_(link_ + round_up(element_size, alignment_)) {}
+      stride_(round_up(buffer_size, alignment_)) {}
 
 Chunk* ChunkLayout::allocate(size_t count) const {
     if (count > (SIZE_MAX - front_) / stride_) {
@@ -30,11 +33,10 @@ Chunk* ChunkLayout::allocate(size_t count) const {
     return memory == nullptr ? nullptr : new (memory) Chunk{nullptr, count};
 }
 
-void ChunkLayout::prefetch(const Link* link) const {
-    constexpr size_t cache_line = 64;
+void ChunkLayout::prefetch(const void* buffer) const {
     constexpr size_t most = 4 * cache_line;
     for (size_t offset = 0; offset < std::min(stride_, most); offset += cache_line) {
-        __builtin_prefetch(reinterpret_cast<const char*>(link) + offset, 1);
+        prefetch_for_writing(static_cast<const char*>(buffer) + offset);
     }
 }
 

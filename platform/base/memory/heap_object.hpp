@@ -15,8 +15,7 @@ namespace pexa::base {
 /// @return a new object, or NULL without memory. Free it with heap_delete.
 template <class Type, class... Arguments>
 Type* heap_new(Arguments&&... arguments) {
-    static_assert(alignof(Type) <= alignof(std::max_align_t));
-    void* memory = QELOsapiHeap_allocateStructureOfSize(sizeof(Type));
+    void* memory = QELOsapiHeap_allocateBufferAligned(sizeof(Type), alignof(Type));
     return memory == nullptr ? nullptr : new (memory) Type{std::forward<Arguments>(arguments)...};
 }
 
@@ -25,7 +24,7 @@ template <class Type>
 void heap_delete(Type* object) {
     if (object != nullptr) {
         object->~Type();
-        QELOsapiHeap_freeStructureBytes(object);
+        QELOsapiHeap_freeBufferAligned(object);
     }
 }
 
