@@ -1,5 +1,7 @@
 #include "platform/base/os/counting_semaphore.hpp"
 
+#include <algorithm>
+
 #include "platform/base/os/deadline.hpp"
 #include "platform/base/os/futex.hpp"
 
@@ -7,28 +9,32 @@ namespace pexa::base {
 
 namespace {
 
-// Each spell of a doze is twice as long as the one before. So a unit waits about as long as the
-// pause before it at most, and a doze in vain wakes up five times. During the first spell the
-// givers have the semaphore's cache line to themselves.
-constexpr uint32_t first_spell_ns = 50'000;
-constexpr uint32_t last_spell_ns = 16 * first_spell_ns;
-constexpr uint32_t whole_doze_ns = 2 * last_spell_ns - first_spell_ns;
+// A unit waits for half a spell on average. A shorter one would take the givers' cache line away
+// more often. A doze in vain wakes up as often as it has spells.
+constexpr uint32_t spell_ns = 80'000;
+constexpr int spells = 20;
+constexpr uint32_t whole_doze_ns = spells * spell_ns;
 
 }  // namespace
 
-Success CountingSemaphore::take_unit(uint64_t& state, uint64_t waiters, uint64_t mark) {
-    while (units_of(state) > 0) {
-        if (state_.compare_exchange_weak(state, ((state - waiters - 1) | mark) & ~dozing,
+uint32_t CountingSemaphore::take_units(uint64_t& state, uint32_t most, uint64_t waiters,
+                                       uint64_t mark) {
+    while (const uint32_t taken = std::min(units_of(state), most)) {
+        if (state_.compare_exchange_weak(state, ((state - waiters - taken) | mark) & ~dozing,
                                          std::memory_order_acquire, std::memory_order_relaxed)) {
-            return true;
+            return taken;
         }
     }
-    return false;
+    return 0;
 }
 
 Success CountingSemaphore::try_take() {
+    return try_take_up_to(1) == 1;
+}
+
+int32_t CountingSemaphore::try_take_up_to(int32_t most) {
     uint64_t state = state_.load(std::memory_order_relaxed);
-    return take_unit(state, 0, recently_taken);
+    return static_cast<int32_t>(take_units(state, static_cast<uint32_t>(most), 0, recently_taken));
 }
 
 void CountingSemaphore::take() {
@@ -48,8 +54,8 @@ Success CountingSemaphore::doze_and_take(const timespec* deadline) {
         return false;
     }
     uint64_t outlived = dozing | recently_taken;
-    for (uint32_t spell = first_spell_ns; spell <= last_spell_ns; spell *= 2) {
-        const timespec end = deadline_after(0, spell);
+    for (int spell = 0; spell < spells; ++spell) {
+        const timespec end = deadline_after(0, spell_ns);
         if (deadline != nullptr && is_before(*deadline, end)) {
             outlived = dozing;
             break;
@@ -77,7 +83,7 @@ Status CountingSemaphore::wait_and_take(const timespec* deadline) {
         const bool is_recent = is_before(deadline_after(0, 0), end_of_recent);
         // One step takes the unit and ends the waiting: another thread may free the semaphore as
         // soon as the last unit is taken.
-        if (take_unit(state, one_waiter, is_recent ? recently_taken : 0)) {
+        if (take_units(state, 1, one_waiter, is_recent ? recently_taken : 0) == 1) {
             return Status::ok;
         }
         if (!in_time) {

@@ -68,6 +68,8 @@ public:
     }
     /// Takes a unit if there is one. @return whether it did.
     Success try_take();
+    /// Takes as many units as there are, but no more than @p most. @return how many.
+    int32_t try_take_up_to(int32_t most);
     /// Waits for a unit and takes it.
     void take();
     /// As take. @param deadline of the monotonic clock. @return ok, or timeout when it has passed.
@@ -99,11 +101,11 @@ private:
         constexpr size_t high_half = std::endian::native == std::endian::little ? 4 : 0;
         return reinterpret_cast<const char*>(&state_) + high_half;
     }
-    /// Takes a unit if there is one. @return whether it did.
+    /// Takes as many units as there are, but no more than @p most. @return how many.
     /// @param state the state that was last seen; updated
-    /// @param waiters is subtracted together with the unit
+    /// @param waiters is subtracted together with the units
     /// @param mark recently_taken, or 0
-    Success take_unit(uint64_t& state, uint64_t waiters, uint64_t mark);
+    uint32_t take_units(uint64_t& state, uint32_t most, uint64_t waiters, uint64_t mark);
     /// Dozes, and takes a unit. @return whether it did. If not, the thread had better wait.
     Success doze_and_take(const timespec* deadline);
     Status wait_and_take(const timespec* deadline);

@@ -4,8 +4,9 @@
 #include "platform/base/os/deadline.hpp"
 #include "platform/base/os/recursive_mutex.hpp"
 
-// The kind decides which of the two is used. The other one costs a few bytes.
-struct QELOsapiSemaphore {
+// The kind decides which of the two is used. The other one costs a few bytes. Threads on several
+// processors write a semaphore, so it shares its cache line with nothing.
+struct alignas(64) QELOsapiSemaphore {
     QELOsapiSemaphore(QELOsapiSemaphoreKind its_kind, DDS_Long units, DDS_Long many)
         : kind(its_kind), counter(units, many) {}
 
@@ -104,6 +105,13 @@ Status give_if_empty(QELOsapiSemaphore* semaphore) {
     return Status::ok;
 }
 
+DDS_Long take_up_to(QELOsapiSemaphore* semaphore, DDS_Long most) {
+    if (semaphore == nullptr || semaphore->kind != QEL_OSAPI_SEMAPHORE_KIND_COUNTING || most < 0) {
+        return 0;
+    }
+    return semaphore->counter.try_take_up_to(most);
+}
+
 QELOsapiSemaphoreStatus to_semaphore_status(Status result) {
     if (result == Status::timeout) {
         return QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT;
@@ -126,6 +134,10 @@ void QELOsapiSemaphore_delete(QELOsapiSemaphore* semaphore) {
 QELOsapiSemaphoreStatus QELOsapiSemaphore_take(QELOsapiSemaphore* semaphore,
                                                const QELNtpTime* timeout) {
     return pexa::base::to_semaphore_status(pexa::base::take(semaphore, timeout));
+}
+
+DDS_Long QELOsapiSemaphore_takeUpTo(QELOsapiSemaphore* semaphore, DDS_Long most) {
+    return pexa::base::take_up_to(semaphore, most);
 }
 
 QELOsapiSemaphoreStatus QELOsapiSemaphore_give(QELOsapiSemaphore* semaphore) {

@@ -1,5 +1,6 @@
 #include <pthread.h>
 #include <sched.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -99,6 +100,8 @@ private:
     bool initialized_;
 };
 
+constexpr unsigned long timer_slack_ns = 1000;
+
 struct ThreadSettings {
     DDS_Long priority;
     DDS_UnsignedLong options;
@@ -109,6 +112,9 @@ struct ThreadSettings {
 void* run(void* parameter) {
     const auto* thread = static_cast<const QELOsapiThread*>(parameter);
     pthread_setname_np(pthread_self(), thread->name);
+    // A thread of ours may sleep for a tenth of a millisecond, which the system would make half as
+    // long again by default.
+    prctl(PR_SET_TIMERSLACK, timer_slack_ns);
     return thread->function(thread->parameter);
 }
 

@@ -121,6 +121,12 @@ PEXA_API void QELOsapiSemaphore_delete(QELOsapiSemaphore* semaphore);
 PEXA_API QELOsapiSemaphoreStatus QELOsapiSemaphore_take(QELOsapiSemaphore* semaphore,
                                                         const QELNtpTime* timeout);
 /**
+ * Takes units of a semaphore of the counting kind, as many as there are but no more than @p most,
+ * without waiting.
+ * @return the number of units, 0 … most; 0 also for NULL or another kind.
+ */
+PEXA_API DDS_Long QELOsapiSemaphore_takeUpTo(QELOsapiSemaphore* semaphore, DDS_Long most);
+/**
  * Gives the semaphore.
  * @return OK, or ERROR: NULL, a mutex that this thread does not hold, a count at its maximum.
  */

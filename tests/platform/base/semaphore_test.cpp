@@ -109,6 +109,15 @@ TEST(Semaphore, CountsToItsMaximumAndNoFurther) {
         EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &no_time), timeout);
         QELOsapiSemaphore_delete(semaphore);
     }
+    QELOsapiSemaphore* five = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, 5);
+    for (const auto& [most, taken] : {std::pair(-1, 0), {0, 0}, {3, 3}, {3, 2}, {3, 0}}) {
+        EXPECT_EQ(QELOsapiSemaphore_takeUpTo(five, most), taken);
+    }
+    QELOsapiSemaphore_delete(five);
+    QELOsapiSemaphore* binary = new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_BINARY, 1);
+    EXPECT_EQ(QELOsapiSemaphore_takeUpTo(binary, 1), 0);
+    EXPECT_EQ(QELOsapiSemaphore_takeUpTo(nullptr, 1), 0);
+    QELOsapiSemaphore_delete(binary);
     EXPECT_EQ(new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_COUNTING, -1), nullptr);
     EXPECT_EQ(new_semaphore(QEL_OSAPI_SEMAPHORE_KIND_BINARY, 2), nullptr);
     EXPECT_EQ(new_semaphore(0x0202000B, 0), nullptr);
@@ -167,7 +176,7 @@ TEST(Semaphore, GiveSparesATakerThatDozesUntilThereAreManyUnits) {
     const int before_doze = naps;
     EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &thirty_milliseconds), timeout);
     const int after_doze = naps;
-    EXPECT_EQ(after_doze, before_doze + 5);
+    EXPECT_EQ(after_doze, before_doze + 20);
     EXPECT_EQ(QELOsapiSemaphore_take(semaphore, &thirty_milliseconds), timeout);
     EXPECT_EQ(naps, after_doze) << "who dozed in vain sleeps until it is woken";
     instead_of_napping = nullptr;
