@@ -1,5 +1,6 @@
 #include "core/filter.hpp"
 
+#include <limits>
 #include <memory>
 #include <mutex>
 
@@ -15,7 +16,7 @@ constinit const QEL_KX_Orvane* followed = nullptr;
 
 void refresh_with_mutex() noexcept {
     const bool filters = followed != nullptr && load(followed->options->echo_to_stdout) != 1;
-    last_traced_level.store(
+    call_start.last_traced_level.store(
         filters ? load(followed->filterLevel) : std::numeric_limits<DDS_Long>::max(),
         std::memory_order_relaxed);
 }
@@ -39,7 +40,8 @@ void free_filter_lock() noexcept {
 
 void silence_filter() noexcept {
     followed = nullptr;
-    last_traced_level.store(std::numeric_limits<DDS_Long>::min(), std::memory_order_relaxed);
+    call_start.last_traced_level.store(std::numeric_limits<DDS_Long>::min(),
+                                       std::memory_order_relaxed);
 }
 
 }  // namespace orvane::core

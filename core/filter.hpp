@@ -1,20 +1,12 @@
 #pragma once
 
-#include <atomic>
-#include <limits>
-
+#include "core/call_start.hpp"
 #include "orvane/core.h"
 
 namespace orvane::core {
 
-/**
- * Levels above this one leave no trace at present: the filter stops them and nothing is echoed.
- * Lets a logging call end before it has read the clock or taken a lock.
- */
-inline constinit std::atomic<DDS_Long> last_traced_level = std::numeric_limits<DDS_Long>::max();
-
 inline bool leaves_no_trace(DDS_Long level) noexcept {
-    return level > last_traced_level.load(std::memory_order_relaxed);
+    return level > call_start.last_traced_level.load(std::memory_order_relaxed);
 }
 
 /**

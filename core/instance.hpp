@@ -7,12 +7,6 @@
 
 namespace orvane::core {
 
-/**
- * The clock of the instance, or NULL. A logging call reads it before it has the global lock, when
- * the instance's record may already be freed; the clock itself may be read at any time.
- */
-inline constinit std::atomic<QELSystemClock*> live_clock = nullptr;
-
 inline QEL_KX_Orvane* instance() noexcept {
     return load(QEL_KX_Orvane_instance, std::memory_order_acquire);
 }

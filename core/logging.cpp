@@ -83,7 +83,7 @@ void accept(QEL_KX_Orvane& self, const QEL_KX_LogMessageParams& params, const ch
 
 /// The clock that stamps messages for @p self, or NULL if that is not the instance.
 QELSystemClock* clock_for(const QEL_KX_Orvane* self) noexcept {
-    return is_live(self) ? live_clock.load(std::memory_order_acquire) : nullptr;
+    return is_live(self) ? call_start.clock.load(std::memory_order_acquire) : nullptr;
 }
 
 }  // namespace
@@ -120,6 +120,7 @@ void log_now(QEL_KX_Orvane* self, DDS_Long level, const char* message, const cha
     QEL_KX_LogMessageParams params = {level, message, category, {0, 0}};
     // Without an instance the parameters are still looked at, and the message goes nowhere.
     if (QELSystemClock* clock = clock_for(self); clock != nullptr) {
+        prefetch_for_call(self);
         QELNtpTime now;
         if (QELSystemClock_getTime(clock, &now) == 0) {
             report("QEL_KX_Orvane_logMessageWithLevelCategory",

@@ -4,8 +4,11 @@
 #include <cstddef>
 #include <cstring>
 
+#include "core/call_start.hpp"
 #include "core/exported.hpp"
+#include "core/long_texts.hpp"
 #include "core/report.hpp"
+#include "core/shared_field.hpp"
 #include "core/statistics.hpp"
 #include "pexa/buffer_pool.h"
 #include "pexa/osapi.h"
@@ -24,8 +27,6 @@ constexpr std::size_t element_alignment = 8;
 
 /// A consumer that dozes is woken with half of the queue full. It needs time to wake up.
 constexpr DDS_Long share_that_wakes = 2;
-
-static_assert(offsetof(Element, node) == 0, "an element is found through its node");
 
 bool succeeded(QELOsapiSemaphoreStatus status) noexcept {
     return status == QEL_OSAPI_SEMAPHORE_STATUS_OK;
@@ -78,15 +79,30 @@ Element* unlink_head(List& list) noexcept {
     return reinterpret_cast<Element*>(head);
 }
 
+/// With what the public record does not show.
+struct Queue : QEL_KX_MessageQueue {
+    LongTexts long_texts;
+    DDS_Long consumer_rests;
+};
+
+LongTexts& long_texts_of(QEL_KX_MessageQueue& queue) noexcept {
+    return static_cast<Queue&>(queue).long_texts;
+}
+
 /**
  * Copies a text of at most @p bound characters, cutting the rest, into the element's buffer or,
- * when it is too long for that, into memory of its own.
+ * when it is too long for that, into memory of its own. The buffer then holds the size of that.
  * @return the copy, or NULL without memory.
  */
 template <std::size_t BufferSize>
-char* keep(const char* text, std::size_t bound, char (&buffer)[BufferSize]) {
+char* keep(LongTexts& long_texts, const char* text, std::size_t bound, char (&buffer)[BufferSize]) {
     const std::size_t length = strnlen(text, bound);
-    char* copy = length < BufferSize ? buffer : DDS_String_alloc(length);
+    char* copy = buffer;
+    if (length >= BufferSize) {
+        const std::size_t size = LongTexts::size_for(length);
+        copy = long_texts.take(size);
+        std::memcpy(buffer, &size, sizeof size);
+    }
     if (copy != nullptr) {
         std::memcpy(copy, text, length);
         copy[length] = '\0';
@@ -94,29 +110,33 @@ char* keep(const char* text, std::size_t bound, char (&buffer)[BufferSize]) {
     return copy;
 }
 
-void free_if_owned(char* text, const char* buffer) {
-    if (text != buffer) {
-        DDS_String_free(text);
+void give_back_if_owned(LongTexts& long_texts, char* text, const char* buffer) {
+    if (text != buffer && text != nullptr) {
+        std::size_t size = 0;
+        std::memcpy(&size, buffer, sizeof size);
+        long_texts.give_back(text, size);
     }
 }
 
 void recycle(QEL_KX_MessageQueue& queue, Element& element) {
-    free_if_owned(element.record.sample.message, element.messageBuffer);
-    free_if_owned(element.record.sample.category, element.categoryBuffer);
+    LongTexts& long_texts = long_texts_of(queue);
+    give_back_if_owned(long_texts, element.record.sample.message, element.messageBuffer);
+    give_back_if_owned(long_texts, element.record.sample.category, element.categoryBuffer);
     MOSKFastBufferPool_returnBuffer(queue.elementPool, &element);
 }
 
-Outcome fill(Element& element, const QEL_KX_MessageQueueRecord& record) {
+Outcome fill(LongTexts& long_texts, Element& element, const QEL_KX_MessageQueueRecord& record) {
     element.node = {};
     element.record = record;
     QEL_KX_LogMessage& sample = element.record.sample;
     sample.category = nullptr;
-    sample.message = keep(record.sample.message, ORVANE_LOG_MESSAGE_BOUND, element.messageBuffer);
+    sample.message =
+        keep(long_texts, record.sample.message, ORVANE_LOG_MESSAGE_BOUND, element.messageBuffer);
     if (sample.message == nullptr) {
         return Outcome::failed("Unable to allocate message");
     }
     sample.category =
-        keep(record.sample.category, ORVANE_LOG_CATEGORY_BOUND, element.categoryBuffer);
+        keep(long_texts, record.sample.category, ORVANE_LOG_CATEGORY_BOUND, element.categoryBuffer);
     return Outcome::done_if(sample.category != nullptr, "Unable to allocate category");
 }
 
@@ -134,7 +154,7 @@ Outcome enqueue(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& rec
         count_refused_for_memory(queue);
         return Outcome::failed("Unable to get new queue element");
     }
-    if (const Outcome filled = fill(*element, record); filled.has_failed()) {
+    if (const Outcome filled = fill(long_texts_of(queue), *element, record); filled.has_failed()) {
         count_refused_for_memory(queue);
         recycle(queue, *element);
         return filled;
@@ -152,7 +172,7 @@ Status find_head(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord*& r
         return Status::error;
     }
     const bool is_empty = queue.list.count == 0;
-    const auto* element = reinterpret_cast<const Element*>(queue.list.head);
+    const Element* element = element_of(queue.list.head);
     unlock(queue, front_context);
     if (is_empty) {
         return Status::no_data;
@@ -182,8 +202,8 @@ Outcome make_parts(QEL_KX_MessageQueue& queue) {
 
 QEL_KX_MessageQueue* create_queue(const QEL_KX_MessageQueueProperty& property) {
     constexpr const char* context = "QEL_KX_MessageQueue_new";
-    QEL_KX_MessageQueue* queue = nullptr;
-    QELOsapiHeap_allocateStructure(&queue, QEL_KX_MessageQueue);
+    Queue* queue = nullptr;
+    QELOsapiHeap_allocateStructure(&queue, Queue);
     if (queue == nullptr) {
         report(context, "Unable to allocate memory for Message Queue");
         return nullptr;
@@ -244,22 +264,41 @@ const QEL_KX_MessageQueueRecord* front(QEL_KX_MessageQueue& queue, const QELNtpT
     return record;
 }
 
-const QEL_KX_MessageQueueRecord* head(QEL_KX_MessageQueue& queue) {
-    const QEL_KX_MessageQueueRecord* record = nullptr;
-    // Without one there is nothing to be done, whatever the reason.
-    static_cast<void>(find_head(queue, record));
-    return record;
+void pop(QEL_KX_MessageQueue& queue) {
+    static_cast<void>(pop_and_look(queue, 1));
 }
 
-void pop(QEL_KX_MessageQueue& queue) {
+void set_consumer_rests(QEL_KX_MessageQueue& queue, bool rests) noexcept {
+    store(static_cast<Queue&>(queue).consumer_rests, rests ? 1 : 0);
+}
+
+bool consumer_rests(const QEL_KX_MessageQueue& queue) noexcept {
+    return load(static_cast<const Queue&>(queue).consumer_rests) == 1;
+}
+
+std::optional<QueueHead> pop_and_look(QEL_KX_MessageQueue& queue, DDS_Long messages) {
     constexpr const char* context = "QEL_KX_MessageQueue_pop";
     if (lock(queue, context) != Status::ok) {
-        return;
+        return std::nullopt;
     }
-    if (Element* head = unlink_head(queue.list); head != nullptr) {
-        recycle(queue, *head);
+    for (DDS_Long popped = 0; popped < messages; ++popped) {
+        if (Element* head = unlink_head(queue.list); head != nullptr) {
+            recycle(queue, *head);
+        }
     }
+    const QueueHead left = {element_of(queue.list.head), queue.list.count};
     unlock(queue, context);
+    return left;
+}
+
+void note_written_by_calls(const QEL_KX_MessageQueue& queue) noexcept {
+    // The record may span two cache lines; of the others the first line counts.
+    const void* const written[] = {&queue, &queue.list.count, queue.mutex, queue.countingSemaphore,
+                                   queue.elementPool};
+    static_assert(std::size(written) <= std::size(decltype(call_start){}.written));
+    for (std::size_t place = 0; place < std::size(written); ++place) {
+        call_start.written[place].store(written[place], std::memory_order_relaxed);
+    }
 }
 
 void delete_queue(QEL_KX_MessageQueue* queue) {
@@ -271,6 +310,7 @@ void delete_queue(QEL_KX_MessageQueue* queue) {
     while (Element* head = unlink_head(queue->list)) {
         recycle(*queue, *head);
     }
+    long_texts_of(*queue).free_all();
     MOSKFastBufferPool_delete(queue->elementPool);
     QELOsapiHeap_freeStructure(queue);
 }

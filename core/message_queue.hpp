@@ -2,6 +2,9 @@
 /// @brief The bounded queue between the logging calls and the write thread.
 #pragma once
 
+#include <cstddef>
+#include <optional>
+
 #include "orvane/core.h"
 #include "platform/internal/status.hpp"
 
@@ -17,7 +20,28 @@ void pop(QEL_KX_MessageQueue& queue);
 void delete_queue(QEL_KX_MessageQueue* queue);
 /// @}
 
-/// @return what front() returns, at once and without taking a unit.
-const QEL_KX_MessageQueueRecord* head(QEL_KX_MessageQueue& queue);
+inline const QEL_KX_MessageQueueElement* element_of(const QEL_KX_MessageQueueNode* node) noexcept {
+    static_assert(offsetof(QEL_KX_MessageQueueElement, node) == 0);
+    return reinterpret_cast<const QEL_KX_MessageQueueElement*>(node);
+}
+
+struct QueueHead {
+    /// Means nothing without messages. As many as there are follow each other, whatever is pushed.
+    const QEL_KX_MessageQueueElement* first;
+    DDS_Long count;
+};
+
+/// The memory of this queue is what logging calls will write.
+void note_written_by_calls(const QEL_KX_MessageQueue& queue) noexcept;
+
+/// @name Whether the consumer has waited for a message in vain. Any thread.
+/// @{
+void set_consumer_rests(QEL_KX_MessageQueue& queue, bool rests) noexcept;
+bool consumer_rests(const QEL_KX_MessageQueue& queue) noexcept;
+/// @}
+
+/// Removes messages from the head, and looks how many are left. @return nothing, with the queue
+/// unchanged, after a report.
+std::optional<QueueHead> pop_and_look(QEL_KX_MessageQueue& queue, DDS_Long messages);
 
 }  // namespace orvane::core

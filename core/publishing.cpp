@@ -4,7 +4,7 @@
 
 #include "core/backlog.hpp"
 #include "core/batch_pacing.hpp"
-#include "core/message_queue.hpp"
+#include "core/queue_consumer.hpp"
 #include "core/report.hpp"
 #include "core/shared_field.hpp"
 #include "core/statistics.hpp"
@@ -20,13 +20,12 @@ using pexa::Status;
 
 using LogMessageWriter = types::DataWriter<QEL_KX_LogMessage>;
 
-constexpr QELNtpTime no_wait = {0, 0};
 /// In a flood a look at the clock after each message would cost too much.
 constexpr std::uint64_t messages_between_looks = 256;
 /// The queue has to have room for as long as the thread may take to wake up. This is no longer.
 constexpr QELNtpTime batch_pause = {0, QEL_NTP_TIME_FRAC_PER_MILLISECOND / 10};
 
-/// @return timeout when the message stays in the queue, or ok.
+/// @return timeout when the message has to be written again, or ok.
 Status write(LogMessageWriteThread& thread, const QEL_KX_MessageQueueRecord& record,
              const char* context) {
     const DDS_ReturnCode_t result = LogMessageWriter::write_w_timestamp(
@@ -41,7 +40,6 @@ Status write(LogMessageWriteThread& thread, const QEL_KX_MessageQueueRecord& rec
         count_discarded(*thread.messageQueue);
         report(context, "Unable to write LogMessage in DataWriter");
     }
-    pop(*thread.messageQueue);
     return Status::ok;
 }
 
@@ -65,14 +63,18 @@ void end_batch(LogMessageWriteThread& thread, std::uint64_t messages, BatchPacin
 void publish(LogMessageWriteThread& thread, const char* context) {
     BatchPacing pacing;
     Backlog backlog(thread.messageQueue->maxSize);
+    QueueConsumer consumer(*thread.messageQueue);
     std::uint64_t in_batch = 0;
     while (load(thread.run) == 1) {
         const bool is_due = backlog.is_due();
-        const QEL_KX_MessageQueueRecord* record =
-            is_due ? head(*thread.messageQueue)
-                   : front(*thread.messageQueue, in_batch > 0 ? &no_wait : &wait_period);
+        const QEL_KX_MessageQueueRecord* record = is_due         ? consumer.head()
+                                                  : in_batch > 0 ? consumer.next()
+                                                                 : consumer.wait(wait_period);
         if (record != nullptr) {
             const bool timed_out = write(thread, *record, context) == Status::timeout;
+            if (!timed_out) {
+                consumer.pop();
+            }
             backlog.note(is_due, timed_out);
             ++in_batch;
             if (timed_out || in_batch % messages_between_looks == 0) {

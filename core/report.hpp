@@ -9,12 +9,13 @@
 namespace orvane::core {
 
 /// Prints a line about the operation @p context on standard output. Neither text is empty.
-inline void report(const char* context, const char* message, DDS_Long level = QEL_KX_LEVEL_ERROR) {
+[[gnu::cold]] inline void report(const char* context, const char* message,
+                                 DDS_Long level = QEL_KX_LEVEL_ERROR) {
     print_message(message, context, level);
 }
 
 /// Says why an operation has failed.
-inline void report(const char* context, const Outcome& failure) {
+[[gnu::cold]] inline void report(const char* context, const Outcome& failure) {
     report(context, failure.reason(), failure.level());
 }
 

@@ -90,6 +90,20 @@ void delete_write_thread(LogMessageWriteThread* self) {
     QELOsapiHeap_freeStructure(self);
 }
 
+void end_rest(LogMessageWriteThread& self) {
+    constexpr int looks = 10;
+    constexpr QELNtpTime pause = {0, QEL_NTP_TIME_FRAC_PER_MILLISECOND / 2};
+    if (!consumer_rests(*self.messageQueue)) {
+        return;
+    }
+    // When it fails, the thread ends its wait by itself.
+    static_cast<void>(QELOsapiSemaphore_give(self.messageQueue->countingSemaphore));
+    for (int look = 0; look < looks && load(self.finished, std::memory_order_acquire) == 0;
+         ++look) {
+        QELOsapiThread_sleep(&pause);
+    }
+}
+
 DDS_ReturnCode_t set_communications_verbosity(LogMessageWriteThread& self,
                                               PEXA_Config_LogVerbosity verbosity) {
     const DDS_ReturnCode_t result = PEXA_Config_Logger_set_verbosity_by_category(

@@ -15,4 +15,8 @@ DDS_ReturnCode_t set_communications_verbosity(LogMessageWriteThread& thread,
                                               PEXA_Config_LogVerbosity verbosity);
 /// @}
 
+/// Wakes a thread whose run flag has been cleared, if it has had nothing to do for a while, and
+/// gives it some milliseconds to end.
+void end_rest(LogMessageWriteThread& thread);
+
 }  // namespace orvane::core

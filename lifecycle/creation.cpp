@@ -10,6 +10,7 @@
 #include "core/filter.hpp"
 #include "core/instance.hpp"
 #include "core/logging_lock.hpp"
+#include "core/message_queue.hpp"
 #include "core/options.hpp"
 #include "core/outcome.hpp"
 #include "core/report.hpp"
@@ -61,7 +62,7 @@ Status choose_options(QEL_KX_Orvane& self) {
 
 Outcome make_clock(QEL_KX_Orvane& self) {
     self.clock = QELSystemClock_new();
-    core::live_clock.store(self.clock, std::memory_order_release);
+    core::call_start.clock.store(self.clock, std::memory_order_release);
     return Outcome::done_if(self.clock != nullptr, "Unable to create clock");
 }
 
@@ -105,6 +106,7 @@ Outcome start_write_thread(QEL_KX_Orvane& self) {
     }
     self.messageQueue = self.logMessageWriteThread->messageQueue;
     core::count_messages_of(*self.messageQueue);
+    core::note_written_by_calls(*self.messageQueue);
     return Outcome::done();
 }
 
@@ -186,11 +188,24 @@ void stop_listening(const QEL_KX_Orvane& self) {
     }
 }
 
+/// A reader that has lost the logger may be on its way back.
+bool has_lost_readers(const QEL_KX_Orvane& self) {
+    DDS_PublicationMatchedStatus matched = {};
+    return DDS_DataWriter_get_publication_matched_status(self.ddsEntities->logMessageWriter,
+                                                         &matched) != DDS_RETCODE_OK ||
+           matched.current_count < matched.total_count;
+}
+
 void stop_write_thread(QEL_KX_Orvane& self) {
     if (self.logMessageWriteThread == nullptr) {
         return;
     }
     core::store(self.logMessageWriteThread->run, 0);
+    // What has been published lives as long as the writer. So there is no hurry where somebody may
+    // still come for it: after a burst, and where there are fewer readers than there were.
+    if (!has_lost_readers(self)) {
+        core::end_rest(*self.logMessageWriteThread);
+    }
     self.messageQueue = nullptr;
     core::delete_write_thread(std::exchange(self.logMessageWriteThread, nullptr));
 }
@@ -239,7 +254,7 @@ QEL_KX_Orvane* destroy(QEL_KX_Orvane* self) {
     core::end_statistics();
     admin::destroy_entities(self->ddsEntities);
     self->ddsEntities = nullptr;
-    core::live_clock.store(nullptr, std::memory_order_release);
+    core::call_start.clock.store(nullptr, std::memory_order_release);
     QELSystemClock_delete(self->clock);
     core::follow_filter_of(nullptr);
     forget_options(*self);

@@ -66,7 +66,7 @@ void abandon_instance() {
     LifecycleChange::forget_all();
     set_initialized(0);
     set_instance(nullptr);
-    core::live_clock.store(nullptr);
+    core::call_start.clock.store(nullptr);
     core::silence_filter();
 }
 

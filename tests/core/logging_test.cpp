@@ -28,14 +28,14 @@ protected:
         record_.logMessageWriteThread = &write_thread_;
         record_.messageQueue = QEL_KX_MessageQueue_new(&property);
         record_.clock = QELSystemClock_new();
-        core::live_clock = record_.clock;
+        core::call_start.clock = record_.clock;
         core::follow_filter_of(&record_);
         core::store(QEL_KX_Orvane_instance, &record_);
     }
     ~Logging() override {
         core::store(QEL_KX_Orvane_instance, nullptr);
         core::follow_filter_of(nullptr);
-        core::live_clock = nullptr;
+        core::call_start.clock = nullptr;
         QELSystemClock_delete(record_.clock);
         QEL_KX_MessageQueue_delete(record_.messageQueue);
         record_.ddsEntities = nullptr;

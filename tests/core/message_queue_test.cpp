@@ -66,7 +66,8 @@ TEST(MessageQueue, KeepsShortTextsInTheElementAndCutsLongOnes) {
     };
     for (const auto& length : lengths) {
         SCOPED_TRACE(std::to_string(length.message) + "/" + std::to_string(length.category));
-        const Queue queue = make_queue(1);
+        const long blocks_without_queue = live_blocks();
+        Queue queue = make_queue(1);
         const std::string message(length.message, 'm');
         const std::string category(length.category, 'c');
         const long blocks = live_blocks();
@@ -77,7 +78,31 @@ TEST(MessageQueue, KeepsShortTextsInTheElementAndCutsLongOnes) {
         EXPECT_EQ(front->sample.message, message.substr(0, length.kept_message));
         EXPECT_EQ(front->sample.category, category.substr(0, length.kept_category));
         QEL_KX_MessageQueue_pop(queue.get());
-        EXPECT_EQ(live_blocks(), blocks);
+        const Calls allocations("DDS_String_alloc");
+        ASSERT_EQ(push(*queue, message, category), 1);
+        EXPECT_EQ(allocations.count(), 0) << "the memory is used again";
+        queue.reset();
+        EXPECT_EQ(live_blocks(), blocks_without_queue);
+    }
+}
+
+TEST(MessageQueue, KeepsTheMemoryOfSomeLongTextsOnly) {
+    constexpr struct {
+        std::size_t length;
+        int kept;
+    } sizes[] = {{200, 256}, {512, 256}, {513, 32}, {4096, 32}};
+    for (const auto& size : sizes) {
+        SCOPED_TRACE(size.length);
+        const Queue queue = make_queue(300);
+        const std::string text(size.length, 'x');
+        const long blocks = live_blocks();
+        for (int number = 0; number < 300; ++number) {
+            ASSERT_EQ(push(*queue, text), 1);
+        }
+        while (queue->list.count > 0) {
+            QEL_KX_MessageQueue_pop(queue.get());
+        }
+        EXPECT_EQ(live_blocks() - blocks, size.kept);
     }
 }
 
@@ -105,15 +130,14 @@ TEST(MessageQueue, IsUnchangedByAPushThatFails) {
     const std::string long_text(200, 'x');
     for (const auto& fault : faults) {
         SCOPED_TRACE(fault.report);
-        const Queue queue = make_queue(2);
-        ASSERT_EQ(push(*queue, "before"), 1);
         const long blocks = live_blocks();
+        Queue queue = make_queue(2);
+        ASSERT_EQ(push(*queue, "before"), 1);
         {
             const Fault injected(fault.function, fault.call);
             EXPECT_EQ(output_of([&] { EXPECT_EQ(push(*queue, long_text, long_text), 0); }),
                       fault.report);
         }
-        EXPECT_EQ(live_blocks(), blocks);
         EXPECT_EQ(push(*queue, "after"), 1) << "no element is lost";
         EXPECT_EQ(output_of([&] { EXPECT_EQ(push(*queue, long_text), 0) << "it is full"; }),
                   line(push_context, "Max queue size reached, message will get lost", "Warning"));
@@ -122,6 +146,8 @@ TEST(MessageQueue, IsUnchangedByAPushThatFails) {
         EXPECT_EQ(push(*queue, "again"), 1);
         EXPECT_EQ(pop(*queue), "again");
         EXPECT_EQ(pop(*queue), "(nothing)");
+        queue.reset();
+        EXPECT_EQ(live_blocks(), blocks);
     }
 }
 

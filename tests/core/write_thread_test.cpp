@@ -2,7 +2,9 @@
 #include <numeric>
 #include <thread>
 
+#include "core/message_queue.hpp"
 #include "core/shared_field.hpp"
+#include "core/write_thread.hpp"
 #include "orvane/core.h"
 #include "pexa/publication.h"
 #include "tests/support/events.hpp"
@@ -11,6 +13,8 @@
 
 namespace orvane::test {
 namespace {
+
+constexpr QELNtpTime twenty_seconds = {20, 0};
 
 /// Takes what is written and flushed, and answers writes from a list of results.
 class ScriptedWriter {
@@ -25,15 +29,15 @@ public:
     Events<std::string> messages;
     Events<std::size_t> flushes;  ///< each with the number of writes before it
 
-    /// What the writing thread does in the middle of its first write, and in each flush, which gets
-    /// the number of flushes before. To be set before there is a thread.
-    std::function<void()> during_first_write;
+    /// What the writing thread does in the middle of each write and in each flush, which get the
+    /// number of those before. To be set before there is a thread.
+    std::function<void(std::size_t)> during_writes;
     std::function<void(std::size_t)> during_flushes;
 
 private:
     DDS_ReturnCode_t write(const QEL_KX_LogMessage& sample, const DDS_Time_t& time) {
-        if (const auto action = std::exchange(during_first_write, nullptr)) {
-            action();
+        if (during_writes) {
+            during_writes(writes_);
         }
         messages.add(std::to_string(sample.hostAndAppId.rtps_host_id) + " " +
                      std::to_string(sample.hostAndAppId.rtps_app_id) + " " +
@@ -69,11 +73,12 @@ struct StopAndDelete {
 };
 using WriteThreadRecord = std::unique_ptr<LogMessageWriteThread, StopAndDelete>;
 
-WriteThreadRecord start(ScriptedWriter& writer, const DDS_ThreadSettings_t* settings = nullptr) {
+WriteThreadRecord start(ScriptedWriter& writer, DDS_Long queue_size = 8,
+                        const DDS_ThreadSettings_t* settings = nullptr) {
     DDS_ThreadSettings_t defaults;
     DDS_ThreadSettings_t_initialize(&defaults);
     return WriteThreadRecord(LogMessageWriteThread_create(
-        writer.handle(), 8, settings == nullptr ? &defaults : settings));
+        writer.handle(), queue_size, settings == nullptr ? &defaults : settings));
 }
 
 void push(LogMessageWriteThread& thread, std::string message) {
@@ -99,18 +104,20 @@ TEST(WriteThread, LosesAMessageThatFailedAndReportsIt) {
 }
 
 TEST(WriteThread, PublishesWhatTimedOutWhenTheNextMessageComesWhetherThatFindsRoomOrNot) {
-    for (const std::size_t queued : {1U, 5U, 8U}) {
-        SCOPED_TRACE(queued);
+    // The thread looks at one message at a time, or at four.
+    for (const auto& [queue_size, queued] :
+         {std::pair(8, 1U), {8, 5U}, {8, 8U}, {64, 1U}, {64, 5U}, {64, 64U}}) {
+        SCOPED_TRACE(std::to_string(queued) + " of " + std::to_string(queue_size));
         ScriptedWriter writer(std::vector<DDS_ReturnCode_t>(queued, DDS_RETCODE_TIMEOUT));
         const Calls waits("QELOsapiSemaphore_take");
-        WriteThreadRecord thread = start(writer);
+        WriteThreadRecord thread = start(writer, queue_size);
         std::vector<std::string> expected;
         for (std::size_t number = 1; number <= queued; ++number) {
             push(*thread, std::to_string(number));
             expected.push_back(written("1"));
             ASSERT_EQ(writer.messages.await(number), expected) << "only the head is tried";
         }
-        const bool finds_room = queued < 8;
+        const bool finds_room = static_cast<int>(queued) < queue_size;
         char text[] = "next";
         const QEL_KX_MessageQueueRecord next = {{{-7, 2}, 300, text, text}, {5, 6}};
         static_cast<void>(output_of([&] {
@@ -132,6 +139,78 @@ TEST(WriteThread, PublishesWhatTimedOutWhenTheNextMessageComesWhetherThatFindsRo
         thread.reset();
         EXPECT_LT(waits.count(), 200) << "the thread waits and does not spin";
     }
+}
+
+TEST(WriteThread, VisitsTheQueueOnceForSeveralMessages) {
+    constexpr int messages = 41;
+    ScriptedWriter writer({DDS_RETCODE_OK, DDS_RETCODE_OK, DDS_RETCODE_TIMEOUT});
+    WriteThreadRecord thread;
+    std::vector<std::string> expected = {written("0"), written("1"), written("2")};
+    std::atomic<int> visits = 0;
+    writer.during_writes = [&](std::size_t before) {
+        for (int number = 1; before == 0 && number < messages; ++number) {
+            push(*thread, std::to_string(number));
+            visits = 0;
+        }
+    };
+    for (int number = 2; number < messages; ++number) {
+        expected.push_back(written(std::to_string(number).c_str()));
+    }
+    const Stub<decltype(QELOsapiSemaphore_take)> take(
+        "QELOsapiSemaphore_take", [&](QELOsapiSemaphore* semaphore, const QELNtpTime* timeout) {
+            visits += timeout == nullptr;
+            return take.real(semaphore, timeout);
+        });
+    thread = start(writer, 128);
+    push(*thread, "0");
+    EXPECT_EQ(writer.messages.await(expected.size()), expected);
+    EXPECT_EQ(writer.flushes.await(1), std::vector<std::size_t>{expected.size()});
+    EXPECT_EQ(thread->messageQueue->list.count, 0) << "they have left before the thread waits";
+    EXPECT_LE(visits, 1 + (messages + 7) / 8) << "for eight at a time";
+    thread.reset();
+}
+
+TEST(WriteThread, LeavesInTheQueueWhatItHasNotWrittenWhenItEnds) {
+    ScriptedWriter writer;
+    WriteThreadRecord thread;
+    writer.during_writes = [&](std::size_t before) {
+        if (before == 0) {
+            for (const char* number : {"1", "2", "3", "4", "5"}) {
+                push(*thread, number);
+            }
+        }
+        core::store(thread->run, before == 2 ? 0 : 1);
+    };
+    thread = start(writer, 128);
+    push(*thread, "0");
+    while (core::load(thread->finished, std::memory_order_acquire) == 0) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(thread->messageQueue->list.count, 3);
+}
+
+TEST(WriteThread, IsWokenWhenItRestsAndHasToEnd) {
+    ScriptedWriter writer;
+    Events<QELOsapiSemaphoreStatus> waits;
+    const Stub<decltype(QELOsapiSemaphore_take)> take(
+        "QELOsapiSemaphore_take", [&](QELOsapiSemaphore* semaphore, const QELNtpTime* timeout) {
+            if (timeout == nullptr) {
+                return take.real(semaphore, timeout);
+            }
+            const bool rests = !waits.await(0).empty();
+            const QELOsapiSemaphoreStatus status =
+                take.real(semaphore, rests ? &twenty_seconds : timeout);
+            waits.add(status);
+            return status;
+        });
+    WriteThreadRecord thread = start(writer);
+    EXPECT_EQ(waits.await(1), std::vector{QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT});
+    while (!core::consumer_rests(*thread->messageQueue)) {
+        std::this_thread::yield();
+    }
+    core::store(thread->run, 0);
+    core::end_rest(*thread);
+    EXPECT_EQ(waits.await(2).back(), QEL_OSAPI_SEMAPHORE_STATUS_OK);
 }
 
 TEST(WriteThread, PausesAfterEightSmallBatchesInARow) {
@@ -169,7 +248,7 @@ TEST(WriteThread, SendsWhatItHasWrittenBeforeItWaits) {
     ScriptedWriter writer;
     std::atomic<bool> has_unsent = false;
     std::atomic<int> waits = 0;
-    writer.during_first_write = [&] { has_unsent = true; };
+    writer.during_writes = [&](std::size_t) { has_unsent = true; };
     writer.during_flushes = [&](std::size_t) { has_unsent = false; };
     const Stub<decltype(QELOsapiSemaphore_take)> take(
         "QELOsapiSemaphore_take", [&](QELOsapiSemaphore* semaphore, const QELNtpTime* timeout) {
@@ -185,7 +264,7 @@ TEST(WriteThread, SendsWhatItHasWrittenBeforeItWaits) {
 TEST(WriteThread, SendsWhatItHasWrittenBeforeItEnds) {
     ScriptedWriter writer;
     WriteThreadRecord thread;
-    writer.during_first_write = [&] { core::store(thread->run, 0); };
+    writer.during_writes = [&](std::size_t) { core::store(thread->run, 0); };
     thread = start(writer);
     push(*thread, "last");
     EXPECT_EQ(writer.flushes.await(1), std::vector<std::size_t>{1});
@@ -218,7 +297,7 @@ TEST(WriteThread, HasThePriorityOfItsSettingsAndLeavesTheListOfProcessorsAlone) 
             return nullptr;
         });
     const Calls creations("QELOsapiThread_new");
-    static_cast<void>(output_of([&] { EXPECT_EQ(start(writer, &settings), nullptr); }));
+    static_cast<void>(output_of([&] { EXPECT_EQ(start(writer, 8, &settings), nullptr); }));
     DDS_ThreadSettings_t_finalize(&settings);
     EXPECT_EQ(creations.count(), 1);
 }

@@ -1,0 +1,95 @@
+#include "core/queue_consumer.hpp"
+
+#include <algorithm>
+
+#include "core/report.hpp"
+#include "pexa/osapi.h"
+
+namespace orvane::core {
+namespace {
+
+/// More would hold up the calls for the time of a visit, and spare little.
+constexpr DDS_Long most_in_a_visit = 32;
+constexpr DDS_Long share_of_queue = 16;
+
+}  // namespace
+
+QueueConsumer::QueueConsumer(QEL_KX_MessageQueue& queue) noexcept
+    : queue_(queue),
+      most_at_once_(std::clamp(queue.maxSize / share_of_queue, 1, most_in_a_visit)) {}
+
+QueueConsumer::~QueueConsumer() {
+    leave();
+}
+
+const QEL_KX_MessageQueueRecord* QueueConsumer::next() {
+    if (units_ == 0) {
+        units_ = QELOsapiSemaphore_takeUpTo(queue_.countingSemaphore, most_at_once_);
+    }
+    if (units_ == 0) {
+        leave();
+        return nullptr;
+    }
+    note_rest(false);
+    --units_;
+    return head();
+}
+
+const QEL_KX_MessageQueueRecord* QueueConsumer::wait(const QELNtpTime& timeout) {
+    if (const QEL_KX_MessageQueueRecord* record = next(); record != nullptr) {
+        return record;
+    }
+    const QELOsapiSemaphoreStatus status =
+        QELOsapiSemaphore_take(queue_.countingSemaphore, &timeout);
+    if (status == QEL_OSAPI_SEMAPHORE_STATUS_OK) {
+        note_rest(false);
+        return head();
+    }
+    if (status == QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT) {
+        note_rest(true);
+    } else {
+        report("QEL_KX_MEssageQueue_front", "Unable to take message queue counting semaphore");
+        // A semaphore that fails does not wait either, and the consumer asks again at once.
+        QELOsapiThread_sleep(&timeout);
+    }
+    return nullptr;
+}
+
+const QEL_KX_MessageQueueRecord* QueueConsumer::head() {
+    if (popped_ == seen_) {
+        visit();
+    }
+    return popped_ == seen_ ? nullptr : &next_->record;
+}
+
+void QueueConsumer::pop() noexcept {
+    ++popped_;
+    if (popped_ < seen_) {
+        next_ = element_of(next_->node.next);
+    }
+}
+
+void QueueConsumer::leave() {
+    if (popped_ > 0) {
+        visit();
+    }
+}
+
+void QueueConsumer::note_rest(bool rests) noexcept {
+    if (rests != rests_) {
+        rests_ = rests;
+        set_consumer_rests(queue_, rests);
+    }
+}
+
+void QueueConsumer::visit() {
+    const std::optional<QueueHead> head = pop_and_look(queue_, popped_);
+    if (!head) {
+        return;
+    }
+    next_ = head->first;
+    seen_ = std::min(head->count, most_at_once_);
+    popped_ = 0;
+}
+
+}  // namespace orvane::core
