@@ -53,24 +53,56 @@ constexpr const MemberDescriptor& row = Description<Record>::table.rows[Row];
     });
 }
 
+/** A bit for each row that is encoded. */
+template <typename Record>
+[[gnu::always_inline]] inline std::uint32_t encoded_rows(const void* record, Selection selection) {
+    constexpr const TypeTable& table = Description<Record>::table;
+    if constexpr (table.kind != TypeKind::Union) {
+        return selection == Selection::All ? ~0U : table.key_rows;
+    } else {
+        const auto discriminator = read_value<DDS_Long>(field(record, table.rows[0]));
+        return table.branch(discriminator) == nullptr ? 1U : 1U | 2U << discriminator;
+    }
+}
+
 template <typename Record, std::size_t... Row>
 [[gnu::always_inline]] inline Success encode_rows(const void* record,
                                                   pexa::CdrParameterCursor& cursor, bool extended,
-                                                  std::uint32_t wanted,
+                                                  Selection selection,
                                                   std::index_sequence<Row...> /*rows*/) {
+    const std::uint32_t wanted = encoded_rows<Record>(record, selection);
     return (((wanted >> Row & 1U) == 0 ||
              encode_member(field(record, row<Record, Row>), row<Record, Row>, cursor, extended)) &&
-            ...);
+            ...) &&
+           cursor.write_list_end();
+}
+
+/** Encodes any selection in any form. A function of its own, so that encode_members() is small. */
+template <typename Record>
+[[gnu::noinline]] Success encode_any_members(const void* record, QELCdrStream& stream,
+                                             bool extended, Selection selection) {
+    pexa::CdrParameterCursor cursor(stream);
+    const bool encoded = encode_rows<Record>(record, cursor, extended, selection, Rows<Record>());
+    cursor.commit();
+    return encoded;
 }
 
 template <typename Record>
 Success encode_members(const void* record, QELCdrStream& stream, bool extended,
-                       std::uint32_t wanted) {
+                       Selection selection) {
     pexa::CdrParameterCursor cursor(stream);
-    const bool encoded = encode_rows<Record>(record, cursor, extended, wanted, Rows<Record>()) &&
-                         cursor.write_list_end();
+    // Headers inside unions are always short.
+    const bool may_extend = extended && Description<Record>::table.kind != TypeKind::Union;
+    if (!cursor.is_native() || may_extend || selection != Selection::All) {
+        return encode_any_members<Record>(record, stream, may_extend, selection);
+    }
+    // The form of nearly all samples is compiled with nothing left to choose. The result is not
+    // kept in a variable: that would be stored and loaded around each call.
+    if (encode_rows<Record>(record, cursor, false, Selection::All, Rows<Record>())) {
+        return cursor.commit();
+    }
     cursor.commit();
-    return encoded;
+    return false;
 }
 
 /** @param enumeration NULL for a number. */

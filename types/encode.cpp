@@ -31,15 +31,6 @@ Success encode_sequence(const void* sequence, const MemberDescriptor& member,
     return true;
 }
 
-/** A bit for each row that is encoded. */
-std::uint32_t encoded_rows(const TypeTable& table, const void* record, Selection selection) {
-    if (table.kind != TypeKind::Union) {
-        return selection == Selection::All ? ~0U : table.key_rows;
-    }
-    const auto discriminator = read_value<DDS_Long>(field(record, table.rows[0]));
-    return table.branch(discriminator) == nullptr ? 1U : 1U | 2U << discriminator;
-}
-
 }  // namespace
 
 Success encode_variable_member(const void* value, const MemberDescriptor& member,
@@ -55,12 +46,8 @@ Success encode_variable_member(const void* value, const MemberDescriptor& member
 
 Success encode(const TypeTable& table, const void* record, QELCdrStream& stream, bool extended,
                Selection selection) {
-    if (!table.is_mutable()) {
-        return encode_longs(table, record, stream);
-    }
-    const bool may_extend = extended && table.kind != TypeKind::Union;
-    return table.compiled->encode(record, stream, may_extend,
-                                  encoded_rows(table, record, selection));
+    return table.is_mutable() ? table.compiled->encode(record, stream, extended, selection)
+                              : encode_longs(table, record, stream);
 }
 
 }  // namespace orvane::types

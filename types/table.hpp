@@ -63,8 +63,9 @@ constexpr bool selects(Selection selection, const MemberDescriptor& member) {
 
 /** Operations on the members of one mutable type. */
 struct CompiledMembers {
-    /** Writes the members for which there is a bit in `rows`, and the end of the list. */
-    Success (*encode)(const void* record, QELCdrStream& stream, bool extended, std::uint32_t rows);
+    /** Writes the selected members and the end of the list. Of a union it writes the discriminator
+     *  and the branch that it selects. */
+    Success (*encode)(const void* record, QELCdrStream& stream, bool extended, Selection selection);
     Success (*decode)(void* record, QELCdrStream& stream, Selection selection);
     void (*reset)(void* record);
     /** @return where the encoding ends that begins at the position. */
