@@ -247,16 +247,6 @@ template <typename Record, std::size_t... Row>
             ...);
 }
 
-template <typename Record>
-Success decode_members(void* record, QELCdrStream& stream, Selection selection) {
-    pexa::CdrParameterCursor cursor(stream);
-    const bool decoded = cursor.is_native() &&
-                         decode_rows<Record>(record, cursor, selection, Rows<Record>()) &&
-                         cursor.read_list_end();
-    cursor.commit();
-    return decoded || decode_any_members<Record>(record, stream, selection);
-}
-
 [[gnu::always_inline]] inline void reset_member(void* value, const MemberDescriptor& member) {
     if (member.longs > 0) {
         std::memset(value, 0, member.longs * sizeof(DDS_Long));
@@ -275,6 +265,17 @@ template <typename Record, std::size_t... Row>
 template <typename Record>
 void reset_members(void* record) {
     reset_rows<Record>(record, Rows<Record>());
+}
+
+template <typename Record>
+Success decode_members(void* record, QELCdrStream& stream, Selection selection) {
+    reset_members<Record>(record);
+    pexa::CdrParameterCursor cursor(stream);
+    const bool decoded = cursor.is_native() &&
+                         decode_rows<Record>(record, cursor, selection, Rows<Record>()) &&
+                         cursor.read_list_end();
+    cursor.commit();
+    return decoded || decode_any_members<Record>(record, stream, selection);
 }
 
 template <typename Record, std::size_t... Row>

@@ -45,14 +45,16 @@ Success decode_variable_value(void* value, const MemberDescriptor& member, QELCd
     if (member.kind == MemberKind::Sequence) {
         return decode_sequence(value, member, stream);
     }
-    // The member may occur twice, and the last one counts as a whole.
-    reset(*member.type, value);
+    // This resets the value: when the member occurs twice, the last one counts as a whole.
     return decode(*member.type, value, stream, Selection::All);
 }
 
 Success decode(const TypeTable& table, void* record, QELCdrStream& stream, Selection selection) {
-    return table.is_mutable() ? table.compiled->decode(record, stream, selection)
-                              : decode_final(table, record, stream);
+    if (table.is_mutable()) {
+        return table.compiled->decode(record, stream, selection);
+    }
+    reset(table, record);
+    return decode_final(table, record, stream);
 }
 
 Success skip(const TypeTable& table, QELCdrStream& stream) {

@@ -19,8 +19,7 @@ namespace orvane::types {
 Success encode(const TypeTable& table, const void* record, QELCdrStream& stream, bool extended,
                Selection selection);
 
-/** Members that are not selected are passed over; selected ones that are missing keep their value.
- */
+/** Members that are missing or not selected get their initial value. */
 Success decode(const TypeTable& table, void* record, QELCdrStream& stream, Selection selection);
 
 /** Encodes a member of variable size with its header. The header gets the length at the end. */

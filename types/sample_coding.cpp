@@ -103,7 +103,6 @@ Success deserialize(const TypeTable& table, void* sample, QELCdrStream* stream,
     if (!parts.body) {
         return true;
     }
-    reset(table, sample);
     return decode(table, sample, *stream, parts.selection);
 }
 

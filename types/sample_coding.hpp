@@ -22,7 +22,6 @@ bool has_extended_headers(TULVEndpointData endpoint);
 Success serialize(const TypeTable& table, TULVEndpointData endpoint, const void* sample,
                   QELCdrStream* stream, DDS_UnsignedShort encapsulation_id, PayloadParts parts);
 
-/** The sample is reset first, so that members that are missing have their initial value. */
 Success deserialize(const TypeTable& table, void* sample, QELCdrStream* stream, PayloadParts parts);
 
 /** Clears the stream's rejection mark first, and fails when decoding sets it. */

@@ -66,6 +66,7 @@ struct CompiledMembers {
     /** Writes the selected members and the end of the list. Of a union it writes the discriminator
      *  and the branch that it selects. */
     Success (*encode)(const void* record, QELCdrStream& stream, bool extended, Selection selection);
+    /** Resets the record first. */
     Success (*decode)(void* record, QELCdrStream& stream, Selection selection);
     void (*reset)(void* record);
     /** @return where the encoding ends that begins at the position. */
