@@ -1,7 +1,9 @@
 #include "platform/engine/cyclone/domain_resources.hpp"
 
+#include <fcntl.h>
 #include <pthread.h>
 #include <sched.h>
+#include <sys/eventfd.h>
 #include <sys/resource.h>
 #include <sys/select.h>
 #include <sys/socket.h>
@@ -28,12 +30,8 @@ constexpr std::size_t most_descriptors = 10;
 // gc, dq.builtins, dq.user, tev, recv, recvMC, recvUC, and one more with some configurations.
 constexpr std::size_t most_threads = 8;
 
-int take_descriptor() {
-    return socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-}
-
 bool is_lack(int error) {
-    return error == EMFILE || error == ENFILE || error == ENOMEM || error == ENOBUFS;
+    return error == EMFILE || error == ENFILE || error == ENOMEM;
 }
 
 /// @return how many descriptors could be had that select() takes, which Cyclone uses; enough where
@@ -44,7 +42,8 @@ std::size_t free_descriptors() {
     std::size_t usable = 0;
     bool is_known = true;
     while (count < taken.size()) {
-        const int descriptor = take_descriptor();
+        // The cheapest thing that has a descriptor and an open file of its own.
+        const int descriptor = eventfd(0, EFD_CLOEXEC);
         if (descriptor < 0) {
             is_known = is_lack(errno);
             break;
@@ -134,16 +133,23 @@ bool is_enough(dds_domainid_t domain, const char* what, std::size_t needed, std:
 }  // namespace
 
 bool has_resources_for(dds_domainid_t domain) {
+    const std::size_t descriptors = free_descriptors();
+    const bool may_lack_threads = has_few_threads();
+    if (descriptors >= most_descriptors && !may_lack_threads) {
+        return true;
+    }
+    // While there is no participant, the question starts and stops Cyclone, so it comes late.
     return dds_lookup_participant(domain, nullptr, 0) > 0 ||
-           (is_enough(domain, "file descriptors below 1024", most_descriptors,
-                      free_descriptors()) &&
-            (!has_few_threads() || is_enough(domain, "threads", most_threads, Crowd().size())));
+           (is_enough(domain, "file descriptors below 1024", most_descriptors, descriptors) &&
+            (!may_lack_threads || is_enough(domain, "threads", most_threads, Crowd().size())));
 }
 
 StandardDescriptorsHeld::StandardDescriptorsHeld() {
-    // The lowest descriptor that is free comes first.
-    while (count_ < held_.size()) {
-        const int descriptor = take_descriptor();
+    constexpr std::array standard{STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
+    const auto is_open = [](int descriptor) { return fcntl(descriptor, F_GETFD) >= 0; };
+    while (count_ < held_.size() && !std::all_of(standard.begin(), standard.end(), is_open)) {
+        // The lowest descriptor that is free comes first.
+        const int descriptor = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
         if (descriptor > STDERR_FILENO) {
             close(descriptor);
         }

@@ -12,10 +12,10 @@
 
 namespace pexa::engine::cyclone {
 
-/// Takes for a moment what Cyclone takes when it starts a domain. Does nothing when the domain has
-/// participants in this process already.
+/// Takes for a moment what Cyclone takes when it starts a domain.
 ///
-/// @return whether all of it was there; if not, a line on the standard error says what was missing
+/// @return whether all of it was there, or the domain has participants in this process already; if
+/// not, a line on the standard error says what was missing
 bool has_resources_for(dds_domainid_t domain);
 
 /// As long as an object lives, no socket gets the descriptor of a standard stream that is closed.
