@@ -40,7 +40,7 @@ struct Plan {
     Disturbance::Kind disturbance = Disturbance::Kind::none;
 };
 
-constexpr std::size_t warm_up_calls = 512;
+constexpr std::size_t longest_warm_up = 512;
 /// The program's result when the subject cannot be measured here.
 constexpr int not_measured = 3;
 
@@ -87,14 +87,16 @@ std::vector<double> measure(Subject& subject, const Plan& plan) {
     std::vector<double> samples;
     std::mutex samples_mutex;
     std::barrier barrier{static_cast<std::ptrdiff_t>(plan.threads)};
-    const std::size_t per_burst = std::max(plan.burst / plan.threads, plan.batch);
-    const std::size_t bursts = std::max<std::size_t>(plan.calls / plan.burst, 1);
+    const std::size_t in_burst = std::min(plan.burst, plan.calls);
+    const std::size_t per_burst = std::max(in_burst / plan.threads, plan.batch);
+    const std::size_t bursts = plan.calls / in_burst;
+    // Few calls are slow ones.
+    const std::size_t warm_up = std::min(plan.calls / 8, longest_warm_up);
     const auto run = [&](bool leads) {
         Caller<Subject> caller{subject, disturbance, plan};
         for (std::size_t burst = 0; burst <= bursts; ++burst) {
             barrier.arrive_and_wait();
-            caller.burst(burst == 0 ? std::max(warm_up_calls / plan.threads, plan.batch)
-                                    : per_burst);
+            caller.burst(burst == 0 ? std::max(warm_up / plan.threads, plan.batch) : per_burst);
             barrier.arrive_and_wait();
             if (burst == 0) {
                 caller.forget();
@@ -138,12 +140,13 @@ int run(const Plan& plan) {
 
 int run_subject(const Plan& plan) {
     const std::string& name = plan.subject;
-    return name == "orvane"   ? run<OrvaneSubject>(plan)
-           : name == "spdlog" ? run<SpdlogSubject>(plan)
-           : name == "dlt"    ? run<DltSubject>(plan)
-           : name == "bare"   ? run<BareSubject>(plan)
-           : name == "floor"  ? run<FloorSubject>(plan)
-                              : run<EmptySubject>(plan);
+    return name == "orvane"         ? run<OrvaneSubject>(plan)
+           : name == "spdlog"       ? run<SpdlogSubject>(plan)
+           : name == "dlt"          ? run<DltSubject>(plan)
+           : name == "bare"         ? run<BareSubject>(plan)
+           : name == "floor"        ? run<FloorSubject>(plan)
+           : name == "floor-waking" ? run<WakingFloorSubject>(plan)
+                                    : run<EmptySubject>(plan);
 }
 
 }  // namespace
@@ -156,7 +159,8 @@ int main(int argc, char** argv) try {
     CLI::App app{"Measures what a logging call costs its caller."};
     app.add_option("--subject", plan.subject)
         ->required()
-        ->check(CLI::IsMember({"orvane", "spdlog", "dlt", "bare", "floor", "empty"}));
+        ->check(
+            CLI::IsMember({"orvane", "spdlog", "dlt", "bare", "floor", "floor-waking", "empty"}));
     app.add_option("--results", plan.results, "file that a line of JSON is added to")->required();
     app.add_option("--group", plan.group, "part of the report that the figures belong to");
     app.add_option("--label", plan.label, "name of the figures within the group");

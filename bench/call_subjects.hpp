@@ -4,9 +4,11 @@
 #pragma once
 
 #include <dlt/dlt.h>
+#include <semaphore.h>
 #include <spdlog/async.h>
 #include <spdlog/sinks/null_sink.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -87,6 +89,40 @@ private:
     std::vector<char> ring_;
     std::latch end_{1};
     std::jthread sleeper_{[this] { end_.wait(); }};
+};
+
+/// The floor, and each call tells a thread of itself. That costs a system call when the thread
+/// sleeps.
+class WakingFloorSubject : public FloorSubject {
+public:
+    explicit WakingFloorSubject(const SubjectOptions& options) : FloorSubject{options} {
+        sem_init(&calls_, 0, 0);
+        woken_ = std::jthread{[this] { take_calls(); }};
+    }
+    ~WakingFloorSubject() {
+        ended_ = true;
+        sem_post(&calls_);
+        woken_.join();
+        sem_destroy(&calls_);
+    }
+    WakingFloorSubject(const WakingFloorSubject&) = delete;
+    WakingFloorSubject& operator=(const WakingFloorSubject&) = delete;
+
+    void call(const char* text) {
+        FloorSubject::call(text);
+        sem_post(&calls_);
+    }
+
+private:
+    void take_calls() {
+        while (!ended_) {
+            sem_wait(&calls_);
+        }
+    }
+
+    std::atomic<bool> ended_{false};
+    sem_t calls_{};
+    std::jthread woken_;
 };
 
 class OrvaneSubject : public Subject {
