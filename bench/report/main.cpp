@@ -1,20 +1,22 @@
-// Makes the report of a run: results.json and table.md, the data of the plots, and the results in
-// the documentation.
+// Makes the report of runs: tables, the data of the plots, and the results in the documentation.
 #include <fmt/format.h>
 #include <sys/utsname.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <thread>
+#include <vector>
 
-#include "bench/report/results.hpp"
+#include "bench/report/report.hpp"
+#include "bench/report/run.hpp"
 #include "bench/report/sections.hpp"
-#include "bench/report/table.hpp"
 
 namespace orvane::bench::report {
 namespace {
@@ -32,78 +34,63 @@ std::string processor() {
     return "unknown processor";
 }
 
-nlohmann::json machine() {
+std::string this_machine() {
     utsname system{};
     uname(&system);
-    return {{"processor", processor()},
-            {"processors", std::thread::hardware_concurrency()},
-            {"system", fmt::format("{} {} {}", system.sysname, system.release, system.machine)},
-            {"compiler", __VERSION__}};
+    return fmt::format("{}, {} processors, {} {} {}, compiler {}", processor(),
+                       std::thread::hardware_concurrency(), system.sysname, system.release,
+                       system.machine, __VERSION__);
 }
 
-std::string targets_table(const std::vector<Target>& targets) {
-    Table table{{"target", "limit", "measured", "worst at", "verdict"}};
-    for (const Target& target : targets) {
-        table.add(target.row());
-    }
-    return "### Targets\n\n" + table.text();
-}
-
-std::string report(const Results& results, const std::string& run, const nlohmann::json& where) {
-    std::string text;
-    std::vector<Target> targets;
-    for (const auto section : {call_section, stream_section, types_section, rest_section,
-                               flood_section, viewers_section}) {
-        const auto [part, judged] = section(results);
-        text += part.empty() ? "" : '\n' + part;
-        targets.insert(targets.end(), judged.begin(), judged.end());
-    }
-    return fmt::format("{}: {}, {} processors, {}, compiler {}.\n\n{}{}", run,
-                       where["processor"].get<std::string>(), where["processors"].get<unsigned>(),
-                       where["system"].get<std::string>(), where["compiler"].get<std::string>(),
-                       targets_table(targets), text);
-}
-
-/// Replaces what stands between the marks. @return false without marks
-bool paste(const std::filesystem::path& document, const std::string& text) {
+/// Replaces what stands between the marks.
+void paste(const std::filesystem::path& document, const std::string& text) {
     std::ostringstream content;
     content << std::ifstream{document}.rdbuf();
     std::string page = content.str();
     const std::size_t begin = page.find(begin_mark);
     const std::size_t end = page.find(end_mark);
     if (begin == std::string::npos || end == std::string::npos) {
-        return false;
+        throw std::runtime_error{fmt::format("{} has no place for results", document.string())};
     }
     const std::size_t first = begin + begin_mark.size();
     page.replace(first, end - first, '\n' + text + '\n');
     std::ofstream{document} << page;
-    return true;
 }
 
 struct Arguments {
-    std::string results;
+    std::filesystem::path results;
+    std::filesystem::path runs;
     std::filesystem::path output;
     std::filesystem::path plot_data;
-    std::string document;
-    std::string run;
+    std::filesystem::path document;
+    Run run;
 };
 
-int write_report(const Arguments& arguments) {
-    const Results results = Results::load(arguments.results);
-    const nlohmann::json where = machine();
-    const std::string text = report(results, arguments.run, where);
-    const nlohmann::json all{{"run", arguments.run}, {"machine", where}, {"rows", results.rows()}};
-    std::ofstream{arguments.output / "results.json"} << all.dump(1) << '\n';
+/// Adds the new run, if there is one, and reads the others.
+Series runs_to_report(Arguments& arguments) {
+    if (!arguments.results.empty()) {
+        arguments.run.machine = this_machine();
+        arguments.run.rows = merge_repetitions(arguments.results);
+        if (arguments.runs.empty()) {
+            std::ofstream{arguments.output / "results.json"} << to_text(arguments.run);
+            return {.runs = {arguments.run}};
+        }
+        add_run(arguments.runs, arguments.run);
+    }
+    return newest_series(arguments.runs);
+}
+
+void write_report(Arguments& arguments) {
+    const Series series = runs_to_report(arguments);
+    const std::string text = report(series);
     std::ofstream{arguments.output / "table.md"} << text;
-    for (const auto& [file, data] : plots(results)) {
+    for (const auto& [file, data] : plots(Results{by_machine(series.runs).back()})) {
         std::ofstream{arguments.plot_data / file} << data;
     }
-    if (!arguments.document.empty() && !paste(arguments.document, text)) {
-        fmt::print(stderr, "bench: {} has no place for results\n", arguments.document);
-        return 1;
+    if (!arguments.document.empty()) {
+        paste(arguments.document, text);
     }
     fmt::print("{}", text);
-    return 0;
 }
 
 }  // namespace
@@ -111,14 +98,29 @@ int write_report(const Arguments& arguments) {
 
 int main(int argc, char** argv) try {
     orvane::bench::report::Arguments arguments;
-    CLI::App app{"Makes the report of a run of the benchmarks."};
-    app.add_option("--results", arguments.results, "what the programs have measured")->required();
-    app.add_option("--output", arguments.output, "folder of results.json and table.md")->required();
+    CLI::App app{"Makes the report of runs of the benchmarks."};
+    const auto* results = app.add_option("--results", arguments.results,
+                                         "what the programs have measured in a new run");
+    const auto* runs = app.add_option("--runs", arguments.runs,
+                                      "folder of runs, which the new one is added to; without it "
+                                      "the report is about the new run only");
+    app.add_option("--output", arguments.output,
+                   "folder of table.md, and of a single run's results.json")
+        ->required();
     app.add_option("--plot-data", arguments.plot_data, "folder of the plots' data")->required();
     app.add_option("--document", arguments.document, "page whose results are replaced");
-    app.add_option("--run", arguments.run, "what was measured and when")->required();
+    app.add_option("--begun", arguments.run.begun, "when the new run began, in UTC");
+    app.add_option("--kind", arguments.run.kind, "what was asked for");
+    app.add_option("--commit", arguments.run.commit, "what was measured");
+    app.add_option("--sources", arguments.run.sources, "a name of the content of that");
+    app.add_option("--load", arguments.run.load, "load average before the new run");
     CLI11_PARSE(app, argc, argv);
-    return orvane::bench::report::write_report(arguments);
+    if (results->empty() && runs->empty()) {
+        std::fprintf(stderr, "bench: give --results or --runs\n");
+        return 1;
+    }
+    orvane::bench::report::write_report(arguments);
+    return 0;
 } catch (const std::exception& failure) {
     std::fprintf(stderr, "bench: %s\n", failure.what());
     return 1;

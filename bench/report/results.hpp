@@ -1,30 +1,29 @@
 /// @file results.hpp
-/// @brief What the benchmark programs have measured.
+/// @brief What several runs on the same machine have measured.
 #pragma once
 
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
+
+#include "bench/report/figure.hpp"
+#include "bench/report/run.hpp"
 
 namespace orvane::bench::report {
 
-/// Rows of figures. What a row is about are its members but "figures"; rows about the same are
-/// repetitions, and have become one row of medians.
 class Results {
 public:
-    /// Reads a file with a row of JSON on each line.
-    static Results load(const std::string& path);
+    explicit Results(std::vector<Run> runs) : runs_{std::move(runs)} {}
 
+    const std::vector<Run>& runs() const { return runs_; }
     /// A figure of the row that has all members of @p about.
-    /// @return nothing if that has not been measured
-    std::optional<double> figure(const nlohmann::json& about, const std::string& name) const;
-    const nlohmann::json& rows() const { return rows_; }
+    Figure figure(const nlohmann::json& about, const std::string& name) const;
+    /// Whether any run has measured something of the group.
+    bool has(const std::string& group) const;
 
 private:
-    nlohmann::json rows_ = nlohmann::json::array();
+    std::vector<Run> runs_;
 };
-
-/// A quotient, of what has been measured.
-std::optional<double> ratio(std::optional<double> numerator, std::optional<double> denominator);
 
 }  // namespace orvane::bench::report

@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <string_view>
 #include <tuple>
+
+#include "bench/report/call_setting.hpp"
 
 namespace orvane::bench::report {
 namespace {
@@ -12,183 +12,22 @@ namespace {
 using nlohmann::json;
 using Kind = Target::Kind;
 
-constexpr int ordinary_length = 60;
-
-/// A setting of the call benchmark.
-struct CallSetting {
-    int gap_us = 0;
-    int threads = 1;
-    bool reader = false;
-    int length = ordinary_length;
-    const char* group = "call";  ///< or a disturbance
-
-    json identity(const char* subject) const {
-        return {{"group", group},   {"gap_us", gap_us},  {"threads", threads}, {"reader", reader},
-                {"length", length}, {"filtered", false}, {"subject", subject}};
-    }
-    bool is_disturbed() const { return group != std::string_view{"call"}; }
-    /// A message of ordinary length from one thread, which nobody disturbs.
-    bool is_plain() const { return threads == 1 && length == ordinary_length && !is_disturbed(); }
-    std::string name() const {
-        return fmt::format("{} µs, {} thread{}{}{}{}", gap_us, threads, threads == 1 ? "" : "s",
-                           reader ? ", reader" : "",
-                           length == ordinary_length ? "" : fmt::format(", {} characters", length),
-                           is_disturbed() ? fmt::format(", {}", group) : "");
-    }
-};
-
 json stream_identity(const char* subject, int gap_us, int threads) {
     return {{"group", "stream"}, {"subject", subject}, {"gap_us", gap_us}, {"threads", threads}};
 }
 
-/// One setting of the call benchmark; its figures by subject.
-class CallRow {
-public:
-    CallRow(const Results& results, const CallSetting& setting)
-        : results_{&results}, setting_{setting}, name_{setting.name()} {}
-
-    std::optional<double> figure(const char* subject, const char* name) const {
-        return results_->figure(setting_.identity(subject), name);
-    }
-    /// Without what reading the clock costs.
-    std::optional<double> net(const char* subject, const char* name) const {
-        const auto gross = figure(subject, name);
-        const auto empty = figure("empty", "p50");
-        return gross && empty ? std::optional{*gross - *empty} : std::nullopt;
-    }
-    std::optional<double> quotient(const char* over, const char* under, const char* name) const {
-        return ratio(figure(over, name), figure(under, name));
-    }
-    /// The quotient, and in brackets that of the net figures.
-    std::string quotients(const char* over, const char* under, const char* name) const {
-        const auto gross = quotient(over, under, name);
-        return gross ? fmt::format("{:.2f} ({})", *gross,
-                                   number(ratio(net(over, name), net(under, name)), 2))
-                     : not_measured;
-    }
-    std::string p50_and_p99(const char* subject) const {
-        return figure(subject, "p50")
-                   ? duration(figure(subject, "p50")) + " / " + duration(figure(subject, "p99"))
-                   : not_measured;
-    }
-    const std::string& name() const { return name_; }
-    const CallSetting& setting() const { return setting_; }
-
-private:
-    const Results* results_;
-    CallSetting setting_;
-    std::string name_;
-};
-
-std::vector<CallRow> call_rows(const Results& results) {
-    std::vector<CallRow> rows;
-    const auto add = [&](const CallSetting& setting) {
-        const CallRow row{results, setting};
-        if (row.figure("orvane", "p50")) {
-            rows.push_back(row);
-        }
-    };
-    for (const int gap : {0, 2, 20, 1000}) {
-        for (const int threads : {1, 2, 4}) {
-            add({.gap_us = gap, .threads = threads});
-            add({.gap_us = gap, .threads = threads, .reader = true});
-        }
-    }
-    add({.gap_us = 2, .length = 500});
-    add({.group = "cold"});
-    add({.gap_us = 2, .group = "neighbour"});
-    return rows;
-}
-
-std::string call_tables(const std::vector<CallRow>& rows) {
-    Table figures{{"call", "orvane min", "p50", "p99", "p99.9", "floor p50 / p99",
-                   "spdlog p50 / p99", "DLT p50 / p99", "dds_write p50 / p99", "empty p50"}};
-    Table ratios{{"call", "orvane : floor, p50", "orvane : spdlog, p50", "orvane : spdlog, p99",
-                  "DLT : orvane, p50", "dds_write : orvane, p50"}};
-    for (const CallRow& row : rows) {
-        figures.add({row.name(), duration(row.figure("orvane", "min")),
-                     duration(row.figure("orvane", "p50")), duration(row.figure("orvane", "p99")),
-                     duration(row.figure("orvane", "p999")), row.p50_and_p99("floor"),
-                     row.p50_and_p99("spdlog"), row.p50_and_p99("dlt"), row.p50_and_p99("bare"),
-                     duration(row.figure("empty", "p50"))});
-        ratios.add({row.name(), row.quotients("orvane", "floor", "p50"),
-                    row.quotients("orvane", "spdlog", "p50"),
-                    row.quotients("orvane", "spdlog", "p99"), row.quotients("dlt", "orvane", "p50"),
-                    row.quotients("bare", "orvane", "p50")});
-    }
-    return figures.text() + "\n" + ratios.text();
-}
-
-std::optional<double> with_statistics(const Results& results, const char* label, const char* name) {
-    return results.figure({{"group", "statistics"}, {"label", label}}, name);
-}
-
-std::optional<double> filtered(const Results& results, const char* subject) {
-    return results.figure({{"group", "call"}, {"filtered", true}, {"subject", subject}}, "p50");
-}
-
 }  // namespace
-
-Section call_section(const Results& results) {
-    const std::vector<CallRow> rows = call_rows(results);
-    if (rows.empty()) {
-        return {};
-    }
-    Target floor{"call p50 : floor p50, one thread, gaps to 20 µs", Kind::at_most, 1.5};
-    Target floor_with_reader{"the same with a reader", Kind::at_most, 1.5};
-    Target floor_when_disturbed{"the same with cold caches or a busy neighbour", Kind::at_most,
-                                1.5};
-    Target tail{"call p99, one thread, gap 2 µs", Kind::at_most, 1000, " ns"};
-    Target spdlog_p50{"call p50 : spdlog p50", Kind::at_most, 1};
-    Target spdlog_p99{"call p99 : spdlog p99", Kind::at_most, 1};
-    Target dlt{"DLT p50 : call p50", Kind::at_least, 5};
-    Target stopped{"filtered message", Kind::at_most, 5, " ns"};
-    for (const CallRow& row : rows) {
-        const CallSetting& setting = row.setting();
-        if (setting.threads == 1 && setting.gap_us <= 20) {
-            (setting.is_disturbed() ? floor_when_disturbed
-             : setting.reader       ? floor_with_reader
-                                    : floor)
-                .judge(row.quotient("orvane", "floor", "p50"), row.name());
-        }
-        if (setting.is_plain() && setting.gap_us == 2) {
-            tail.judge(row.figure("orvane", "p99"), row.name());
-        }
-        spdlog_p50.judge(row.quotient("orvane", "spdlog", "p50"), row.name());
-        spdlog_p99.judge(row.quotient("orvane", "spdlog", "p99"), row.name());
-        dlt.judge(row.quotient("dlt", "orvane", "p50"), row.name());
-    }
-    stopped.judge(filtered(results, "orvane"));
-    Table filter{{"filtered message", "orvane", "spdlog", "DLT", "empty"}};
-    filter.add({"mean of a call", duration(filtered(results, "orvane")),
-                duration(filtered(results, "spdlog")), duration(filtered(results, "dlt")),
-                duration(filtered(results, "empty"))});
-    Table statistics{{"statistics", "p50", "p99", "p99.9"}};
-    for (const char* label : {"not published", "published"}) {
-        statistics.add({label, duration(with_statistics(results, label, "p50")),
-                        duration(with_statistics(results, label, "p99")),
-                        duration(with_statistics(results, label, "p999"))});
-    }
-    Target counted{"call p50 with published statistics : without", Kind::at_most, 1.05};
-    counted.judge(ratio(with_statistics(results, "published", "p50"),
-                        with_statistics(results, "not published", "p50")));
-    return {"### Call\n\n" + call_tables(rows) + "\n" + filter.text() + "\n" + statistics.text(),
-            {floor, floor_with_reader, floor_when_disturbed, tail, spdlog_p50, spdlog_p99, dlt,
-             stopped, counted}};
-}
 
 Section stream_section(const Results& results) {
     const auto figure = [&](const char* subject, int gap_us, int threads, const char* name) {
-        return results.figure(
-            {{"group", "stream"}, {"subject", subject}, {"gap_us", gap_us}, {"threads", threads}},
-            name);
+        return results.figure(stream_identity(subject, gap_us, threads), name);
     };
     Table rates{{"stream", "messages/s", "lost", "latency p50", "p99"}};
     for (const auto& [name, subject, threads] : {std::tuple{"orvane, 1 thread", "orvane", 1},
                                                  {"orvane, 2 threads", "orvane", 2},
                                                  {"bare engine", "bare", 1},
                                                  {"bare engine, batching", "bare-batching", 1}}) {
-        if (figure(subject, 0, threads, "per_second")) {
+        if (figure(subject, 0, threads, "per_second").measured()) {
             rates.add({name, number(figure(subject, 0, threads, "per_second")),
                        number(figure(subject, 0, threads, "lost")),
                        duration(figure(subject, 0, threads, "p50")),
@@ -228,12 +67,12 @@ Section types_section(const Results& results) {
     };
     Table table{{"type", "bytes", "encode", "decode", "size", "key hash"}};
     for (const char* type : {"log_message", "state", "command_request", "command_response"}) {
-        if (figure(type, "encode", "ns")) {
+        if (figure(type, "encode", "ns").measured()) {
             const auto hash = figure(type, "key_hash", "ns");
             table.add({type, number(figure(type, "encode", "bytes")),
                        duration(figure(type, "encode", "ns")),
                        duration(figure(type, "decode", "ns")), duration(figure(type, "size", "ns")),
-                       hash ? duration(hash) : "no key"});
+                       hash.measured() ? duration(hash) : "no key"});
         }
     }
     if (table.empty()) {
@@ -253,7 +92,7 @@ Section rest_section(const Results& results) {
     const auto figure = [&](const char* subject, const char* what, const char* name) {
         return results.figure({{"group", "rest"}, {"subject", subject}, {"what", what}}, name);
     };
-    if (!figure("orvane", "life", "create_ms")) {
+    if (!figure("orvane", "life", "create_ms").measured()) {
         return {};
     }
     Table table{{"start and rest", "orvane", "bare engine", "ratio", "difference"}};
@@ -261,8 +100,8 @@ Section rest_section(const Results& results) {
         const auto ours = figure("orvane", what, name);
         const auto bare = figure("bare", what, name);
         table.add({title, number(ours, decimals), number(bare, decimals),
-                   bare == 0 ? "" : number(ratio(ours, bare), 2),
-                   ours && bare ? number(*ours - *bare, decimals) : not_measured});
+                   bare.median() == 0.0 ? "" : number(ratio(ours, bare), 2),
+                   number(ours - bare, decimals)});
     };
     add("creation, ms", "life", "create_ms", 2);
     add("deletion, ms", "life", "delete_ms", 2);
@@ -278,9 +117,7 @@ Section rest_section(const Results& results) {
     Target start{"creation : bare engine", Kind::at_most, 1.3};
     start.judge(ratio(figure("orvane", "life", "create_ms"), figure("bare", "life", "create_ms")));
     Target memory{"resident memory beyond the bare engine's", Kind::at_most, 1024, " KiB"};
-    const auto ours = figure("orvane", "life", "rss_kib");
-    const auto bare = figure("bare", "life", "rss_kib");
-    memory.judge(ours && bare ? std::optional{*ours - *bare} : std::nullopt);
+    memory.judge(figure("orvane", "life", "rss_kib") - figure("bare", "life", "rss_kib"));
     Target idle{"wake-ups of an idle logger", Kind::at_most, 12, "/s"};
     idle.judge(figure("orvane", "idle", "wakeups_per_second"));
     Target waiting{"processor time of 32 waiting threads", Kind::at_most, 10, " ms/s"};
@@ -292,7 +129,7 @@ Section flood_section(const Results& results) {
     Table table{{"flood, standard output is", "p50", "p99", "p99.9", "max"}};
     for (const char* output : {"/dev/null", "a file", "a pipe"}) {
         const json about{{"group", "flood"}, {"label", output}};
-        if (results.figure(about, "p50")) {
+        if (results.figure(about, "p50").measured()) {
             table.add({output, duration(results.figure(about, "p50")),
                        duration(results.figure(about, "p99")),
                        duration(results.figure(about, "p999")),
@@ -332,17 +169,18 @@ Section viewers_section(const Results& results) {
     Target growth{"growth of a viewer's memory behind a tenth of the messages", Kind::at_most, 8192,
                   " KiB"};
     const auto of_reader = figure(subjects[0], 0, "per_second");
-    const auto number_or_nothing = [](std::optional<double> value) {
-        return value ? number(value) : "";
+    const auto number_or_nothing = [](const Figure& value, int decimals = 0) {
+        return value.measured() ? number(value, decimals) : "";
     };
     for (const auto& subject : subjects) {
         const auto per_second = figure(subject, 0, "per_second");
         // A recording is shown without a logger, and loses nothing.
         const auto missing = figure(subject, 0, "lost");
-        const bool views = figure(subject, 0, "rss_kib_100").has_value();
-        const auto quotient = views ? ratio(per_second, of_reader) : std::nullopt;
-        if (per_second) {
-            rates.add({subject.name, number(per_second), quotient ? number(quotient, 2) : "",
+        // Only a viewer has its memory watched, and is to keep up with the reader.
+        const bool views = figure(subject, 0, "rss_kib_100").measured();
+        const auto quotient = views ? ratio(per_second, of_reader) : Figure{};
+        if (per_second.measured()) {
+            rates.add({subject.name, number(per_second), number_or_nothing(quotient, 2),
                        number_or_nothing(missing), duration(figure(subject, 0, "cpu_ns")),
                        number_or_nothing(figure(subject, 0, "bytes"))});
         }
@@ -352,11 +190,11 @@ Section viewers_section(const Results& results) {
         }
         const auto at_first = figure(subject, paced, "rss_kib_10");
         const auto at_last = figure(subject, paced, "rss_kib_100");
-        if (at_first && at_last) {
+        if (at_first.measured() && at_last.measured()) {
             memory.add({subject.name, number(at_first),
                         number(figure(subject, paced, "rss_kib_20")),
                         number(figure(subject, paced, "rss_kib_50")), number(at_last)});
-            growth.judge(*at_last - *at_first, subject.name);
+            growth.judge(at_last - at_first, subject.name);
         }
     }
     return rates.empty() ? Section{}
@@ -366,7 +204,7 @@ Section viewers_section(const Results& results) {
 
 std::vector<PlotData> plots(const Results& results) {
     const auto bar = [&](const json& about, const char* name, double unit) {
-        const auto value = results.figure(about, name);
+        const auto value = results.figure(about, name).median();
         return value ? fmt::format(" {:.3f}", *value / unit) : std::string{" ?"};
     };
     std::string call = "gap floor - orvane - spdlog - dlt - dds_write -\n";
@@ -391,15 +229,11 @@ std::vector<PlotData> plots(const Results& results) {
         }
         latency += '\n';
     }
-    const auto has = [&](const char* group) {
-        return std::any_of(results.rows().begin(), results.rows().end(),
-                           [&](const json& row) { return row["group"] == group; });
-    };
     std::vector<PlotData> data;
-    if (has("call")) {
+    if (results.has("call")) {
         data.push_back({"call.dat", call});
     }
-    if (has("stream")) {
+    if (results.has("stream")) {
         data.push_back({"rate.dat", rate});
         data.push_back({"latency.dat", latency});
     }

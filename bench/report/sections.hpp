@@ -18,6 +18,8 @@ struct Section {
 };
 
 Section call_section(const Results& results);
+/// Calls with cold caches or beside a busy neighbour.
+Section disturbed_section(const Results& results);
 Section stream_section(const Results& results);
 Section types_section(const Results& results);
 Section rest_section(const Results& results);
@@ -29,6 +31,7 @@ struct PlotData {
     std::string file;
     std::string text;
 };
+/// Only of what has been measured.
 std::vector<PlotData> plots(const Results& results);
 
 }  // namespace orvane::bench::report
