@@ -158,13 +158,16 @@ Section call_section(const Results& results) {
         return {};
     }
     Target floor{"call p50 : floor p50, one thread, gaps to 20 µs", Kind::at_most, 1.5};
-    Target floor_with_reader{"the same with a reader", Kind::at_most, 1.5};
+    Target floor_of_threads{"the same, more threads", Kind::at_most, 1.5};
+    Target floor_of_long{"the same, 500 characters", Kind::at_most, 1.5};
     Target tail{"call p99, one thread, gap 2 µs", Kind::at_most, 1000, " ns"};
     Target stopped{"filtered message", Kind::at_most, 5, " ns"};
     for (const CallRow& row : rows) {
         const CallSetting& setting = row.setting();
-        if (setting.threads == 1 && setting.gap_us <= 20) {
-            (setting.reader ? floor_with_reader : floor)
+        if (setting.gap_us <= 20) {
+            (setting.length != ordinary_length ? floor_of_long
+             : setting.threads > 1             ? floor_of_threads
+                                               : floor)
                 .judge(row.quotient("orvane", "floor", "p50"), row.name());
         }
         if (setting.gap_us == 2 && setting.threads == 1 && setting.length == ordinary_length) {
@@ -185,7 +188,7 @@ Section call_section(const Results& results) {
     Target counted{"call p50 with published statistics : without", Kind::at_most, 1.05};
     counted.judge(ratio(with_statistics(results, "published", "p50"),
                         with_statistics(results, "not published", "p50")));
-    std::vector<Target> targets{floor, floor_with_reader, tail};
+    std::vector<Target> targets{floor, floor_of_threads, floor_of_long, tail};
     for (const Target& target : targets_beside_others(rows)) {
         targets.push_back(target);
     }
