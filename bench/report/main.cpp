@@ -84,7 +84,7 @@ void write_report(Arguments& arguments) {
     const Series series = runs_to_report(arguments);
     const std::string text = report(series);
     std::ofstream{arguments.output / "table.md"} << text;
-    for (const auto& [file, data] : plots(Results{by_machine(series.runs).back()})) {
+    for (const auto& [file, data] : plots(Results{by_machine(series.runs).front()})) {
         std::ofstream{arguments.plot_data / file} << data;
     }
     if (!arguments.document.empty()) {

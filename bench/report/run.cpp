@@ -99,14 +99,14 @@ Series newest_series(const std::filesystem::path& folder) {
 
 std::vector<std::vector<Run>> by_machine(const std::vector<Run>& runs) {
     std::vector<std::vector<Run>> machines;
-    for (const Run& run : runs) {
+    for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
         const auto known = std::find_if(
             machines.begin(), machines.end(),
-            [&](const std::vector<Run>& machine) { return machine[0].machine == run.machine; });
+            [&](const std::vector<Run>& machine) { return machine[0].machine == run->machine; });
         if (known == machines.end()) {
-            machines.push_back({run});
+            machines.push_back({*run});
         } else {
-            known->push_back(run);
+            known->insert(known->begin(), *run);
         }
     }
     return machines;

@@ -40,8 +40,8 @@ struct Series {
 /// @throw std::runtime_error for a file that is no run
 Series newest_series(const std::filesystem::path& folder);
 
-/// The runs of each machine, in the order of their first ones: figures of different machines do not
-/// compare.
+/// The runs of each machine, from old to new; the machine of the newest run comes first. Figures of
+/// different machines do not compare.
 std::vector<std::vector<Run>> by_machine(const std::vector<Run>& runs);
 
 }  // namespace orvane::bench::report
