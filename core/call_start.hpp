@@ -22,6 +22,8 @@ struct alignas(64) CallStart {
     std::atomic<const void*> written[5] = {};
 };
 
+static_assert(sizeof(CallStart) == 64);
+
 inline constinit CallStart call_start;
 
 /**

@@ -8,18 +8,14 @@
 namespace orvane::core {
 
 /// Keeps some of the memory of texts that are gone for those that come, so that a call seldom needs
-/// the heap. Guarded by the queue's mutex. All bytes 0 is a valid object without memory.
+/// the heap. It keeps 320 KiB at most. Guarded by the queue's mutex. All bytes 0 is a valid object
+/// without memory.
 class LongTexts {
 public:
-    /// Of memory, beside the terminator.
-    static constexpr std::size_t small = 512;
-    static constexpr std::size_t large = 4096;
-
-    /// The sizes that memory has. @param length of a text, @ref large at most.
-    static std::size_t size_for(std::size_t length) noexcept {
-        return length <= small ? small : large;
-    }
-    /// @param size @ref small or @ref large.
+    /// @param length of a text, 4096 at most.
+    /// @return the size of the memory for it, beside the terminator.
+    static std::size_t size_for(std::size_t length) noexcept;
+    /// @param size as size_for() has told.
     /// @return memory that the heap's string operations can free, or NULL.
     char* take(std::size_t size);
     /// @param size as it was taken.
@@ -27,20 +23,27 @@ public:
     void free_all();
 
 private:
-    // A thread that dozes leaves so many messages behind that come a microsecond apart. Both kinds
-    // take up 128 KiB at most.
-    template <std::size_t Most>
+    template <std::size_t Size, std::size_t Most>
     struct Shelf {
+        static constexpr std::size_t size = Size;
+
         std::size_t count;
         std::array<char*, Most> texts;
 
-        char* take() noexcept { return count == 0 ? nullptr : texts[--count]; }
-        bool keeps(char* text) noexcept;
-        void free_all();
+        char* take() noexcept;
+        /// @return false when there is no room.
+        bool put(char* text) noexcept;
     };
 
-    Shelf<256> small_;
-    Shelf<32> large_;
+    /// Calls @p action with the shelf for that size.
+    template <typename Action>
+    auto with_shelf(std::size_t size, Action action);
+
+    // Messages wait for up to a tenth of a millisecond while the write thread dozes. A shelf has
+    // room for what is logged meanwhile, unless that is a flood.
+    Shelf<512, 256> small_;
+    Shelf<1024, 64> medium_;
+    Shelf<4096, 32> large_;
 };
 
 }  // namespace orvane::core

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 
 #include "core/call_start.hpp"
 #include "core/exported.hpp"
@@ -244,6 +245,11 @@ Status push(QEL_KX_MessageQueue& queue, const QEL_KX_MessageQueueRecord& record)
     return Status::ok;
 }
 
+void report_no_unit(const QELNtpTime* timeout) {
+    report(front_context, "Unable to take message queue counting semaphore");
+    QELOsapiThread_sleep(timeout);
+}
+
 const QEL_KX_MessageQueueRecord* front(QEL_KX_MessageQueue& queue, const QELNtpTime* timeout) {
     const QEL_KX_MessageQueueRecord* record = nullptr;
     // An empty queue had a unit of a message that found no room.
@@ -254,9 +260,7 @@ const QEL_KX_MessageQueueRecord* front(QEL_KX_MessageQueue& queue, const QELNtpT
             return nullptr;
         }
         if (!succeeded(status)) {
-            report(front_context, "Unable to take message queue counting semaphore");
-            // A semaphore that fails does not wait either, and the consumer asks again at once.
-            QELOsapiThread_sleep(timeout);
+            report_no_unit(timeout);
             return nullptr;
         }
         found = find_head(queue, record);
@@ -277,7 +281,7 @@ bool consumer_rests(const QEL_KX_MessageQueue& queue) noexcept {
 }
 
 std::optional<QueueHead> pop_and_look(QEL_KX_MessageQueue& queue, DDS_Long messages) {
-    constexpr const char* context = "QEL_KX_MessageQueue_pop";
+    const char* context = messages == 0 ? front_context : "QEL_KX_MessageQueue_pop";
     if (lock(queue, context) != Status::ok) {
         return std::nullopt;
     }

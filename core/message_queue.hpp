@@ -40,6 +40,10 @@ void set_consumer_rests(QEL_KX_MessageQueue& queue, bool rests) noexcept;
 bool consumer_rests(const QEL_KX_MessageQueue& queue) noexcept;
 /// @}
 
+/// Reports that the counting semaphore fails. Such a semaphore does not wait either, and the
+/// consumer asks again at once. So this waits instead.
+void report_no_unit(const QELNtpTime* timeout);
+
 /// Removes messages from the head, and looks how many are left. @return nothing, with the queue
 /// unchanged, after a report.
 std::optional<QueueHead> pop_and_look(QEL_KX_MessageQueue& queue, DDS_Long messages);

@@ -72,7 +72,9 @@ void publish(LogMessageWriteThread& thread, const char* context) {
                                                                  : consumer.wait(wait_period);
         if (record != nullptr) {
             const bool timed_out = write(thread, *record, context) == Status::timeout;
-            if (!timed_out) {
+            if (timed_out) {
+                consumer.leave();
+            } else {
                 consumer.pop();
             }
             backlog.note(is_due, timed_out);

@@ -14,13 +14,12 @@ namespace orvane::core {
  *
  * So a visit takes several units at once, and notes how many messages there are. These are then
  * read one by one, without the mutex, and leave the queue in the next visit. Until then they take
- * up room: the sixteenth part of the queue at most.
+ * up room: for seven messages at most, and for no more than the sixteenth part of the queue.
  */
 class QueueConsumer {
 public:
     explicit QueueConsumer(QEL_KX_MessageQueue& queue) noexcept;
-    /// What has been popped leaves the queue.
-    ~QueueConsumer();
+    ~QueueConsumer() { leave(); }
     QueueConsumer(const QueueConsumer&) = delete;
     QueueConsumer& operator=(const QueueConsumer&) = delete;
 
@@ -32,11 +31,11 @@ public:
     const QEL_KX_MessageQueueRecord* head();
     /// The message that was returned last is done with.
     void pop() noexcept;
+    /// What has been popped leaves the queue, because the next visit may come late.
+    void leave();
 
 private:
     void visit();
-    /// What has been popped leaves the queue.
-    void leave();
     void note_rest(bool rests) noexcept;
 
     QEL_KX_MessageQueue& queue_;

@@ -22,6 +22,7 @@
 #include "pexa/config_logger.h"
 #include "pexa/osapi.h"
 #include "pexa/subscription.h"
+#include "platform/internal/cancellation.hpp"
 #include "platform/internal/status.hpp"
 #include "types/plugin_support.hpp"
 
@@ -191,7 +192,8 @@ void stop_listening(const QEL_KX_Orvane& self) {
 /// A reader that has lost the logger may be on its way back.
 bool has_lost_readers(const QEL_KX_Orvane& self) {
     DDS_PublicationMatchedStatus matched = {};
-    return DDS_DataWriter_get_publication_matched_status(self.ddsEntities->logMessageWriter,
+    return self.ddsEntities == nullptr ||
+           DDS_DataWriter_get_publication_matched_status(self.ddsEntities->logMessageWriter,
                                                          &matched) != DDS_RETCODE_OK ||
            matched.current_count < matched.total_count;
 }
@@ -200,6 +202,7 @@ void stop_write_thread(QEL_KX_Orvane& self) {
     if (self.logMessageWriteThread == nullptr) {
         return;
     }
+    const pexa::NoCancellation whole_end;
     core::store(self.logMessageWriteThread->run, 0);
     // What has been published lives as long as the writer. So there is no hurry where somebody may
     // still come for it: after a burst, and where there are fewer readers than there were.

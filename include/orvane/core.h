@@ -204,7 +204,8 @@ typedef struct QEL_KX_MessageQueueList {
     DDS_Long count;
 } QEL_KX_MessageQueueList;
 
-/** One queued message. A text is the element's own allocation when it is not in its buffer. */
+/** One queued message. A text is the element's own memory when it is not in its buffer, which then
+ *  tells the size of that. */
 typedef struct QEL_KX_MessageQueueElement {
     QEL_KX_MessageQueueNode node;
     QEL_KX_MessageQueueRecord record;
@@ -216,7 +217,7 @@ typedef struct QEL_KX_MessageQueue {
     DDS_Long maxSize;
     /** Guards the list and the pool. */
     QELOsapiSemaphore* mutex;
-    /** A unit for every message pushed and not yet seen by the consumer. */
+    /** A unit for every message pushed whose turn has not come. The write thread takes several. */
     QELOsapiSemaphore* countingSemaphore;
     /** All elements; none is made later. */
     MOSKFastBufferPool* elementPool;
@@ -377,8 +378,9 @@ ORVANE_API QEL_KX_Orvane* QEL_KX_Orvane_destroy(QEL_KX_Orvane* self);
 /**
  * Ends the logger: publishes the State NONOPERATIONAL, stops the write thread (messages still
  * queued are discarded) and frees everything that the creation made. Options handed over are
- * forgotten and remain the application's. Takes some 100 ms. Any thread but those of listeners. In
- * a child process it frees the child's copy of the instance.
+ * forgotten and remain the application's. Takes some milliseconds, or up to some 100 ms more after
+ * a message of the last tenth of a second or where a reader of the log has gone. Any thread but
+ * those of listeners. In a child process it frees the child's copy of the instance.
  * @return DDS_RETCODE_OK, also when there was nothing to do; DDS_RETCODE_ERROR when the global lock
  *   could not be taken (nothing has changed) or not be released.
  */

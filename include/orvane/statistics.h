@@ -36,8 +36,8 @@ typedef struct QEL_KX_Statistics {
     DDS_UnsignedLongLong discarded;
     /** Attempts to publish that timed out. The message stayed in the queue. */
     DDS_UnsignedLongLong writeTimeouts;
-    /** Messages in the queue: now, as far as the numbers above are of one moment; at most so far;
-     * and at most at all. */
+    /** Messages in the queue: now, as far as the numbers above are of one moment; at most so far,
+     * with up to seven that had just been published; and at most at all. */
     DDS_Long queued;
     DDS_Long mostQueued;
     DDS_Long queueSize;

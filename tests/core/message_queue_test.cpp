@@ -90,7 +90,7 @@ TEST(MessageQueue, KeepsTheMemoryOfSomeLongTextsOnly) {
     constexpr struct {
         std::size_t length;
         int kept;
-    } sizes[] = {{200, 256}, {512, 256}, {513, 32}, {4096, 32}};
+    } sizes[] = {{512, 256}, {513, 64}, {1025, 32}, {4096, 32}};
     for (const auto& size : sizes) {
         SCOPED_TRACE(size.length);
         const Queue queue = make_queue(300);

@@ -72,7 +72,8 @@ inline load() {
     }
 }
 
-inline take_unit(waiters) {
+/* Who does not wait takes any number of those that are there. */
+inline take_units(waiters) {
     done = false;
     do
     :: !done && UNITS(seen) > 0 ->
@@ -85,12 +86,17 @@ inline take_unit(waiters) {
                 :: waiters > 0 -> mark = 0
                 :: skip
                 fi;
-                state = ((seen - waiters * ONE_WAITER - 1) | mark) & (255 - DOZING);
+                number = 1;
+                do
+                :: waiters == 0 && number < UNITS(seen) && number < wanted -> number++
+                :: break
+                od;
+                state = ((seen - waiters * ONE_WAITER - number) | mark) & (255 - DOZING);
                 waiting = waiting - waiters;
-                taken++;
+                taken = taken + number;
                 changed();
                 done = true;
-                wanted--;
+                wanted = wanted - number;
                 if
                 :: wanted == 0 -> end_call()
                 :: else
@@ -176,12 +182,13 @@ proctype taker(byte me; bool timed) {
     byte seen = state;
     byte wanted = WANTED;
     byte mark;
+    byte number;
     bool done;
     bool in_time;
 
 try_take:
     load();
-    take_unit(0);
+    take_units(0);
     if
     :: done -> goto returned
     :: else
@@ -197,7 +204,7 @@ try_take:
     :: atomic { TOUCH; state = state | DOZING };
         /* Asleep for any time: givers need not wake it. */
         load();
-        take_unit(0);
+        take_units(0);
         if
         :: done -> goto returned
         :: else
@@ -218,18 +225,18 @@ wait:
     do
     ::
 #ifdef TAKER_LEAVES_AFTERWARDS
-        take_unit(0);
+        take_units(0);
         if
         :: done -> atomic { TOUCH; state = state - ONE_WAITER; waiting--; changed() }
         :: else
         fi;
 #elif defined(TAKER_LEAVES_BLINDLY)
         if
-        :: in_time -> take_unit(1)
+        :: in_time -> take_units(1)
         :: else -> done = false; seen = state
         fi;
 #else
-        take_unit(1);
+        take_units(1);
 #endif
         if
         :: done -> break

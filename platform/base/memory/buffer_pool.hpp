@@ -48,9 +48,10 @@ private:
     pexa::Status initialize(void* buffer) const;
     void free_chunk(pexa::base::Chunk* chunk, size_t initialized) const;
 
-    // The free buffers. The one that was returned last is lent first: a pool touches no more memory
-    // than is in use at a time. The addresses stand apart from the buffers, so that a thread that
-    // returns a buffer does not write to it, and the next one can be fetched before it is needed.
+    // The free buffers, with room for all of the pool. The one that was returned last is lent
+    // first: a pool touches no more memory than is in use at a time. The addresses stand apart from
+    // the buffers, so that a thread that returns a buffer does not write to it, and the next one
+    // can be fetched before it is needed.
     void** free_ = nullptr;
     size_t free_count_ = 0;
     MOSKFastBufferPoolProperty property_;

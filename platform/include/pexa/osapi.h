@@ -99,8 +99,8 @@ typedef struct QELOsapiSemaphoreProperty {
     DDS_Long initialCount;
     /**
      * Counting kind. A thread that took a unit a moment ago does not wait to be woken: it looks for
-     * the next unit by itself, every 0.05 to 0.8 ms. A give wakes it earlier only when the count
-     * reaches this number (1 or more). 0: no give wakes it earlier.
+     * the next unit by itself, every 0.08 ms for 1.6 ms. A give wakes it earlier only when the
+     * count reaches this number (1 or more). 0: no give wakes it earlier.
      */
     DDS_Long wakeCount;
 } QELOsapiSemaphoreProperty;
