@@ -31,10 +31,10 @@ bool LongTexts::Shelf<Size, Most>::put(char* text) noexcept {
 
 template <typename Action>
 auto LongTexts::with_shelf(std::size_t size, Action action) {
-    if (size == small_.size) {
+    if (size == decltype(small_)::size) {
         return action(small_);
     }
-    return size == medium_.size ? action(medium_) : action(large_);
+    return size == decltype(medium_)::size ? action(medium_) : action(large_);
 }
 
 std::size_t LongTexts::size_for(std::size_t length) noexcept {
