@@ -14,7 +14,7 @@
 namespace orvane::test {
 namespace {
 
-constexpr QELNtpTime twenty_seconds = {20, 0};
+constexpr QELNtpTime a_long_time = {20, 0};
 
 /// Takes what is written and flushed, and answers writes from a list of results.
 class ScriptedWriter {
@@ -199,7 +199,7 @@ TEST(WriteThread, IsWokenWhenItRestsAndHasToEnd) {
             }
             const bool rests = !waits.await(0).empty();
             const QELOsapiSemaphoreStatus status =
-                take.real(semaphore, rests ? &twenty_seconds : timeout);
+                take.real(semaphore, rests ? &a_long_time : timeout);
             waits.add(status);
             return status;
         });
