@@ -10,7 +10,10 @@ namespace {
 
 constexpr DDS_UnsignedLong patience_ns = 10'000'000;
 
-constinit RecursiveMutex global_mutex;
+// In a cache line of its own. Whatever else is there, threads that publish read it all the time, and
+// each time the next logging call would have to fetch the line again.
+struct alignas(64) GlobalMutex : RecursiveMutex {};
+constinit GlobalMutex global_mutex;
 
 /// @param abandon NULL, or a flag that ends the wait.
 Status lock_unless(const DDS_Long* abandon) {
