@@ -20,27 +20,18 @@ QueueConsumer::QueueConsumer(QEL_KX_MessageQueue& queue) noexcept
       most_at_once_(std::clamp(queue.maxSize / share_of_queue, 1, most_in_a_visit)) {}
 
 const QEL_KX_MessageQueueRecord* QueueConsumer::next() {
-    if (units_ == 0) {
-        units_ = QELOsapiSemaphore_takeUpTo(queue_.countingSemaphore, most_at_once_);
-    }
-    if (units_ == 0) {
-        leave();
-        return nullptr;
-    }
-    note_rest(false);
-    --units_;
-    return head();
+    return has_unit() ? use_unit() : nullptr;
 }
 
 const QEL_KX_MessageQueueRecord* QueueConsumer::wait(const QELNtpTime& timeout) {
-    if (const QEL_KX_MessageQueueRecord* record = next(); record != nullptr) {
-        return record;
+    if (has_unit()) {
+        return use_unit();
     }
     const QELOsapiSemaphoreStatus status =
         QELOsapiSemaphore_take(queue_.countingSemaphore, &timeout);
     if (status == QEL_OSAPI_SEMAPHORE_STATUS_OK) {
-        note_rest(false);
-        return head();
+        units_ = 1;
+        return use_unit();
     }
     if (status == QEL_OSAPI_SEMAPHORE_STATUS_TIMEOUT) {
         // Not as long as a message waits that could not be written.
@@ -65,6 +56,22 @@ void QueueConsumer::pop() noexcept {
     if (popped_ < seen_) {
         next_ = element_of(next_->node.next);
     }
+}
+
+bool QueueConsumer::has_unit() {
+    if (units_ == 0) {
+        units_ = QELOsapiSemaphore_takeUpTo(queue_.countingSemaphore, most_at_once_);
+    }
+    if (units_ == 0) {
+        leave();
+    }
+    return units_ > 0;
+}
+
+const QEL_KX_MessageQueueRecord* QueueConsumer::use_unit() {
+    --units_;
+    note_rest(false);
+    return head();
 }
 
 void QueueConsumer::leave() {

@@ -25,7 +25,7 @@ public:
 
     /// @return the message that front() returns, or NULL if there is no unit or no message.
     const QEL_KX_MessageQueueRecord* next();
-    /// As next(), but waits for a unit.
+    /// As next(), but waits for a unit. One without a message ends the wait, too.
     const QEL_KX_MessageQueueRecord* wait(const QELNtpTime& timeout);
     /// @return the first message that was not popped, without a unit; NULL without one.
     const QEL_KX_MessageQueueRecord* head();
@@ -35,6 +35,9 @@ public:
     void leave();
 
 private:
+    /// Takes units if it has none. Leaves the queue if there are none either.
+    bool has_unit();
+    const QEL_KX_MessageQueueRecord* use_unit();
     void visit();
     void note_rest(bool rests) noexcept;
 
