@@ -9,11 +9,16 @@ namespace pexa::base {
 
 namespace {
 
-// A unit waits for half a spell on average. A shorter one would take the givers' cache line away
-// more often. A doze in vain wakes up as often as it has spells.
+// A unit waits for half a spell on average. A shorter one would cost more processor time and take
+// the givers' cache line away more often. A doze in vain wakes up as often as it has spells.
 constexpr uint32_t spell_ns = 80'000;
-constexpr int spells = 20;
-constexpr uint32_t whole_doze_ns = spells * spell_ns;
+constexpr uint32_t whole_doze_ns = 20 * spell_ns;
+
+// Units often come at regular times. So the first spell is three quarters of what the last doze
+// took: it costs a regular unit nothing and spares most of the wake-ups.
+uint32_t first_spell_after(uint32_t last_doze_ns) {
+    return std::max(last_doze_ns / 4 * 3, spell_ns);
+}
 
 }  // namespace
 
@@ -54,8 +59,10 @@ Success CountingSemaphore::doze_and_take(const timespec* deadline) {
         return false;
     }
     uint64_t outlived = dozing | recently_taken;
-    for (int spell = 0; spell < spells; ++spell) {
-        const timespec end = deadline_after(0, spell_ns);
+    uint32_t slept_ns = 0;
+    uint32_t spell = first_spell_after(last_doze_ns_.load(std::memory_order_relaxed));
+    for (; slept_ns < whole_doze_ns; spell = spell_ns) {
+        const timespec end = deadline_after(0, spell);
         if (deadline != nullptr && is_before(*deadline, end)) {
             outlived = dozing;
             break;
@@ -65,10 +72,13 @@ Success CountingSemaphore::doze_and_take(const timespec* deadline) {
             // A signal may end it early: a shorter doze does no harm.
             static_cast<void>(wait_while_equal(marks_address(), marks_of(state), &end));
         }
+        slept_ns += spell;
         if (try_take()) {
+            last_doze_ns_.store(slept_ns, std::memory_order_relaxed);
             return true;
         }
     }
+    last_doze_ns_.store(0, std::memory_order_relaxed);
     state_.fetch_and(~outlived, std::memory_order_relaxed);
     return false;
 }

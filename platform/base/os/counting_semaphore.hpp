@@ -112,6 +112,8 @@ private:
 
     std::atomic<uint64_t> state_;
     const uint32_t many_;
+    // Written by takers only, and a guess.
+    std::atomic<uint32_t> last_doze_ns_{0};
     static_assert(sizeof state_ == sizeof(uint64_t));
 };
 

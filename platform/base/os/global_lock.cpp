@@ -10,8 +10,8 @@ namespace {
 
 constexpr DDS_UnsignedLong patience_ns = 10'000'000;
 
-// In a cache line of its own. Whatever else is there, threads that publish read it all the time, and
-// each time the next logging call would have to fetch the line again.
+// In a cache line of its own. Whatever else is there, threads that publish read it all the time,
+// and each time the next logging call would have to fetch the line again.
 struct alignas(64) GlobalMutex : RecursiveMutex {};
 constinit GlobalMutex global_mutex;
 

@@ -98,9 +98,10 @@ typedef struct QELOsapiSemaphoreProperty {
     /** Units at the start, 0 or more (counting kind; 0 or 1 for the binary kind). */
     DDS_Long initialCount;
     /**
-     * Counting kind. A thread that took a unit a moment ago does not wait to be woken: it looks for
-     * the next unit by itself, every 0.08 ms for 1.6 ms. A give wakes it earlier only when the
-     * count reaches this number (1 or more). 0: no give wakes it earlier.
+     * Counting kind. A thread that took a unit a moment ago does not wait to be woken. For 1.6 ms
+     * it looks for the next unit by itself: about when it may come, judged by the last one, and
+     * from then on every 0.08 ms. A give wakes it earlier only when the count reaches this number
+     * (1 or more). 0: no give wakes it earlier.
      */
     DDS_Long wakeCount;
 } QELOsapiSemaphoreProperty;
