@@ -73,8 +73,9 @@ Success CountingSemaphore::doze_and_take(const timespec* deadline) {
             static_cast<void>(wait_while_equal(marks_address(), marks_of(state), &end));
         }
         slept_ns += spell;
+        // Noted before: another thread may free the semaphore as soon as the last unit is taken.
+        last_doze_ns_.store(slept_ns, std::memory_order_relaxed);
         if (try_take()) {
-            last_doze_ns_.store(slept_ns, std::memory_order_relaxed);
             return true;
         }
     }
