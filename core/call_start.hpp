@@ -15,6 +15,9 @@ struct alignas(64) CallStart {
     /// Levels above this one leave no trace at present: the filter stops them and nothing is
     /// echoed. Lets a call end before it has read the clock or taken a lock.
     std::atomic<DDS_Long> last_traced_level = std::numeric_limits<DDS_Long>::max();
+    /// The same, except that without a logger no level is enabled. (A call looks at its arguments
+    /// then all the same.)
+    std::atomic<DDS_Long> last_enabled_level = std::numeric_limits<DDS_Long>::min();
     /// The clock of the instance, or NULL. The instance's record may already be freed; the clock
     /// itself may be read at any time.
     std::atomic<QELSystemClock*> clock = nullptr;

@@ -9,16 +9,22 @@
 namespace orvane::core {
 namespace {
 
+constexpr DDS_Long none = std::numeric_limits<DDS_Long>::min();
+constexpr DDS_Long all = std::numeric_limits<DDS_Long>::max();
+
 // Makes reading the settings and storing the threshold one step. After two changes at the same time
 // the threshold then follows the later one. No other lock is taken while it is held.
 constinit std::mutex mutex;
 constinit const QEL_KX_Orvane* followed = nullptr;
 
 void refresh_with_mutex() noexcept {
-    const bool filters = followed != nullptr && load(followed->options->echo_to_stdout) != 1;
-    call_start.last_traced_level.store(
-        filters ? load(followed->filterLevel) : std::numeric_limits<DDS_Long>::max(),
-        std::memory_order_relaxed);
+    const DDS_Long level = followed == nullptr ? none
+                           : load(followed->options->echo_to_stdout) == 1
+                               ? all
+                               : load(followed->filterLevel);
+    call_start.last_traced_level.store(followed == nullptr ? all : level,
+                                       std::memory_order_relaxed);
+    call_start.last_enabled_level.store(level, std::memory_order_relaxed);
 }
 
 }  // namespace
@@ -40,8 +46,8 @@ void free_filter_lock() noexcept {
 
 void silence_filter() noexcept {
     followed = nullptr;
-    call_start.last_traced_level.store(std::numeric_limits<DDS_Long>::min(),
-                                       std::memory_order_relaxed);
+    call_start.last_traced_level.store(none, std::memory_order_relaxed);
+    call_start.last_enabled_level.store(none, std::memory_order_relaxed);
 }
 
 }  // namespace orvane::core

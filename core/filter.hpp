@@ -9,6 +9,10 @@ inline bool leaves_no_trace(DDS_Long level) noexcept {
     return level > call_start.last_traced_level.load(std::memory_order_relaxed);
 }
 
+inline bool is_enabled(DDS_Long level) noexcept {
+    return level <= call_start.last_enabled_level.load(std::memory_order_relaxed);
+}
+
 /**
  * Takes the filter level from @p self and the echo from its options, both of which stay valid until
  * this is called with NULL; then every level counts as traced.

@@ -136,6 +136,10 @@ void log_now(QEL_KX_Orvane* self, DDS_Long level, const char* message, const cha
 
 namespace core = orvane::core;
 
+DDS_Boolean QEL_KX_Orvane_isLevelEnabled(DDS_Long level) {
+    return core::is_enabled(level) ? DDS_BOOLEAN_TRUE : DDS_BOOLEAN_FALSE;
+}
+
 DDS_ReturnCode_t QEL_KX_Orvane_fatal(QEL_KX_Orvane* self, const char* message) {
     core::log_now(self, QEL_KX_LEVEL_FATAL, message, core::no_category);
     return DDS_RETCODE_OK;

@@ -37,3 +37,7 @@ DDS_ReturnCode_t QEL_KX_Orvane_printMessage(const char* message, const char* con
                                             DDS_Long level) {
     return orvane::core::print_message(message, context, level);
 }
+
+DDS_UnsignedLong QEL_KX_Orvane_takeReports(char* buffer, DDS_UnsignedLong size) {
+    return QELOsapi_takeLines(buffer, size);
+}

@@ -429,6 +429,14 @@ typedef struct QEL_KX_LogMessageParams {
     DDS_Time_t timestamp;
 } QEL_KX_LogMessageParams;
 
+/**
+ * Tells whether a message is worth its text.
+ * @return 1 when a message of that level would be published or echoed right now, 0 when it would
+ *   leave no trace, and without an instance. A load; any thread, at any time, also in a signal
+ *   handler or in a child process.
+ */
+ORVANE_API DDS_Boolean QEL_KX_Orvane_isLevelEnabled(DDS_Long level);
+
 /** @name At a fixed level, with an empty category @{ */
 ORVANE_API DDS_ReturnCode_t QEL_KX_Orvane_fatal(QEL_KX_Orvane* self, const char* message);
 ORVANE_API DDS_ReturnCode_t QEL_KX_Orvane_severe(QEL_KX_Orvane* self, const char* message);
@@ -458,6 +466,15 @@ QEL_KX_Orvane_logMessageWithParams(QEL_KX_Orvane* self, const QEL_KX_LogMessageP
  */
 ORVANE_API DDS_ReturnCode_t QEL_KX_Orvane_printMessage(const char* message, const char* context,
                                                        DDS_Long level);
+/**
+ * Copies what the library has printed on standard output in the calling thread since the last such
+ * call, and forgets it. So an application can show why an operation has failed: it forgets what was
+ * before with a NULL buffer, calls the operation, and takes the lines.
+ * @param buffer gets the lines, each with its newline, and a NUL behind them; NULL only forgets
+ * @param size of the buffer, in bytes. Of the lines, 511 bytes are kept at most, those of the first.
+ * @return the number of bytes before the NUL.
+ */
+ORVANE_API DDS_UnsignedLong QEL_KX_Orvane_takeReports(char* buffer, DDS_UnsignedLong size);
 /** @} */
 
 /**

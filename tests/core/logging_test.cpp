@@ -1,13 +1,9 @@
 #include <future>
 #include <thread>
 
-#include "core/filter.hpp"
-#include "core/instance.hpp"
 #include "core/logging_lock.hpp"
-#include "core/shared_field.hpp"
-#include "orvane/admin.h"
 #include "tests/support/faults.hpp"
-#include "tests/support/logger.hpp"
+#include "tests/support/queued_logger.hpp"
 #include "tests/support/text.hpp"
 
 namespace orvane::test {
@@ -16,60 +12,26 @@ namespace {
 constexpr DDS_Long last_second = 2147483647;
 constexpr const char* context = "QEL_KX_Orvane_logMessageWithParams";
 
-/// An operational instance without entities and threads: what is logged stays in its queue.
+/// What is logged stays in the queue.
 class Logging : public testing::Test {
 protected:
-    Logging() {
-        const QEL_KX_MessageQueueProperty property = {4};
-        entities_.rtpsHostId = 0xC0A80001;
-        entities_.rtpsAppId = 77;
-        record_.ddsEntities = &entities_;
-        record_.state->state = QEL_KX_STATE_OPERATIONAL;
-        record_.logMessageWriteThread = &write_thread_;
-        record_.messageQueue = QEL_KX_MessageQueue_new(&property);
-        record_.clock = QELSystemClock_new();
-        core::call_start.clock = record_.clock;
-        core::follow_filter_of(&record_);
-        core::store(QEL_KX_Orvane_instance, &record_);
-    }
-    ~Logging() override {
-        core::store(QEL_KX_Orvane_instance, nullptr);
-        core::follow_filter_of(nullptr);
-        core::call_start.clock = nullptr;
-        QELSystemClock_delete(record_.clock);
-        QEL_KX_MessageQueue_delete(record_.messageQueue);
-        record_.ddsEntities = nullptr;
-    }
-
-    void set_filter_level(DDS_Long level) {
-        core::store(record_.filterLevel, level);
-        core::refresh_filter();
-    }
+    void set_filter_level(DDS_Long level) { queued_.set_filter_level(level); }
 
     /// Takes the first message out of the queue. @return its text, if there is one
-    std::optional<std::string> pop() const {
-        constexpr QELNtpTime at_once = {0, 0};
-        const auto* front = QEL_KX_MessageQueue_front(record_.messageQueue, &at_once);
-        if (front == nullptr) {
+    std::optional<std::string> pop() {
+        const auto message = queued_.pop();
+        if (!message) {
             return std::nullopt;
         }
-        const QEL_KX_LogMessage& sample = front->sample;
-        std::string text = std::to_string(sample.hostAndAppId.rtps_host_id) + " " +
-                           std::to_string(sample.hostAndAppId.rtps_app_id) + " " +
-                           std::to_string(sample.level) + " [" + sample.category + "] " +
-                           sample.message + " " + std::to_string(front->timestamp.sec) + "." +
-                           std::to_string(front->timestamp.nanosec);
-        QEL_KX_MessageQueue_pop(record_.messageQueue);
-        return text;
+        return std::to_string(message->origin.rtps_host_id) + " " +
+               std::to_string(message->origin.rtps_app_id) + " " + std::to_string(message->level) +
+               " [" + message->category + "] " + message->text + " " +
+               std::to_string(message->time.sec) + "." + std::to_string(message->time.nanosec);
     }
 
-    BareLogger bare_;
-    QEL_KX_Orvane& record_ = *bare_.get();
-    QEL_KX_Orvane* logger_ = bare_.get();
-
-private:
-    QEL_KX_DDSEntities entities_ = {};
-    LogMessageWriteThread write_thread_ = {};
+    QueuedLogger queued_{4};
+    QEL_KX_Orvane* logger_ = queued_.get();
+    QEL_KX_Orvane& record_ = *logger_;
 };
 
 TEST(Printer, WritesLevelContextAndMessageAsOneLine) {
@@ -152,7 +114,10 @@ TEST_F(Logging, QueuesWhatPassesTheFilterWhileTheStateIsOperational) {
         EXPECT_EQ(QEL_KX_Orvane_log(logger_, row.level, "text"), DDS_RETCODE_OK);
         EXPECT_EQ(pop().has_value(), row.is_queued)
             << row.state << " " << row.filter_level << " " << row.level;
+        EXPECT_EQ(QEL_KX_Orvane_isLevelEnabled(row.level), row.level <= row.filter_level);
     }
+    core::follow_filter_of(nullptr);
+    EXPECT_EQ(QEL_KX_Orvane_isLevelEnabled(QEL_KX_LEVEL_FATAL), 0) << "there is no logger";
 }
 
 TEST_F(Logging, EchoesWhatTheFilterOrTheStateStopsToo) {
@@ -178,6 +143,7 @@ TEST_F(Logging, EchoesWhatTheFilterOrTheStateStopsToo) {
                       row.output);
             EXPECT_EQ(pop().has_value(), state == QEL_KX_STATE_OPERATIONAL && row.level <= 600)
                 << row.level << row.message;
+            EXPECT_EQ(QEL_KX_Orvane_isLevelEnabled(row.level), row.echo == 1 || row.level <= 600);
         }
     }
 }

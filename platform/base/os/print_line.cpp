@@ -3,6 +3,7 @@
 #include <stdio_ext.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -25,6 +26,32 @@ namespace {
 constexpr std::size_t most_at_once = PIPE_BUF;
 
 constinit std::atomic<unsigned> lost_lines = 0;
+
+/// What the thread has printed. A signal handler may print while the thread notes a line; then the
+/// lines may overwrite each other, but nothing else.
+struct KeptLines {
+    std::array<char, 511> text;
+    std::size_t length;
+
+    void add(std::string_view line) {
+        const std::size_t begin = length;
+        const std::size_t added = std::min(line.size(), text.size() - begin);
+        length = begin + added;
+        std::copy_n(line.data(), added, text.data() + begin);
+    }
+
+    std::size_t take(char* buffer, std::size_t size) {
+        const std::size_t taken = size == 0 ? 0 : std::min(length, size - 1);
+        if (buffer != nullptr && size > 0) {
+            std::copy_n(text.data(), taken, buffer);
+            buffer[taken] = '\0';
+        }
+        length = 0;
+        return buffer == nullptr ? 0 : taken;
+    }
+};
+
+constinit thread_local KeptLines kept_lines = {};
 
 // The last thread that must not wait gave up the lock of standard output.
 constinit std::atomic<bool> output_seems_stuck = false;
@@ -149,6 +176,8 @@ void put(std::string_view text) {
     va_end(again);
     length += wanted < 0 ? 0 : static_cast<std::size_t>(wanted);
     const bool is_too_long = length >= text.size();
+    kept_lines.add(std::string_view(text.data(), std::min(length, text.size() - 1))
+                       .substr(note.size()));
 
     if (may_wait()) {
         const OutputLock lock(true);
@@ -188,6 +217,10 @@ void QELOsapi_printLine(const char* format, ...) {
     va_start(arguments, format);
     pexa::base::print_line(format, arguments);
     va_end(arguments);
+}
+
+DDS_UnsignedLong QELOsapi_takeLines(char* buffer, DDS_UnsignedLong size) {
+    return static_cast<DDS_UnsignedLong>(pexa::base::kept_lines.take(buffer, size));
 }
 
 void QELOsapi_flushLines(void) {

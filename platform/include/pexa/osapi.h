@@ -249,6 +249,14 @@ PEXA_API int QELOsapi_callInChild(void (*function)(void));
  */
 /** Prints like printf. Where the thread must not wait, a text of more than 4096 bytes is cut. */
 PEXA_API void QELOsapi_printLine(const char* format, ...) __attribute__((format(printf, 1, 2)));
+/**
+ * Copies the last lines that the calling thread has printed, and forgets them. A thread keeps 511
+ * bytes; what it prints when these are full is not kept.
+ * @param buffer gets the lines, each with its newline, and a NUL behind them; NULL only forgets
+ * @param size of the buffer, in bytes. Lines that do not fit are cut off.
+ * @return the number of bytes before the NUL.
+ */
+PEXA_API DDS_UnsignedLong QELOsapi_takeLines(char* buffer, DDS_UnsignedLong size);
 /** Flushes the buffer of standard output, as far as the thread may wait for that. */
 PEXA_API void QELOsapi_flushLines(void);
 /** Marks the calling thread as being called by the engine. Marks nest. */

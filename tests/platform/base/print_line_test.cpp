@@ -22,6 +22,28 @@ std::string note(int lost) {
     return "(" + std::to_string(lost) + " lines are missing: standard output was blocked)\n";
 }
 
+TEST(PrintedLine, IsKeptForItsThreadUntilItIsTaken) {
+    const OutputPipe output;
+    QELOsapi_takeLines(nullptr, 0);
+    char lines[600] = "";
+    std::thread([] { QELOsapi_printLine("of another thread\n"); }).join();
+    QELOsapi_printLine("one\n");
+    QELOsapi_printLine("%s\n", "two");
+    EXPECT_EQ(QELOsapi_takeLines(lines, sizeof lines), 8U);
+    EXPECT_STREQ(lines, "one\ntwo\n");
+    EXPECT_EQ(QELOsapi_takeLines(lines, sizeof lines), 0U);
+    EXPECT_STREQ(lines, "");
+    QELOsapi_printLine("three\n");
+    EXPECT_EQ(QELOsapi_takeLines(lines, 4), 3U);
+    EXPECT_STREQ(lines, "thr");
+    const std::string longer(500, 'c');
+    for (int i = 0; i < 3; ++i) {
+        QELOsapi_printLine("%s\n", longer.c_str());
+    }
+    EXPECT_EQ(QELOsapi_takeLines(lines, sizeof lines), 511U);
+    EXPECT_EQ(lines, longer + "\n" + longer.substr(0, 10));
+}
+
 TEST(PrintedLine, IsCutToWhatAPipeTakesAtOnceOrDroppedAndCountedWhereItsThreadMustNotWait) {
     constexpr int lines = 200;
     const std::string line = std::string(99, 'l') + "\n";
