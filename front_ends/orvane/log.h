@@ -1,0 +1,143 @@
+/**
+ * @file log.h
+ * @brief Logging calls with a printf format.
+ *
+ * The macros log with the process's logger, whoever has started it: C code, C++ code, or an XML
+ * configuration. Without a logger they do nothing.
+ *
+ *     #define ORVANE_CATEGORY "hydraulics"
+ *     #include <orvane/log.h>
+ *
+ *     ORVANE_INFOF("pump %d started in %.1f s", id, seconds);
+ *     ORVANE_DEBUGF_IN("hydraulics.valves", "position %d", read_position());
+ *
+ * The arguments are evaluated only if a message of the level is published or echoed right now. A
+ * text is cut to ORVANE_LOG_MESSAGE_BOUND bytes, in front of the UTF-8 character that does not fit.
+ * No call allocates memory or changes errno. Any thread, at any time; what
+ * QEL_KX_Orvane_logMessageWithLevelCategory() says of signal handlers holds, and printf is not
+ * async-signal-safe. C11 and C++20.
+ */
+#ifndef ORVANE_LOG_H
+#define ORVANE_LOG_H
+
+#include <errno.h>
+#include <stdarg.h>
+#include <stddef.h>
+#include <stdio.h>
+
+#include "orvane/orvane.h"
+
+/** The category of the macros without one. Define another one before this header is included. */
+#ifndef ORVANE_CATEGORY
+#define ORVANE_CATEGORY ""
+#endif
+
+/** Calls of the macros with a level above this one are not compiled. A number or a
+ *  @ref QEL_KX_LogLevel; every file may have its own. */
+#ifndef ORVANE_ACTIVE_LEVEL
+#define ORVANE_ACTIVE_LEVEL 0x7fffffff
+#endif
+
+/** Lets C++ use a function in constants. */
+#ifdef __cplusplus
+#define ORVANE_CONSTEXPR constexpr
+#else
+#define ORVANE_CONSTEXPR
+#endif
+
+PEXA_BEGIN_C
+
+/** @return the process's logger, or NULL. For logging calls only, which notice when it ends. */
+static inline QEL_KX_Orvane* orvane_logger(void) {
+    return __atomic_load_n(&QEL_KX_Orvane_instance, __ATOMIC_ACQUIRE);
+}
+
+/**
+ * Where to cut a text of UTF-8 (RFC 3629).
+ * @param text of @p length bytes
+ * @return @p length if it is at most @p bound; else the most bytes up to @p bound that do not end
+ *   inside a character. Bytes that are no UTF-8 are cut at the bound.
+ */
+ORVANE_CONSTEXPR static inline size_t orvane_cut(const char* text, size_t length, size_t bound) {
+    size_t end = bound;
+    if (length <= bound) {
+        return length;
+    }
+    while (end > 0 && bound - end < 4 && ((unsigned char)text[end] & 0xC0U) == 0x80U) {
+        --end;
+    }
+    return bound - end < 4 && ((unsigned char)text[end] & 0xC0U) != 0x80U ? end : bound;
+}
+
+/**
+ * Formats and logs a message, also one that the filter stops.
+ * @param time when the message arose; NULL means now
+ * @param category not NULL
+ */
+__attribute__((format(printf, 4, 0))) static inline void orvane_vlogf_at(const DDS_Time_t* time,
+                                                                         DDS_Long level,
+                                                                         const char* category,
+                                                                         const char* format,
+                                                                         va_list arguments) {
+    const int error_number = errno;
+    /* One byte more than is published shows whether a character ends there. */
+    char text[ORVANE_LOG_MESSAGE_BOUND + 2];
+    const int length = vsnprintf(text, sizeof text, format, arguments);
+    /* An argument that cannot be converted costs the arguments, not the message. */
+    const char* message = length < 0 ? format : text;
+    if (length > ORVANE_LOG_MESSAGE_BOUND) {
+        text[orvane_cut(text, sizeof text - 1, ORVANE_LOG_MESSAGE_BOUND)] = '\0';
+    }
+    if (time == NULL) {
+        QEL_KX_Orvane_logMessageWithLevelCategory(orvane_logger(), level, message, category);
+    } else {
+        const QEL_KX_LogMessageParams params = {level, message, category, *time};
+        QEL_KX_Orvane_logMessageWithParams(orvane_logger(), &params);
+    }
+    errno = error_number;
+}
+
+/** The same, now, with the arguments as they are. */
+__attribute__((format(printf, 3, 4))) static inline void orvane_logf(DDS_Long level,
+                                                                     const char* category,
+                                                                     const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    orvane_vlogf_at(NULL, level, category, format, arguments);
+    va_end(arguments);
+}
+
+PEXA_END_C
+
+/** Logs at any level, in any category: ORVANE_LOGF(level, category, format, ...). */
+#define ORVANE_LOGF(level, category, ...)                           \
+    do {                                                            \
+        if ((DDS_Long)(level) <= (DDS_Long)(ORVANE_ACTIVE_LEVEL) && \
+            QEL_KX_Orvane_isLevelEnabled(level) != 0) {             \
+            orvane_logf((level), (category), __VA_ARGS__);          \
+        }                                                           \
+    } while (0)
+
+/** @name At a fixed level, in ORVANE_CATEGORY: ORVANE_INFOF(format, ...) @{ */
+#define ORVANE_FATALF(...) ORVANE_LOGF(QEL_KX_LEVEL_FATAL, ORVANE_CATEGORY, __VA_ARGS__)
+#define ORVANE_SEVEREF(...) ORVANE_LOGF(QEL_KX_LEVEL_SEVERE, ORVANE_CATEGORY, __VA_ARGS__)
+#define ORVANE_ERRORF(...) ORVANE_LOGF(QEL_KX_LEVEL_ERROR, ORVANE_CATEGORY, __VA_ARGS__)
+#define ORVANE_WARNINGF(...) ORVANE_LOGF(QEL_KX_LEVEL_WARNING, ORVANE_CATEGORY, __VA_ARGS__)
+#define ORVANE_NOTICEF(...) ORVANE_LOGF(QEL_KX_LEVEL_NOTICE, ORVANE_CATEGORY, __VA_ARGS__)
+#define ORVANE_INFOF(...) ORVANE_LOGF(QEL_KX_LEVEL_INFO, ORVANE_CATEGORY, __VA_ARGS__)
+#define ORVANE_DEBUGF(...) ORVANE_LOGF(QEL_KX_LEVEL_DEBUG, ORVANE_CATEGORY, __VA_ARGS__)
+#define ORVANE_TRACEF(...) ORVANE_LOGF(QEL_KX_LEVEL_TRACE, ORVANE_CATEGORY, __VA_ARGS__)
+/** @} */
+
+/** @name At a fixed level, in any category: ORVANE_INFOF_IN(category, format, ...) @{ */
+#define ORVANE_FATALF_IN(...) ORVANE_LOGF(QEL_KX_LEVEL_FATAL, __VA_ARGS__)
+#define ORVANE_SEVEREF_IN(...) ORVANE_LOGF(QEL_KX_LEVEL_SEVERE, __VA_ARGS__)
+#define ORVANE_ERRORF_IN(...) ORVANE_LOGF(QEL_KX_LEVEL_ERROR, __VA_ARGS__)
+#define ORVANE_WARNINGF_IN(...) ORVANE_LOGF(QEL_KX_LEVEL_WARNING, __VA_ARGS__)
+#define ORVANE_NOTICEF_IN(...) ORVANE_LOGF(QEL_KX_LEVEL_NOTICE, __VA_ARGS__)
+#define ORVANE_INFOF_IN(...) ORVANE_LOGF(QEL_KX_LEVEL_INFO, __VA_ARGS__)
+#define ORVANE_DEBUGF_IN(...) ORVANE_LOGF(QEL_KX_LEVEL_DEBUG, __VA_ARGS__)
+#define ORVANE_TRACEF_IN(...) ORVANE_LOGF(QEL_KX_LEVEL_TRACE, __VA_ARGS__)
+/** @} */
+
+#endif
