@@ -40,5 +40,8 @@ install(
 file(RELATIVE_PATH ORVANE_PREFIX_FROM_PC "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig"
      "${CMAKE_INSTALL_PREFIX}")
 string(REGEX REPLACE "/$" "" ORVANE_PREFIX_FROM_PC "${ORVANE_PREFIX_FROM_PC}")
-configure_file(cmake/orvane.pc.in "${PROJECT_BINARY_DIR}/orvane.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/orvane.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+foreach(package orvane orvane-log)
+    configure_file(cmake/${package}.pc.in "${PROJECT_BINARY_DIR}/${package}.pc" @ONLY)
+    install(FILES "${PROJECT_BINARY_DIR}/${package}.pc"
+            DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endforeach()
