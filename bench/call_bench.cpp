@@ -18,6 +18,7 @@
 
 #include "bench/call_subjects.hpp"
 #include "bench/disturbance.hpp"
+#include "bench/front_end_subjects.hpp"
 #include "bench/measure.hpp"
 #include "bench/reader_process.hpp"
 
@@ -138,15 +139,24 @@ int run(const Plan& plan) {
     return 0;
 }
 
+const std::map<std::string, int (*)(const Plan&)> subjects{
+    {"bare", run<BareSubject>},
+    {"dlt", run<DltSubject>},
+    {"empty", run<EmptySubject>},
+    {"floor", run<FloorSubject>},
+    {"floor-waking", run<WakingFloorSubject>},
+    {"format", run<FormatSubject>},
+    {"orvane", run<OrvaneSubject>},
+    {"printf", run<PrintfSubject>},
+    {"rcutils", run<RcutilsSubject>},
+    {"snprintf", run<SnprintfSubject>},
+    {"spdlog", run<SpdlogSubject>},
+    {"spdlog-format", run<SpdlogFormatSubject>},
+    {"spdlog-sink", run<SpdlogSinkSubject>},
+};
+
 int run_subject(const Plan& plan) {
-    const std::string& name = plan.subject;
-    return name == "orvane"         ? run<OrvaneSubject>(plan)
-           : name == "spdlog"       ? run<SpdlogSubject>(plan)
-           : name == "dlt"          ? run<DltSubject>(plan)
-           : name == "bare"         ? run<BareSubject>(plan)
-           : name == "floor"        ? run<FloorSubject>(plan)
-           : name == "floor-waking" ? run<WakingFloorSubject>(plan)
-                                    : run<EmptySubject>(plan);
+    return subjects.at(plan.subject)(plan);
 }
 
 }  // namespace
@@ -159,8 +169,7 @@ int main(int argc, char** argv) try {
     CLI::App app{"Measures what a logging call costs its caller."};
     app.add_option("--subject", plan.subject)
         ->required()
-        ->check(
-            CLI::IsMember({"orvane", "spdlog", "dlt", "bare", "floor", "floor-waking", "empty"}));
+        ->check(CLI::IsMember(&orvane::bench::subjects));
     app.add_option("--results", plan.results, "file that a line of JSON is added to")->required();
     app.add_option("--group", plan.group, "part of the report that the figures belong to");
     app.add_option("--label", plan.label, "name of the figures within the group");

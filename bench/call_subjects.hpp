@@ -143,6 +143,9 @@ public:
         std::this_thread::sleep_for(std::chrono::milliseconds{1});
     }
 
+protected:
+    DDS_Long level() const { return level_; }
+
 private:
     DDS_Long level_;
     bool reader_;
@@ -160,6 +163,10 @@ public:
               category, std::make_shared<spdlog::sinks::null_sink_mt>(), pool_,
               spdlog::async_overflow_policy::overrun_oldest)} {}
     void call(const char* text) { logger_->log(level_, text); }
+
+protected:
+    spdlog::level::level_enum level() const { return level_; }
+    spdlog::logger& logger() { return *logger_; }
 
 private:
     spdlog::level::level_enum level_;

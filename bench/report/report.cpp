@@ -31,8 +31,8 @@ std::string targets_table(const std::string& title, const std::vector<Target>& t
 std::string report_of_machine(const Results& results) {
     std::string sections;
     std::vector<Target> targets;
-    for (const auto section : {call_section, stream_section, types_section, rest_section,
-                               flood_section, viewers_section}) {
+    for (const auto section : {call_section, front_ends_section, stream_section, types_section,
+                               rest_section, flood_section, viewers_section}) {
         const auto [text, judged] = section(results);
         sections += text.empty() ? "" : '\n' + text;
         targets.insert(targets.end(), judged.begin(), judged.end());

@@ -18,6 +18,35 @@ json stream_identity(const char* subject, int gap_us, int threads) {
 
 }  // namespace
 
+Section front_ends_section(const Results& results) {
+    const auto figure = [&](const char* subject, bool is_filtered, const char* name) {
+        return results.figure(
+            {{"group", "front_ends"}, {"subject", subject}, {"filtered", is_filtered}}, name);
+    };
+    if (!figure("orvane", false, "p50").measured()) {
+        return {};
+    }
+    Table table{{"a text of two values", "p50", "p99", "filtered"}};
+    Target filtered{"filtered by a front end, beyond the C call", Kind::at_most, 1, " ns"};
+    for (const auto& [name, subject, is_ours] :
+         {std::tuple{"C interface, a text that is there", "orvane", false},
+          {"snprintf and the C interface", "snprintf", false},
+          {"`orvane/log.h`", "printf", true},
+          {"`orvane/log.hpp`", "format", true},
+          {"`orvane/spdlog_sink.h` behind spdlog", "spdlog-sink", false},
+          {"`orvane/rcutils_handler.h` behind rcutils", "rcutils", false},
+          {"spdlog, asynchronous, into nothing", "spdlog-format", false},
+          {"nothing", "empty", false}}) {
+        table.add({name, duration(figure(subject, false, "p50")),
+                   duration(figure(subject, false, "p99")),
+                   duration(figure(subject, true, "p50"))});
+        if (is_ours) {
+            filtered.judge(figure(subject, true, "p50") - figure("orvane", true, "p50"), subject);
+        }
+    }
+    return {"### Front ends\n\n" + table.text(), {filtered}};
+}
+
 Section stream_section(const Results& results) {
     const auto figure = [&](const char* subject, int gap_us, int threads, const char* name) {
         return results.figure(stream_identity(subject, gap_us, threads), name);

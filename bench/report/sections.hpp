@@ -20,6 +20,7 @@ struct Section {
 Section call_section(const Results& results);
 /// Calls with cold caches or beside a busy neighbour.
 Section disturbed_section(const Results& results);
+Section front_ends_section(const Results& results);
 Section stream_section(const Results& results);
 Section types_section(const Results& results);
 Section rest_section(const Results& results);
