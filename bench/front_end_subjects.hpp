@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <memory>
+#include <stdexcept>
 
 #include "bench/call_subjects.hpp"
 #include "orvane/log.hpp"
@@ -86,14 +87,12 @@ private:
 class RcutilsSubject : public OrvaneSubject {
 public:
     explicit RcutilsSubject(const SubjectOptions& options) : OrvaneSubject{options} {
-        static_cast<void>(rcutils_logging_initialize());
+        if (rcutils_logging_initialize() != RCUTILS_RET_OK) {
+            throw std::runtime_error("rcutils does not start");
+        }
         rcutils_logging_set_default_logger_level(RCUTILS_LOG_SEVERITY_DEBUG);
         rcutils_logging_set_output_handler(orvane_rcutils_handler);
     }
-    ~RcutilsSubject() { static_cast<void>(rcutils_logging_shutdown()); }
-    RcutilsSubject(const RcutilsSubject&) = delete;
-    RcutilsSubject& operator=(const RcutilsSubject&) = delete;
-
     void call(const char* /*text*/) {
         static const rcutils_log_location_t location = {"call", __FILE__, __LINE__};
         rcutils_log(&location, orvane_to_rcutils_severity(level()), category,

@@ -38,7 +38,6 @@
 #include <cstdio>
 #include <exception>
 #include <memory>
-#include <source_location>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -80,6 +79,18 @@ inline bool is_enabled(Level level) noexcept {
     return QEL_KX_Orvane_isLevelEnabled(static_cast<DDS_Long>(level)) != 0;
 }
 
+/// Where a call stands. Made implicitly.
+struct SourceLocation {
+    /// `std::source_location` is not known to every compiler of C++20.
+    static constexpr SourceLocation current(const char* file = __builtin_FILE(),
+                                            unsigned line = __builtin_LINE()) noexcept {
+        return {file, line};
+    }
+
+    const char* file;
+    unsigned line;
+};
+
 namespace detail {
 
 inline std::atomic<bool> shows_source_location = false;
@@ -100,13 +111,12 @@ template <typename... Arguments>
 struct CheckedFormat {
     template <std::convertible_to<std::string_view> Literal>
     // NOLINTNEXTLINE(google-explicit-constructor): a caller writes a literal
-    consteval CheckedFormat(const Literal& text,
-                            std::source_location call = std::source_location::current())
+    consteval CheckedFormat(const Literal& text, SourceLocation call = SourceLocation::current())
         : format{text}, literal{text}, place{call} {}
 
     ORVANE_FORMATTER::format_string<Arguments...> format;
     std::string_view literal;
-    std::source_location place;
+    SourceLocation place;
 };
 
 /// Keeps the compiler from deducing the arguments' types from the format.
@@ -142,17 +152,16 @@ public:
     }
 
     /// Shortens the text as far as the place needs it.
-    void append(const std::source_location& place) noexcept {
+    void append(const SourceLocation& place) noexcept {
         constexpr std::size_t longest = 255;
         std::array<char, longest + 1> text;
-        const std::string_view path = place.file_name();
+        const std::string_view path = place.file;
         const std::string_view name = path.substr(path.rfind('/') + 1);
-        const int length =
-            std::snprintf(text.data(), text.size(), " (%.*s:%u)", static_cast<int>(name.size()),
-                          name.data(), static_cast<unsigned>(place.line()));
+        const int length = std::snprintf(text.data(), text.size(), " (%.*s:%u)",
+                                         static_cast<int>(name.size()), name.data(), place.line);
         const std::size_t added = std::min(static_cast<std::size_t>(std::max(length, 0)), longest);
         cut(ORVANE_LOG_MESSAGE_BOUND - added);
-        append({text.data(), added});
+        append(std::string_view{text.data(), added});
     }
 
     /// Ends the text. @return it, cut to what is published
@@ -238,7 +247,7 @@ public:
 
     /// Logs a text as it is.
     void write(Level level, std::string_view text,
-               std::source_location place = std::source_location::current()) const noexcept {
+               SourceLocation place = SourceLocation::current()) const noexcept {
         if (is_enabled(level)) {
             post(level, place, [&](detail::Text& message) { message.append(text); });
         }
@@ -246,7 +255,7 @@ public:
 
 private:
     template <typename Fill>
-    void post(Level level, const std::source_location& place, Fill fill) const noexcept {
+    void post(Level level, const SourceLocation& place, Fill fill) const noexcept {
         const int error_number = errno;
         detail::Text text;
         fill(text);
@@ -306,7 +315,7 @@ void trace(const Format<Arguments...>& format, Arguments&&... arguments) noexcep
 
 /// Logs a text as it is, without a category.
 inline void write(Level level, std::string_view text,
-                  std::source_location place = std::source_location::current()) noexcept {
+                  SourceLocation place = SourceLocation::current()) noexcept {
     uncategorized.write(level, text, place);
 }
 
