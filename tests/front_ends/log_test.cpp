@@ -4,6 +4,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "orvane/syslog.h"
 #include "tests/support/faults.hpp"
 #include "tests/support/queued_logger.hpp"
 #include "tests/support/text.hpp"
@@ -154,6 +155,26 @@ TEST_F(Log, ACallThrowsNothingKeepsErrnoAndAllocatesNothing) {
     EXPECT_EQ(errno, 77);
     EXPECT_EQ(pop(), "600 [] " + text + " 2.5");
     EXPECT_EQ(pop(), "600 [] %s %.1f %ls") << "a wide character that is none";
+}
+
+void log_by_list(int priority, const char* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    vsyslog(priority, format, arguments);
+    va_end(arguments);
+}
+
+TEST_F(Log, CallsOfSyslogKeepTheirSeverity) {
+    logger_.set_filter_level(QEL_KX_LEVEL_TRACE);
+    constexpr int levels[] = {100, 100, 200, 300, 400, 500, 600, 700};
+    for (int priority = LOG_EMERG; priority <= LOG_DEBUG; ++priority) {
+        const std::string expected = std::to_string(levels[priority]) + " [] " + strerror(ENOENT);
+        errno = ENOENT;
+        syslog(LOG_LOCAL0 | priority, "%m");
+        EXPECT_EQ(pop(), expected);
+        log_by_list(priority, "%s", strerror(ENOENT));
+        EXPECT_EQ(pop(), expected);
+    }
 }
 
 QEL_KX_Statistics statistics() {
