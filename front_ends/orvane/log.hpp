@@ -254,8 +254,10 @@ public:
     }
 
 private:
+    // Not inlined, so that only a call that logs needs room for a text on the stack.
     template <typename Fill>
-    void post(Level level, const SourceLocation& place, Fill fill) const noexcept {
+    [[gnu::noinline]] void post(Level level, const SourceLocation& place,
+                                Fill fill) const noexcept {
         const int error_number = errno;
         detail::Text text;
         fill(text);
