@@ -336,7 +336,7 @@ struct Options {
     std::int32_t queue_size = 128;
     /// Settings of the thread that publishes; NULL for the default. Copied.
     const DDS_ThreadSettings_t* thread = nullptr;
-    /// What tools call the application.
+    /// What tools call the application; cut as a text is, to ORVANE_APPLICATION_KIND_BOUND bytes.
     std::string application_kind{};
     bool remote_administration = true;
     bool echo_to_stdout = false;
@@ -476,6 +476,9 @@ private:
         const auto set_if = [self](bool is_given, auto set, auto value) {
             return !is_given || set(self, value) == DDS_RETCODE_OK;
         };
+        const std::string kind = options.application_kind.substr(
+            0, orvane_cut(options.application_kind.data(), options.application_kind.size(),
+                          ORVANE_APPLICATION_KIND_BOUND));
         const bool is_accepted =
             set_if(true, QEL_KX_Options_setDomainId, options.domain) &&
             set_if(options.participant != nullptr, QEL_KX_Options_setDomainParticipant,
@@ -488,8 +491,7 @@ private:
                    options.qos_profile.c_str()) &&
             set_if(true, QEL_KX_Options_setQueueSize, options.queue_size) &&
             set_if(options.thread != nullptr, QEL_KX_Options_setThreadSettings, options.thread) &&
-            set_if(!options.application_kind.empty(), QEL_KX_Options_setApplicationKind,
-                   options.application_kind.c_str()) &&
+            set_if(!kind.empty(), QEL_KX_Options_setApplicationKind, kind.c_str()) &&
             set_if(true, QEL_KX_Options_setRemoteAdministrationEnabled,
                    QELBool{options.remote_administration}) &&
             set_if(true, QEL_KX_Options_setEchoToStdout, QELBool{options.echo_to_stdout}) &&

@@ -186,13 +186,14 @@ QEL_KX_Statistics statistics() {
 TEST(LogScope, PublishesWhatItWasGivenBeforeItEnds) {
     EXPECT_FALSE(is_enabled(Level::fatal));
     orvane::fatal("nobody");
+    const std::string kind(ORVANE_APPLICATION_KIND_BOUND - 1, 'k');
     {
         const Logger logger{{.domain = domain(),
                              .filter_level = Level::debug,
                              .queue_size = 512,
-                             .application_kind = "scope",
+                             .application_kind = kind + "\u00e9",
                              .log_infrastructure_messages = false}};
-        EXPECT_STREQ(QEL_KX_Orvane_instance->state->applicationKind, "scope");
+        EXPECT_EQ(QEL_KX_Orvane_instance->state->applicationKind, kind);
         EXPECT_TRUE(is_enabled(Level::debug));
         EXPECT_FALSE(is_enabled(Level::trace));
         for (int number = 0; number < 500; ++number) {
