@@ -31,23 +31,17 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <concepts>
 #include <cstddef>
-#include <cstdint>
 #include <cstdio>
 #include <exception>
-#include <memory>
-#include <stdexcept>
-#include <string>
 #include <string_view>
-#include <system_error>
-#include <thread>
 #include <type_traits>
 #include <utility>
 #include <version>
 
 #include "orvane/log.h"
+#include "orvane/logger.hpp"
 
 #if defined __cpp_lib_format && !defined ORVANE_USE_FMT
 #include <format>
@@ -60,24 +54,6 @@
 #endif
 
 namespace orvane {
-
-/// Severity of a message, or what a filter lets pass. Any other number is valid, too.
-enum class Level : std::int32_t {
-    silent = QEL_KX_LEVEL_SILENT,  ///< of a filter that stops all of the levels below
-    fatal = QEL_KX_LEVEL_FATAL,
-    severe = QEL_KX_LEVEL_SEVERE,
-    error = QEL_KX_LEVEL_ERROR,
-    warning = QEL_KX_LEVEL_WARNING,
-    notice = QEL_KX_LEVEL_NOTICE,
-    info = QEL_KX_LEVEL_INFO,
-    debug = QEL_KX_LEVEL_DEBUG,
-    trace = QEL_KX_LEVEL_TRACE
-};
-
-/// Whether a message of that level would be published or echoed right now. A load.
-inline bool is_enabled(Level level) noexcept {
-    return QEL_KX_Orvane_isLevelEnabled(static_cast<DDS_Long>(level)) != 0;
-}
 
 /// Where a call stands. Made implicitly.
 struct SourceLocation {
@@ -322,232 +298,6 @@ inline void write(Level level, std::string_view text,
 }
 
 }  // namespace ORVANE_NAMESPACE
-
-/// How a logger starts. QEL_KX_Options tells more of each.
-struct Options {
-    std::int32_t domain = 0;
-    /// A participant of the application instead of an own one in @ref domain. Borrowed.
-    DDS_DomainParticipant* participant = nullptr;
-    Level filter_level = Level::info;
-    /// QoS of the logger's entities; both or none.
-    std::string qos_library{};
-    std::string qos_profile{};
-    /// Most messages that wait for publication.
-    std::int32_t queue_size = 128;
-    /// Settings of the thread that publishes; NULL for the default. Copied.
-    const DDS_ThreadSettings_t* thread = nullptr;
-    /// What tools call the application; cut as a text is, to ORVANE_APPLICATION_KIND_BOUND bytes.
-    std::string application_kind{};
-    bool remote_administration = true;
-    bool echo_to_stdout = false;
-    bool log_infrastructure_messages = true;
-    /// How long the end waits at most for messages that are on their way.
-    std::chrono::milliseconds longest_end{500};
-};
-
-/// Why a logger was not started.
-enum class StartError {
-    already_running = 1,  ///< The process has a logger.
-    refused_option,       ///< The value of an option is out of its range, or there is no memory.
-    not_created           ///< The logger could not be created.
-};
-
-}  // namespace orvane
-
-template <>
-struct std::is_error_code_enum<orvane::StartError> : std::true_type {};
-
-namespace orvane {
-namespace detail {
-
-class StartErrorCategory final : public std::error_category {
-public:
-    const char* name() const noexcept override { return "orvane"; }
-    std::string message(int value) const override {
-        switch (static_cast<StartError>(value)) {
-            case StartError::already_running:
-                return "the process has a logger";
-            case StartError::refused_option:
-                return "an option was refused";
-            case StartError::not_created:
-                return "the logger could not be created";
-        }
-        return "unknown error";
-    }
-};
-
-}  // namespace detail
-
-inline const std::error_category& start_error_category() noexcept {
-    static const detail::StartErrorCategory category;
-    return category;
-}
-
-inline std::error_code make_error_code(StartError error) noexcept {
-    return {static_cast<int>(error), start_error_category()};
-}
-
-/// A logger was not started.
-class Error : public std::runtime_error {
-public:
-    /// @param reports what the library has said of it, a line for each
-    Error(std::error_code code, const std::string& reports)
-        : std::runtime_error(reports.empty() ? code.message() : reports), code_(code) {}
-
-    /// A @ref StartError.
-    std::error_code code() const noexcept { return code_; }
-
-private:
-    std::error_code code_;
-};
-
-/// The process's logger, from the constructor to the destructor. There can be one at a time.
-///
-/// The end waits until the readers have what was logged, but no longer than
-/// @ref Options::longest_end. The library says on standard output why a start has failed, too.
-class Logger {
-public:
-    /// @throws Error with the library's own lines
-    explicit Logger(const Options& options = {}) {
-        std::error_code error;
-        std::string reports;
-        start(options, error, &reports);
-        if (error) {
-            throw Error{error, reports};
-        }
-    }
-    /// @param error is cleared, or a @ref StartError; then the object is no logger.
-    Logger(const Options& options, std::error_code& error) { start(options, error, nullptr); }
-
-    Logger(const Logger&) = delete;
-    Logger& operator=(const Logger&) = delete;
-    ~Logger() {
-        if (record_) {
-            hand_over_messages();
-            QEL_KX_Orvane_finalizeInstance();
-        }
-    }
-
-    /// Waits until a reader of the log has been found. A process that soon ends may have done so
-    /// before a viewer has found it; others need not wait.
-    /// @return false when the time is over
-    bool wait_for_viewer(std::chrono::milliseconds longest) const {
-        return record_ && wait_until(std::chrono::steady_clock::now() + longest, [] {
-                   DDS_PublicationMatchedStatus status{};
-                   DDS_DataWriter_get_publication_matched_status(log_writer(), &status);
-                   return status.current_count > 0;
-               });
-    }
-
-private:
-    struct DeleteRecord {
-        void operator()(QEL_KX_Options* record) const { QEL_KX_Options_delete(record); }
-    };
-    using Record = std::unique_ptr<QEL_KX_Options, DeleteRecord>;
-
-    void start(const Options& options, std::error_code& error, std::string* reports) {
-        QEL_KX_Orvane_takeReports(nullptr, 0);
-        record_ = make_record(options);
-        if (!record_) {
-            error = StartError::refused_option;
-        } else if (QEL_KX_Orvane_setOptions(record_.get()) == 0) {
-            error = StartError::already_running;
-        } else if (QEL_KX_Orvane_getInstance() == nullptr) {
-            QEL_KX_Orvane_finalizeInstance();
-            error = StartError::not_created;
-        } else {
-            error.clear();
-            longest_end_ = options.longest_end;
-            return;
-        }
-        record_.reset();
-        if (reports != nullptr) {
-            *reports = take_reports();
-        }
-    }
-
-    /// @return NULL when an option was refused
-    static Record make_record(const Options& options) {
-        Record record{QEL_KX_Options_createDefault()};
-        QEL_KX_Options* const self = record.get();
-        if (self == nullptr) {
-            return nullptr;
-        }
-        const auto set_if = [self](bool is_given, auto set, auto value) {
-            return !is_given || set(self, value) == DDS_RETCODE_OK;
-        };
-        const std::string kind = options.application_kind.substr(
-            0, orvane_cut(options.application_kind.data(), options.application_kind.size(),
-                          ORVANE_APPLICATION_KIND_BOUND));
-        const bool is_accepted =
-            set_if(true, QEL_KX_Options_setDomainId, options.domain) &&
-            set_if(options.participant != nullptr, QEL_KX_Options_setDomainParticipant,
-                   options.participant) &&
-            set_if(true, QEL_KX_Options_setFilterLevel,
-                   static_cast<DDS_Long>(options.filter_level)) &&
-            set_if(!options.qos_library.empty(), QEL_KX_Options_setQosLibrary,
-                   options.qos_library.c_str()) &&
-            set_if(!options.qos_profile.empty(), QEL_KX_Options_setQosProfile,
-                   options.qos_profile.c_str()) &&
-            set_if(true, QEL_KX_Options_setQueueSize, options.queue_size) &&
-            set_if(options.thread != nullptr, QEL_KX_Options_setThreadSettings, options.thread) &&
-            set_if(!kind.empty(), QEL_KX_Options_setApplicationKind, kind.c_str()) &&
-            set_if(true, QEL_KX_Options_setRemoteAdministrationEnabled,
-                   QELBool{options.remote_administration}) &&
-            set_if(true, QEL_KX_Options_setEchoToStdout, QELBool{options.echo_to_stdout}) &&
-            set_if(true, QEL_KX_Options_setLogInfrastructureMessages,
-                   QELBool{options.log_infrastructure_messages});
-        return is_accepted ? std::move(record) : nullptr;
-    }
-
-    static std::string take_reports() {
-        std::array<char, 512> lines;
-        std::string text{lines.data(), QEL_KX_Orvane_takeReports(lines.data(), lines.size())};
-        if (!text.empty() && text.back() == '\n') {
-            text.pop_back();
-        }
-        return text;
-    }
-
-    /// Waits until the readers have what is queued. In a child process there is nothing to wait
-    /// for.
-    void hand_over_messages() const {
-        const auto end = std::chrono::steady_clock::now() + longest_end_;
-        const bool is_published = wait_until(end, [] {
-            QEL_KX_Statistics now{};
-            QEL_KX_Orvane_getStatistics(&now);
-            return now.accepted == now.published + now.discarded ||
-                   QEL_KX_Orvane_isOrvaneRunning() == 0;
-        });
-        if (is_published && QEL_KX_Orvane_isOrvaneRunning() != 0) {
-            const auto left = std::chrono::duration_cast<std::chrono::nanoseconds>(
-                end - std::chrono::steady_clock::now());
-            constexpr std::int64_t second = 1'000'000'000;
-            const std::int64_t nanoseconds = std::max(left.count(), std::int64_t{0});
-            const DDS_Duration_t longest = {static_cast<DDS_Long>(nanoseconds / second),
-                                            static_cast<DDS_UnsignedLong>(nanoseconds % second)};
-            DDS_DataWriter_wait_for_acknowledgments(log_writer(), &longest);
-        }
-    }
-
-    static DDS_DataWriter* log_writer() {
-        return QEL_KX_DDSEntities_getLogMessageWriter(orvane_logger()->ddsEntities);
-    }
-
-    template <typename Condition>
-    static bool wait_until(std::chrono::steady_clock::time_point end, Condition holds) {
-        while (!holds()) {
-            if (std::chrono::steady_clock::now() >= end) {
-                return false;
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds{1});
-        }
-        return true;
-    }
-
-    Record record_;
-    std::chrono::milliseconds longest_end_{};
-};
 
 }  // namespace orvane
 

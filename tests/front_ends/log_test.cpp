@@ -169,10 +169,10 @@ TEST_F(Log, CallsOfSyslogKeepTheirSeverity) {
     constexpr int levels[] = {100, 100, 200, 300, 400, 500, 600, 700};
     for (int priority = LOG_EMERG; priority <= LOG_DEBUG; ++priority) {
         const std::string expected = std::to_string(levels[priority]) + " [] " + strerror(ENOENT);
-        errno = ENOENT;
-        syslog(LOG_LOCAL0 | priority, "%m");
+        syslog(LOG_LOCAL0 | priority, "%s", strerror(ENOENT));
         EXPECT_EQ(pop(), expected);
-        log_by_list(priority, "%s", strerror(ENOENT));
+        errno = ENOENT;
+        log_by_list(priority, "%m");
         EXPECT_EQ(pop(), expected);
     }
 }

@@ -176,8 +176,8 @@ void put(std::string_view text) {
     va_end(again);
     length += wanted < 0 ? 0 : static_cast<std::size_t>(wanted);
     const bool is_too_long = length >= text.size();
-    kept_lines.add(std::string_view(text.data(), std::min(length, text.size() - 1))
-                       .substr(note.size()));
+    kept_lines.add(
+        std::string_view(text.data(), std::min(length, text.size() - 1)).substr(note.size()));
 
     if (may_wait()) {
         const OutputLock lock(true);
