@@ -2,6 +2,7 @@
 
 Logger   starts the logger of the process, and logs
 Handler  lets what the module logging logs go to that logger
+Reader   gives what the loggers of a domain publish, and open_recording() what was recorded
 
 A program that uses the module logging needs two lines more:
 
@@ -9,12 +10,31 @@ A program that uses the module logging needs two lines more:
         logging.getLogger().addHandler(orvane.Handler())
 
 The library liborvane.so.0 is loaded when it is needed first. The environment variable
-ORVANE_LIBRARY may name another file.
+ORVANE_LIBRARY may name another file, and ORVANE_TOOL another command than orvane.
 """
 
 from orvane.error import Error
+from orvane.events import Event, Gap, Identity, LoggerChange, Loss, Message
 from orvane.handler import Handler
 from orvane.level import Level, from_logging, to_logging
 from orvane.logger import Logger, Statistics
+from orvane.reader import Reader, Recording, open_recording
 
-__all__ = ["Error", "Handler", "Level", "Logger", "Statistics", "from_logging", "to_logging"]
+__all__ = [
+    "Error",
+    "Event",
+    "Gap",
+    "Handler",
+    "Identity",
+    "Level",
+    "Logger",
+    "LoggerChange",
+    "Loss",
+    "Message",
+    "Reader",
+    "Recording",
+    "Statistics",
+    "from_logging",
+    "open_recording",
+    "to_logging",
+]
