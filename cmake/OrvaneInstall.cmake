@@ -1,6 +1,6 @@
 # What an installation holds besides the libraries and the tool, which install themselves where
 # they are declared: headers, package files for CMake and pkg-config, manual page, configuration, its
-# schema, the format of recordings for lnav, and the published types.
+# schema, the format of recordings for lnav, the published types, and the Python package.
 # Nothing in it names the prefix, so that an installation can be moved.
 
 include(CMakePackageConfigHelpers)
@@ -20,6 +20,31 @@ install(
     FILES docs/man/orvane.1
     DESTINATION "${CMAKE_INSTALL_MANDIR}/man1"
     OPTIONAL)
+
+# Below a prefix such as /usr/local the interpreter looks in a folder of its version.
+find_package(Python3 QUIET COMPONENTS Interpreter)
+set(python_dir lib/python3/dist-packages)
+if(Python3_Interpreter_FOUND)
+    execute_process(
+        COMMAND "${Python3_EXECUTABLE}" -c "import sysconfig; print(sysconfig.get_path('purelib'))"
+        OUTPUT_VARIABLE purelib
+        OUTPUT_STRIP_TRAILING_WHITESPACE)
+    if(purelib MATCHES "/(lib/python3[^/]*/[^/]+)$")
+        set(python_dir "${CMAKE_MATCH_1}")
+    endif()
+endif()
+set(ORVANE_PYTHON_DIR "${python_dir}" CACHE STRING
+    "Where the Python package is installed below the prefix; empty leaves it out")
+if(ORVANE_PYTHON_DIR)
+    install(
+        DIRECTORY python/orvane
+        DESTINATION "${ORVANE_PYTHON_DIR}"
+        FILES_MATCHING
+        PATTERN "*.py"
+        PATTERN "py.typed"
+        PATTERN "__pycache__" EXCLUDE)
+endif()
+
 install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 
 install(
