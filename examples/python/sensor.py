@@ -7,10 +7,9 @@ import orvane
 
 domain = int(sys.argv[1]) if len(sys.argv) > 1 else 0
 log = logging.getLogger("sensor.thermo")
-log.setLevel(logging.INFO)
 
 with orvane.Logger(domain=domain, application_kind="sensor") as logger:
-    log.addHandler(orvane.Handler())
+    logging.basicConfig(level=logging.INFO, handlers=[orvane.Handler()])
     for sample, celsius in enumerate((21.5, 22.0, 71.0)):
         log.info("sample %d: %.1f C", sample, celsius)
         if celsius > 60:

@@ -21,6 +21,9 @@ class Handler(logging.Handler):
 
     def __init__(self, level: int | str = logging.NOTSET) -> None:
         super().__init__(level)
+        # Level and name are members of a message, and logging.basicConfig() would put them into the
+        # texts of a handler that has no formatter.
+        self.setFormatter(logging.Formatter())
         self._library = load()
 
     def emit(self, record: logging.LogRecord) -> None:
