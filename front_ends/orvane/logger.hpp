@@ -167,7 +167,7 @@ private:
         } else if (QEL_KX_Orvane_setOptions(record_.get()) == 0) {
             error = StartError::already_running;
         } else if (QEL_KX_Orvane_getInstance() == nullptr) {
-            QEL_KX_Orvane_finalizeInstance();
+            QEL_KX_Orvane_setOptions(nullptr);
             error = StartError::not_created;
         } else {
             error.clear();

@@ -228,6 +228,7 @@ TEST(LogScope, SaysWhyItDidNotStart) {
         EXPECT_EQ(unlucky.first, StartError::not_created);
         EXPECT_NE(unlucky.second.find("Unable to create DDSEntities"), std::string::npos)
             << unlucky.second;
+        EXPECT_EQ(gQEL_KX_Orvane_currentOptions, nullptr) << "they have been deleted";
     }
     std::error_code error = StartError::not_created;
     const Logger first{{.domain = domain()}, error};
