@@ -6,7 +6,6 @@
 #include <csignal>
 #include <cstring>
 #include <utility>
-#include <variant>
 
 #include "tools/text/time_text.hpp"
 
@@ -14,27 +13,6 @@ namespace orvane::tools {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-std::size_t text_size(const Logger& logger) {
-    return logger.kind.size() + logger.host.size() + logger.process.size();
-}
-
-/// Bytes that an event takes in the queue.
-struct SizeOfTexts {
-    std::size_t operator()(const MessageEvent& event) const {
-        return text_size(event.logger) + event.record.category.size() + event.record.message.size();
-    }
-    std::size_t operator()(const LossEvent& event) const { return text_size(event.logger); }
-    std::size_t operator()(const LoggerEvent& event) const {
-        return text_size(event.logger) + event.change.before.kind.size() +
-               event.change.now.kind.size();
-    }
-    std::size_t operator()(const RecordingGap& /*event*/) const { return 0; }
-};
-
-std::size_t size_of(const RecordedEvent& event) {
-    return sizeof event + std::visit(SizeOfTexts{}, event);
-}
 
 }  // namespace
 
@@ -67,7 +45,7 @@ void Recorder::add(std::vector<RecordedEvent> events) {
     {
         const std::lock_guard lock(mutex_);
         for (RecordedEvent& event : events) {
-            const std::size_t size = size_of(event);
+            const std::size_t size = memory_of(event);
             // Once events are missing, the gap comes before later events.
             if (refused_ > 0 || queue_size_ + size > queue_limit_) {
                 ++refused_;
@@ -143,7 +121,7 @@ void Recorder::write_queue(std::unique_lock<std::mutex>& lock) {
 bool Recorder::fill_batch() {
     constexpr std::size_t largest_batch = 256;
     while (batch_.size() < largest_batch && !queue_.empty()) {
-        queue_size_ -= size_of(queue_.front());
+        queue_size_ -= memory_of(queue_.front());
         batch_.push_back(std::move(queue_.front()));
         queue_.pop_front();
     }

@@ -2,6 +2,7 @@
 /// @brief What a recording holds.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <variant>
 
@@ -9,9 +10,10 @@
 
 namespace orvane::tools {
 
-/// Events that are not in the recording, because its disk was full or too slow.
+/// Events that are not in the recording, because its disk was full or too slow; of an export, those
+/// that the receiver did not take.
 struct RecordingGap {
-    std::int64_t nanoseconds = 0;  ///< when recording went on, since 1970-01-01 UTC
+    std::int64_t nanoseconds = 0;  ///< when it went on, since 1970-01-01 UTC
     std::uint64_t events = 0;
 };
 
@@ -29,5 +31,8 @@ inline std::int64_t time_of(const RecordedEvent& event) {
         },
         event);
 }
+
+/// Bytes that an event takes while it waits.
+std::size_t memory_of(const RecordedEvent& event);
 
 }  // namespace orvane::tools
