@@ -1,5 +1,5 @@
 /// @file json_object.hpp
-/// @brief Writes JSON objects (RFC 8259).
+/// @brief Writes JSON objects and arrays (RFC 8259).
 #pragma once
 
 #include <fmt/format.h>
@@ -11,6 +11,8 @@
 #include <utility>
 
 namespace orvane::tools {
+
+class JsonArray;
 
 /// An object as ASCII text, which grows by a member at a time. Each byte that is not UTF-8 becomes
 /// U+FFFD.
@@ -24,6 +26,7 @@ public:
         add_name(name);
         text_ += value.take();
     }
+    void add(std::string_view name, JsonArray value);
     void add(std::string_view name, std::integral auto value) {
         add_name(name);
         const fmt::format_int digits{value};
@@ -47,5 +50,28 @@ private:
 
     std::string text_;  ///< without the brace at the end
 };
+
+/// An array of objects.
+class JsonArray {
+public:
+    void add(JsonObject value) {
+        text_ += text_.empty() ? '[' : ',';
+        text_ += value.take();
+    }
+
+    /// @return the array, which must not be used any more
+    std::string take() {
+        text_ += text_.empty() ? "[]" : "]";
+        return std::move(text_);
+    }
+
+private:
+    std::string text_;  ///< without the bracket at the end
+};
+
+inline void JsonObject::add(std::string_view name, JsonArray value) {
+    add_name(name);
+    text_ += value.take();
+}
 
 }  // namespace orvane::tools

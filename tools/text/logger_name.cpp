@@ -42,7 +42,7 @@ std::string name_of(const Logger& logger) {
     return logger.number == 1 ? kind : fmt::format("{}#{}", kind, logger.number);
 }
 
-std::string loss_line(const LossEvent& loss) {
+std::string loss_text(const LossEvent& loss) {
     const struct {
         std::uint64_t count;
         std::string_view cause;
@@ -58,8 +58,12 @@ std::string loss_line(const LossEvent& loss) {
             list += fmt::format("{} {} {}", list.empty() ? ":" : ",", each.count, each.cause);
         }
     }
-    return fmt::format("--- {} message{} of {} lost{} ---\n", loss.lost(),
-                       loss.lost() == 1 ? "" : "s", name_of(loss.logger), list);
+    return fmt::format("{} message{} of {} lost{}", loss.lost(), loss.lost() == 1 ? "" : "s",
+                       name_of(loss.logger), list);
+}
+
+std::string loss_line(const LossEvent& loss) {
+    return fmt::format("--- {} ---\n", loss_text(loss));
 }
 
 std::string gap_line(const RecordingGap& gap) {

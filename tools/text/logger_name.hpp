@@ -20,6 +20,9 @@ std::string name_of(const Logger& logger);
 /// "process 4711 (planner) on host robot2", or the parts of it that are known.
 std::string process_text(const Logger& logger);
 
+/// "37 messages of pump lost: 30 queue full, 7 on the way".
+std::string loss_text(const LossEvent& loss);
+
 /// "--- 37 messages of pump lost: 30 queue full, 7 on the way ---" with a newline.
 std::string loss_line(const LossEvent& loss);
 

@@ -150,26 +150,6 @@ void append_row(std::string& table, const Row& row, const Widths& widths,
     table += '\n';
 }
 
-std::string event_details(const LoggerEvent& event) {
-    const LoggerChange& change = event.change;
-    switch (change.kind) {
-        case LoggerChange::Kind::appeared:
-        case LoggerChange::Kind::present: {
-            const std::string process = process_text(event.logger);
-            return fmt::format("{}, filter level {}{}{}", state_name(change.now.state),
-                               filter_level_text(change.now.filter_level),
-                               process.empty() ? "" : ", ", process);
-        }
-        case LoggerChange::Kind::changed: {
-            const std::string settings = difference_text(change.before, change.now);
-            return settings.empty() ? "application kind or domain" : settings;
-        }
-        case LoggerChange::Kind::gone:
-            break;
-    }
-    return change.now.state == QEL_KX_STATE_NONOPERATIONAL ? "ended" : "lost";
-}
-
 std::string refusal(const CommandOutcome& outcome) {
     std::string text = "refused";
     if (!outcome.message.empty()) {
@@ -232,10 +212,30 @@ std::string logger_table(const std::vector<LoggerEntry>& loggers, const TableSty
     return table;
 }
 
+std::string change_text(const LoggerEvent& event) {
+    const LoggerChange& change = event.change;
+    switch (change.kind) {
+        case LoggerChange::Kind::appeared:
+        case LoggerChange::Kind::present: {
+            const std::string process = process_text(event.logger);
+            return fmt::format("{}, filter level {}{}{}", state_name(change.now.state),
+                               filter_level_text(change.now.filter_level),
+                               process.empty() ? "" : ", ", process);
+        }
+        case LoggerChange::Kind::changed: {
+            const std::string settings = difference_text(change.before, change.now);
+            return settings.empty() ? "application kind or domain" : settings;
+        }
+        case LoggerChange::Kind::gone:
+            break;
+    }
+    return change.now.state == QEL_KX_STATE_NONOPERATIONAL ? "ended" : "lost";
+}
+
 std::string change_line(const LoggerEvent& event) {
     return fmt::format("{} {:<8} {}  {}\n", display_time(event.nanoseconds, false),
                        event_name(event.change.kind), identity_of(event.logger),
-                       event_details(event));
+                       change_text(event));
 }
 
 std::string outcome_line(const CommandOutcome& outcome, const Logger& logger,

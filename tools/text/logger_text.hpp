@@ -30,6 +30,9 @@ std::string logger_table(const std::vector<LoggerEntry>& loggers, const TableSty
 /// "appeared", "present", "changed" or "gone".
 std::string_view event_name(LoggerChange::Kind kind);
 
+/// "filter level INFO -> DEBUG", "lost": what has become of a logger.
+std::string change_text(const LoggerEvent& event);
+
 /// "2026-01-31 12:00:00.123456 changed  0a141e28:0000c350 pump  filter level INFO -> DEBUG".
 std::string change_line(const LoggerEvent& event);
 

@@ -42,6 +42,17 @@ std::string_view printable_ascii(std::string_view text) {
                                            [](char byte) { return is_printable_ascii(byte); })};
 }
 
+std::string well_formed(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const Decoded next = decode_utf8(text);
+        result += next.character == not_a_character ? "\xEF\xBF\xBD" : text.substr(0, next.size);
+        text.remove_prefix(next.size);
+    }
+    return result;
+}
+
 bool contains(std::span<const CharacterRange> ranges, char32_t character) {
     return std::any_of(ranges.begin(), ranges.end(), [&](const CharacterRange& range) {
         return range.first <= character && character <= range.last;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace orvane::tools {
@@ -26,6 +27,9 @@ constexpr bool is_printable_ascii(char byte) {
 
 /// The bytes at the front for which @ref is_printable_ascii holds.
 std::string_view printable_ascii(std::string_view text);
+
+/// The text with U+FFFD for each byte that is not UTF-8.
+std::string well_formed(std::string_view text);
 
 /// Characters of Unicode that follow each other.
 struct CharacterRange {
