@@ -70,7 +70,9 @@ int follow_domain(std::int32_t domain_id, std::optional<double> seconds, DomainF
     const std::chrono::duration<double> elapsed = Clock::now() - start;
     const std::uint64_t earlier =
         subscription->earlier([&](const Logger& logger) { return follower.wants(logger); });
-    return stop.conclude(follower.finish(status, elapsed.count(), earlier));
+    const int result = stop.conclude(follower.finish(status, elapsed.count(), earlier));
+    follower.let_go();
+    return result;
 }
 
 }  // namespace orvane::tools

@@ -31,6 +31,9 @@ public:
     /// @param earlier messages of the wanted loggers that were logged before, and did not come
     /// @return the exit status of the process
     virtual int finish(int status, double seconds, std::uint64_t earlier) = 0;
+
+    /// Ends what @ref finish has not waited for. After two seconds the process ends without it.
+    virtual void let_go() {}
 };
 
 /// Joins a domain and hands its events over until the time is over, or SIGINT or SIGTERM comes.

@@ -7,13 +7,13 @@
 #include <memory>
 #include <string>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include "tools/recording/recorder.hpp"
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/follow_domain.hpp"
 #include "tools/subcommands/progress_line.hpp"
+#include "tools/subcommands/wanted_events.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -38,22 +38,12 @@ public:
     }
 
     std::optional<int> take(std::vector<Event> events) override {
-        std::vector<RecordedEvent> wanted;
-        wanted.reserve(events.size());
-        for (Event& event : events) {
-            std::visit(
-                [&](auto& each) {
-                    if (counts(each)) {
-                        wanted.emplace_back(std::move(each));
-                    }
-                },
-                event);
-        }
+        std::vector<RecordedEvent> wanted = wanted_.choose(events);
         if (!wanted.empty()) {
             recorder_->add(std::move(wanted));
         }
         if (line_.is_due()) {
-            line_.show(messages_text() + lost_text());
+            line_.show(wanted_.messages_text() + wanted_.lost_text());
         }
         return std::nullopt;
     }
@@ -62,7 +52,8 @@ public:
 
     int finish(int status, double seconds, std::uint64_t earlier) override {
         const std::uint64_t missing = recorder_->stop();
-        std::string text = fmt::format("{} in {:.1f} s{}", messages_text(), seconds, lost_text());
+        std::string text =
+            fmt::format("{} in {:.1f} s{}", wanted_.messages_text(), seconds, wanted_.lost_text());
         if (earlier > 0) {
             text += fmt::format(", {} before this recording", earlier);
         }
@@ -75,29 +66,10 @@ public:
     }
 
 private:
-    /// Counts an event that is asked for. @return whether it is
-    bool counts(const MessageEvent& event) {
-        const bool is_wanted = options_.query.matches(event);
-        messages_ += is_wanted ? 1 : 0;
-        return is_wanted;
-    }
-    bool counts(const LossEvent& event) {
-        const bool is_wanted = wants(event.logger);
-        lost_ += is_wanted ? event.lost() : 0;
-        return is_wanted;
-    }
-    bool counts(const LoggerEvent& event) const { return wants(event.logger); }
-
-    std::string messages_text() const {
-        return fmt::format("{} message{}", messages_, messages_ == 1 ? "" : "s");
-    }
-    std::string lost_text() const { return lost_ > 0 ? fmt::format(", {} lost", lost_) : ""; }
-
     const RecordOptions& options_;
+    WantedEvents wanted_{options_.query};
     ProgressLine line_;
     std::unique_ptr<Recorder> recorder_;
-    std::uint64_t messages_ = 0;
-    std::uint64_t lost_ = 0;
 };
 
 }  // namespace
