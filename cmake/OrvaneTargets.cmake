@@ -17,7 +17,7 @@
 # Interface targets
 #   pexa_headers    include path of pexa/*.h
 #   orvane_headers  include path of orvane/*.h, and pexa_headers
-#   PkgConfig::LIBMD, PkgConfig::ZSTD, Threads::Threads, CycloneDDS::ddsc, EXPAT::EXPAT, fmt::fmt,
+#   PkgConfig::HTTPLIB, PkgConfig::LIBMD, PkgConfig::ZSTD, Threads::Threads, CycloneDDS::ddsc, EXPAT::EXPAT, fmt::fmt,
 #   CLI11::CLI11, nlohmann_json::nlohmann_json are found at the top.
 
 add_library(pexa_headers INTERFACE)
