@@ -1,6 +1,8 @@
 # shellcheck shell=bash
 # Completion of the command line of orvane. At the end of the installed file stands
-# _orvane_describe, which is made from the tool. It sets for a command, or for none:
+# _orvane_describe, which is made from the tool. It sets for a command, such as "export otlp", or for
+# none:
+#   below      the commands below it
 #   options    its options
 #   values     the words for the value of each option that has one, or -f for files
 #   arguments  the same for the arguments that are no options
@@ -8,7 +10,7 @@
 
 _orvane() {
     local word=${COMP_WORDS[COMP_CWORD]} each before='' command='' option='' place=0 i words
-    local options repeated
+    local below options repeated
     local -a arguments
     local -A values
     COMPREPLY=()
@@ -22,8 +24,8 @@ _orvane() {
             option=
         elif [[ $each == -* ]]; then
             if [[ -v values[$each] ]]; then option=$each; fi
-        elif [[ -z $command ]]; then
-            command=$each
+        elif [[ -n $below ]]; then
+            command+=${command:+ }$each
             _orvane_describe "$command"
         else
             place=$((place + 1))
@@ -41,7 +43,7 @@ _orvane() {
     elif [[ $word == -* ]]; then
         words=$options
     else
-        words=${arguments[place]-}
+        words=${below:-${arguments[place]-}}
     fi
     if [[ $words == -f ]]; then
         mapfile -t COMPREPLY < <(compgen -f -- "$word")

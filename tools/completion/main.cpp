@@ -39,16 +39,19 @@ std::string words_of(const std::string& argument) {
         {"FORMAT", print_format_names()},
         {"FORM", time_format_names()},
         {"FILE", files},
+        {"PATH", files},
         {"json|mcap", "json, mcap"},
         {"FACTOR", "max"},
         // Nobody can tell what these are.
         {"GLOB", ""},
         {"N", ""},
+        {"NAME=VALUE", ""},
         {"SECONDS", ""},
         {"SIZE", ""},
         {"TARGET", ""},
         {"TEXT", ""},
         {"TIME", ""},
+        {"URL", "http://, https://"},
     };
     const auto* const known =
         std::find_if(std::begin(arguments), std::end(arguments),
@@ -92,12 +95,10 @@ void add_option(const CLI::Option& option, Tables& tables) {
     }
 }
 
-void print_case(const CLI::App& command, std::string_view pattern,
-                const std::string& subcommands = {}) {
+/// Prints a case for a command, and for each below it.
+/// @param pattern the names from the first command on, in apostrophes
+void print_cases(const CLI::App& command, const std::string& pattern) {
     Tables tables;
-    if (!subcommands.empty()) {
-        tables.arguments = fmt::format(" '{}'", subcommands);
-    }
     for (const CLI::Option* option : command.get_options()) {
         if (option->get_positional()) {
             add_arguments(*option, tables);
@@ -105,29 +106,31 @@ void print_case(const CLI::App& command, std::string_view pattern,
             add_option(*option, tables);
         }
     }
+    std::string names;
+    for (const CLI::App* each : command.get_subcommands(nullptr)) {
+        names += (names.empty() ? "" : " ") + each->get_name();
+    }
     fmt::print(
-        "        {})\n"
+        "        '{}')\n"
+        "            below='{}'\n"
         "            options='{}'\n"
         "            values=({} )\n"
         "            arguments=({} )\n"
         "            repeated={}\n"
         "            ;;\n",
-        pattern, tables.options, tables.values, tables.arguments, tables.repeated);
+        pattern, names, tables.options, tables.values, tables.arguments, tables.repeated);
+    for (const CLI::App* each : command.get_subcommands(nullptr)) {
+        print_cases(*each, pattern.empty() ? each->get_name() : pattern + ' ' + each->get_name());
+    }
 }
 
 void print_tables() {
     const CommandLine line;
-    std::string names;
     fmt::print(
         "\n_orvane_describe() {{\n"
-        "    options='' values=() arguments=() repeated=0\n"
+        "    below='' options='' values=() arguments=() repeated=0\n"
         "    case $1 in\n");
-    for (const CLI::App* command : line.description().get_subcommands(nullptr)) {
-        names += names.empty() ? "" : " ";
-        names += command->get_name();
-        print_case(*command, command->get_name());
-    }
-    print_case(line.description(), "''", names);
+    print_cases(line.description(), "");
     fmt::print("    esac\n}}\n");
 }
 
