@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "tools/subcommands/check_config.hpp"
+#include "tools/subcommands/export.hpp"
 #include "tools/subcommands/list.hpp"
 #include "tools/subcommands/record.hpp"
 #include "tools/subcommands/replay.hpp"
@@ -27,6 +28,10 @@ CLI::App* add_tail_subcommand(CLI::App& app, TailOptions& options);
 CLI::App* add_record_subcommand(CLI::App& app, RecordOptions& options);
 CLI::App* add_replay_subcommand(CLI::App& app, ReplayOptions& options);
 CLI::App* add_show_subcommand(CLI::App& app, ShowOptions& options);
+/// The one below which the next two are.
+CLI::App* add_export_subcommand(CLI::App& app);
+CLI::App* add_otlp_subcommand(CLI::App& export_command, OtlpExportOptions& options);
+CLI::App* add_journal_subcommand(CLI::App& export_command, JournalExportOptions& options);
 CLI::App* add_list_subcommand(CLI::App& app, ListOptions& options);
 CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options);
 CLI::App* add_set_verbosity_subcommand(CLI::App& app, SetOptions& options);
@@ -57,6 +62,24 @@ Value require(std::optional<Value> value, const std::string& text, std::string_v
 }
 LoggerTarget require_target(const std::string& text);
 /// @}
+
+/// Accepts what @p parse understands, and stores it.
+template <typename Number, typename Value>
+CLI::Validator storing(std::optional<std::uint64_t> (*parse)(std::string_view text), Value& value,
+                       const char* expected) {
+    return {[parse, &value, expected](std::string& text) -> std::string {
+                const auto number = parse(text);
+                if (!number) {
+                    return fmt::format("'{}': {} expected", text, expected);
+                }
+                value = Number{*number};
+                return "";
+            },
+            ""};
+}
+
+/// What a size may be, for messages to the user.
+inline constexpr const char* size_forms = "bytes above 0, with or without k, M or G,";
 
 /// Reads a number, also "inf" and "nan". @return nothing for any other text
 std::optional<double> parse_real(const std::string& text);

@@ -18,6 +18,9 @@ CommandLine::CommandLine()
     add_set_level_subcommand(*app_, set_options_);
     add_set_verbosity_subcommand(*app_, set_options_);
     add_set_format_subcommand(*app_, set_options_);
+    CLI::App* const export_command = add_export_subcommand(*app_);
+    otlp_command_ = add_otlp_subcommand(*export_command, otlp_options_);
+    journal_command_ = add_journal_subcommand(*export_command, journal_options_);
     check_command_ = add_check_config_subcommand(*app_, check_options_);
     app_->set_version_flag("--version", "orvane " ORVANE_VERSION ", " ORVANE_ENGINE);
     app_->require_subcommand(0, 1);
@@ -46,6 +49,12 @@ int CommandLine::run(int argc, const char* const* argv) {
     }
     if (show_command_->parsed()) {
         return show(show_options_);
+    }
+    if (otlp_command_->parsed()) {
+        return export_otlp(otlp_options_);
+    }
+    if (journal_command_->parsed()) {
+        return export_journal(journal_options_);
     }
     if (check_command_->parsed()) {
         return check_config(check_options_);

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "tools/subcommands/check_config.hpp"
+#include "tools/subcommands/export.hpp"
 #include "tools/subcommands/list.hpp"
 #include "tools/subcommands/record.hpp"
 #include "tools/subcommands/replay.hpp"
@@ -43,11 +44,15 @@ private:
     /// The three subcommands share a record, because a command line has only one of them.
     SetOptions set_options_;
     CheckConfigOptions check_options_;
+    OtlpExportOptions otlp_options_;
+    JournalExportOptions journal_options_;
     const CLI::App* tail_command_;
     const CLI::App* record_command_;
     const CLI::App* replay_command_;
     const CLI::App* show_command_;
     const CLI::App* list_command_;
+    const CLI::App* otlp_command_;
+    const CLI::App* journal_command_;
     const CLI::App* check_command_;
 };
 

@@ -3,30 +3,13 @@
 #include <CLI/CLI.hpp>
 #include <chrono>
 #include <limits>
-#include <optional>
 #include <string>
-#include <string_view>
 
 #include "tools/command_line/arguments.hpp"
 #include "tools/text/scaled_number.hpp"
 
 namespace orvane::tools {
 namespace {
-
-/// Accepts what @p parse understands, and stores it.
-template <typename Number, typename Value>
-CLI::Validator storing(std::optional<std::uint64_t> (*parse)(std::string_view text),
-                       std::optional<Value>& value, const char* expected) {
-    return {[parse, &value, expected](std::string& text) -> std::string {
-                const auto number = parse(text);
-                if (!number) {
-                    return fmt::format("'{}': {} expected", text, expected);
-                }
-                value = Number{*number};
-                return "";
-            },
-            ""};
-}
 
 void add_rotation_options(CLI::App& command, RecordingOptions& options) {
     const auto ignore = [](const std::string&) {};
@@ -35,8 +18,7 @@ void add_rotation_options(CLI::App& command, RecordingOptions& options) {
             "--rotate-size", ignore,
             "Begin the next file when one has so many bytes; k, M and G are 2^10, 2^20, 2^30")
         ->type_name("SIZE")
-        ->check(storing<std::uint64_t>(parse_size, options.rotate_size,
-                                       "bytes above 0, with or without k, M or G,"));
+        ->check(storing<std::uint64_t>(parse_size, options.rotate_size, size_forms));
     command
         .add_option_function<std::string>(
             "--rotate-time", ignore,
