@@ -13,9 +13,8 @@
  *
  * The arguments are evaluated only if a message of the level is published or echoed right now. A
  * text is cut to ORVANE_LOG_MESSAGE_BOUND bytes, in front of the UTF-8 character that does not fit.
- * No call allocates memory or changes errno. Any thread, at any time; what
- * QEL_KX_Orvane_logMessageWithLevelCategory() says of signal handlers holds, and printf is not
- * async-signal-safe. C11 and C++20.
+ * No call changes errno, and none allocates memory for a text of up to 127 bytes, but for what
+ * printf does. Any thread, at any time, except in a signal handler. C11 and C++17.
  */
 #ifndef ORVANE_LOG_H
 #define ORVANE_LOG_H
@@ -24,31 +23,36 @@
 #include <stdarg.h>
 #include <stddef.h>
 #include <stdio.h>
+#include <string.h>
 
 #include "orvane/orvane.h"
 
-/** The category of the macros without one. Define another one before this header is included. */
+/** The category of the macros without one. Define another one before this header is included, also
+ *  by another header, or behind an #undef. */
 #ifndef ORVANE_CATEGORY
 #define ORVANE_CATEGORY ""
 #endif
 
-/** Calls of the macros with a level above this one are not compiled. A number or a
+/** Calls of the macros with a level above this one leave no code. A number or a
  *  @ref QEL_KX_LogLevel; every file may have its own. */
 #ifndef ORVANE_ACTIVE_LEVEL
 #define ORVANE_ACTIVE_LEVEL 0x7fffffff
 #endif
 
-/** Lets C++ use a function in constants. */
+/** A function of a header; in C++ one that may be part of other such functions, and of constants.
+ */
 #ifdef __cplusplus
+#define ORVANE_INLINE inline
 #define ORVANE_CONSTEXPR constexpr
 #else
-#define ORVANE_CONSTEXPR
+#define ORVANE_INLINE static inline
+#define ORVANE_CONSTEXPR static inline
 #endif
 
 PEXA_BEGIN_C
 
 /** @return the process's logger, or NULL. For logging calls only, which notice when it ends. */
-static inline QEL_KX_Orvane* orvane_logger(void) {
+ORVANE_INLINE QEL_KX_Orvane* orvane_logger(void) {
     return __atomic_load_n(&QEL_KX_Orvane_instance, __ATOMIC_ACQUIRE);
 }
 
@@ -58,7 +62,7 @@ static inline QEL_KX_Orvane* orvane_logger(void) {
  * @return @p length if it is at most @p bound; else the most bytes up to @p bound that do not end
  *   inside a character. Bytes that are no UTF-8 are cut at the bound.
  */
-ORVANE_CONSTEXPR static inline size_t orvane_cut(const char* text, size_t length, size_t bound) {
+ORVANE_CONSTEXPR size_t orvane_utf8_truncate(const char* text, size_t length, size_t bound) {
     size_t end = bound;
     if (length <= bound) {
         return length;
@@ -74,7 +78,7 @@ ORVANE_CONSTEXPR static inline size_t orvane_cut(const char* text, size_t length
  * @param time when the message arose; NULL means now
  * @param category not NULL
  */
-__attribute__((format(printf, 4, 0))) static inline void orvane_vlogf_at(const DDS_Time_t* time,
+__attribute__((format(printf, 4, 0))) ORVANE_INLINE void orvane_vlogf_at(const DDS_Time_t* time,
                                                                          DDS_Long level,
                                                                          const char* category,
                                                                          const char* format,
@@ -82,11 +86,20 @@ __attribute__((format(printf, 4, 0))) static inline void orvane_vlogf_at(const D
     const int error_number = errno;
     /* One byte more than is published shows whether a character ends there. */
     char text[ORVANE_LOG_MESSAGE_BOUND + 2];
+    char shortened[ORVANE_LOG_CATEGORY_BOUND + 1];
     const int length = vsnprintf(text, sizeof text, format, arguments);
+    const size_t category_length = strlen(category);
     /* An argument that cannot be converted costs the arguments, not the message. */
     const char* message = length < 0 ? format : text;
     if (length > ORVANE_LOG_MESSAGE_BOUND) {
-        text[orvane_cut(text, sizeof text - 1, ORVANE_LOG_MESSAGE_BOUND)] = '\0';
+        text[orvane_utf8_truncate(text, sizeof text - 1, ORVANE_LOG_MESSAGE_BOUND)] = '\0';
+    }
+    if (category_length > ORVANE_LOG_CATEGORY_BOUND) {
+        const size_t kept =
+            orvane_utf8_truncate(category, category_length, ORVANE_LOG_CATEGORY_BOUND);
+        memcpy(shortened, category, kept);
+        shortened[kept] = '\0';
+        category = shortened;
     }
     if (time == NULL) {
         QEL_KX_Orvane_logMessageWithLevelCategory(orvane_logger(), level, message, category);
@@ -98,7 +111,7 @@ __attribute__((format(printf, 4, 0))) static inline void orvane_vlogf_at(const D
 }
 
 /** The same, now, with the arguments as they are. */
-__attribute__((format(printf, 3, 4))) static inline void orvane_logf(DDS_Long level,
+__attribute__((format(printf, 3, 4))) ORVANE_INLINE void orvane_logf(DDS_Long level,
                                                                      const char* category,
                                                                      const char* format, ...) {
     va_list arguments;
@@ -107,15 +120,88 @@ __attribute__((format(printf, 3, 4))) static inline void orvane_logf(DDS_Long le
     va_end(arguments);
 }
 
+/** @return the writer of the log topic, or NULL without a running logger. */
+ORVANE_INLINE DDS_DataWriter* orvane_log_writer(void) {
+    const QEL_KX_Orvane* logger = orvane_logger();
+    return logger == NULL || QEL_KX_Orvane_isOrvaneRunning() == 0
+               ? NULL
+               : QEL_KX_DDSEntities_getLogMessageWriter(logger->ddsEntities);
+}
+
+/**
+ * Waits until a reader of the log has been found. A process that soon ends may have done so before
+ * a viewer has found it; others need not wait. Nobody may end the logger meanwhile.
+ * @param milliseconds to wait at most, about
+ * @return 1, or 0 when the time is over or there is no logger
+ */
+ORVANE_INLINE int orvane_wait_for_viewer(long milliseconds) {
+    const DDS_Duration_t pause = {0, 1000000};
+    DDS_DataWriter* writer = orvane_log_writer();
+    for (; writer != NULL; --milliseconds) {
+        DDS_PublicationMatchedStatus status;
+        if (DDS_DataWriter_get_publication_matched_status(writer, &status) == DDS_RETCODE_OK &&
+            status.current_count > 0) {
+            return 1;
+        }
+        if (milliseconds <= 0) {
+            return 0;
+        }
+        PEXA_Utility_sleep(&pause);
+    }
+    return 0;
+}
+
+/**
+ * Waits until what has been logged before is published. Nobody may end the logger meanwhile.
+ * @param milliseconds to wait at most, about
+ * @return how many of them are left, or -1 when the time is over
+ */
+ORVANE_INLINE long orvane_wait_until_published(long milliseconds) {
+    const DDS_Duration_t pause = {0, 1000000};
+    QEL_KX_Statistics now;
+    QEL_KX_Orvane_getStatistics(&now);
+    for (const DDS_UnsignedLongLong logged = now.accepted;
+         now.published + now.discarded < logged && QEL_KX_Orvane_isOrvaneRunning() != 0;
+         --milliseconds) {
+        if (milliseconds <= 0) {
+            return -1;
+        }
+        PEXA_Utility_sleep(&pause);
+        QEL_KX_Orvane_getStatistics(&now);
+    }
+    return milliseconds < 0 ? 0 : milliseconds;
+}
+
+/**
+ * Waits until the readers have what has been logged before; for the end of a process, which
+ * otherwise discards what is still queued. Nobody may end the logger meanwhile.
+ * @param milliseconds to wait at most, about; up to a day
+ * @return 1, also without a logger; 0 when the time is over
+ */
+ORVANE_INLINE int orvane_flush(long milliseconds) {
+    const long day = 24L * 60 * 60 * 1000;
+    const long left = orvane_wait_until_published(milliseconds < day ? milliseconds : day);
+    DDS_DataWriter* writer = orvane_log_writer();
+    if (left < 0 || writer == NULL) {
+        return left >= 0;
+    }
+    {
+        const DDS_Duration_t longest = {(DDS_Long)(left / 1000),
+                                        (DDS_UnsignedLong)(left % 1000) * 1000000U};
+        return DDS_DataWriter_wait_for_acknowledgments(writer, &longest) == DDS_RETCODE_OK;
+    }
+}
+
 PEXA_END_C
 
 /** Logs at any level, in any category: ORVANE_LOGF(level, category, format, ...). */
-#define ORVANE_LOGF(level, category, ...)                           \
-    do {                                                            \
-        if ((DDS_Long)(level) <= (DDS_Long)(ORVANE_ACTIVE_LEVEL) && \
-            QEL_KX_Orvane_isLevelEnabled(level) != 0) {             \
-            orvane_logf((level), (category), __VA_ARGS__);          \
-        }                                                           \
+#define ORVANE_LOGF(level, category, ...)                       \
+    do {                                                        \
+        const DDS_Long orvane_level = (DDS_Long)(level);        \
+        if (orvane_level <= (DDS_Long)(ORVANE_ACTIVE_LEVEL) &&  \
+            QEL_KX_Orvane_isLevelEnabled(orvane_level) != 0) {  \
+            orvane_logf(orvane_level, (category), __VA_ARGS__); \
+        }                                                       \
     } while (0)
 
 /** @name At a fixed level, in ORVANE_CATEGORY: ORVANE_INFOF(format, ...) @{ */

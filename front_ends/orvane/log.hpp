@@ -73,8 +73,8 @@ inline std::atomic<bool> shows_source_location = false;
 
 }  // namespace detail
 
-/// Whether each text ends with the place of its call, as in "valve stuck (pump.cpp:42)". Not at
-/// first. Any thread, at any time.
+/// Whether each text of a call of this header ends with its place, as in "valve stuck
+/// (pump.cpp:42)". Not at first. Any thread, at any time.
 inline void show_source_location(bool shows) noexcept {
     detail::shows_source_location.store(shows, std::memory_order_relaxed);
 }
@@ -113,11 +113,9 @@ public:
                 characters_.data(), room, format.format, std::forward<Arguments>(arguments)...);
             length_ = static_cast<std::size_t>(result.size);
         } catch (const std::exception& error) {
-            length_ = 0;
-            append("(");
-            append(error.what());
-            append(") ");
-            append(format.literal);
+            tell_failure(error.what(), format.literal);
+        } catch (...) {
+            tell_failure("a formatter has failed", format.literal);
         }
     }
 
@@ -148,8 +146,16 @@ public:
     }
 
 private:
+    void tell_failure(std::string_view reason, std::string_view format) noexcept {
+        length_ = 0;
+        append("(");
+        append(reason);
+        append(") ");
+        append(format);
+    }
+
     void cut(std::size_t bound) noexcept {
-        length_ = orvane_cut(characters_.data(), length_, bound);
+        length_ = orvane_utf8_truncate(characters_.data(), length_, bound);
     }
 
     // One byte more than is published shows whether a character ends there.
@@ -170,7 +176,8 @@ public:
     constexpr Category() noexcept = default;
     /// @param name is copied, up to ORVANE_LOG_CATEGORY_BOUND bytes and whole UTF-8 characters
     explicit constexpr Category(std::string_view name) noexcept {
-        const std::size_t length = orvane_cut(name.data(), name.size(), ORVANE_LOG_CATEGORY_BOUND);
+        const std::size_t length =
+            orvane_utf8_truncate(name.data(), name.size(), ORVANE_LOG_CATEGORY_BOUND);
         std::copy_n(name.data(), length, name_.data());
     }
 
@@ -259,35 +266,35 @@ void log(Level level, const Format<Arguments...>& format, Arguments&&... argumen
 }
 template <typename... Arguments>
 void fatal(const Format<Arguments...>& format, Arguments&&... arguments) noexcept {
-    log(Level::fatal, format, std::forward<Arguments>(arguments)...);
+    uncategorized.fatal(format, std::forward<Arguments>(arguments)...);
 }
 template <typename... Arguments>
 void severe(const Format<Arguments...>& format, Arguments&&... arguments) noexcept {
-    log(Level::severe, format, std::forward<Arguments>(arguments)...);
+    uncategorized.severe(format, std::forward<Arguments>(arguments)...);
 }
 template <typename... Arguments>
 void error(const Format<Arguments...>& format, Arguments&&... arguments) noexcept {
-    log(Level::error, format, std::forward<Arguments>(arguments)...);
+    uncategorized.error(format, std::forward<Arguments>(arguments)...);
 }
 template <typename... Arguments>
 void warning(const Format<Arguments...>& format, Arguments&&... arguments) noexcept {
-    log(Level::warning, format, std::forward<Arguments>(arguments)...);
+    uncategorized.warning(format, std::forward<Arguments>(arguments)...);
 }
 template <typename... Arguments>
 void notice(const Format<Arguments...>& format, Arguments&&... arguments) noexcept {
-    log(Level::notice, format, std::forward<Arguments>(arguments)...);
+    uncategorized.notice(format, std::forward<Arguments>(arguments)...);
 }
 template <typename... Arguments>
 void info(const Format<Arguments...>& format, Arguments&&... arguments) noexcept {
-    log(Level::info, format, std::forward<Arguments>(arguments)...);
+    uncategorized.info(format, std::forward<Arguments>(arguments)...);
 }
 template <typename... Arguments>
 void debug(const Format<Arguments...>& format, Arguments&&... arguments) noexcept {
-    log(Level::debug, format, std::forward<Arguments>(arguments)...);
+    uncategorized.debug(format, std::forward<Arguments>(arguments)...);
 }
 template <typename... Arguments>
 void trace(const Format<Arguments...>& format, Arguments&&... arguments) noexcept {
-    log(Level::trace, format, std::forward<Arguments>(arguments)...);
+    uncategorized.trace(format, std::forward<Arguments>(arguments)...);
 }
 /// @}
 
@@ -302,16 +309,17 @@ inline void write(Level level, std::string_view text,
 }  // namespace orvane
 
 /// Logs in a category, if the level is enabled: ORVANE_LOG_IN(category, level, format, ...). The
-/// arguments are evaluated only then. Levels above ORVANE_ACTIVE_LEVEL are not compiled.
-#define ORVANE_LOG_IN(category, level, ...)                                               \
-    do {                                                                                  \
-        if (static_cast<DDS_Long>(level) <= static_cast<DDS_Long>(ORVANE_ACTIVE_LEVEL) && \
-            ::orvane::is_enabled(level)) {                                                \
-            (category).log((level), __VA_ARGS__);                                         \
-        }                                                                                 \
+/// arguments are evaluated only then. Levels above ORVANE_ACTIVE_LEVEL leave no code.
+#define ORVANE_LOG_IN(category, level, ...)                                                      \
+    do {                                                                                         \
+        const ::orvane::Level orvane_level = (level);                                            \
+        if (static_cast<DDS_Long>(orvane_level) <= static_cast<DDS_Long>(ORVANE_ACTIVE_LEVEL) && \
+            ::orvane::is_enabled(orvane_level)) {                                                \
+            (category).log(orvane_level, __VA_ARGS__);                                           \
+        }                                                                                        \
     } while (0)
 
-/// @name At a fixed level, without a category: ORVANE_INFO(format, ...)
+/// @name At a fixed level, without a category (ORVANE_CATEGORY is for C): ORVANE_INFO(format, ...)
 /// @{
 #define ORVANE_FATAL(...) ORVANE_FATAL_IN(::orvane::uncategorized, __VA_ARGS__)
 #define ORVANE_SEVERE(...) ORVANE_SEVERE_IN(::orvane::uncategorized, __VA_ARGS__)

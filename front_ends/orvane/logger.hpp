@@ -8,10 +8,10 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <type_traits>
 #include <utility>
 
@@ -56,7 +56,7 @@ struct Options {
     bool echo_to_stdout = false;
     bool log_infrastructure_messages = true;
     /// How long the end waits at most for messages that are on their way.
-    std::chrono::milliseconds longest_end{500};
+    std::chrono::milliseconds flush_timeout{500};
 };
 
 /// Why a logger was not started.
@@ -115,14 +115,22 @@ private:
     std::error_code code_;
 };
 
-/// The process's logger, from the constructor to the destructor. There can be one at a time.
+namespace detail {
+
+/// Held while a logger starts or ends.
+inline std::mutex logger_mutex;
+
+}  // namespace detail
+
+/// The process's logger, from the constructor to the destructor. There can be one at a time; of
+/// threads that start one at the same time, one succeeds.
 ///
-/// The end waits until the readers have what was logged, but no longer than
-/// @ref Options::longest_end. The library says on standard output why a start has failed, too.
+/// The end waits until the readers have what was logged before, but no longer than
+/// @ref Options::flush_timeout. The library says on standard output why a start has failed, too.
 class Logger {
 public:
     /// @throws Error with the library's own lines
-    explicit Logger(const Options& options = {}) {
+    [[nodiscard]] explicit Logger(const Options& options = {}) {
         std::error_code error;
         std::string reports;
         start(options, error, &reports);
@@ -131,26 +139,58 @@ public:
         }
     }
     /// @param error is cleared, or a @ref StartError; then the object is no logger.
-    Logger(const Options& options, std::error_code& error) { start(options, error, nullptr); }
+    [[nodiscard]] Logger(const Options& options, std::error_code& error) {
+        start(options, error, nullptr);
+    }
 
     Logger(const Logger&) = delete;
     Logger& operator=(const Logger&) = delete;
     ~Logger() {
         if (record_) {
-            hand_over_messages();
-            QEL_KX_Orvane_finalizeInstance();
+            flush(flush_timeout_);
+            const std::lock_guard lock{detail::logger_mutex};
+            // In a child process there is a copy to free, and no instance. Somebody else may have
+            // ended ours, and started another one.
+            if (is_running() || orvane_logger() == nullptr) {
+                QEL_KX_Orvane_finalizeInstance();
+            }
+            forget_record();
         }
     }
 
-    /// Waits until a reader of the log has been found. A process that soon ends may have done so
-    /// before a viewer has found it; others need not wait.
+    /// False when the start has failed, in a child process, and after somebody else has ended it.
+    bool is_running() const noexcept {
+        const QEL_KX_Orvane* const logger = orvane_logger();
+        return record_ && logger != nullptr && logger->options == record_.get() &&
+               QEL_KX_Orvane_isOrvaneRunning() != 0;
+    }
+
+    // While the following run, nobody else may end the logger.
+
+    /// Waits until a viewer or another reader of the log has been found. A process that soon ends
+    /// may have done so before a viewer has found it; others need not wait.
     /// @return false when the time is over
-    bool wait_for_viewer(std::chrono::milliseconds longest) const {
-        return record_ && wait_until(std::chrono::steady_clock::now() + longest, [] {
-                   DDS_PublicationMatchedStatus status{};
-                   DDS_DataWriter_get_publication_matched_status(log_writer(), &status);
-                   return status.current_count > 0;
-               });
+    bool wait_for_viewer(std::chrono::milliseconds timeout) const {
+        return is_running() && orvane_wait_for_viewer(milliseconds(timeout)) != 0;
+    }
+
+    /// Waits until the readers have what was logged before.
+    /// @return false when the time is over
+    bool flush(std::chrono::milliseconds timeout) const {
+        return is_running() && orvane_flush(milliseconds(timeout)) != 0;
+    }
+
+    void set_filter_level(Level level) {
+        if (is_running()) {
+            QEL_KX_Orvane_setFilterLevel(orvane_logger(), static_cast<DDS_Long>(level));
+        }
+    }
+
+    /// What has become of the messages. Any thread, at any time.
+    static QEL_KX_Statistics statistics() noexcept {
+        QEL_KX_Statistics now{};
+        QEL_KX_Orvane_getStatistics(&now);
+        return now;
     }
 
 private:
@@ -160,24 +200,41 @@ private:
     using Record = std::unique_ptr<QEL_KX_Options, DeleteRecord>;
 
     void start(const Options& options, std::error_code& error, std::string* reports) {
+        const std::lock_guard lock{detail::logger_mutex};
         QEL_KX_Orvane_takeReports(nullptr, 0);
+        error.clear();
+        flush_timeout_ = options.flush_timeout;
         record_ = make_record(options);
         if (!record_) {
             error = StartError::refused_option;
         } else if (QEL_KX_Orvane_setOptions(record_.get()) == 0) {
             error = StartError::already_running;
         } else if (QEL_KX_Orvane_getInstance() == nullptr) {
-            QEL_KX_Orvane_setOptions(nullptr);
             error = StartError::not_created;
-        } else {
-            error.clear();
-            longest_end_ = options.longest_end;
-            return;
+        } else if (!is_running()) {
+            // C code has started one in between.
+            error = StartError::already_running;
+        }
+        if (error) {
+            forget_record();
+            if (reports != nullptr) {
+                *reports = take_reports();
+            }
+        }
+    }
+
+    void forget_record() {
+        if (record_ &&
+            __atomic_load_n(&gQEL_KX_Orvane_currentOptions, __ATOMIC_ACQUIRE) == record_.get()) {
+            QEL_KX_Orvane_setOptions(nullptr);
         }
         record_.reset();
-        if (reports != nullptr) {
-            *reports = take_reports();
-        }
+    }
+
+    static long milliseconds(std::chrono::milliseconds time) {
+        const std::chrono::milliseconds longest = std::chrono::hours{24};
+        return static_cast<long>(
+            std::clamp(time, std::chrono::milliseconds::zero(), longest).count());
     }
 
     /// @return NULL when an option was refused
@@ -190,9 +247,10 @@ private:
         const auto set_if = [self](bool is_given, auto set, auto value) {
             return !is_given || set(self, value) == DDS_RETCODE_OK;
         };
-        const std::string kind = options.application_kind.substr(
-            0, orvane_cut(options.application_kind.data(), options.application_kind.size(),
-                          ORVANE_APPLICATION_KIND_BOUND));
+        const std::string kind =
+            options.application_kind.substr(0, orvane_utf8_truncate(options.application_kind.data(),
+                                                                    options.application_kind.size(),
+                                                                    ORVANE_APPLICATION_KIND_BOUND));
         const bool is_accepted =
             set_if(true, QEL_KX_Options_setDomainId, options.domain) &&
             set_if(options.participant != nullptr, QEL_KX_Options_setDomainParticipant,
@@ -223,44 +281,8 @@ private:
         return text;
     }
 
-    /// Waits until the readers have what is queued. In a child process there is nothing to wait
-    /// for.
-    void hand_over_messages() const {
-        const auto end = std::chrono::steady_clock::now() + longest_end_;
-        const bool is_published = wait_until(end, [] {
-            QEL_KX_Statistics now{};
-            QEL_KX_Orvane_getStatistics(&now);
-            return now.accepted == now.published + now.discarded ||
-                   QEL_KX_Orvane_isOrvaneRunning() == 0;
-        });
-        if (is_published && QEL_KX_Orvane_isOrvaneRunning() != 0) {
-            const auto left = std::chrono::duration_cast<std::chrono::nanoseconds>(
-                end - std::chrono::steady_clock::now());
-            constexpr std::int64_t second = 1'000'000'000;
-            const std::int64_t nanoseconds = std::max(left.count(), std::int64_t{0});
-            const DDS_Duration_t longest = {static_cast<DDS_Long>(nanoseconds / second),
-                                            static_cast<DDS_UnsignedLong>(nanoseconds % second)};
-            DDS_DataWriter_wait_for_acknowledgments(log_writer(), &longest);
-        }
-    }
-
-    static DDS_DataWriter* log_writer() {
-        return QEL_KX_DDSEntities_getLogMessageWriter(orvane_logger()->ddsEntities);
-    }
-
-    template <typename Condition>
-    static bool wait_until(std::chrono::steady_clock::time_point end, Condition holds) {
-        while (!holds()) {
-            if (std::chrono::steady_clock::now() >= end) {
-                return false;
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds{1});
-        }
-        return true;
-    }
-
     Record record_;
-    std::chrono::milliseconds longest_end_{};
+    std::chrono::milliseconds flush_timeout_{};
 };
 
 }  // namespace orvane

@@ -1,6 +1,6 @@
 /**
  * @file rcutils_handler.h
- * @brief An output handler for ROS 2 that logs with the process's logger. C11 and C++20.
+ * @brief An output handler for ROS 2 that logs with the process's logger. C11 and C++17.
  *
  *     #include <orvane/rcutils_handler.h>
  *
@@ -21,7 +21,7 @@ PEXA_BEGIN_C
 
 /** @return the level for any severity of rcutils. A severity between two that have a name counts as
  *  the less severe one. */
-static inline DDS_Long orvane_from_rcutils_severity(int severity) {
+ORVANE_INLINE DDS_Long orvane_from_rcutils_severity(int severity) {
     return severity >= RCUTILS_LOG_SEVERITY_FATAL   ? QEL_KX_LEVEL_FATAL
            : severity >= RCUTILS_LOG_SEVERITY_ERROR ? QEL_KX_LEVEL_ERROR
            : severity >= RCUTILS_LOG_SEVERITY_WARN  ? QEL_KX_LEVEL_WARNING
@@ -32,7 +32,7 @@ static inline DDS_Long orvane_from_rcutils_severity(int severity) {
 
 /** @return the severity of rcutils for any level; less severe than DEBUG is 1, because 0 means that
  *  a logger has no severity of its own. */
-static inline int orvane_to_rcutils_severity(DDS_Long level) {
+ORVANE_INLINE int orvane_to_rcutils_severity(DDS_Long level) {
     return level <= QEL_KX_LEVEL_SEVERE    ? RCUTILS_LOG_SEVERITY_FATAL
            : level <= QEL_KX_LEVEL_ERROR   ? RCUTILS_LOG_SEVERITY_ERROR
            : level <= QEL_KX_LEVEL_WARNING ? RCUTILS_LOG_SEVERITY_WARN
@@ -43,7 +43,7 @@ static inline int orvane_to_rcutils_severity(DDS_Long level) {
 
 /** For rcutils_logging_set_output_handler(). Without a logger of the process it does nothing.
  *  @param timestamp nanoseconds since 1970-01-01 UTC */
-static inline void orvane_rcutils_handler(const rcutils_log_location_t* location, int severity,
+ORVANE_INLINE void orvane_rcutils_handler(const rcutils_log_location_t* location, int severity,
                                           const char* name, rcutils_time_point_value_t timestamp,
                                           const char* format, va_list* arguments) {
     const DDS_Long level = orvane_from_rcutils_severity(severity);

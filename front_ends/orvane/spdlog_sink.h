@@ -3,8 +3,8 @@
 ///
 ///     #include <orvane/spdlog_sink.h>
 ///
-///     auto pump = std::make_shared<spdlog::logger>("pump",
-///     std::make_shared<orvane::SpdlogSink>()); pump->info("started in {} s", seconds);
+///     spdlog::logger pump{"pump", std::make_shared<orvane::SpdlogSink>()};
+///     pump.info("started in {} s", seconds);
 ///
 /// The name of the spdlog logger becomes the category. A message keeps the time at which it was
 /// logged, also behind an asynchronous logger. Its text is what the caller has formatted: a pattern
@@ -64,7 +64,7 @@ class SpdlogSink final : public spdlog::sinks::sink {
 public:
     void log(const spdlog::details::log_msg& message) override {
         const DDS_Long level = from_spdlog_level(message.level);
-        if (QEL_KX_Orvane_isLevelEnabled(level) == 0) {
+        if (message.level == spdlog::level::off || QEL_KX_Orvane_isLevelEnabled(level) == 0) {
             return;
         }
         std::array<char, ORVANE_LOG_MESSAGE_BOUND + 1> text;
@@ -75,15 +75,15 @@ public:
                                                 to_time(message.time)};
         QEL_KX_Orvane_logMessageWithParams(orvane_logger(), &params);
     }
-    /// Messages are published as soon as they are logged.
-    void flush() override {}
+    /// Waits until what was logged is published, half a second at most.
+    void flush() override { orvane_wait_until_published(500); }
     void set_pattern(const std::string& /*pattern*/) override {}
     void set_formatter(std::unique_ptr<spdlog::formatter> /*formatter*/) override {}
 
 private:
     template <std::size_t Size>
     static void copy(spdlog::string_view_t from, std::array<char, Size>& to) noexcept {
-        const std::size_t length = orvane_cut(from.data(), from.size(), Size - 1);
+        const std::size_t length = orvane_utf8_truncate(from.data(), from.size(), Size - 1);
         std::copy_n(from.data(), length, to.data());
         to[length] = '\0';
     }

@@ -471,8 +471,8 @@ ORVANE_API DDS_ReturnCode_t QEL_KX_Orvane_printMessage(const char* message, cons
  * call, and forgets it. So an application can show why an operation has failed: it forgets what was
  * before with a NULL buffer, calls the operation, and takes the lines.
  * @param buffer gets the lines, each with its newline, and a NUL behind them; NULL only forgets
- * @param size of the buffer, in bytes. Of the lines, 511 bytes are kept at most, those of the
- * first.
+ * @param size of the buffer, in bytes. The first 511 bytes of the lines are kept; what is cut may
+ *   end inside a line or a character.
  * @return the number of bytes before the NUL.
  */
 ORVANE_API DDS_UnsignedLong QEL_KX_Orvane_takeReports(char* buffer, DDS_UnsignedLong size);

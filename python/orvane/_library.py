@@ -20,6 +20,7 @@ _string = ctypes.c_char_p
 OK = 0
 NANOSECONDS = 1_000_000_000
 _REPORTS_SIZE = 1024
+_LONGEST_WAIT = 24.0 * 3600
 
 
 class Time(ctypes.Structure):
@@ -79,7 +80,7 @@ class StatisticsRecord(ctypes.Structure):
     ]
 
 
-def _number(value: int) -> int:
+def number(value: int) -> int:
     if not -(2**31) <= value < 2**31:
         raise OverflowError(f"{value}: a number of 32 bits expected")
     return value
@@ -90,9 +91,9 @@ _name = functools.partial(encode, bound=sys.maxsize)
 
 # For each option of a logger the end of its setter's name, the type, and what makes a value of it.
 _OPTIONS: dict[str, tuple[str, Any, Callable[[Any], object]]] = {
-    "domain": ("DomainId", _long, _number),
-    "filter_level": ("FilterLevel", _long, _number),
-    "queue_size": ("QueueSize", _long, _number),
+    "domain": ("DomainId", _long, number),
+    "filter_level": ("FilterLevel", _long, number),
+    "queue_size": ("QueueSize", _long, number),
     "application_kind": ("ApplicationKind", _string, _kind),
     "qos_library": ("QosLibrary", _string, _name),
     "qos_profile": ("QosProfile", _string, _name),
@@ -187,13 +188,15 @@ class Library:
         return record
 
     def wait_until_published(self, seconds: float) -> bool:
-        """Waits until the queue is empty, and no longer than so many seconds."""
+        """Waits until what was logged is published, and no longer than so many seconds."""
 
-        def is_empty() -> bool:
+        logged = self.statistics().accepted
+
+        def is_published() -> bool:
             now = self.statistics()
-            return now.accepted <= now.published + now.discarded or not self.is_running()
+            return logged <= now.published + now.discarded or not self.is_running()
 
-        return _wait_until(is_empty, time.monotonic() + seconds)
+        return _wait_until(is_published, time.monotonic() + seconds)
 
     # The following two are for the one who can be sure that nobody ends the logger meanwhile.
 
@@ -208,7 +211,8 @@ class Library:
         return _wait_until(has_reader, time.monotonic() + seconds)
 
     def hand_over_messages(self, seconds: float) -> None:
-        """Waits until the readers have what is queued, and no longer than so many seconds."""
+        """Waits until the readers have what was logged, and no longer than so many seconds."""
+        seconds = min(seconds, _LONGEST_WAIT)
         deadline = time.monotonic() + seconds
         # In a child process there is nothing to wait for.
         if self.wait_until_published(seconds) and self.is_running():

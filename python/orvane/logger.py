@@ -9,7 +9,7 @@ from typing import Self
 
 from orvane.error import Error
 from orvane.level import Level
-from orvane._library import OK, StatisticsRecord, load
+from orvane._library import OK, StatisticsRecord, load, number
 from orvane._text import CATEGORY_BOUND, MESSAGE_BOUND, encode
 
 
@@ -115,14 +115,14 @@ class Logger:
         A process that soon ends may have done so before a viewer has found it; others need not
         wait.
         """
-        return self._is_own() and self._library.wait_for_viewer(timeout)
+        return self._is_running() and self._library.wait_for_viewer(timeout)
 
     def close(self, timeout: float = 0.5) -> None:
         """Ends the logger, when the readers have its messages or timeout seconds have passed.
 
         Does nothing when it is not running.
         """
-        if self._is_own():
+        if self._is_running():
             self._library.hand_over_messages(timeout)
         with _Running.lock:
             if self._options is None:
@@ -180,6 +180,7 @@ class Logger:
     def log(self, level: int, message: str, category: str = "") -> None:
         """Logs at any level: a Level, or another number of 32 bits."""
         library = self._library
+        level = number(level)
         if library.is_level_enabled(level):
             library.log(
                 library.instance.value,
@@ -217,6 +218,10 @@ class Logger:
             raise Error("the process has a logger already")
         if library.get_instance() is None:
             raise Error("the logger cannot be started", library.take_reports())
+
+    def _is_running(self) -> bool:
+        """Whether the logger of this object runs in this process, and not in its parent."""
+        return self._is_own() and bool(self._library.is_running())
 
     def _is_own(self) -> bool:
         """Whether the logger of the process uses the record of this object."""

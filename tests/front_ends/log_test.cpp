@@ -1,8 +1,12 @@
 #include "orvane/log.hpp"
 
-#include <limits>
-#include <new>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <latch>
+#include <optional>
 #include <stdexcept>
+#include <thread>
 
 #include "orvane/syslog.h"
 #include "tests/support/faults.hpp"
@@ -13,7 +17,9 @@ namespace orvane::test {
 namespace {
 
 /// A value whose text cannot be made.
-struct Broken {};
+struct Broken {
+    bool throws_exception = true;
+};
 
 /// "é", "€", an emoticon: characters of 2, 3 and 4 bytes.
 constexpr const char* wide_characters[] = {"\u00e9", "\u20ac", "\U0001F600"};
@@ -24,7 +30,10 @@ constexpr const char* wide_characters[] = {"\u00e9", "\u20ac", "\U0001F600"};
 template <>
 struct ORVANE_FORMATTER::formatter<orvane::test::Broken> {
     constexpr auto parse(auto& context) { return context.begin(); }
-    auto format(const orvane::test::Broken& /*value*/, auto& context) const {
+    auto format(const orvane::test::Broken& value, auto& context) const {
+        if (!value.throws_exception) {
+            throw 5;
+        }
         throw std::runtime_error("no text");
         return context.out();
     }
@@ -123,8 +132,10 @@ TEST_F(Log, ATextIsCutBetweenCharacters) {
             orvane::write(Level::info, whole);
             EXPECT_EQ(pop(), expected);
             const std::string name(ORVANE_LOG_CATEGORY_BOUND - before, 'x');
-            EXPECT_EQ(Category{name + character + "rest"}.name(),
-                      name + (before == character.size() ? character : ""));
+            const std::string category = name + (before == character.size() ? character : "");
+            EXPECT_EQ(Category{name + character + "rest"}.name(), category);
+            ORVANE_INFOF_IN((name + character + "rest").c_str(), "text");
+            EXPECT_EQ(pop(), "600 [" + category + "] text");
         }
         show_source_location(true);
         const std::string place = " (log_test.cpp:" + std::to_string(__LINE__ + 1) + ")";
@@ -146,6 +157,8 @@ TEST_F(Log, ACallThrowsNothingKeepsErrnoAndAllocatesNothing) {
     errno = 77;
     orvane::error("value {}", Broken{});
     EXPECT_EQ(pop(), "300 [] (no text) value {}");
+    orvane::error("value {}", Broken{false});
+    EXPECT_EQ(pop(), "300 [] (a formatter has failed) value {}");
     const std::string text(100, 'x');
     const Calls heap(heap_allocation);
     const Calls new_calls(new_expression);
@@ -169,18 +182,12 @@ TEST_F(Log, CallsOfSyslogKeepTheirSeverity) {
     constexpr int levels[] = {100, 100, 200, 300, 400, 500, 600, 700};
     for (int priority = LOG_EMERG; priority <= LOG_DEBUG; ++priority) {
         const std::string expected = std::to_string(levels[priority]) + " [] " + strerror(ENOENT);
-        syslog(LOG_LOCAL0 | priority, "%s", strerror(ENOENT));
+        ::syslog(LOG_LOCAL0 | priority, "%s", strerror(ENOENT));
         EXPECT_EQ(pop(), expected);
         errno = ENOENT;
         log_by_list(priority, "%m");
         EXPECT_EQ(pop(), expected);
     }
-}
-
-QEL_KX_Statistics statistics() {
-    QEL_KX_Statistics now{};
-    QEL_KX_Orvane_getStatistics(&now);
-    return now;
 }
 
 TEST(LogScope, PublishesWhatItWasGivenBeforeItEnds) {
@@ -200,10 +207,56 @@ TEST(LogScope, PublishesWhatItWasGivenBeforeItEnds) {
             orvane::debug("message {}", number);
         }
     }
-    EXPECT_EQ(statistics().published, 500U);
+    EXPECT_EQ(Logger::statistics().published, 500U);
     EXPECT_EQ(QEL_KX_Orvane_isOrvaneRunning(), 0);
-    // It can be started again.
-    EXPECT_NO_THROW(Logger{{.domain = domain()}});
+    const Logger again{{.domain = domain()}};
+    orvane::info("one more");
+    EXPECT_TRUE(again.flush(std::chrono::milliseconds::max()));
+    EXPECT_EQ(Logger::statistics().published, 1U);
+    EXPECT_FALSE(again.wait_for_viewer(std::chrono::milliseconds{-1}));
+}
+
+TEST(LogScope, OfTwoThreadsThatStartOneAtTheSameTimeOneSucceeds) {
+    for (int round = 0; round < 4; ++round) {
+        std::atomic<int> started = 0;
+        std::latch both_begin{2};
+        std::latch both_have_tried{2};
+        const auto start = [&](const char* kind) {
+            both_begin.arrive_and_wait();
+            std::error_code error;
+            const Logger logger{{.domain = domain(), .application_kind = kind}, error};
+            if (!error) {
+                ++started;
+                EXPECT_STREQ(QEL_KX_Orvane_instance->state->applicationKind, kind);
+            }
+            both_have_tried.arrive_and_wait();
+        };
+        std::thread other{start, "other"};
+        start("one");
+        other.join();
+        EXPECT_EQ(started, 1);
+    }
+}
+
+TEST(LogScope, EndsItsOwnLoggerOnly) {
+    std::optional<Logger> logger{std::in_place, orvane::Options{.domain = domain()}};
+    const pid_t child = fork();
+    if (child == 0) {
+        const bool runs = logger->is_running() || logger->wait_for_viewer(std::chrono::hours{1});
+        logger.reset();
+        _exit(runs ? EXIT_FAILURE : EXIT_SUCCESS);
+    }
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(logger->is_running());
+
+    QEL_KX_Orvane_finalizeInstance();
+    EXPECT_FALSE(logger->is_running());
+    EXPECT_FALSE(logger->wait_for_viewer(std::chrono::hours{1}));
+    const RunningLogger of_somebody_else;
+    logger.reset();
+    EXPECT_EQ(QEL_KX_Orvane_isOrvaneRunning(), 1);
 }
 
 TEST(LogScope, SaysWhyItDidNotStart) {

@@ -35,6 +35,7 @@ TEST(SpdlogSink, KeepsLevelNameTextAndTime) {
 
     queued.set_filter_level(QEL_KX_LEVEL_WARNING);
     logger.info("not asked for");
+    logger.log(spdlog::level::off, "no level");
     logger.warn(std::string(ORVANE_LOG_MESSAGE_BOUND - 1, 'x') + "\u00e9");
     EXPECT_EQ(queued.pop()->text, std::string(ORVANE_LOG_MESSAGE_BOUND - 1, 'x'));
     EXPECT_FALSE(queued.pop());

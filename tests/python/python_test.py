@@ -162,6 +162,9 @@ class LoggerTest(unittest.TestCase):
                 self.assertIn("already", error_of(orvane.Logger(domain=DOMAIN).start))
                 self.assertIn("already", error_of(ours.start))
                 self.assertTrue(ours.is_enabled_for(Level.INFO))
+                self.assertRaises(OverflowError, ours.log, 2**40, "no level")
+                ours.info("the last words")
+                ours.close(float("inf"))
             self.assertFalse(ours.is_enabled_for(Level.FATAL))
             ours.close()
 
@@ -248,6 +251,7 @@ class LoggerTest(unittest.TestCase):
 
             def child():
                 log.info("from the child")
+                self.assertFalse(log.wait_for_viewer(PATIENCE))
                 return error_of(orvane.Logger(domain=DOMAIN).start)
 
             self.assertRegex(in_child(child), "cannot be started.*forked")
