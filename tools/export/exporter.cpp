@@ -107,8 +107,9 @@ bool Exporter::wait_for_batch(Lock& lock) {
 
 void Exporter::fill_batch() {
     if (given_up_ > told_) {
-        const std::int64_t now = wall_clock();
-        batch_.push_back({RecordingGap{now, given_up_ - told_}, now});
+        ExportRecord& gap = batch_.emplace_back();
+        gap.observed = wall_clock();
+        gap.event = RecordingGap{gap.observed, given_up_ - told_};
         told_ = given_up_;
     }
     std::size_t bytes = 0;
