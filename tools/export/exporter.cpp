@@ -3,24 +3,17 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <csignal>
 #include <utility>
 #include <variant>
 
 #include "tools/text/time_text.hpp"
+#include "tools/thread/start_thread.hpp"
 
 namespace orvane::tools {
 
 Exporter::Exporter(std::unique_ptr<ExportSink> sink, const ExportLimits& limits, Report report)
     : sink_(std::move(sink)), limits_(limits), report_(std::move(report)) {
-    // Inherited by the thread: a connection that has ended must be a failure to write, and no
-    // signal.
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    thread_ = std::thread{[this] { run(); }};
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    thread_ = start_thread([this] { run(); });
 }
 
 Exporter::~Exporter() {

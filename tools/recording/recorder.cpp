@@ -3,11 +3,11 @@
 #include <fmt/format.h>
 
 #include <chrono>
-#include <csignal>
 #include <cstring>
 #include <utility>
 
 #include "tools/text/time_text.hpp"
+#include "tools/thread/start_thread.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -28,13 +28,7 @@ std::unique_ptr<Recorder> Recorder::start(const RecordingOptions& options, Repor
 
 Recorder::Recorder(RecordingFiles files, const RecordingOptions& options, Report report)
     : files_(std::move(files)), queue_limit_(options.queue_size), report_(std::move(report)) {
-    // Inherited by the thread: a file that is too large must be a failure to write, and no signal.
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    thread_ = std::thread{[this] { run(); }};
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    thread_ = start_thread([this] { run(); });
 }
 
 Recorder::~Recorder() {
