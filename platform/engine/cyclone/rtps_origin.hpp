@@ -4,8 +4,8 @@
 /// Cyclone keeps a message as long as it makes samples of it. It has then checked all submessages
 /// up to that of the sample, and put the numbers in their headers and the identities of the
 /// writers, as well as the prefix in the header of the message, into the host's byte order, in
-/// place. What else INFO_SRC says stays as it was sent. A message under DDS Security looks the same
-/// here, decrypted.
+/// place. What else INFO_SRC says stays as it was sent. A message that was signed or encrypted as a
+/// whole begins with an INFO_SRC, and the prefix in its header stays as it was sent, too.
 #pragma once
 
 #include <arpa/inet.h>
@@ -34,11 +34,10 @@ Record read_record(const unsigned char* place) {
 inline ddsi_guid_prefix_t source_prefix(const unsigned char* message, std::size_t submessage) {
     const auto header = read_record<Header_t>(message);
     ddsi_guid_prefix_t prefix = header.guid_prefix;
-    // Cyclone speaks for itself only. That spares its large batches the walk.
-    if (vendor_is_eclipse(header.vendorid)) {
-        return prefix;
-    }
-    for (std::size_t at = sizeof header; at < submessage;) {
+    // Cyclone speaks for itself only. That spares its large batches the walk beyond the begin.
+    const std::size_t end =
+        vendor_is_eclipse(header.vendorid) ? std::min(submessage, sizeof header + 1) : submessage;
+    for (std::size_t at = sizeof header; at < end;) {
         const auto passed = read_record<SubmessageHeader_t>(message + at);
         if (passed.submessageId == SMID_INFO_SRC) {
             prefix = read_record<InfoSRC_t>(message + at).guid_prefix;
