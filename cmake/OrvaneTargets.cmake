@@ -18,7 +18,7 @@
 #   pexa_headers    include path of pexa/*.h
 #   orvane_headers  include path of orvane/*.h, and pexa_headers
 #   PkgConfig::HTTPLIB, PkgConfig::LIBMD, PkgConfig::ZSTD, Threads::Threads, CycloneDDS::ddsc, EXPAT::EXPAT, fmt::fmt,
-#   CLI11::CLI11, nlohmann_json::nlohmann_json are found at the top.
+#   CLI11::CLI11, nlohmann_json::nlohmann_json, OpenSSL::Crypto, pugixml::pugixml are found at the top.
 
 add_library(pexa_headers INTERFACE)
 target_include_directories(

@@ -1,0 +1,71 @@
+/// @file certificates.hpp
+/// @brief Keys, certificates and lists of revoked certificates, as DDS Security's authentication
+/// takes them. Times are seconds since 1970-01-01 UTC.
+///
+/// What reads PEM gives nothing when the text holds no such object. What makes something throws
+/// std::runtime_error when OpenSSL fails.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "tools/security/openssl_handles.hpp"
+
+namespace orvane::tools {
+
+struct Validity {
+    std::int64_t from = 0;
+    std::int64_t to = 0;
+};
+
+/// From an hour before @p now, because clocks of other machines may be behind, so many days long.
+Validity validity_in_days(std::int64_t days, std::int64_t now);
+
+/// A new key on the curve P-256.
+Key make_key();
+
+/// A certificate that signs itself, others, documents and lists of revoked certificates.
+Certificate make_authority_certificate(EVP_PKEY& key, const Validity& validity);
+
+/// A certificate for the subject CN=@p name, with a random serial number.
+Certificate make_certificate(const std::string& name, EVP_PKEY& key, const Validity& validity,
+                             X509& authority, EVP_PKEY& authority_key);
+
+/// A list that revokes nothing.
+RevocationList make_revocation_list(X509& authority, EVP_PKEY& authority_key,
+                                    const Validity& validity);
+
+/// Adds a certificate to a list, and signs that again.
+void revoke_certificate(X509_CRL& list, X509& certificate, std::int64_t now,
+                        EVP_PKEY& authority_key);
+
+/// @name PEM
+/// @{
+Certificate read_certificate(std::string_view pem);
+Key read_key(std::string_view pem);
+RevocationList read_revocation_list(std::string_view pem);
+std::string to_pem(X509& certificate);
+std::string to_pem(X509_CRL& list);
+/// The private key, in a buffer that is cleansed when it is freed.
+Bio to_pem(EVP_PKEY& key);
+/// @}
+
+Validity validity_of(const X509& certificate);
+/// @return an end that never comes for a list without one
+Validity validity_of(const X509_CRL& list);
+
+/// The subject as RFC 2253 writes it, which is what permissions name: "CN=pump".
+std::string subject_of(const X509& certificate);
+
+/// The serial number in hexadecimal.
+std::string serial_of(const X509& certificate);
+
+/// Whether the engine takes keys of this kind: P-256, or RSA of 2048 bits.
+bool is_supported(const EVP_PKEY& key);
+
+bool is_signed_by(X509& certificate, X509& authority);
+bool is_signed_by(X509_CRL& list, X509& authority);
+bool is_revoked(X509_CRL& list, X509& certificate);
+
+}  // namespace orvane::tools
