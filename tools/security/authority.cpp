@@ -1,0 +1,282 @@
+#include "tools/security/authority.hpp"
+
+#include <fmt/format.h>
+
+#include <string_view>
+#include <utility>
+
+#include "tools/security/credential_files.hpp"
+#include "tools/security/credential_list.hpp"
+#include "tools/security/credentials.hpp"
+#include "tools/security/governance.hpp"
+#include "tools/security/permissions_document.hpp"
+#include "tools/security/signed_document.hpp"
+#include "tools/security/utc_text.hpp"
+
+namespace orvane::tools {
+namespace {
+
+constexpr std::int64_t day = 86400;
+constexpr std::int64_t authority_days = 20 * 365 + 5;
+constexpr const char* issued_folder = "issued";
+
+struct NewFile {
+    const char* name;
+    std::string_view bytes;
+    mode_t mode;
+};
+
+Status create_files(const std::string& folder, const std::vector<NewFile>& files,
+                    std::string& error) {
+    for (const NewFile& file : files) {
+        if (create_whole_file(join(folder, file.name), file.bytes, file.mode, error) ==
+            Status::failed) {
+            return Status::failed;
+        }
+    }
+    return Status::ok;
+}
+
+}  // namespace
+
+Status Authority::create(const std::string& directory, const std::vector<DomainRange>& domains,
+                         std::int64_t now, std::string& error) {
+    if (create_private_folder(directory, error) == Status::failed) {
+        return Status::failed;
+    }
+    Result<NewFolder> folder = NewFolder::create(join(directory, authority_folder), error);
+    if (!folder) {
+        return Status::failed;
+    }
+    const Validity validity = validity_in_days(authority_days, now);
+    const Key key = make_key();
+    const Certificate certificate = make_authority_certificate(*key, validity);
+    const RevocationList list = make_revocation_list(*certificate, *key, validity);
+    const Bio key_pem = to_pem(*key);
+    const std::string certificate_pem = to_pem(*certificate);
+    const std::string list_pem = to_pem(*list);
+    const std::string governance = sign_document(governance_xml(domains), *certificate, *key);
+    if (create_files(folder->path(),
+                     {{key_file, content_of(*key_pem), private_mode},
+                      {certificate_file, certificate_pem, public_mode},
+                      {revoked_file, list_pem, public_mode},
+                      {governance_file, governance, public_mode}},
+                     error) == Status::failed ||
+        create_private_folder(join(folder->path(), issued_folder), error) == Status::failed) {
+        return Status::failed;
+    }
+    return folder->finish(error);
+}
+
+Result<Authority> Authority::open(const std::string& directory, std::string& error) {
+    const std::string folder = join(directory, authority_folder);
+    Result<FolderLock> lock = FolderLock::take(folder, error);
+    if (!lock) {
+        error += expected_authority;
+        return std::nullopt;
+    }
+    Result<Certificate> certificate = load_certificate(join(folder, certificate_file), error);
+    if (!certificate) {
+        return std::nullopt;
+    }
+    Result<Key> key = load_key(join(folder, key_file), error);
+    if (!key) {
+        return std::nullopt;
+    }
+    return Authority{directory, *std::move(lock), *std::move(key), *std::move(certificate)};
+}
+
+Authority::Authority(const std::string& directory, FolderLock lock, Key key,
+                     Certificate certificate)
+    : directory_(directory),
+      folder_(join(directory, authority_folder)),
+      issued_(join(folder_, issued_folder)),
+      lock_(std::move(lock)),
+      key_(std::move(key)),
+      certificate_(std::move(certificate)) {}
+
+Status Authority::issue(const CredentialRequest& request, std::int64_t now,
+                        std::string& error) const {
+    Result<NewFolder> folder = NewFolder::create(join(directory_, request.name), error);
+    if (!folder) {
+        return Status::failed;
+    }
+    const Result<Validity> validity = validity_for(request.days, now, error);
+    if (!validity || check_domains(request.rules, error) == Status::failed ||
+        check_earlier_rights(request, now, error) == Status::failed) {
+        return Status::failed;
+    }
+    const Key key = make_key();
+    const Certificate certificate =
+        make_certificate(request.name, *key, *validity, *certificate_, *key_);
+    const std::string permissions = sign({request.grant_name, subject_of(*certificate),
+                                          validity->from, validity->to, request.rules, false});
+    if (fill_folder(folder->path(), *key, *certificate, permissions, error) == Status::failed ||
+        issued_.keep(request.name, *certificate, permissions, error) == Status::failed) {
+        return Status::failed;
+    }
+    return folder->finish(error);
+}
+
+Status Authority::renew(const std::string& name, std::int64_t days, std::int64_t now,
+                        std::string& error) const {
+    const std::string folder = join(directory_, name);
+    const Result<Validity> validity = validity_for(days, now, error);
+    if (!validity) {
+        return Status::failed;
+    }
+    const Result<Key> key = load_key(join(folder, key_file), error);
+    if (!key) {
+        return Status::failed;
+    }
+    Result<Permissions> permissions = read_permissions(folder, error);
+    if (!permissions || check_not_revoked(folder, error) == Status::failed) {
+        return Status::failed;
+    }
+    const Certificate certificate = make_certificate(name, **key, *validity, *certificate_, *key_);
+    permissions->not_before = validity->from;
+    permissions->not_after = validity->to;
+    const std::string document = sign(*permissions);
+    // In this order the credentials work after each step.
+    if (issued_.keep(name, *certificate, document, error) == Status::failed ||
+        replace_whole_file(join(folder, permissions_file), document, public_mode, error) ==
+            Status::failed) {
+        return Status::failed;
+    }
+    return replace_whole_file(join(folder, certificate_file), to_pem(*certificate), public_mode,
+                              error);
+}
+
+Result<std::vector<std::string>> Authority::revoke(const std::string& name, std::int64_t now,
+                                                   std::string& error) const {
+    const Result<RevocationList> list =
+        load_revocation_list(join(folder_, revoked_file), *certificate_, error);
+    if (!list) {
+        return std::nullopt;
+    }
+    const Result<std::vector<Certificate>> certificates = issued_.certificates(name, error);
+    if (!certificates) {
+        return std::nullopt;
+    }
+    if (certificates->empty()) {
+        error = fmt::format("{}: the authority has issued nothing for '{}'", folder_, name);
+        return std::nullopt;
+    }
+    for (const Certificate& certificate : *certificates) {
+        if (!is_revoked(**list, *certificate)) {
+            revoke_certificate(**list, *certificate, now, *key_);
+        }
+    }
+    Result<std::vector<std::string>> names = credential_names(directory_, error);
+    if (!names) {
+        return std::nullopt;
+    }
+    const std::string pem = to_pem(**list);
+    std::vector<std::string> folders{folder_};
+    for (const std::string& each : *names) {
+        folders.push_back(join(directory_, each));
+    }
+    for (const std::string& folder : folders) {
+        if (replace_whole_file(join(folder, revoked_file), pem, public_mode, error) ==
+            Status::failed) {
+            return std::nullopt;
+        }
+    }
+    return names;
+}
+
+Result<Validity> Authority::validity_for(std::int64_t days, std::int64_t now,
+                                         std::string& error) const {
+    const std::int64_t left = (validity_of(*certificate_).to - now) / day;
+    if (days < 1 || days > left) {
+        error =
+            fmt::format("{} days: expected 1 to {}, as long as the authority is valid", days, left);
+        return std::nullopt;
+    }
+    return validity_in_days(days, now);
+}
+
+Status Authority::check_domains(const std::vector<PermissionRule>& rules,
+                                std::string& error) const {
+    const std::string path = join(folder_, governance_file);
+    const Result<std::string> xml = load_signed_document(path, *certificate_, error);
+    if (!xml) {
+        return Status::failed;
+    }
+    const std::vector<DomainRange> governed = governed_domains(*xml);
+    Permissions permissions;
+    permissions.rules = rules;
+    for (std::int32_t domain_id = 0; domain_id <= last_secured_domain; ++domain_id) {
+        if (contains(governed, domain_id) && permissions.may_join(domain_id)) {
+            return Status::ok;
+        }
+    }
+    error = fmt::format("domains {}: expected one of those of {}: {}",
+                        text_of(permissions.domains()), path, text_of(governed));
+    return Status::failed;
+}
+
+Status Authority::check_earlier_rights(const CredentialRequest& request, std::int64_t now,
+                                       std::string& error) const {
+    const Result<std::vector<Permissions>> all =
+        issued_.permissions(request.name, *certificate_, error);
+    if (!all) {
+        return Status::failed;
+    }
+    for (const Permissions& earlier : *all) {
+        if (earlier.not_after > now && earlier.rules != request.rules) {
+            error = fmt::format(
+                "{}: has had other permissions, which hold until {} and would hold with a new "
+                "certificate, too; expected the same rights or another name",
+                join(directory_, request.name), utc_text(earlier.not_after));
+            return Status::failed;
+        }
+    }
+    return Status::ok;
+}
+
+Status Authority::check_not_revoked(const std::string& folder, std::string& error) const {
+    const Result<Certificate> certificate = load_certificate(join(folder, certificate_file), error);
+    if (!certificate) {
+        return Status::failed;
+    }
+    const Result<RevocationList> list =
+        load_revocation_list(join(folder_, revoked_file), *certificate_, error);
+    if (!list) {
+        return Status::failed;
+    }
+    if (is_revoked(**list, **certificate)) {
+        error = folder + ": revoked, and its key is not used again; expected another name";
+        return Status::failed;
+    }
+    return Status::ok;
+}
+
+std::string Authority::sign(const Permissions& permissions) const {
+    return sign_document(permissions_xml(permissions), *certificate_, *key_);
+}
+
+Status Authority::fill_folder(const std::string& folder, EVP_PKEY& key, X509& certificate,
+                              const std::string& permissions, std::string& error) const {
+    const Result<std::string> governance = read_whole_file(join(folder_, governance_file), error);
+    if (!governance) {
+        return Status::failed;
+    }
+    const Result<std::string> list = read_whole_file(join(folder_, revoked_file), error);
+    if (!list) {
+        return Status::failed;
+    }
+    const Bio key_pem = to_pem(key);
+    const std::string certificate_pem = to_pem(certificate);
+    const std::string authority_pem = to_pem(*certificate_);
+    return create_files(folder,
+                        {{key_file, content_of(*key_pem), private_mode},
+                         {certificate_file, certificate_pem, public_mode},
+                         {authority_file, authority_pem, public_mode},
+                         {governance_file, *governance, public_mode},
+                         {permissions_file, permissions, public_mode},
+                         {revoked_file, *list, public_mode}},
+                        error);
+}
+
+}  // namespace orvane::tools

@@ -1,0 +1,94 @@
+#include "tools/security/issued_credentials.hpp"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "tools/security/credential_files.hpp"
+#include "tools/security/permissions_document.hpp"
+#include "tools/security/whole_file.hpp"
+
+namespace orvane::tools {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* certificate_ending = ".pem";
+constexpr const char* permissions_ending = ".p7s";
+
+}  // namespace
+
+Status IssuedCredentials::keep(const std::string& name, X509& certificate,
+                               const std::string& permissions, std::string& error) const {
+    const std::string base = join(folder_, name + '.' + serial_of(certificate));
+    if (create_whole_file(base + certificate_ending, to_pem(certificate), public_mode, error) ==
+        Status::failed) {
+        return Status::failed;
+    }
+    return create_whole_file(base + permissions_ending, permissions, public_mode, error);
+}
+
+Result<std::vector<Certificate>> IssuedCredentials::certificates(const std::string& name,
+                                                                 std::string& error) const {
+    const Result<std::vector<std::string>> files = paths(name, certificate_ending, error);
+    if (!files) {
+        return std::nullopt;
+    }
+    std::vector<Certificate> certificates;
+    for (const std::string& path : *files) {
+        Result<Certificate> certificate = load_certificate(path, error);
+        if (!certificate) {
+            return std::nullopt;
+        }
+        certificates.push_back(*std::move(certificate));
+    }
+    return certificates;
+}
+
+Result<std::vector<Permissions>> IssuedCredentials::permissions(const std::string& name,
+                                                                X509& authority,
+                                                                std::string& error) const {
+    const Result<std::vector<std::string>> files = paths(name, permissions_ending, error);
+    if (!files) {
+        return std::nullopt;
+    }
+    std::vector<Permissions> permissions;
+    for (const std::string& path : *files) {
+        const Result<std::string> xml = load_signed_document(path, authority, error);
+        if (!xml) {
+            return std::nullopt;
+        }
+        const Result<std::vector<Permissions>> grants = parse_permissions(*xml, error);
+        if (!grants) {
+            error = fmt::format("{}: {}", path, error);
+            return std::nullopt;
+        }
+        permissions.insert(permissions.end(), grants->begin(), grants->end());
+    }
+    return permissions;
+}
+
+Result<std::vector<std::string>> IssuedCredentials::paths(const std::string& name,
+                                                          const char* ending,
+                                                          std::string& error) const {
+    std::vector<std::string> paths;
+    std::error_code failure;
+    for (fs::directory_iterator each{folder_, failure}, end; !failure && each != end;
+         each.increment(failure)) {
+        // A name may have dots, a serial number has none.
+        const fs::path file = each->path().filename();
+        if (file.extension() == ending && file.stem().stem() == name) {
+            paths.push_back(each->path().string());
+        }
+    }
+    if (failure) {
+        error = fmt::format("{}: cannot read: {}", folder_, failure.message());
+        return std::nullopt;
+    }
+    return paths;
+}
+
+}  // namespace orvane::tools

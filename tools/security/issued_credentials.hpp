@@ -1,0 +1,39 @@
+/// @file issued_credentials.hpp
+/// @brief The certificates and permissions that an authority has signed, which it keeps for as long
+/// as they might be used.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tools/records/result.hpp"
+#include "tools/security/certificates.hpp"
+#include "tools/security/permissions.hpp"
+
+namespace orvane::tools {
+
+class IssuedCredentials {
+public:
+    explicit IssuedCredentials(std::string folder) : folder_(std::move(folder)) {}
+
+    /// @param permissions the signed document
+    Status keep(const std::string& name, X509& certificate, const std::string& permissions,
+                std::string& error) const;
+
+    /// @name What was issued for a name.
+    /// @{
+    Result<std::vector<Certificate>> certificates(const std::string& name,
+                                                  std::string& error) const;
+    Result<std::vector<Permissions>> permissions(const std::string& name, X509& authority,
+                                                 std::string& error) const;
+    /// @}
+
+private:
+    Result<std::vector<std::string>> paths(const std::string& name, const char* ending,
+                                           std::string& error) const;
+
+    std::string folder_;
+};
+
+}  // namespace orvane::tools
