@@ -13,6 +13,7 @@
 
 #include "tools/subcommands/check_config.hpp"
 #include "tools/subcommands/export.hpp"
+#include "tools/subcommands/keys.hpp"
 #include "tools/subcommands/list.hpp"
 #include "tools/subcommands/record.hpp"
 #include "tools/subcommands/replay.hpp"
@@ -37,6 +38,8 @@ CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options);
 CLI::App* add_set_verbosity_subcommand(CLI::App& app, SetOptions& options);
 CLI::App* add_set_format_subcommand(CLI::App& app, SetOptions& options);
 CLI::App* add_check_config_subcommand(CLI::App& app, CheckConfigOptions& options);
+/// With those below it; @p options says which one was called.
+CLI::App* add_keys_subcommand(CLI::App& app, KeysOptions& options);
 /// @}
 
 /// Options of the subcommands that do not take all messages.

@@ -22,6 +22,7 @@ CommandLine::CommandLine()
     otlp_command_ = add_otlp_subcommand(*export_command, otlp_options_);
     journal_command_ = add_journal_subcommand(*export_command, journal_options_);
     check_command_ = add_check_config_subcommand(*app_, check_options_);
+    keys_command_ = add_keys_subcommand(*app_, keys_options_);
     app_->set_version_flag("--version", "orvane " ORVANE_VERSION ", " ORVANE_ENGINE);
     app_->require_subcommand(0, 1);
 }
@@ -58,6 +59,9 @@ int CommandLine::run(int argc, const char* const* argv) {
     }
     if (check_command_->parsed()) {
         return check_config(check_options_);
+    }
+    if (keys_command_->parsed()) {
+        return keys_options_.action(keys_options_);
     }
     return list_command_->parsed() ? list(list_options_) : set(set_options_);
 }

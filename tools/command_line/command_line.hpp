@@ -6,6 +6,7 @@
 
 #include "tools/subcommands/check_config.hpp"
 #include "tools/subcommands/export.hpp"
+#include "tools/subcommands/keys.hpp"
 #include "tools/subcommands/list.hpp"
 #include "tools/subcommands/record.hpp"
 #include "tools/subcommands/replay.hpp"
@@ -46,6 +47,7 @@ private:
     CheckConfigOptions check_options_;
     OtlpExportOptions otlp_options_;
     JournalExportOptions journal_options_;
+    KeysOptions keys_options_;
     const CLI::App* tail_command_;
     const CLI::App* record_command_;
     const CLI::App* replay_command_;
@@ -54,6 +56,7 @@ private:
     const CLI::App* otlp_command_;
     const CLI::App* journal_command_;
     const CLI::App* check_command_;
+    const CLI::App* keys_command_;
 };
 
 }  // namespace orvane::tools

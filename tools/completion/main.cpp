@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "tools/command_line/command_line.hpp"
+#include "tools/security/roles.hpp"
 #include "tools/text/level_names.hpp"
 #include "tools/text/setting_names.hpp"
 #include "tools/text/time_text.hpp"
@@ -30,6 +31,14 @@ struct Argument {
 /// Completed with the names of files.
 constexpr const char* files = "-f";
 
+std::string role_words() {
+    std::string words;
+    for (const char* role : role_names) {
+        words += (words.empty() ? "" : ", ") + std::string{role};
+    }
+    return words;
+}
+
 std::string words_of(const std::string& argument) {
     static const Argument arguments[] = {
         {"NAME|NUMBER", level_names()},
@@ -40,11 +49,15 @@ std::string words_of(const std::string& argument) {
         {"FORM", time_format_names()},
         {"FILE", files},
         {"PATH", files},
+        {"DIR", files},
+        {"FOLDER", files},
+        {"application|viewer|operator", role_words()},
         {"json|mcap", "json, mcap"},
         {"FACTOR", "max"},
         // Nobody can tell what these are.
         {"GLOB", ""},
         {"N", ""},
+        {"NAME", ""},
         {"NAME=VALUE", ""},
         {"SECONDS", ""},
         {"SIZE", ""},
