@@ -1,0 +1,373 @@
+#include <gtest/gtest.h>
+#include <orvane/admin.h>
+#include <orvane/statistics.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <sstream>
+
+#include "tools/security/authority.hpp"
+#include "tools/security/credential_check.hpp"
+#include "tools/security/credential_files.hpp"
+#include "tools/security/credential_list.hpp"
+#include "tools/security/credentials.hpp"
+#include "tools/security/permissions_document.hpp"
+#include "tools/security/wanted_rights.hpp"
+
+namespace orvane::tools {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::int64_t now = 1'800'000'000;
+constexpr std::int64_t day = 86400;
+constexpr const char* log_topic = QEL_KX_LOG_TOPIC_NAME;
+constexpr const char* request_topic = QEL_KX_COMMAND_REQUEST_TOPIC_NAME;
+
+std::string bytes_of(const fs::path& path) {
+    std::ostringstream bytes;
+    bytes << std::ifstream{path}.rdbuf();
+    return bytes.str();
+}
+
+void replace_in(const fs::path& path, const std::string& from, const std::string& to) {
+    std::string bytes = bytes_of(path);
+    ASSERT_NE(bytes.find(from), std::string::npos);
+    std::ofstream{path} << bytes.replace(bytes.find(from), from.size(), to);
+}
+
+void copy(const fs::path& from, const fs::path& to, const char* file) {
+    fs::copy(from / file, to / file, fs::copy_options::overwrite_existing);
+}
+
+mode_t mode_of(const fs::path& path) {
+    struct stat status {};
+    EXPECT_EQ(stat(path.c_str(), &status), 0);
+    return status.st_mode & 07777U;
+}
+
+class Plant : public testing::Test {
+protected:
+    Plant() {
+        std::string name = (fs::temp_directory_path() / "orvane-security-XXXXXX").string();
+        folder_ = mkdtemp(name.data());
+    }
+    ~Plant() override { fs::remove_all(folder_); }
+
+    std::string directory(const char* name = "plant") {
+        std::string path = (folder_ / name).string();
+        std::string error;
+        if (!fs::exists(path)) {
+            EXPECT_EQ(Authority::create(path, {{}}, now, error), Status::ok) << error;
+        }
+        return path;
+    }
+
+    /// @return the error, empty for none
+    std::string issue(const std::string& name, const WantedRights& wanted,
+                      const char* plant = "plant") {
+        std::string error;
+        const auto rules = rules_of(wanted, name, validity_in_days(365, now), error);
+        if (!rules) {
+            return error;
+        }
+        const auto authority = Authority::open(directory(plant), error);
+        return authority && authority->issue({name, grant_name_of(wanted), *rules}, now, error) ==
+                                Status::ok
+                   ? ""
+                   : error;
+    }
+    std::string issue(const std::string& name, Role role, const char* plant = "plant") {
+        return issue(name, WantedRights{role, {}, {}, {}, {}, {}}, plant);
+    }
+
+    fs::path path(const std::string& name, const char* file = "") {
+        return fs::path{directory()} / name / file;
+    }
+
+    Permissions permissions_of(const std::string& name) {
+        std::string error;
+        const auto permissions = read_permissions(path(name).string(), error);
+        EXPECT_TRUE(permissions) << error;
+        return permissions.value_or(Permissions{});
+    }
+
+    /// What is wrong, a line each, but for what this machine lacks.
+    std::string findings(const std::string& name, std::optional<std::int32_t> domain_id = {},
+                         std::int64_t at = now) {
+        std::string text;
+        for (const auto& finding : check_credentials(path(name).string(), domain_id, at)) {
+            if (finding.cause.find("plug-in") == std::string::npos) {
+                EXPECT_FALSE(finding.remedy.empty());
+                text += (finding.fatal ? "" : "warning: ") + finding.cause + '\n';
+            }
+        }
+        return text;
+    }
+
+    fs::path folder_;
+};
+
+TEST_F(Plant, RolesMayDoWhatTheyAreForAndNothingElse) {
+    const std::string none;
+    const struct {
+        std::string topic, publishers, subscribers;
+    } rows[] = {
+        {log_topic, "application ", "viewer operator "},
+        {QEL_KX_STATE_TOPIC_NAME, "application ", "viewer operator "},
+        {QEL_KX_STATISTICS_TOPIC_NAME, "application ", "viewer operator "},
+        {request_topic, "operator ", "application "},
+        {QEL_KX_COMMAND_RESPONSE_TOPIC_NAME, "application ", "operator "},
+        {"qel/orvane2", none, none},
+    };
+    for (const char* const& role : role_names) {
+        ASSERT_EQ(issue(role, static_cast<Role>(&role - role_names)), "");
+    }
+    for (const auto& row : rows) {
+        std::string publishers;
+        std::string subscribers;
+        for (const std::string role : role_names) {
+            const Permissions permissions = permissions_of(role);
+            EXPECT_EQ(permissions.name, role);
+            publishers += permissions.may_publish(row.topic, 7) ? role + ' ' : none;
+            subscribers += permissions.may_subscribe(row.topic, 7) ? role + ' ' : none;
+        }
+        EXPECT_EQ(publishers, row.publishers) << row.topic;
+        EXPECT_EQ(subscribers, row.subscribers) << row.topic;
+    }
+}
+
+TEST_F(Plant, RightsAreLimitedToTopicsAndDomainsAndExtended) {
+    ASSERT_EQ(issue("p", WantedRights{Role::viewer, "*/s*", {"own/*"}, {"in?"}, {3, 5}, {}}), "");
+    const Permissions permissions = permissions_of("p");
+    EXPECT_EQ(permissions.name, "viewer+own");
+    EXPECT_TRUE(permissions.may_subscribe(QEL_KX_STATE_TOPIC_NAME, 3));
+    EXPECT_FALSE(permissions.may_subscribe(log_topic, 3));
+    EXPECT_TRUE(permissions.may_publish("own/a/b", 5));
+    EXPECT_TRUE(permissions.may_subscribe("in1", 5));
+    EXPECT_FALSE(permissions.may_publish("in1", 5));
+    EXPECT_FALSE(permissions.may_publish("own/a/b", 4));
+    EXPECT_TRUE(permissions.may_join(5));
+    EXPECT_FALSE(permissions.may_join(4));
+    EXPECT_EQ(text_of(permissions.domains()), "3, 5");
+    EXPECT_NE(issue("q", WantedRights{Role::viewer, "x*", {}, {}, {}, {}}).find("'x*'"),
+              std::string::npos);
+}
+
+TEST_F(Plant, KeysAreForTheirOwnersOnlyWhateverTheUmask) {
+    for (const mode_t mask : {0U, 0777U}) {
+        const mode_t before = umask(mask);
+        const std::string name = "p" + std::to_string(mask);
+        EXPECT_EQ(issue(name, Role::application, name.c_str()), "");
+        umask(before);
+        for (const std::string& folder : {name, std::string{"authority"}}) {
+            const fs::path made = folder_ / name / folder;
+            EXPECT_EQ(mode_of(made), 0700U);
+            EXPECT_EQ(mode_of(made / key_file), 0600U);
+            EXPECT_EQ(mode_of(made / certificate_file), 0644U);
+        }
+    }
+}
+
+TEST_F(Plant, ACheckNamesEachFaultAndItsFile) {
+    using Spoil = std::function<void(const fs::path& folder)>;
+    ASSERT_EQ(issue("f", Role::operator_, "foreign"), "");
+    const auto foreign = [&](const char* file) -> Spoil {
+        return [&, file](const fs::path& own) { copy(folder_ / "foreign" / "f", own, file); };
+    };
+    const Spoil nothing = [](const fs::path&) {};
+    const struct {
+        const char* name;
+        Spoil spoil;
+        const char* finding;
+        std::int64_t at = now;
+        std::int32_t domain_id = 0;
+    } rows[] = {
+        {"good", nothing, ""},
+        {"early", nothing, "certificate.pem: valid from", now - day},
+        {"late", nothing, "certificate.pem: expired at", now + 366 * day},
+        {"late_permissions", nothing, "permissions.p7s: expired at", now + 366 * day},
+        {"domain", nothing, "permissions.p7s: nothing is allowed in domain 231", now, 231},
+        {"governed", nothing, "governance.p7s: nothing is allowed in domain 232", now, 232},
+        {"foreign", foreign(authority_file), "certificate.pem: not issued by the authority"},
+        {"foreign_permissions", foreign(permissions_file),
+         "permissions.p7s: not signed by the authority"},
+        {"forged", [](const fs::path& own) { replace_in(own / permissions_file, "DENY", "ALLOW"); },
+         "permissions.p7s: not signed by the authority"},
+        {"ungoverned",
+         [](const fs::path& own) { replace_in(own / governance_file, "ENCRYPT", "NONE"); },
+         "governance.p7s: not signed by the authority"},
+        {"list", foreign(revoked_file), "revoked.pem: no list"},
+        {"key", foreign(key_file), "key.pem: not the key of certificate.pem"},
+        {"warned_of_end", nothing, "certificate.pem: expires at", now + 352 * day},
+        {"warned_of_mode",
+         [](const fs::path& own) {
+             fs::permissions(own / key_file, fs::perms::others_read, fs::perm_options::add);
+         },
+         "mode 0604, expected 0600"},
+        {"missing", [](const fs::path& own) { fs::remove(own / key_file); },
+         "key.pem: cannot read"},
+        {"no_list", [](const fs::path& own) { fs::remove(own / revoked_file); },
+         "revoked.pem: cannot read"},
+        {"rubbish", [](const fs::path& own) { std::ofstream{own / certificate_file}; },
+         "certificate.pem: no certificate"},
+        {"folder", [](const fs::path& own) { fs::remove_all(own); }, "no such folder"},
+    };
+    for (const auto& row : rows) {
+        ASSERT_EQ(issue(row.name, Role::application), "");
+        row.spoil(path(row.name));
+        const std::string found = findings(row.name, row.domain_id, row.at);
+        EXPECT_NE(found.find(row.finding), std::string::npos) << row.name << ": " << found;
+        EXPECT_EQ(found.empty(), std::string{row.finding}.empty()) << row.name << ": " << found;
+        EXPECT_EQ(found.starts_with("warning: "), std::string{row.name}.starts_with("warned"))
+            << found;
+    }
+}
+
+TEST_F(Plant, PermissionsOfAnotherNameAreNoUse) {
+    ASSERT_EQ(issue("viewer", Role::viewer), "");
+    ASSERT_EQ(issue("operator", Role::operator_), "");
+    copy(path("operator"), path("viewer"), permissions_file);
+    EXPECT_NE(findings("viewer").find("no grant for CN=viewer"), std::string::npos);
+}
+
+TEST_F(Plant, ANameIsRevokedWithAllItsCertificatesInAllFolders) {
+    ASSERT_EQ(issue("p", Role::application), "");
+    ASSERT_EQ(issue("p.1", Role::application), "");
+    const std::string first = bytes_of(path("p", certificate_file));
+    std::string error;
+    {
+        const auto authority = Authority::open(directory(), error);
+        ASSERT_EQ(authority->renew("p", 30, now + day, error), Status::ok) << error;
+        const auto told = authority->revoke("p", now + day, error);
+        ASSERT_TRUE(told) << error;
+        EXPECT_EQ(*told, (std::vector<std::string>{"p", "p.1"}));
+        EXPECT_EQ(authority->renew("p", 30, now + day, error), Status::failed);
+        EXPECT_FALSE(authority->revoke("nobody", now, error));
+    }
+    EXPECT_NE(findings("p", {}, now + day).find("certificate.pem: revoked"), std::string::npos);
+    EXPECT_EQ(findings("p.1", {}, now + day), "");
+    const auto authority = load_certificate(path("p.1", authority_file).string(), error);
+    const auto list = load_revocation_list(path("p.1", revoked_file).string(), **authority, error);
+    EXPECT_TRUE(is_revoked(**list, *read_certificate(first))) << "the one before the renewal";
+    const auto entries = list_credentials(directory(), error);
+    ASSERT_EQ(entries->size(), 2U);
+    EXPECT_TRUE(entries->front().is_revoked);
+    EXPECT_FALSE(entries->back().is_revoked);
+}
+
+TEST_F(Plant, ARenewalKeepsKeySubjectAndRights) {
+    ASSERT_EQ(issue("p", WantedRights{Role::application, {}, {"own"}, {}, {4}, {}}), "");
+    const Permissions before = permissions_of("p");
+    const std::string key = bytes_of(path("p", key_file));
+    std::string error;
+    ASSERT_EQ(Authority::open(directory(), error)->renew("p", 400, now + 365 * day, error),
+              Status::ok)
+        << error;
+    EXPECT_EQ(findings("p", 4, now + 750 * day), "");
+    EXPECT_EQ(bytes_of(path("p", key_file)), key);
+    EXPECT_EQ(permissions_of("p").rules, before.rules);
+    EXPECT_EQ(permissions_of("p").name, before.name);
+}
+
+TEST_F(Plant, WhatIsThereStaysAndNothingIsHalfMade) {
+    ASSERT_EQ(issue("p", Role::application), "");
+    const std::string key = bytes_of(path("p", key_file));
+    EXPECT_NE(issue("p", Role::application).find("exists already"), std::string::npos);
+    EXPECT_EQ(bytes_of(path("p", key_file)), key);
+    std::string error;
+    EXPECT_EQ(Authority::create(directory(), {{}}, now, error), Status::failed);
+    fs::remove(path("authority", revoked_file));
+    EXPECT_NE(issue("q", Role::application).find("revoked.pem"), std::string::npos);
+    std::size_t folders = 0;
+    for ([[maybe_unused]] const auto& each : fs::directory_iterator{directory()}) {
+        ++folders;
+    }
+    EXPECT_EQ(folders, 2U) << "p and authority";
+}
+
+TEST_F(Plant, ANameGetsNoOtherRightsWhileEarlierPermissionsHold) {
+    ASSERT_EQ(issue("p", Role::operator_), "");
+    fs::remove_all(path("p"));
+    EXPECT_NE(issue("p", Role::viewer).find("other permissions"), std::string::npos);
+    EXPECT_EQ(issue("p", Role::operator_), "");
+}
+
+/// A document with one grant.
+std::string document(const std::string& in_grant) {
+    return "<dds>\n<permissions>\n<grant name=\"g\">\n" + in_grant +
+           "</grant>\n</permissions>\n</dds>\n";
+}
+
+TEST_F(Plant, RulesOfADocumentFollowThoseOfTheRole) {
+    const std::string rules = document(R"(<subject_name>CN=p</subject_name>
+<validity><not_before>2020-01-01T00:00:00</not_before><not_after>2040-01-01T00:00:00Z</not_after></validity>
+<deny_rule><domains><id>0</id></domains><publish><topics><topic>*</topic></topics></publish></deny_rule>
+<allow_rule><domains><id_range><min>0</min><max>9</max></id_range></domains>
+<publish><topics><topic>a &amp; b</topic></topics></publish>
+<subscribe><topics><topic>c*</topic></topics><partitions><partition>x</partition></partitions></subscribe>
+<subscribe><topics><topic>d</topic></topics><partitions><partition>*</partition></partitions></subscribe>
+</allow_rule><default>DENY</default>)");
+    ASSERT_EQ(issue("p", WantedRights{Role::application, {}, {}, {}, {}, rules}), "");
+    const Permissions permissions = permissions_of("p");
+    EXPECT_TRUE(permissions.may_publish(log_topic, 0)) << "the role's rule is before the denial";
+    EXPECT_FALSE(permissions.may_publish("a & b", 0));
+    EXPECT_TRUE(permissions.may_publish("a & b", 9));
+    EXPECT_FALSE(permissions.may_publish("a & b", 10));
+    EXPECT_FALSE(permissions.may_subscribe("c", 9)) << "in another partition only";
+    EXPECT_TRUE(permissions.may_subscribe("d", 9));
+}
+
+TEST_F(Plant, RulesThatWouldMeanSomethingElseAreRefused) {
+    const std::string rule =
+        "<allow_rule><domains><id>0</id></domains>"
+        "<publish><topics><topic>a</topic></topics></publish></allow_rule>\n";
+    const struct {
+        std::string xml, error;
+    } rows[] = {
+        {document(rule + "<default>ALLOW</default>"), "'g' allows by default"},
+        {document(rule + "<default>allow</default>"), "line 5: 'allow', expected ALLOW or DENY"},
+        {document("<subject_name>CN=q</subject_name>" + rule), "no rules for CN=p"},
+        {document("<validity><not_after>2027-02-01T00:00:00Z</not_after></validity>" + rule),
+         "'g' holds until 2027-02-01T00:00:00Z"},
+        {document("<validity><not_before>2027-02-01T00:00:00Z</not_before></validity>" + rule),
+         "'g' holds from 2027-02-01T00:00:00Z on"},
+        {document("<validity><not_after>tomorrow</not_after></validity>"), "line 4: 'tomorrow'"},
+        {document("<allow_rule>\n<domains><id>231</id></domains></allow_rule>"),
+         "line 5: '231' is no domain, expected 0 to 230"},
+        {document("<allow_rule><domains><id_range><min>5</min></id_range></domains></allow_rule>"),
+         "expected min and max"},
+        {document("<allow_rule><publish><topics><topic>a</topic></topics></publish></allow_rule>"),
+         "allow_rule without domains"},
+        {document("<allow_rule><domains><id>1</id></domains><publish/></allow_rule>"),
+         "publish without topics"},
+        {document("<allow_rule>\n\n<relay/></allow_rule>"), "line 6: element relay in allow_rule"},
+        {document("<allow_rule><publish><data_tags/></publish></allow_rule>"), "element data_tags"},
+        {document("stray"), "text in grant"},
+        {"<dds><permission/></dds>", "element permission in dds, expected permissions"},
+        {"<domains/>", "element domains, expected dds"},
+        {"<dds>\n<permissions>", "line 2: "},
+    };
+    for (const auto& row : rows) {
+        const std::string error = issue("p", WantedRights{{}, {}, {}, {}, {}, row.xml});
+        EXPECT_NE(error.find(row.error), std::string::npos) << row.error << " in: " << error;
+    }
+}
+
+TEST(Credentials, NamesAreFoldersThatNoPathLeaves) {
+    for (const char* name : {"pump-1", "a", "P_2.x", "authority2"}) {
+        EXPECT_TRUE(is_credential_name(name)) << name;
+    }
+    for (const std::string& name :
+         {std::string{}, std::string{".."}, std::string{".x"}, std::string{"a/b"},
+          std::string{"a b"}, std::string{"authority"}, std::string(65, 'a'), std::string{"a,b"},
+          std::string{"ä"}}) {
+        EXPECT_FALSE(is_credential_name(name)) << name;
+    }
+}
+
+}  // namespace
+}  // namespace orvane::tools
