@@ -2,7 +2,9 @@
 /// @brief The engine's own diagnostics.
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/engine/values.hpp"
 
@@ -49,5 +51,23 @@ void set_log_sink(LogSink sink, void* context) noexcept;
 /// topic that this process creates in it. Earlier traces pass only if the engine's configuration
 /// enables them, too.
 void set_log_mask(LogMask mask) noexcept;
+
+/// While it lives, it keeps the errors that the engine reports on the thread that made it, and that
+/// the mask keeps from the sink. There is one on a thread at most.
+class HiddenErrors {
+public:
+    HiddenErrors() noexcept;
+    ~HiddenErrors();
+    HiddenErrors(const HiddenErrors&) = delete;
+    HiddenErrors& operator=(const HiddenErrors&) = delete;
+
+    const std::vector<std::string>& lines() const { return lines_; }
+
+    /// Keeps a line if the calling thread has such an object, and memory.
+    static void note(std::string_view line) noexcept;
+
+private:
+    std::vector<std::string> lines_;
+};
 
 }  // namespace pexa::engine

@@ -4,7 +4,8 @@
 
 namespace pexa {
 
-/// The result of an operation that can fail. The numbers are the return codes of the DDS standard.
+/// The result of an operation that can fail. The numbers are the return codes of the DDS standard
+/// and of the DDS Security standard.
 /// A caller that ignores a result has to say so.
 enum class [[nodiscard]] Status : int{
     ok = 0,
@@ -20,6 +21,7 @@ enum class [[nodiscard]] Status : int{
     timeout = 10,
     no_data = 11,
     illegal_operation = 12,
+    not_allowed_by_security = 1000,
 };
 
 }  // namespace pexa

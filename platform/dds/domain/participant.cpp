@@ -51,12 +51,21 @@ Status Participant::wrap(const Operation& operation, engine::EntityId participan
     return Status::ok;
 }
 
-engine::Created Participant::create_in_engine(const Operation& /*operation*/) {
+engine::Created Participant::create_in_engine(const Operation& operation) {
     engine::Qos qos;
     if (to_engine_qos(qos) != Status::ok) {
         return {Status::out_of_resources};
     }
-    return engine::create_participant(static_cast<std::uint32_t>(domain_), qos);
+    const engine::HiddenErrors errors;
+    const engine::Created created =
+        engine::create_participant(static_cast<std::uint32_t>(domain_), qos);
+    if (!created) {
+        // A logger silences the log while it is created, and its user must know why it cannot be.
+        for (const std::string& line : errors.lines()) {
+            operation.tell(line);
+        }
+    }
+    return created;
 }
 
 Status Participant::delete_in_engine(engine::EntityId id) {

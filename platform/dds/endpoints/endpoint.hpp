@@ -74,7 +74,7 @@ private:
         if (this->to_engine_qos(qos) != Status::ok) {
             return {Status::out_of_resources};
         }
-        return create(topic.value(), qos);
+        return this->allowed(operation, topic_.topic_name(), create(topic.value(), qos));
     }
     const char* topic_name() const final { return topic_.topic_name(); }
 

@@ -34,6 +34,15 @@ Status Entity::enable(const Operation& operation) {
     return result == Status::ok ? enable_contained(operation) : result;
 }
 
+engine::Created Entity::allowed(const Operation& operation, const char* topic,
+                                const engine::Created& created) {
+    if (created.status == Status::not_allowed_by_security) {
+        // The caller reports its own failure, too.
+        static_cast<void>(operation.not_allowed(topic));
+    }
+    return created;
+}
+
 Status Entity::close(const Operation& operation) {
     const engine::EntityId id = engine_id();
     if (id != engine::no_entity) {

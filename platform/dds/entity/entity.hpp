@@ -61,6 +61,10 @@ protected:
     /// Changes the policies of the engine's entity, if it exists.
     Status change_in_engine(const Operation& operation, const engine::Qos& qos) const;
 
+    /// Reports it if the permissions did not allow the creation. @return @p created
+    static engine::Created allowed(const Operation& operation, const char* topic,
+                                   const engine::Created& created);
+
     virtual Status delete_in_engine(engine::EntityId id);
 
 private:

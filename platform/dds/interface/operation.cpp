@@ -1,5 +1,7 @@
 #include "platform/dds/interface/operation.hpp"
 
+#include <string>
+
 #include "pexa/log.h"
 #include "platform/internal/standard_error.hpp"
 
@@ -36,6 +38,13 @@ Status Operation::failed(const char* step, Status reason) const {
     return report(name_, QEL_LOG_ANY_FAILURE_s, step, reason);
 }
 
+Status Operation::not_allowed(const char* topic) const {
+    const std::string text =
+        std::string("the permissions of the participant do not allow this for the topic '") +
+        topic + "'";
+    return refused(text.c_str(), Status::not_allowed_by_security);
+}
+
 Status Operation::refused(const char* text, Status reason) const {
     tell_if_silent(text);
     return report(name_, QEL_LOG_ANY_s, text, reason);
@@ -44,10 +53,13 @@ Status Operation::refused(const char* text, Status reason) const {
 void Operation::tell_if_silent(const char* text) const {
     const DDS_UnsignedLong passing = QELLog_getInstrumentationMask(QEL_LOG_MODULE_DDS);
     if ((passing & QEL_LOG_BIT(QEL_LOG_LEVEL_ERROR)) == 0) {
-        // What would not fit into a pipe at once could block this thread and the locks that it
-        // holds.
-        write_to_standard_error(0, name_, ":", std::string_view(text).substr(0, 2000));
+        tell(text);
     }
+}
+
+void Operation::tell(std::string_view text) const {
+    // What would not fit into a pipe at once could block this thread and the locks that it holds.
+    write_to_standard_error(0, name_, ":", text.substr(0, 2000));
 }
 
 void Operation::warn(const char* text) const {

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <new>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -30,12 +31,16 @@ public:
     Status not_created(const char* object, Status reason) const;
     /// Reports that @p step failed. @return @p reason
     Status failed(const char* step, Status reason) const;
+    /// Reports that the permissions of the participant do not allow it, also if the log is silent.
+    Status not_allowed(const char* topic) const;
     /// Reports @p text about the application's configuration, also if the log is silent. @return @p
     /// reason
     Status refused(const char* text, Status reason) const;
     /// Writes @p text on standard error if the log lets no error pass. A logger silences the log
     /// while it is created, and stays unaware of why its configuration was refused.
     void tell_if_silent(const char* text) const;
+    /// Writes @p text on standard error.
+    void tell(std::string_view text) const;
     /// Writes a report of @p text that changes nothing about the result.
     void warn(const char* text) const;
 

@@ -20,12 +20,12 @@ Result<engine::EntityId> Topic::engine_topic(const Operation& /*operation*/) {
     return result_of(engine_id());
 }
 
-engine::Created Topic::create_in_engine(const Operation& /*operation*/) {
+engine::Created Topic::create_in_engine(const Operation& operation) {
     engine::Qos qos;
     if (to_engine_qos(qos) != Status::ok) {
         return {Status::out_of_resources};
     }
-    return engine::create_topic(parent_id(), name(), type(), qos);
+    return allowed(operation, name(), engine::create_topic(parent_id(), name(), type(), qos));
 }
 
 engine::Created Topic::create_filtered(const engine::ContentFilter& filter) const {

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <new>
 
 #include "platform/engine/cyclone/domain_trace.hpp"
 #include "platform/internal/standard_error.hpp"
@@ -60,6 +61,8 @@ struct Target {
     void* context = nullptr;
 };
 
+thread_local HiddenErrors* errors_of_thread = nullptr;
+
 std::mutex installation_mutex;
 // Written only while neither of Cyclone's sinks leads here.
 Target target;
@@ -70,7 +73,8 @@ extern "C" void forward_log(void*, const dds_log_data_t* data) {
     const LogCategory category = category_of(data->priority);
     const LogMask passing =
         chosen_mask.load(std::memory_order_relaxed) | log_bit(LogCategory::fatal);
-    if ((passing & log_bit(category)) == 0) {
+    const bool passes = (passing & log_bit(category)) != 0;
+    if (!passes && category != LogCategory::error) {
         return;
     }
     std::string_view text(data->message, data->size);
@@ -82,13 +86,36 @@ extern "C" void forward_log(void*, const dds_log_data_t* data) {
                 // The process ends right after this line.
                 write_to_standard_error(1000, line);
             }
-            target.sink(target.context, category, line);
+            if (passes) {
+                target.sink(target.context, category, line);
+            } else {
+                HiddenErrors::note(line);
+            }
         }
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
 }
 
 }  // namespace
+
+HiddenErrors::HiddenErrors() noexcept {
+    errors_of_thread = this;
+}
+
+HiddenErrors::~HiddenErrors() {
+    errors_of_thread = nullptr;
+}
+
+void HiddenErrors::note(std::string_view line) noexcept {
+    if (errors_of_thread != nullptr) {
+        try {
+            errors_of_thread->lines_.emplace_back(line);
+        } catch (const std::bad_alloc&) {
+            // The failure itself is reported all the same.
+            return;
+        }
+    }
+}
 
 void set_log_sink(LogSink sink, void* context) noexcept {
     const std::lock_guard lock(installation_mutex);
@@ -107,7 +134,7 @@ void set_log_sink(LogSink sink, void* context) noexcept {
 void set_log_mask(LogMask mask) noexcept {
     const std::lock_guard lock(installation_mutex);
     chosen_mask.store(mask, std::memory_order_relaxed);
-    dds_set_log_mask(to_cyclone(mask));
+    dds_set_log_mask(to_cyclone(mask | log_bit(LogCategory::error)));
     cyclone::set_trace_mask(to_cyclone(mask));
 }
 

@@ -13,6 +13,9 @@ constexpr Status status_of(dds_return_t result) {
     if (result >= 0) {
         return Status::ok;
     }
+    if (result == DDS_RETCODE_NOT_ALLOWED_BY_SECURITY) {
+        return Status::not_allowed_by_security;
+    }
     return result >= DDS_RETCODE_ILLEGAL_OPERATION ? static_cast<Status>(-result) : Status::error;
 }
 

@@ -63,7 +63,9 @@ typedef enum DDS_ReturnCode_t {
     DDS_RETCODE_ALREADY_DELETED = 9,
     DDS_RETCODE_TIMEOUT = 10,
     DDS_RETCODE_NO_DATA = 11,
-    DDS_RETCODE_ILLEGAL_OPERATION = 12
+    DDS_RETCODE_ILLEGAL_OPERATION = 12,
+    /** The permissions of the participant (DDS Security) do not allow it. */
+    DDS_RETCODE_NOT_ALLOWED_BY_SECURITY = 1000
 } DDS_ReturnCode_t;
 
 /** A point in time: seconds since 1970-01-01 UTC and nanoseconds 0 … 999999999. */

@@ -265,6 +265,34 @@ TEST_F(EngineLog, ReachesTheDeviceAsFarAsTheVerbosityLetsIt) {
     set(PEXA_CONFIG_LOG_CATEGORY_ENTITIES, PEXA_CONFIG_LOG_VERBOSITY_SILENT);
 }
 
+TEST_F(EngineLog, TellsWhyThereIsNoParticipantOnceWhetherSilentOrNot) {
+    static Device device;
+    install(device);
+    pexa::dds::OwnedQos<DDS_DomainParticipantQos> qos;
+    DDS_PropertySeq& properties = qos.get().property.value;
+    ASSERT_NE(DDS_PropertySeq_ensure_length(&properties, 1, 1), 0);
+    DDS_Property_t& property = *DDS_PropertySeq_get_reference(&properties, 0);
+    DDS_String_replace(&property.name, "dds.sec.auth.identity_ca");
+    DDS_String_replace(&property.value, "file:/none");
+    const std::string reason = "dds.sec.";
+    const auto told = [&] {
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(DDS_DomainParticipantFactory_create_participant(
+                      DDS_DomainParticipantFactory_get_instance(), 0, &qos.get(), nullptr,
+                      DDS_STATUS_MASK_NONE),
+                  nullptr);
+        return testing::internal::GetCapturedStderr();
+    };
+    PEXA_Config_Logger_set_verbosity(logger_, PEXA_CONFIG_LOG_VERBOSITY_SILENT);
+    const std::string lines = told();
+    EXPECT_EQ(lines.find("DDS_DomainParticipantFactory_create_participant:"), 0U) << lines;
+    EXPECT_NE(lines.find(reason), std::string::npos) << lines;
+    EXPECT_TRUE(device.texts.take().empty());
+    PEXA_Config_Logger_set_verbosity(logger_, PEXA_CONFIG_LOG_VERBOSITY_ERROR);
+    EXPECT_EQ(told(), "");
+    EXPECT_TRUE(device.await_text(reason));
+}
+
 TEST_F(EngineLog, CanHaveItsVerbosityChangedFromInsideADevice) {
     static Device device([] {
         PEXA_Config_Logger_set_verbosity(PEXA_Config_Logger_get_instance(),
