@@ -13,7 +13,7 @@ namespace pexa::engine {
 /// The subject of a line of the engine's log. The first four are reports, the others are traces.
 enum class LogCategory : int {
     fatal,  ///< the process aborts when the sink returns
-    error,
+    error,  ///< also that another participant is refused
     warning,
     info,
     configuration,  ///< the configuration in effect

@@ -6,7 +6,7 @@
 /// | port, module OSAPI    | PLATFORM      | its own       |
 /// | port, module CDR      | DATABASE      | its own       |
 /// | port, module DDS      | API           | its own       |
-/// | engine: fatal, error  | COMMUNICATION | ERROR         |
+/// | engine: fatal, error, refused participants | COMMUNICATION | ERROR |
 /// | engine: warning       | COMMUNICATION | WARNING       |
 /// | engine: info          | COMMUNICATION | STATUS_LOCAL  |
 /// | engine: configuration | PLATFORM      | STATUS_LOCAL  |

@@ -2,6 +2,7 @@
 
 #include <dds/dds.h>
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <new>
@@ -46,6 +47,22 @@ LogCategory category_of(std::uint32_t bits) {
     return LogCategory::internals;
 }
 
+/// Cyclone only warns when it refuses another participant. For whoever runs a plant that is an
+/// error: an application is not heard, or somebody tries to get in.
+bool is_refusal(std::string_view text) {
+    constexpr std::string_view parts[] = {
+        "Begin handshake request failed",
+        "Begin handshake reply failed",
+        "Process handshake failed",
+        "security_attributes mismatch",
+        "Access control does not allow remote",
+        "alidate remote permissions",
+        "peer_credential_token",
+    };
+    return std::ranges::any_of(
+        parts, [&](std::string_view part) { return text.find(part) != std::string_view::npos; });
+}
+
 std::uint32_t to_cyclone(LogMask mask) {
     std::uint32_t bits = 0;
     for (const CategoryRow& row : category_rows) {
@@ -70,14 +87,17 @@ std::atomic<LogMask> chosen_mask{log_bit(LogCategory::fatal) | log_bit(LogCatego
                                  log_bit(LogCategory::warning)};
 
 extern "C" void forward_log(void*, const dds_log_data_t* data) {
-    const LogCategory category = category_of(data->priority);
+    std::string_view text(data->message, data->size);
+    LogCategory category = category_of(data->priority);
+    if (category == LogCategory::warning && is_refusal(text)) {
+        category = LogCategory::error;
+    }
     const LogMask passing =
         chosen_mask.load(std::memory_order_relaxed) | log_bit(LogCategory::fatal);
     const bool passes = (passing & log_bit(category)) != 0;
     if (!passes && category != LogCategory::error) {
         return;
     }
-    std::string_view text(data->message, data->size);
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
         const std::string_view line = text.substr(0, end);
@@ -134,7 +154,9 @@ void set_log_sink(LogSink sink, void* context) noexcept {
 void set_log_mask(LogMask mask) noexcept {
     const std::lock_guard lock(installation_mutex);
     chosen_mask.store(mask, std::memory_order_relaxed);
-    dds_set_log_mask(to_cyclone(mask | log_bit(LogCategory::error)));
+    // Errors and warnings always come as far as forward_log, which looks for those that count.
+    dds_set_log_mask(
+        to_cyclone(mask | log_bit(LogCategory::error) | log_bit(LogCategory::warning)));
     cyclone::set_trace_mask(to_cyclone(mask));
 }
 
