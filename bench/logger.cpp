@@ -68,7 +68,7 @@ bool Logger::has_reader() const {
     return status.current_count > 0;
 }
 
-LogReader::LogReader(std::int32_t domain) : participant_{tools::join_domain(domain)} {
+LogReader::LogReader(std::int32_t domain) : participant_{tools::join_domain({.id = domain})} {
     reader_ = tools::create_reader<QEL_KX_LogMessage>(
         participant_.get(), DDS_TRANSIENT_LOCAL_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
     if (reader_ == nullptr || wait_set_.open() == tools::Status::failed ||

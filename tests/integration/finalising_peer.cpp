@@ -192,10 +192,10 @@ const tools::Command commands[] = {
 /// @param next_command goes on from visit to visit
 /// @return whether a command was answered
 bool visit(int domain_id, int& next_command) {
-    const auto logs = tools::LogSubscription::open(domain_id);
+    const auto logs = tools::LogSubscription::open({.id = domain_id});
     std::string failure;
-    const auto administration =
-        tools::Administration::open(domain_id, tools::Administration::Access::command, failure);
+    const auto administration = tools::Administration::open(
+        {.id = domain_id}, tools::Administration::Access::command, failure);
     if (!logs || !administration) {
         std::exit(EXIT_FAILURE);
     }

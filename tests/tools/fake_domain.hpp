@@ -97,6 +97,7 @@ public:
         return those(
             [&](const FakeLogger& each) { return each.receives && *each.receives <= elapsed_; });
     }
+    tools::ParticipantCensus census() override { return {}; }
     Application identity() const override { return {1, 1}; }
 
     Status send(const Application& target, std::int32_t invocation,

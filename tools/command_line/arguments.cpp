@@ -27,11 +27,15 @@ LoggerTarget require_target(const std::string& text) {
     return *target;
 }
 
-void add_domain_option(CLI::App& command, std::int32_t& domain_id) {
-    command.add_option("--domain", domain_id, "DDS domain, 0 to 232")
+void add_domain_options(CLI::App& command, DomainOptions& domain) {
+    command.add_option("--domain", domain.id, "DDS domain, 0 to 232")
         ->type_name("N")
         ->check(CLI::Range(0, 232).description(""))
         ->capture_default_str();
+    command
+        .add_option("--security", domain.security,
+                    "Joins with the credentials in this folder, which orvane keys issue made")
+        ->type_name("FOLDER");
 }
 
 void add_timeout_option(CLI::App& command, double& seconds, const std::string& description) {

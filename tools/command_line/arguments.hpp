@@ -87,7 +87,8 @@ inline constexpr const char* size_forms = "bytes above 0, with or without k, M o
 /// Reads a number, also "inf" and "nan". @return nothing for any other text
 std::optional<double> parse_real(const std::string& text);
 
-void add_domain_option(CLI::App& command, std::int32_t& domain_id);
+/// The options of the subcommands that join a domain.
+void add_domain_options(CLI::App& command, DomainOptions& domain);
 
 /// @param seconds its present value stands in the help
 void add_timeout_option(CLI::App& command, double& seconds, const std::string& description);

@@ -18,7 +18,7 @@ namespace orvane::tools {
 namespace {
 
 void add_common_options(CLI::App& command, ExportOptions& options) {
-    add_domain_option(command, options.domain_id);
+    add_domain_options(command, options.domain);
     add_filter_options(command, options.query);
     command
         .add_option_function<std::string>(

@@ -11,7 +11,7 @@ CLI::App* add_list_subcommand(CLI::App& app, ListOptions& options) {
         "  orvane list                          the loggers of domain 0 and their settings\n"
         "  orvane list --domain 3 --watch       the same of domain 3, kept up to date\n"
         "  orvane list --json | jq .kind        for a program");
-    add_domain_option(*command, options.domain_id);
+    add_domain_options(*command, options.domain);
     command->add_flag("--json", options.json, "One JSON object a line");
     command->add_flag("--wide", options.wide,
                       "All columns and the network addresses, whatever the width of the terminal");

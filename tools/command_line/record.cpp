@@ -48,7 +48,7 @@ CLI::App* add_record_subcommand(CLI::App& app, RecordOptions& options) {
     command->add_option("FILE", options.recording.path, "A new file, .mcap, .jsonl or .json")
         ->type_name("")
         ->required();
-    add_domain_option(*command, options.domain_id);
+    add_domain_options(*command, options.domain);
     add_filter_options(*command, options.query);
     CLI::Option* format =
         command->add_option("--format", "The format, when the name of the file does not say it")

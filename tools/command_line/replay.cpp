@@ -36,7 +36,7 @@ CLI::App* add_replay_subcommand(CLI::App& app, ReplayOptions& options) {
     command->add_option("FILE", options.files, "Recordings: MCAP or lines of JSON")
         ->type_name("")
         ->required();
-    add_domain_option(*command, options.domain_id);
+    add_domain_options(*command, options.domain);
     command
         ->add_option_function<std::string>(
             "--speed", [&options](const std::string& text) { options.speed = require_speed(text); },

@@ -59,12 +59,12 @@ CLI::Option* add_arguments(CLI::App& command, SetOptions& options, const std::st
         .add_option_function<std::string>(
             "TARGET",
             [&options](const std::string& text) { options.target = require_target(text); },
-            "KIND, KIND@HOST, KIND#NUMBER or HOST:APP as orvane list shows them; kinds and names "
+            "KIND, KIND*HOST, KIND#NUMBER or HOST:APP as orvane list shows them; kinds and names "
             "of "
             "hosts may be patterns")
         ->type_name("")
         ->required();
-    add_domain_option(command, options.domain_id);
+    add_domain_options(command, options.domain);
     add_timeout_option(
         command, options.timeout_seconds,
         "Look for loggers, then wait for their answers, no longer than so many seconds");
@@ -84,7 +84,7 @@ CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options) {
         "Examples:\n"
         "  orvane set-level 0a141e28:0000c350 DEBUG   one logger\n"
         "  orvane set-level pump WARNING              all of this application kind\n"
-        "  orvane set-level pump@robot2 WARNING       those on one host\n"
+        "  orvane set-level pump*robot2 WARNING       those on one host\n"
         "  orvane set-level 'nav*' 650                all kinds that begin with nav");
     return command;
 }

@@ -42,10 +42,10 @@ CLI::App* add_tail_subcommand(CLI::App& app, TailOptions& options) {
         "Examples:\n"
         "  orvane tail --level WARNING          warnings and what is more severe\n"
         "  orvane tail --category 'nav.*'       categories that begin with nav.\n"
-        "  orvane tail --app 'nav*@robot?' --exclude nav#2\n"
+        "  orvane tail --app 'nav**robot?' --exclude nav#2\n"
         "                                       loggers by kind, host and number\n"
         "  orvane tail --json --for 10 > logs   ten seconds of logs for a program");
-    add_domain_option(*command, options.domain_id);
+    add_domain_options(*command, options.domain);
     add_display_options(*command, options.display);
     add_duration_option(*command, options.seconds);
     return command;
@@ -66,7 +66,7 @@ void add_filter_options(CLI::App& command, LogQuery& query) {
     command.add_option("--category", query.category, "Categories that match the pattern")
         ->type_name("GLOB");
     add_targets(command, "--app", query.loggers,
-                "Only these: KIND, KIND@HOST, KIND#NUMBER or HOST:APP; may be repeated");
+                "Only these: KIND, KIND*HOST, KIND#NUMBER or HOST:APP; may be repeated");
     add_targets(command, "--exclude", query.excluded, "Not these; may be repeated");
     command.add_option("--contains", query.contains, "Messages with this text in them")
         ->type_name("TEXT");

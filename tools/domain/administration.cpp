@@ -65,8 +65,8 @@ std::set<Application> peers(Entity* endpoint,
 class TypedAdministration final : public Administration {
 public:
     /// @return what could not be made, empty when all was
-    std::string start(std::int32_t domain_id, Access access) {
-        participant_ = join_domain(domain_id);
+    std::string start(const DomainOptions& domain, Access access) {
+        participant_ = join_domain(domain);
         if (!participant_) {
             return "no participant";
         }
@@ -87,8 +87,9 @@ public:
             return "no reader of the States";
         }
         // Who may not read statistics can still read States.
-        statistics_ =
-            access == Access::read ? create_statistics_reader(participant_.get()) : nullptr;
+        statistics_ = access == Access::read && domain.may_read(QEL_KX_STATISTICS_TOPIC_NAME)
+                          ? create_statistics_reader(participant_.get())
+                          : nullptr;
         return statistics_ == nullptr || wait_set_.attach_data_of(statistics_) == Status::ok
                    ? ""
                    : "no wait for statistics";
@@ -129,6 +130,8 @@ public:
         return requests_ != nullptr ? peers(requests_, DDS_DataWriter_get_matched_subscriptions)
                                     : std::set<Application>{};
     }
+
+    ParticipantCensus census() override { return count_participants(participant_.get()); }
 
     Application identity() const override { return identity_; }
 
@@ -195,10 +198,10 @@ private:
 
 }  // namespace
 
-std::unique_ptr<Administration> Administration::open(std::int32_t domain_id, Access access,
+std::unique_ptr<Administration> Administration::open(const DomainOptions& domain, Access access,
                                                      std::string& failure) {
     auto administration = std::make_unique<TypedAdministration>();
-    failure = administration->start(domain_id, access);
+    failure = administration->start(domain, access);
     if (!failure.empty()) {
         return nullptr;
     }

@@ -11,7 +11,9 @@
 #include <utility>
 #include <vector>
 
+#include "tools/domain/participant_census.hpp"
 #include "tools/records/command.hpp"
+#include "tools/records/domain_options.hpp"
 #include "tools/records/logger_statistics.hpp"
 #include "tools/records/process.hpp"
 #include "tools/records/result.hpp"
@@ -44,7 +46,7 @@ public:
 
     /// @param failure says what could not be made, when nothing is returned; the middleware has
     /// said why
-    static std::unique_ptr<Administration> open(std::int32_t domain_id, Access access,
+    static std::unique_ptr<Administration> open(const DomainOptions& domain, Access access,
                                                 std::string& failure);
     virtual ~Administration() = default;
 
@@ -67,6 +69,9 @@ public:
 
     /// The applications whose readers of command requests are matched; none for @ref Access::read.
     virtual std::set<Application> command_readers() = 0;
+
+    /// Who else is in the domain.
+    virtual ParticipantCensus census() = 0;
 
     /// The originator in the requests that are sent.
     virtual Application identity() const = 0;

@@ -1,23 +1,35 @@
 #include "tools/domain/entities.hpp"
 
-#include <cstdio>
 #include <string>
+#include <vector>
 
-#include "tools/text/display_text.hpp"
+#include "tools/domain/middleware_output.hpp"
+#include "tools/security/credentials.hpp"
 
 namespace orvane::tools {
 namespace {
 
-/// The standard output is for the lines that the user asked for.
-void write_to_standard_error(const PEXA_Config_LoggerDevice* /*device*/,
-                             const PEXA_Config_LogMessage* message) {
-    std::string line = "orvane: ";
-    append_displayable(line, message->text);
-    line += '\n';
-    std::fputs(line.c_str(), stderr);
+/// Adds the properties to those that are there, or puts them in their places.
+Status set_properties(DDS_PropertySeq& properties, const std::vector<SecurityProperty>& wanted) {
+    for (const SecurityProperty& each : wanted) {
+        const DDS_Long count = DDS_PropertySeq_get_length(&properties);
+        DDS_Long place = 0;
+        while (place < count &&
+               each.name != DDS_PropertySeq_get_reference(&properties, place)->name) {
+            ++place;
+        }
+        if (place == count &&
+            DDS_PropertySeq_ensure_length(&properties, count + 1, count + 1) == 0) {
+            return Status::failed;
+        }
+        DDS_Property_t& property = *DDS_PropertySeq_get_reference(&properties, place);
+        if (DDS_String_replace(&property.name, each.name.c_str()) == nullptr ||
+            DDS_String_replace(&property.value, each.value.c_str()) == nullptr) {
+            return Status::failed;
+        }
+    }
+    return Status::ok;
 }
-
-constexpr PEXA_Config_LoggerDevice standard_error{nullptr, write_to_standard_error, nullptr};
 
 DDS_Topic* create_topic(DDS_DomainParticipant* participant, const TopicNames& names) {
     return DDS_DomainParticipant_create_topic(participant, names.topic, names.type, DDS_QOS_DEFAULT,
@@ -37,11 +49,25 @@ void delete_with_contents(DDS_DomainParticipant* participant) {
                                                     participant);
 }
 
-Participant join_domain(std::int32_t domain_id) {
-    PEXA_Config_Logger_set_output_device(PEXA_Config_Logger_get_instance(), &standard_error);
-    return Participant{DDS_DomainParticipantFactory_create_participant(
-        DDS_DomainParticipantFactory_get_instance(), domain_id, DDS_QOS_DEFAULT, nullptr,
-        DDS_STATUS_MASK_NONE)};
+Participant join_domain(const DomainOptions& domain) {
+    print_middleware_reports();
+    DDS_DomainParticipantFactory* factory = DDS_DomainParticipantFactory_get_instance();
+    const auto create = [&](const DDS_DomainParticipantQos* qos) {
+        return Participant{DDS_DomainParticipantFactory_create_participant(
+            factory, domain.id, qos, nullptr, DDS_STATUS_MASK_NONE)};
+    };
+    if (domain.security.empty()) {
+        return create(DDS_QOS_DEFAULT);
+    }
+    DDS_DomainParticipantQos qos;
+    DDS_DomainParticipantQos_initialize(&qos);
+    Participant participant;
+    if (DDS_DomainParticipantFactory_get_default_participant_qos(factory, &qos) == DDS_RETCODE_OK &&
+        set_properties(qos.property.value, security_properties(domain.security)) == Status::ok) {
+        participant = create(&qos);
+    }
+    DDS_DomainParticipantQos_finalize(&qos);
+    return participant;
 }
 
 Application identity_of(DDS_DomainParticipant* participant) {

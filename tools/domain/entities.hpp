@@ -10,6 +10,7 @@
 #include "tools/domain/deleter.hpp"
 #include "tools/domain/typed_topic.hpp"
 #include "tools/records/application.hpp"
+#include "tools/records/domain_options.hpp"
 #include "tools/records/endpoint.hpp"
 
 namespace orvane::tools {
@@ -20,7 +21,7 @@ using Participant = std::unique_ptr<DDS_DomainParticipant, Deleter<delete_with_c
 
 /// Joins a domain. From the first call on, the middleware prints on the standard error.
 /// @return NULL when the domain cannot be joined; the middleware has said why
-Participant join_domain(std::int32_t domain_id);
+Participant join_domain(const DomainOptions& domain);
 
 /// The application of a participant, as other participants see it.
 Application identity_of(DDS_DomainParticipant* participant);

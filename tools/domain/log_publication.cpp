@@ -49,8 +49,8 @@ QEL_KX_ADMIN_State to_sample(const LoggerState& state) {
 
 }  // namespace
 
-std::unique_ptr<LogPublication> LogPublication::open(std::int32_t domain_id) {
-    Participant participant = join_domain(domain_id);
+std::unique_ptr<LogPublication> LogPublication::open(const DomainOptions& domain) {
+    Participant participant = join_domain(domain);
     if (!participant) {
         return nullptr;
     }

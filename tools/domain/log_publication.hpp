@@ -9,6 +9,7 @@
 
 #include "tools/domain/entities.hpp"
 #include "tools/records/application.hpp"
+#include "tools/records/domain_options.hpp"
 #include "tools/records/log_record.hpp"
 #include "tools/records/logger_state.hpp"
 #include "tools/records/result.hpp"
@@ -33,7 +34,7 @@ public:
     static bool is_publishable(const LoggerState& state);
 
     /// @return NULL when the domain cannot be joined; the middleware has said why
-    static std::unique_ptr<LogPublication> open(std::int32_t domain_id);
+    static std::unique_ptr<LogPublication> open(const DomainOptions& domain);
 
     Written write(const LogRecord& record);
 

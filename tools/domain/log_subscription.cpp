@@ -41,16 +41,19 @@ Origin origin_of(const DDS_SampleInfo& info) {
 
 class TypedSubscription final : public LogSubscription {
 public:
-    Status start(std::int32_t domain_id) {
-        participant_ = join_domain(domain_id);
+    Status start(const DomainOptions& domain) {
+        participant_ = join_domain(domain);
         if (!participant_) {
             return Status::failed;
         }
         messages_ = create_reader<QEL_KX_LogMessage>(
             participant_.get(), DDS_TRANSIENT_LOCAL_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
-        states_ = create_state_reader(participant_.get());
+        states_ = domain.may_read(QEL_KX_STATE_TOPIC_NAME) ? create_state_reader(participant_.get())
+                                                           : nullptr;
         // Behind the reader of messages: a logger that sends new statistics knows that one, too.
-        statistics_ = create_statistics_reader(participant_.get());
+        statistics_ = domain.may_read(QEL_KX_STATISTICS_TOPIC_NAME)
+                          ? create_statistics_reader(participant_.get())
+                          : nullptr;
         // Who may not read the others can still read messages.
         const bool succeeded =
             messages_ != nullptr && wait_set_.open() == Status::ok &&
@@ -107,6 +110,8 @@ public:
         tell(true);
         return events;
     }
+
+    ParticipantCensus census() const override { return count_participants(participant_.get()); }
 
     std::uint64_t earlier(
         const std::function<bool(const Logger& logger)>& is_wanted) const override {
@@ -191,9 +196,9 @@ private:
 
 }  // namespace
 
-std::unique_ptr<LogSubscription> LogSubscription::open(std::int32_t domain_id) {
+std::unique_ptr<LogSubscription> LogSubscription::open(const DomainOptions& domain) {
     auto subscription = std::make_unique<TypedSubscription>();
-    if (subscription->start(domain_id) == Status::failed) {
+    if (subscription->start(domain) == Status::failed) {
         return nullptr;
     }
     return subscription;

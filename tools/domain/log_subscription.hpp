@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+#include "tools/domain/participant_census.hpp"
+#include "tools/records/domain_options.hpp"
 #include "tools/records/event.hpp"
 #include "tools/records/result.hpp"
 
@@ -19,7 +21,7 @@ namespace orvane::tools {
 class LogSubscription {
 public:
     /// @return NULL when the domain cannot be joined; the middleware has said why.
-    static std::unique_ptr<LogSubscription> open(std::int32_t domain_id);
+    static std::unique_ptr<LogSubscription> open(const DomainOptions& domain);
     virtual ~LogSubscription() = default;
 
     /// Waits until there may be events, the time is over, or @ref interrupt was called.
@@ -34,6 +36,9 @@ public:
     /// @param is_last nothing waits for its name any more
     /// @return nothing when a reader failed
     virtual Result<std::vector<Event>> take(bool is_last) = 0;
+
+    /// Who else is in the domain.
+    virtual ParticipantCensus census() const = 0;
 
     /// Messages of these loggers that were logged before there was this viewer, and that did not
     /// come.

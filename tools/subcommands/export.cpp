@@ -28,7 +28,7 @@ public:
         : options_(options), sink_(std::move(sink)) {}
 
     std::optional<int> begin() override {
-        line_.print(fmt::format("exporting domain {} to {}", options_.domain_id, sink_->name()));
+        line_.print(fmt::format("exporting domain {} to {}", options_.domain.id, sink_->name()));
         exporter_ =
             std::make_unique<Exporter>(std::move(sink_), ExportLimits{.buffer = options_.buffer},
                                        [this](const std::string& text) { line_.print(text); });
@@ -85,7 +85,7 @@ private:
 
 int run(const ExportOptions& options, std::unique_ptr<ExportSink> sink) {
     Export follower{options, std::move(sink)};
-    return follow_domain(options.domain_id, options.seconds, follower);
+    return follow_domain(options.domain, options.seconds, follower);
 }
 
 }  // namespace

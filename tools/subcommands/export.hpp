@@ -9,12 +9,13 @@
 
 #include "tools/http/http_header.hpp"
 #include "tools/http/http_url.hpp"
+#include "tools/records/domain_options.hpp"
 #include "tools/records/log_query.hpp"
 
 namespace orvane::tools {
 
 struct ExportOptions {
-    std::int32_t domain_id = 0;
+    DomainOptions domain;
     LogQuery query;
     std::optional<double> seconds;        ///< end after so long
     std::uint64_t buffer = 16ULL << 20U;  ///< bytes of records that wait

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "tools/domain/log_subscription.hpp"
+#include "tools/subcommands/domain_access.hpp"
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/session.hpp"
 #include "tools/subcommands/stop_signal.hpp"
@@ -31,42 +32,90 @@ std::chrono::milliseconds time_left(std::optional<double> seconds, Clock::time_p
                     std::chrono::milliseconds{0});
 }
 
+/// Says once, when nothing has come for a while, why that may be.
+class Silence {
+public:
+    Silence(const DomainOptions& domain, const LogSubscription& subscription,
+            Clock::time_point start)
+        : domain_(domain), subscription_(subscription), until_(start + patience) {}
+
+    void note(const std::vector<Event>& events) { has_heard_ = has_heard_ || !events.empty(); }
+
+    /// How long to wait for news, no longer than @p longest.
+    std::chrono::milliseconds wait(std::chrono::milliseconds longest) const {
+        return is_over()
+                   ? longest
+                   : std::clamp(std::chrono::ceil<std::chrono::milliseconds>(until_ - Clock::now()),
+                                std::chrono::milliseconds{0}, longest);
+    }
+
+    /// @param is_last nothing more will come
+    /// @return whether others are there that do not talk to this viewer
+    bool explain(bool is_last) {
+        if (!is_over() && (is_last || Clock::now() >= until_)) {
+            is_explained_ = true;
+            are_others_silent_ = explain_silence(domain_, subscription_.census());
+        }
+        return are_others_silent_ && !has_heard_;
+    }
+
+private:
+    static constexpr std::chrono::seconds patience{3};
+
+    bool is_over() const { return has_heard_ || is_explained_; }
+
+    const DomainOptions& domain_;
+    const LogSubscription& subscription_;
+    Clock::time_point until_;
+    bool has_heard_ = false;
+    bool is_explained_ = false;
+    bool are_others_silent_ = false;
+};
+
 /// @return the exit status
 int hand_over(LogSubscription& subscription, const StopSignal& stop, DomainFollower& follower,
-              std::optional<double> seconds, Clock::time_point start) {
+              std::optional<double> seconds, Silence& silence, Clock::time_point start) {
     while (true) {
         const std::chrono::milliseconds left = time_left(seconds, start);
-        subscription.wait(left);
+        subscription.wait(silence.wait(left));
         const bool is_last = stop.requested() || left.count() == 0;
         Result<std::vector<Event>> events = subscription.take(is_last);
         if (!events) {
             fmt::print(stderr, "orvane: a reader failed\n");
             return exit_failure;
         }
+        silence.note(*events);
         if (const std::optional<int> status = follower.take(*std::move(events))) {
             return *status;
         }
+        const bool are_others_silent = silence.explain(is_last);
         if (is_last) {
-            return exit_success;
+            return are_others_silent ? exit_failure : exit_success;
         }
     }
 }
 
 }  // namespace
 
-int follow_domain(std::int32_t domain_id, std::optional<double> seconds, DomainFollower& follower) {
+int follow_domain(const DomainOptions& domain, std::optional<double> seconds,
+                  DomainFollower& follower) {
+    DomainOptions allowed = domain;
+    if (check_access(allowed, DomainUse::read_messages) == Status::failed) {
+        return exit_failure;
+    }
     const Clock::time_point start = Clock::now();
     StopSignal stop;
-    const std::unique_ptr<LogSubscription> subscription = LogSubscription::open(domain_id);
+    const std::unique_ptr<LogSubscription> subscription = LogSubscription::open(allowed);
     if (!subscription) {
-        fmt::print(stderr, "orvane: could not join domain {}\n", domain_id);
+        fmt::print(stderr, "orvane: could not join domain {}\n", domain.id);
         return exit_failure;
     }
     const auto interruption = stop.interrupt([&] { subscription->interrupt(); });
     if (const std::optional<int> failure = follower.begin()) {
         return stop.conclude(*failure);
     }
-    const int status = hand_over(*subscription, stop, follower, seconds, start);
+    Silence silence{domain, *subscription, start};
+    const int status = hand_over(*subscription, stop, follower, seconds, silence, start);
     const std::chrono::duration<double> elapsed = Clock::now() - start;
     const std::uint64_t earlier =
         subscription->earlier([&](const Logger& logger) { return follower.wants(logger); });

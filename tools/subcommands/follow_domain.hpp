@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "tools/records/domain_options.hpp"
 #include "tools/records/event.hpp"
 
 namespace orvane::tools {
@@ -39,6 +40,7 @@ public:
 /// Joins a domain and hands its events over until the time is over, or SIGINT or SIGTERM comes.
 /// @param seconds nothing for no limit
 /// @return the exit status of the process
-int follow_domain(std::int32_t domain_id, std::optional<double> seconds, DomainFollower& follower);
+int follow_domain(const DomainOptions& domain, std::optional<double> seconds,
+                  DomainFollower& follower);
 
 }  // namespace orvane::tools

@@ -36,8 +36,9 @@ int list_once(DomainView& view, const ListOptions& options) {
     }
     const std::vector<LoggerEntry> loggers = view.entries();
     if (loggers.empty()) {
-        fmt::print(stderr, "orvane: no logger in domain {}\n", options.domain_id);
-        return exit_success;
+        fmt::print(stderr, "orvane: no logger in domain {}\n", options.domain.id);
+        return explain_silence(options.domain, view.administration().census()) ? exit_failure
+                                                                               : exit_success;
     }
     return write_out(listing(loggers, options)) == Status::ok ? exit_success : exit_failure;
 }
@@ -58,7 +59,7 @@ std::string screen_text(const DomainView& view, const ListOptions& options) {
     constexpr const char* clear_screen = "\x1b[H\x1b[2J";
     const std::vector<LoggerEntry> loggers = view.entries();
     return fmt::format("{}{} logger{} in domain {}\n\n{}", clear_screen, loggers.size(),
-                       loggers.size() == 1 ? "" : "s", options.domain_id,
+                       loggers.size() == 1 ? "" : "s", options.domain.id,
                        listing(loggers, options));
 }
 
@@ -87,7 +88,7 @@ int watch(DomainView& view, const ListOptions& options) {
 }  // namespace
 
 int list(const ListOptions& options) {
-    return with_domain(options.domain_id, Administration::Access::read, [&](DomainView& view) {
+    return with_domain(options.domain, DomainUse::read_states, [&](DomainView& view) {
         return options.watch ? watch(view, options) : list_once(view, options);
     });
 }

@@ -2,12 +2,12 @@
 /// @brief `orvane list`: shows the loggers of a domain.
 #pragma once
 
-#include <cstdint>
+#include "tools/records/domain_options.hpp"
 
 namespace orvane::tools {
 
 struct ListOptions {
-    std::int32_t domain_id = 0;
+    DomainOptions domain;
     bool json = false;
     bool watch = false;  ///< until SIGINT or SIGTERM
     bool wide = false;   ///< all columns, whatever the width of the terminal

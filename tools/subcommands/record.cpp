@@ -33,7 +33,7 @@ public:
                                     error == EEXIST ? ", expected a name that is free" : ""));
             return exit_failure;
         }
-        line_.print(fmt::format("recording domain {} in {}", options_.domain_id, path));
+        line_.print(fmt::format("recording domain {} in {}", options_.domain.id, path));
         return std::nullopt;
     }
 
@@ -76,7 +76,7 @@ private:
 
 int record(const RecordOptions& options) {
     Recording recording{options};
-    return follow_domain(options.domain_id, options.seconds, recording);
+    return follow_domain(options.domain, options.seconds, recording);
 }
 
 }  // namespace orvane::tools

@@ -6,12 +6,13 @@
 #include <optional>
 
 #include "tools/recording/recording_files.hpp"
+#include "tools/records/domain_options.hpp"
 #include "tools/records/log_query.hpp"
 
 namespace orvane::tools {
 
 struct RecordOptions {
-    std::int32_t domain_id = 0;
+    DomainOptions domain;
     RecordingOptions recording;
     LogQuery query;
     std::optional<double> seconds;  ///< end after so long

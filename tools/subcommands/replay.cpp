@@ -149,7 +149,7 @@ public:
     Status wait_for_viewer() {
         const auto deadline = Clock::now() + DomainView::settling_time;
         if (options_.waits_for_viewer) {
-            line_.print(fmt::format("waiting for a viewer in domain {}", options_.domain_id));
+            line_.print(fmt::format("waiting for a viewer in domain {}", options_.domain.id));
         }
         Status status = Status::ok;
         while (status == Status::ok && !interrupted() && !publication_.has_viewer() &&
@@ -324,7 +324,7 @@ private:
         }
         for (const std::string& name : live_.newcomers()) {
             line_.print(fmt::format("{} logs in domain {}, too, among what is replayed", name,
-                                    options_.domain_id));
+                                    options_.domain.id));
         }
         next_look_ = Clock::now() + period;
         return Status::ok;
@@ -391,7 +391,7 @@ int play(Replay& replay, RecordingMerge& recordings, const ReplayOptions& option
     const auto begin = Clock::now();
     if (!replay.interrupted()) {
         line.print(fmt::format("replaying in domain {0}; to see it: orvane tail --domain {0}",
-                               options.domain_id));
+                               options.domain.id));
     }
     Status status = replay.play(recordings);
     const bool finds_nothing = replay.messages() == 0 && !replay.interrupted();
@@ -416,12 +416,12 @@ int replay_in(DomainView& view, RecordingMerge& recordings, const ReplayOptions&
     if (!names.empty() && !options.among_live) {
         line.print(fmt::format(
             "loggers are alive in domain {}: {}; expected a domain without, or --among-live",
-            options.domain_id, fmt::join(names, ", ")));
+            options.domain.id, fmt::join(names, ", ")));
         return exit_failure;
     }
-    const auto publication = LogPublication::open(options.domain_id);
+    const auto publication = LogPublication::open(options.domain);
     if (!publication) {
-        line.print(fmt::format("could not join domain {} to publish", options.domain_id));
+        line.print(fmt::format("could not join domain {} to publish", options.domain.id));
         return exit_failure;
     }
     live.ignore(publication->identity());
@@ -438,7 +438,7 @@ int replay(const ReplayOptions& options) {
     if (!recordings) {
         return exit_failure;
     }
-    return with_domain(options.domain_id, Administration::Access::read, [&](DomainView& view) {
+    return with_domain(options.domain, DomainUse::publish, [&](DomainView& view) {
         return replay_in(view, *recordings, options, line);
     });
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/records/domain_options.hpp"
 #include "tools/records/log_query.hpp"
 #include "tools/records/time_span.hpp"
 
@@ -15,7 +16,7 @@ namespace orvane::tools {
 struct ReplayOptions {
     /// Away from the default of the applications. It is the last one whose ports are below those
     /// that Linux gives to anybody.
-    std::int32_t domain_id = 100;
+    DomainOptions domain{.id = 100};
     std::vector<std::string> files;
     LogQuery query;
     TimeSpan span;

@@ -13,14 +13,20 @@
 
 namespace orvane::tools {
 
-int with_domain(std::int32_t domain_id, Administration::Access access,
+int with_domain(const DomainOptions& domain, DomainUse use,
                 const std::function<int(DomainView& view)>& action) {
+    DomainOptions allowed = domain;
+    if (check_access(allowed, use) == Status::failed) {
+        return exit_failure;
+    }
     StopSignal stop;
     std::string failure;
-    const std::unique_ptr<Administration> administration =
-        Administration::open(domain_id, access, failure);
+    const std::unique_ptr<Administration> administration = Administration::open(
+        allowed,
+        use == DomainUse::command ? Administration::Access::command : Administration::Access::read,
+        failure);
     if (!administration) {
-        fmt::print(stderr, "orvane: could not join domain {}: {}\n", domain_id, failure);
+        fmt::print(stderr, "orvane: could not join domain {}: {}\n", domain.id, failure);
         return exit_failure;
     }
     const auto interruption = stop.interrupt([&] { administration->interrupt(); });

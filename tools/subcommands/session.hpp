@@ -8,13 +8,16 @@
 #include <string>
 
 #include "tools/domain/view.hpp"
+#include "tools/records/domain_options.hpp"
 #include "tools/records/result.hpp"
+#include "tools/subcommands/domain_access.hpp"
 
 namespace orvane::tools {
 
-/// Joins the domain and runs @p action, which SIGINT and SIGTERM interrupt.
+/// Checks the access to the domain, joins it and runs @p action, which SIGINT and SIGTERM
+/// interrupt.
 /// @return the exit status of @p action, or failure when the domain could not be joined
-int with_domain(std::int32_t domain_id, Administration::Access access,
+int with_domain(const DomainOptions& domain, DomainUse use,
                 const std::function<int(DomainView& view)>& action);
 
 /// Prints on the standard error that a reader or the writer failed. @return the exit status

@@ -15,8 +15,8 @@
 namespace orvane::tools {
 namespace {
 
-void print_no_target(const DomainView& view, const SetOptions& options) {
-    std::string text = fmt::format("orvane: no logger of domain {} is '{}'", options.domain_id,
+void print_no_target(DomainView& view, const SetOptions& options) {
+    std::string text = fmt::format("orvane: no logger of domain {} is '{}'", options.domain.id,
                                    displayable(options.target.text));
     const std::vector<LoggerEntry> loggers = view.entries();
     text += loggers.empty() ? "; there is none at all\n" : "; there are:\n";
@@ -24,6 +24,9 @@ void print_no_target(const DomainView& view, const SetOptions& options) {
         text += logger_table(loggers, {});
     }
     std::fputs(text.c_str(), stderr);
+    if (loggers.empty()) {
+        explain_silence(options.domain, view.administration().census());
+    }
 }
 
 int set_in(DomainView& view, const SetOptions& options) {
@@ -62,7 +65,7 @@ int set_in(DomainView& view, const SetOptions& options) {
 }  // namespace
 
 int set(const SetOptions& options) {
-    return with_domain(options.domain_id, Administration::Access::command,
+    return with_domain(options.domain, DomainUse::command,
                        [&](DomainView& view) { return set_in(view, options); });
 }
 

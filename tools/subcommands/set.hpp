@@ -7,12 +7,13 @@
 #include <vector>
 
 #include "tools/records/command.hpp"
+#include "tools/records/domain_options.hpp"
 #include "tools/records/logger_target.hpp"
 
 namespace orvane::tools {
 
 struct SetOptions {
-    std::int32_t domain_id = 0;
+    DomainOptions domain;
     double timeout_seconds = 5;
     LoggerTarget target;
     std::vector<std::string> words;  ///< behind the target, as they were written

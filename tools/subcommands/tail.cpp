@@ -43,7 +43,7 @@ private:
 
 int tail(const TailOptions& options) {
     Tail follower{options};
-    return follow_domain(options.domain_id, options.seconds, follower);
+    return follow_domain(options.domain, options.seconds, follower);
 }
 
 }  // namespace orvane::tools

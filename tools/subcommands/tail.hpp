@@ -5,12 +5,13 @@
 #include <cstdint>
 #include <optional>
 
+#include "tools/records/domain_options.hpp"
 #include "tools/subcommands/display.hpp"
 
 namespace orvane::tools {
 
 struct TailOptions {
-    std::int32_t domain_id = 0;
+    DomainOptions domain;
     DisplayOptions display;
     std::optional<double> seconds;  ///< end after so long
 };

@@ -1,0 +1,15 @@
+/// @file middleware_output.hpp
+/// @brief Where the middleware's reports go: to the standard error, because the standard output is
+/// for the lines that the user asked for.
+#pragma once
+
+namespace orvane::tools {
+
+/// Prints the middleware's reports from now on. Why somebody is refused under DDS Security is said
+/// once, in words.
+void print_middleware_reports();
+
+/// Whether somebody has been refused since.
+bool has_refused_somebody();
+
+}  // namespace orvane::tools

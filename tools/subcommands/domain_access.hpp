@@ -1,0 +1,30 @@
+/// @file domain_access.hpp
+/// @brief Whether a subcommand may do in a domain what it is for, said in words.
+#pragma once
+
+#include "tools/domain/participant_census.hpp"
+#include "tools/records/domain_options.hpp"
+#include "tools/records/result.hpp"
+
+namespace orvane::tools {
+
+/// What a subcommand does in a domain.
+enum class DomainUse {
+    read_messages,
+    read_states,
+    command,
+    publish,  ///< messages and States of others
+};
+
+/// Looks at the credentials, if there are any, before the domain is joined with them. Prints on the
+/// standard error what is wrong with them, what may soon be, and which right is missing, each with
+/// what to do about it. Topics that the subcommand can do without go to @p domain.
+/// @return failed when the subcommand would be in vain
+Status check_access(DomainOptions& domain, DomainUse use);
+
+/// Says on the standard error why nobody may have been found, if others are there that do not talk
+/// to this participant.
+/// @return whether there are
+bool explain_silence(const DomainOptions& domain, const ParticipantCensus& census);
+
+}  // namespace orvane::tools
