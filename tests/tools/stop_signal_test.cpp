@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <future>
 #include <thread>
 
@@ -30,6 +32,21 @@ using namespace std::chrono_literals;
     stop.conclude(status);
     std::this_thread::sleep_for(60s);
     std::_Exit(1);
+}
+
+/// Is interrupted at the end that was set, although it would succeed.
+[[noreturn]] void be_stopped_at_the_end() {
+    StopSignal stop;
+    stop.stop_at(std::chrono::system_clock::now() + 200ms, [] { std::fputs("expired\n", stderr); });
+    std::promise<void> called;
+    const auto interruption = stop.interrupt([&] { called.set_value(); });
+    called.get_future().wait();
+    std::_Exit(stop.requested() ? stop.conclude(0) : 2);
+}
+
+TEST(StopSignalDeathTest, StopsAtTheEndThatWasSetAsFailed) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(be_stopped_at_the_end(), testing::ExitedWithCode(1), "expired");
 }
 
 TEST(StopSignalDeathTest, EndsAProcessThatIsDoneAndDoesNotLeave) {

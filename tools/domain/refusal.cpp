@@ -1,5 +1,7 @@
 #include "tools/domain/refusal.hpp"
 
+#include <algorithm>
+
 #include "tools/text/display_text.hpp"
 
 namespace orvane::tools {
@@ -43,11 +45,11 @@ constexpr Row rows[] = {
 
 /// @return the subject of the certificate, as far as the report has it
 std::string_view subject_in(std::string_view report) {
-    for (const std::string_view mark : {"subject: /", "for CN="}) {
+    for (const std::string_view mark : {"subject: /", "expired for ", "started yet for "}) {
         const std::size_t begin = report.find(mark);
         if (begin != std::string_view::npos) {
-            const std::string_view subject = report.substr(begin + mark.find('/') + 1);
-            return subject.substr(0, subject.find_first_of("( "));
+            const std::string_view subject = report.substr(begin + mark.size());
+            return subject.substr(0, std::min(subject.find("(code"), subject.find(" (")));
         }
     }
     return {};

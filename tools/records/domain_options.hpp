@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@ struct DomainOptions {
     std::string security{};  ///< the folder of the credentials; empty: joins without DDS Security
     /// Topics that the subcommand would read, and that the credentials do not allow to read.
     std::vector<std::string> unreadable{};
+    std::optional<std::int64_t> expiry{};  ///< of the credentials, in seconds since 1970-01-01 UTC
 
     bool may_read(const std::string& topic) const {
         return std::find(unreadable.begin(), unreadable.end(), topic) == unreadable.end();

@@ -10,8 +10,10 @@
 #include <string>
 
 #include "tools/domain/middleware_output.hpp"
+#include "tools/security/certificates.hpp"
 #include "tools/security/credential_check.hpp"
 #include "tools/security/credentials.hpp"
+#include "tools/security/whole_file.hpp"
 #include "tools/text/display_text.hpp"
 
 namespace orvane::tools {
@@ -90,6 +92,15 @@ Status check_rights(DomainOptions& domain, DomainUse use, const Permissions& per
     return Status::ok;
 }
 
+/// When the engine stops taking part, without a word.
+std::int64_t expiry_of(const DomainOptions& domain, const Permissions& permissions) {
+    std::string error;
+    const auto pem = read_whole_file(domain.security + "/" + certificate_file, error);
+    const Certificate certificate = pem ? read_certificate(*pem) : nullptr;
+    return certificate ? std::min(validity_of(*certificate).to, permissions.not_after)
+                       : permissions.not_after;
+}
+
 std::string participants(std::size_t count, std::int32_t domain_id) {
     return fmt::format("{} participant{} of domain {}", count, count == 1 ? "" : "s", domain_id);
 }
@@ -115,7 +126,19 @@ Status check_access(DomainOptions& domain, DomainUse use) {
         fmt::print(stderr, "orvane: {}\n", displayable(error));
         return Status::failed;
     }
+    domain.expiry = expiry_of(domain, *permissions);
     return check_rights(domain, use, *permissions);
+}
+
+void stop_at_expiry(const DomainOptions& domain, StopSignal& stop) {
+    if (domain.expiry) {
+        stop.stop_at(
+            std::chrono::system_clock::from_time_t(*domain.expiry), [folder = domain.security] {
+                print_with_remedy(
+                    folder + " has expired",
+                    "renew it with 'orvane keys renew' where the authority is, and copy it here");
+            });
+    }
 }
 
 bool explain_silence(const DomainOptions& domain, const ParticipantCensus& census) {

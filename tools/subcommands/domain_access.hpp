@@ -5,6 +5,7 @@
 #include "tools/domain/participant_census.hpp"
 #include "tools/records/domain_options.hpp"
 #include "tools/records/result.hpp"
+#include "tools/subcommands/stop_signal.hpp"
 
 namespace orvane::tools {
 
@@ -21,6 +22,10 @@ enum class DomainUse {
 /// what to do about it. Topics that the subcommand can do without go to @p domain.
 /// @return failed when the subcommand would be in vain
 Status check_access(DomainOptions& domain, DomainUse use);
+
+/// Ends the subcommand as failed, with the reason, when its credentials expire. From then on nobody
+/// would hear it, and it would hear nobody.
+void stop_at_expiry(const DomainOptions& domain, StopSignal& stop);
 
 /// Says on the standard error why nobody may have been found, if others are there that do not talk
 /// to this participant.

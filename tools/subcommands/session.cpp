@@ -20,6 +20,7 @@ int with_domain(const DomainOptions& domain, DomainUse use,
         return exit_failure;
     }
     StopSignal stop;
+    stop_at_expiry(allowed, stop);
     std::string failure;
     const std::unique_ptr<Administration> administration = Administration::open(
         allowed,

@@ -44,11 +44,17 @@ void StopSignal::set_action(std::function<void()> action) {
     }
 }
 
+void StopSignal::stop_at(std::chrono::system_clock::time_point end, std::function<void()> tell) {
+    const std::lock_guard lock(mutex_);
+    end_ = end;
+    tell_end_ = std::move(tell);
+}
+
 int StopSignal::conclude(int status) {
     const std::lock_guard lock(mutex_);
-    status_ = status;
+    status_ = has_ended_ ? exit_failure : status;
     leaving_since_ = std::min(leaving_since_, std::chrono::steady_clock::now());
-    return status;
+    return *status_;
 }
 
 void StopSignal::run(const std::stop_token& token) {
@@ -60,6 +66,7 @@ void StopSignal::run(const std::stop_token& token) {
         if (signal >= 0) {
             receive(signal);
         }
+        stop_if_due();
         end_if_overdue();
     }
 }
@@ -71,9 +78,24 @@ void StopSignal::receive(int signal) {
         std::raise(signal);
     }
     const std::lock_guard lock(mutex_);
+    request();
+}
+
+/// With the mutex held.
+void StopSignal::request() {
+    requested_ = true;
     leaving_since_ = std::min(leaving_since_, std::chrono::steady_clock::now());
     if (action_) {
         action_();
+    }
+}
+
+void StopSignal::stop_if_due() {
+    const std::lock_guard lock(mutex_);
+    if (!has_ended_ && !status_ && std::chrono::system_clock::now() >= end_) {
+        has_ended_ = true;
+        tell_end_();
+        request();
     }
 }
 

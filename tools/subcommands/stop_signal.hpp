@@ -39,8 +39,13 @@ public:
     /// action uses.
     Interruption interrupt(std::function<void()> action);
 
+    /// Requests the stop at a time by the wall clock, as a first signal would. @p tell is called
+    /// just before. The process then ends as failed.
+    void stop_at(std::chrono::system_clock::time_point end, std::function<void()> tell);
+
     /// Says that the command is done but for leaving the domain. That may take two seconds; then
-    /// the process ends without it. @return the exit status of the process, @p status
+    /// the process ends without it. @return the exit status of the process, @p status unless @ref
+    /// stop_at has ended it
     int conclude(int status);
 
     bool requested() const { return requested_; }
@@ -49,12 +54,17 @@ private:
     void set_action(std::function<void()> action);
     void run(const std::stop_token& token);
     void receive(int signal);
+    void request();
+    void stop_if_due();
     void end_if_overdue();
 
     std::atomic<bool> requested_{false};
     std::mutex mutex_;
     std::function<void()> action_;
     std::optional<int> status_;
+    std::chrono::system_clock::time_point end_ = std::chrono::system_clock::time_point::max();
+    std::function<void()> tell_end_;
+    bool has_ended_ = false;
     std::chrono::steady_clock::time_point leaving_since_ =
         std::chrono::steady_clock::time_point::max();
     std::jthread watcher_;
