@@ -147,6 +147,7 @@ class Reader(_ToolEvents[Message | Loss]):
         self,
         domain: int = 0,
         *,
+        security: str | os.PathLike[str] | None = None,
         level: int | None = None,
         category: str | None = None,
         app: str | Iterable[str] = (),
@@ -157,6 +158,7 @@ class Reader(_ToolEvents[Message | Loss]):
     ) -> None:
         """Begins to read.
 
+        security: the folder with the credentials, which orvane keys issue makes
         level: this level and more severe ones
         category: a shell pattern
         app, exclude: only these and not those loggers: KIND, KIND@HOST, KIND#NUMBER or HOST:APP,
@@ -166,6 +168,8 @@ class Reader(_ToolEvents[Message | Loss]):
         seconds: end after so many seconds
         """
         arguments = ["tail", "--json", f"--domain={domain}"]
+        if security is not None:
+            arguments.append(f"--security={os.fspath(security)}")
         arguments += _filters(level, category, app, exclude, contains, count)
         if seconds is not None:
             arguments.append(f"--for={seconds}")

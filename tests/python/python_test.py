@@ -334,6 +334,7 @@ class ReaderTest(unittest.TestCase):
             self.assertIn("signal 9", error_of(lambda: next(reader)))
             self.assertEqual(list(reader), [])
         self.assertIn("--domain", error_of(lambda: list(orvane.Reader(999))))
+        self.assertIn("/none", error_of(lambda: list(orvane.Reader(security=Path("/none")))))
         self.assertIn("none.mcap", error_of(lambda: list(orvane.open_recording("none.mcap"))))
         with unittest.mock.patch.dict(os.environ, {"ORVANE_TOOL": "/none/orvane"}):
             self.assertIn("/none/orvane", error_of(orvane.Reader))
