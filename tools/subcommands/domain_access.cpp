@@ -165,7 +165,7 @@ bool explain_silence(const DomainOptions& domain, const ParticipantCensus& censu
             "if there should be some, run 'orvane keys check' on both sides: both need the same "
             "authority, and their applications the role application");
     }
-    return census.unsecured > 0;
+    return census.unsecured + census.secured > 0;
 }
 
 }  // namespace orvane::tools
