@@ -35,7 +35,11 @@ void add_domain_options(CLI::App& command, DomainOptions& domain) {
     command
         .add_option("--security", domain.security,
                     "Joins with the credentials in this folder, which orvane keys issue made")
-        ->type_name("FOLDER");
+        ->type_name("FOLDER")
+        ->check(CLI::Validator{[](const std::string& folder) -> std::string {
+                                   return folder.empty() ? "'': the name of a folder expected" : "";
+                               },
+                               ""});
 }
 
 void add_timeout_option(CLI::App& command, double& seconds, const std::string& description) {

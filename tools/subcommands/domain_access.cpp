@@ -141,31 +141,34 @@ void stop_at_expiry(const DomainOptions& domain, StopSignal& stop) {
     }
 }
 
-bool explain_silence(const DomainOptions& domain, const ParticipantCensus& census) {
+bool tell_of_silent(const DomainOptions& domain, const ParticipantCensus& census, bool is_heard) {
+    const bool is_secured = !domain.security.empty();
+    // They may have lost their credentials, and tell everybody what they log.
+    if (is_secured && census.unsecured > 0) {
+        print_with_remedy(fmt::format("{} without credentials {} not heard",
+                                      participants(census.unsecured, domain.id),
+                                      census.unsecured == 1 ? "is" : "are"),
+                          "give each application its own: orvane keys issue, orvane keys profile");
+    }
+    if (is_heard) {
+        return false;
+    }
     if (has_refused_somebody()) {
         return true;
     }
-    if (domain.security.empty()) {
-        if (census.secured > 0) {
-            print_with_remedy(participants(census.secured, domain.id) +
-                                  " may talk to those with credentials only",
-                              "use --security FOLDER; 'orvane keys issue' makes such folders");
-        }
-        return census.secured > 0;
-    }
-    if (census.unsecured > 0) {
+    if (!is_secured && census.secured > 0) {
         print_with_remedy(
-            participants(census.unsecured, domain.id) + " without credentials are not heard",
-            "give each application its own: orvane keys issue, orvane keys profile");
+            participants(census.secured, domain.id) + " may talk to those with credentials only",
+            "use --security FOLDER; 'orvane keys issue' makes such folders");
     }
-    if (census.secured > 0) {
+    if (is_secured && census.secured > 0) {
         print_with_remedy(
             participants(census.secured, domain.id) +
                 " with credentials have not shown a logger to this one",
             "if there should be some, run 'orvane keys check' on both sides: both need the same "
             "authority, and their applications the role application");
     }
-    return census.unsecured + census.secured > 0;
+    return census.secured > 0 || (is_secured && census.unsecured > 0);
 }
 
 }  // namespace orvane::tools

@@ -27,9 +27,9 @@ Status check_access(DomainOptions& domain, DomainUse use);
 /// would hear it, and it would hear nobody.
 void stop_at_expiry(const DomainOptions& domain, StopSignal& stop);
 
-/// Says on the standard error why nobody may have been found, if others are there that do not talk
-/// to this participant.
-/// @return whether there are
-bool explain_silence(const DomainOptions& domain, const ParticipantCensus& census);
+/// Says on the standard error who is in the domain and does not talk to this participant.
+/// @param is_heard whether anybody has been heard; if nobody has, it says why that may be
+/// @return whether somebody should have been heard
+bool tell_of_silent(const DomainOptions& domain, const ParticipantCensus& census, bool is_heard);
 
 }  // namespace orvane::tools

@@ -32,43 +32,41 @@ std::chrono::milliseconds time_left(std::optional<double> seconds, Clock::time_p
                     std::chrono::milliseconds{0});
 }
 
-/// Says once, when nothing has come for a while, why that may be.
+/// Says once, after a while, who is in the domain and is not heard.
 class Silence {
 public:
     Silence(const DomainOptions& domain, const LogSubscription& subscription,
             Clock::time_point start)
         : domain_(domain), subscription_(subscription), until_(start + patience) {}
 
-    void note(const std::vector<Event>& events) { has_heard_ = has_heard_ || !events.empty(); }
+    void note(const std::vector<Event>& events) { is_heard_ = is_heard_ || !events.empty(); }
 
     /// How long to wait for news, no longer than @p longest.
     std::chrono::milliseconds wait(std::chrono::milliseconds longest) const {
-        return is_over()
+        return is_told_
                    ? longest
                    : std::clamp(std::chrono::ceil<std::chrono::milliseconds>(until_ - Clock::now()),
                                 std::chrono::milliseconds{0}, longest);
     }
 
     /// @param is_last nothing more will come
-    /// @return whether others are there that do not talk to this viewer
-    bool explain(bool is_last) {
-        if (!is_over() && (is_last || Clock::now() >= until_)) {
-            is_explained_ = true;
-            are_others_silent_ = explain_silence(domain_, subscription_.census());
+    /// @return whether nobody has been heard, and somebody should have been
+    bool tell(bool is_last) {
+        if (!is_told_ && (is_last || Clock::now() >= until_)) {
+            is_told_ = true;
+            are_others_silent_ = tell_of_silent(domain_, subscription_.census(), is_heard_);
         }
-        return are_others_silent_ && !has_heard_;
+        return are_others_silent_ && !is_heard_;
     }
 
 private:
     static constexpr std::chrono::seconds patience{3};
 
-    bool is_over() const { return has_heard_ || is_explained_; }
-
     const DomainOptions& domain_;
     const LogSubscription& subscription_;
     Clock::time_point until_;
-    bool has_heard_ = false;
-    bool is_explained_ = false;
+    bool is_heard_ = false;
+    bool is_told_ = false;
     bool are_others_silent_ = false;
 };
 
@@ -88,7 +86,7 @@ int hand_over(LogSubscription& subscription, const StopSignal& stop, DomainFollo
         if (const std::optional<int> status = follower.take(*std::move(events))) {
             return *status;
         }
-        const bool are_others_silent = silence.explain(is_last);
+        const bool are_others_silent = silence.tell(is_last);
         if (is_last) {
             return are_others_silent ? exit_failure : exit_success;
         }

@@ -37,8 +37,11 @@ int list_once(DomainView& view, const ListOptions& options) {
     const std::vector<LoggerEntry> loggers = view.entries();
     if (loggers.empty()) {
         fmt::print(stderr, "orvane: no logger in domain {}\n", options.domain.id);
-        return explain_silence(options.domain, view.administration().census()) ? exit_failure
-                                                                               : exit_success;
+    }
+    const bool are_others_silent =
+        tell_of_silent(options.domain, view.administration().census(), !loggers.empty());
+    if (loggers.empty()) {
+        return are_others_silent ? exit_failure : exit_success;
     }
     return write_out(listing(loggers, options)) == Status::ok ? exit_success : exit_failure;
 }

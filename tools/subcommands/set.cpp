@@ -25,7 +25,7 @@ void print_no_target(DomainView& view, const SetOptions& options) {
     }
     std::fputs(text.c_str(), stderr);
     if (loggers.empty()) {
-        explain_silence(options.domain, view.administration().census());
+        tell_of_silent(options.domain, view.administration().census(), false);
     }
 }
 
