@@ -16,7 +16,7 @@ class Identity:
     """Which logger it is. A text that is not known is empty, and so is a pid of 0."""
 
     app: str
-    """HOST:APP in hexadecimal, which no other logger of the domain has."""
+    """HOST:APP in hexadecimal. Loggers with one certificate of DDS Security may share it."""
     host_id: int
     app_id: int
     kind: str
@@ -122,6 +122,7 @@ def _message(line: Mapping[str, Any]) -> Message:
         nanoseconds=_nanoseconds(line),
         level=_level(line["level"]),
         level_name=line["level_name"],
+        instance_id=line.get("instance_id", 0),
         logger=_identity(line),
         category=line["category"],
         message=line["message"],

@@ -4,6 +4,7 @@
 
 #include "tests/tools/fake_domain.hpp"
 #include "tools/domain/command_round.hpp"
+#include "tools/domain/state_writers.hpp"
 #include "tools/domain/view.hpp"
 #include "tools/text/logger_text.hpp"
 #include "tools/text/target_text.hpp"
@@ -221,6 +222,74 @@ TEST(DomainView, KnowsTheTrafficOfLoggersAsLongAsTheyLive) {
     });
     EXPECT_TRUE(view.next(2s));
     EXPECT_EQ(view.entries().front().traffic, std::nullopt);
+}
+
+TEST(StateWriters, KnowWhichOfSeveralThatShareHostAndAppHasEnded) {
+    using Instance = StateSample::Instance;
+    const Application pump{1, 2, 3};
+    const Application mill{1, 2, 4};
+    const Application forged{1, 2};
+    const Endpoint of_pump{{1, 2, 3, 9}};
+    const Endpoint of_mill{{1, 2, 4, 9}};
+    const Endpoint of_other{{7, 7, 7, 9}};
+    const LoggerState state = logger_state(1, "");
+    const StateSample pump_lives{pump, state, Instance::alive, of_pump};
+    const StateSample mill_lives{mill, state, Instance::alive, of_mill};
+    const StateSample forged_lives{forged, state, Instance::alive, of_other};
+    const StateSample pump_disposes{pump, state, Instance::disposed, of_pump};
+    const StateSample forged_disposes{forged, {}, Instance::disposed, of_other};
+    const std::vector<StateSample> both{pump_lives, mill_lives};
+    const struct {
+        const char* what;
+        std::vector<StateSample> before;
+        std::vector<StateSample> samples;
+        std::set<Endpoint> matched;
+        std::set<Application> alive;
+    } cases[] = {
+        {"one disposes",
+         both,
+         {{mill, {}, Instance::disposed, of_mill}},
+         {of_pump, of_mill},
+         {pump}},
+        {"a last State hides who disposes",
+         both,
+         {pump_disposes},
+         {of_pump, of_mill},
+         {pump, mill}},
+        {"even of one alone", {pump_lives}, {pump_disposes}, {of_pump}, {pump}},
+        {"but not of a lone forger",
+         {forged_lives},
+         {{forged, state, Instance::disposed, of_other}},
+         {of_other},
+         {}},
+        {"a writer goes", both, {}, {of_pump}, {pump}},
+        {"and its last State comes then", both, {mill_lives}, {of_pump}, {pump}},
+        {"all go", both, {{pump, {}, Instance::without_writers, of_pump}}, {of_pump, of_mill}, {}},
+        {"a stranger disposes", {pump_lives}, {forged_disposes}, {of_pump, of_other}, {pump}},
+        {"a forger goes", {pump_lives, forged_lives}, {}, {of_pump}, {pump}},
+        {"a forger disposes",
+         {pump_lives, forged_lives},
+         {forged_disposes},
+         {of_pump, of_other},
+         {pump}},
+        {"a forger stays", {pump_lives, forged_lives}, {}, {of_other}, {forged}},
+    };
+    for (const auto& each : cases) {
+        StateWriters writers;
+        LiveLoggers loggers;
+        for (const StateUpdate& update : writers.judge(each.before, {of_pump, of_mill, of_other})) {
+            loggers.apply(update);
+        }
+        EXPECT_EQ(loggers.states().size(), each.before.size()) << each.what;
+        for (const StateUpdate& update : writers.judge(each.samples, each.matched)) {
+            loggers.apply(update);
+        }
+        std::set<Application> alive;
+        for (const auto& [application, unused] : loggers.states()) {
+            alive.insert(application);
+        }
+        EXPECT_EQ(alive, each.alive) << each.what;
+    }
 }
 
 /// The lines of `set-level '*' DEBUG` for these loggers.

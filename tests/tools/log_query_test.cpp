@@ -68,7 +68,9 @@ TEST(LogQuery, ReadsApplicationsAsItPrintsThem) {
         {"0:1", Application{0, 1}},
         {"", {}},
         {":", {}},
-        {"1:2:3", {}},
+        {"1:2:f3", Application{1, 2, 0xf3}},
+        {"1:2:", {}},
+        {"1:2:3:4", {}},
         {"g:1", {}},
         {"100000000:1", {}},
     };

@@ -13,12 +13,14 @@
 namespace orvane::tools {
 namespace {
 
-CommandResponse to_response(const QEL_KX_ADMIN_CommandResponse& sample) {
-    return {.application = application_of(sample.hostAndAppId),
-            .originator = application_of(sample.originatorHostAndAppId),
-            .invocation = sample.invocation,
-            .result = sample.commandResult,
-            .message = sample.message};
+CommandResponse to_response(const QEL_KX_ADMIN_CommandResponse& sample,
+                            const DDS_SampleInfo& info) {
+    return {
+        .application = application_of(sample.hostAndAppId, endpoint_of(info.publication_handle)),
+        .originator = application_of(sample.originatorHostAndAppId),
+        .invocation = sample.invocation,
+        .result = sample.commandResult,
+        .message = sample.message};
 }
 
 /// Fills the union of a request with a command.
@@ -70,7 +72,7 @@ public:
         if (!participant_) {
             return "no participant";
         }
-        identity_ = identity_of(participant_.get());
+        identity_ = application_of(to_identity(identity_of(participant_.get())));
         if (wait_set_.open() == Status::failed) {
             return "no wait set";
         }
@@ -78,10 +80,10 @@ public:
         if (!failure.empty()) {
             return failure;
         }
-        states_ = create_state_reader(participant_.get());
         const bool succeeded =
-            states_ != nullptr && wait_set_.attach_data_of(states_) == Status::ok &&
-            wait_set_.attach_statuses_of(DDS_DataReader_as_entity(states_),
+            states_.open(participant_.get()) == Status::ok &&
+            wait_set_.attach_data_of(states_.reader()) == Status::ok &&
+            wait_set_.attach_statuses_of(DDS_DataReader_as_entity(states_.reader()),
                                          DDS_SUBSCRIPTION_MATCHED_STATUS) == Status::ok;
         if (!succeeded) {
             return "no reader of the States";
@@ -107,23 +109,20 @@ public:
     bool interrupted() const override { return interrupted_; }
 
     Result<Arrivals> take() override {
-        // The next wait waits for a change since this reading of the statuses.
-        DDS_SubscriptionMatchedStatus subscription{};
-        DDS_DataReader_get_subscription_matched_status(states_, &subscription);
         Arrivals arrivals;
-        const bool succeeded = take_states(states_, arrivals.states) == Status::ok &&
+        const bool succeeded = states_.take(arrivals.states) == Status::ok &&
                                take_responses(arrivals.responses) == Status::ok &&
                                take_statistics(statistics_, {}, arrivals.statistics) == Status::ok;
         std::set<Application> heard;
         for (const StateUpdate& update : arrivals.states) {
-            heard.insert(update.application);
+            heard.insert({update.application, update.writer});
         }
         arrivals.processes = processes_.look_up(participant_.get(), heard);
         return succeeded ? Result<Arrivals>{std::move(arrivals)} : Result<Arrivals>{};
     }
 
     std::set<Application> state_writers() override {
-        return peers(states_, DDS_DataReader_get_matched_publications);
+        return peers(states_.reader(), DDS_DataReader_get_matched_publications);
     }
 
     std::set<Application> command_readers() override {
@@ -179,7 +178,7 @@ private:
             responses_,
             [&](const QEL_KX_ADMIN_CommandResponse& sample, const DDS_SampleInfo& info) {
                 if (info.valid_data != 0) {
-                    responses.push_back(to_response(sample));
+                    responses.push_back(to_response(sample, info));
                 }
             });
     }
@@ -189,7 +188,7 @@ private:
     Application identity_;
     DDS_DataReader* responses_ = nullptr;  ///< and the writer: NULL without access to commands
     DDS_DataWriter* requests_ = nullptr;
-    DDS_DataReader* states_ = nullptr;
+    StateReader states_;
     DDS_DataReader* statistics_ = nullptr;  ///< only to read
     ProcessDiscovery processes_;
     std::atomic<bool> interrupted_{false};

@@ -73,7 +73,7 @@ public:
     /// Who else is in the domain.
     virtual ParticipantCensus census() = 0;
 
-    /// The originator in the requests that are sent.
+    /// The originator in the requests that are sent: HOST:APP, and no instance id.
     virtual Application identity() const = 0;
 
     /// Writes a command request. Only for @ref Access::command.

@@ -74,7 +74,8 @@ Application identity_of(DDS_DomainParticipant* participant) {
     DDS_DomainParticipantQos qos;
     DDS_DomainParticipantQos_initialize(&qos);
     DDS_DomainParticipant_get_qos(participant, &qos);
-    const Application identity{qos.wire_protocol.rtps_host_id, qos.wire_protocol.rtps_app_id};
+    const Application identity{qos.wire_protocol.rtps_host_id, qos.wire_protocol.rtps_app_id,
+                               qos.wire_protocol.rtps_instance_id};
     DDS_DomainParticipantQos_finalize(&qos);
     return identity;
 }
@@ -82,6 +83,12 @@ Application identity_of(DDS_DomainParticipant* participant) {
 Application application_of(const QEL_KX_HostAndAppId& identity) {
     return {static_cast<std::uint32_t>(identity.rtps_host_id),
             static_cast<std::uint32_t>(identity.rtps_app_id)};
+}
+
+Application application_of(const QEL_KX_HostAndAppId& identity, const Endpoint& writer) {
+    const Application named = application_of(identity);
+    const Application publisher = application_of(writer);
+    return share_host_and_app(named, publisher) ? publisher : named;
 }
 
 QEL_KX_HostAndAppId to_identity(const Application& application) {

@@ -26,6 +26,8 @@ Participant join_domain(const DomainOptions& domain);
 /// The application of a participant, as other participants see it.
 Application identity_of(DDS_DomainParticipant* participant);
 Application application_of(const QEL_KX_HostAndAppId& identity);
+/// The application that a sample names. Its instance id is known when the sample is its own.
+Application application_of(const QEL_KX_HostAndAppId& identity, const Endpoint& writer);
 QEL_KX_HostAndAppId to_identity(const Application& application);
 /// Since 1970-01-01 UTC.
 std::int64_t nanoseconds_of(const DDS_Time_t& time);

@@ -1,5 +1,6 @@
 #include "tools/domain/log_publication.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <limits>
 #include <optional>
@@ -104,7 +105,11 @@ Status LogPublication::write(const LoggerState& state) {
 }
 
 Status LogPublication::end(Application application) {
-    if (alive_.erase(application) == 0) {
+    const bool was_alive = alive_.erase(application) > 0;
+    const bool lives_on = std::any_of(alive_.begin(), alive_.end(), [&](const Application& each) {
+        return share_host_and_app(each, application);
+    });
+    if (!was_alive || lives_on) {
         return Status::ok;
     }
     QEL_KX_ADMIN_State sample{};

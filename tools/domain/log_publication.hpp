@@ -40,7 +40,8 @@ public:
 
     /// Publishes the State of a logger that lives.
     Status write(const LoggerState& state);
-    /// Ends a logger. Nothing happens when it has no State.
+    /// Ends a logger. Nothing happens when it has no State, or when another one lives that shares
+    /// its HOST:APP: to viewers they are one.
     Status end(Application application);
     /// Ends all.
     Status end_all();

@@ -17,9 +17,10 @@
 namespace orvane::tools {
 namespace {
 
-LogRecord to_record(const QEL_KX_LogMessage& sample, const DDS_Time_t& timestamp) {
+LogRecord to_record(const QEL_KX_LogMessage& sample, const DDS_Time_t& timestamp,
+                    const Endpoint& writer) {
     return {.nanoseconds = nanoseconds_of(timestamp),
-            .application = application_of(sample.hostAndAppId),
+            .application = application_of(sample.hostAndAppId, writer),
             .level = sample.level,
             .category = sample.category,
             .message = sample.message};
@@ -48,8 +49,8 @@ public:
         }
         messages_ = create_reader<QEL_KX_LogMessage>(
             participant_.get(), DDS_TRANSIENT_LOCAL_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
-        states_ = domain.may_read(QEL_KX_STATE_TOPIC_NAME) ? create_state_reader(participant_.get())
-                                                           : nullptr;
+        const bool has_states = domain.may_read(QEL_KX_STATE_TOPIC_NAME) &&
+                                states_.open(participant_.get()) == Status::ok;
         // Behind the reader of messages: a logger that sends new statistics knows that one, too.
         statistics_ = domain.may_read(QEL_KX_STATISTICS_TOPIC_NAME)
                           ? create_statistics_reader(participant_.get())
@@ -57,10 +58,8 @@ public:
         // Who may not read the others can still read messages.
         const bool succeeded =
             messages_ != nullptr && wait_set_.open() == Status::ok &&
-            wait_set_.attach_data_of(messages_) == Status::ok &&
-            wait_set_.attach_statuses_of(DDS_DataReader_as_entity(messages_),
-                                         DDS_SUBSCRIPTION_MATCHED_STATUS) == Status::ok &&
-            (states_ == nullptr || wait_set_.attach_data_of(states_) == Status::ok) &&
+            attach(messages_) == Status::ok &&
+            (!has_states || attach(states_.reader()) == Status::ok) &&
             (statistics_ == nullptr || wait_set_.attach_data_of(statistics_) == Status::ok);
         if (succeeded) {
             self_ =
@@ -119,13 +118,21 @@ public:
     }
 
 private:
+    /// Waits for its data and for changes of its writers.
+    Status attach(DDS_DataReader* reader) {
+        return wait_set_.attach_data_of(reader) == Status::ok
+                   ? wait_set_.attach_statuses_of(DDS_DataReader_as_entity(reader),
+                                                  DDS_SUBSCRIPTION_MATCHED_STATUS)
+                   : Status::failed;
+    }
+
     Status take_states(std::set<Application>& heard, std::vector<LoggerChange>& changes) {
         std::vector<StateUpdate> updates;
-        if (states_ != nullptr && tools::take_states(states_, updates) == Status::failed) {
+        if (states_.reader() != nullptr && states_.take(updates) == Status::failed) {
             return Status::failed;
         }
         for (const StateUpdate& update : updates) {
-            heard.insert(update.application);
+            heard.insert({update.application, update.writer});
             for (LoggerChange& change : live_.apply(update)) {
                 directory_.add(change.now);
                 changes.push_back(std::move(change));
@@ -139,7 +146,9 @@ private:
         const LogStream::Clock::time_point now = LogStream::Clock::now();
         const auto add = [&](const QEL_KX_LogMessage& sample, const DDS_SampleInfo& info) {
             if (info.valid_data != 0) {
-                received.push_back({to_record(sample, info.source_timestamp), origin_of(info)});
+                const Origin origin = origin_of(info);
+                received.push_back(
+                    {to_record(sample, info.source_timestamp, origin.writer), origin});
             } else {
                 stream_.receive_end(origin_of(info), now);
             }
@@ -184,7 +193,7 @@ private:
     // The wait set is deleted before its entities.
     Participant participant_;
     DDS_DataReader* messages_ = nullptr;
-    DDS_DataReader* states_ = nullptr;
+    StateReader states_;
     DDS_DataReader* statistics_ = nullptr;
     Endpoint self_;  ///< the reader of messages
     ProcessDiscovery processes_;

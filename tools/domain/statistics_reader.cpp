@@ -51,20 +51,21 @@ Endpoint log_writer(const QEL_KX_ADMIN_Statistics& sample, const DDS_SampleInfo&
 
 LoggerStatistics to_statistics(const QEL_KX_ADMIN_Statistics& sample, const DDS_SampleInfo& info,
                                const Endpoint& viewer) {
-    return {.nanoseconds = nanoseconds_of(info.source_timestamp),
-            .application = application_of(sample.hostAndAppId),
-            .writer = log_writer(sample, info),
-            .now = {.published = number_of(sample.published),
-                    .queue_full = number_of(sample.refusedForRoom),
-                    .no_memory = number_of(sample.refusedForMemory),
-                    .discarded = number_of(sample.discarded)},
-            .accepted = number_of(sample.accepted),
-            .queued = sample.queued,
-            .most_queued = sample.mostQueued,
-            .queue_size = sample.queueSize,
-            .is_last = sample.isLast != 0,
-            .at_match = counts_at_match(sample.viewers, viewer),
-            .has_forgotten_viewers = length_of(sample.viewers) == ORVANE_VIEWER_BOUND};
+    return {
+        .nanoseconds = nanoseconds_of(info.source_timestamp),
+        .application = application_of(sample.hostAndAppId, endpoint_of(info.publication_handle)),
+        .writer = log_writer(sample, info),
+        .now = {.published = number_of(sample.published),
+                .queue_full = number_of(sample.refusedForRoom),
+                .no_memory = number_of(sample.refusedForMemory),
+                .discarded = number_of(sample.discarded)},
+        .accepted = number_of(sample.accepted),
+        .queued = sample.queued,
+        .most_queued = sample.mostQueued,
+        .queue_size = sample.queueSize,
+        .is_last = sample.isLast != 0,
+        .at_match = counts_at_match(sample.viewers, viewer),
+        .has_forgotten_viewers = length_of(sample.viewers) == ORVANE_VIEWER_BOUND};
 }
 
 }  // namespace

@@ -30,6 +30,7 @@ inline constexpr std::array<McapChannel, std::variant_size_v<RecordedEvent>> mca
      R"("type":{"const":"message"},"time":{"type":"string","format":"date-time"},)"
      R"("orvane_level":{"type":"integer"},"level_name":{"type":"string"},)"
      R"("app":{"type":"string"},"host_id":{"type":"integer"},"app_id":{"type":"integer"},)"
+     R"("instance_id":{"type":"integer"},)"
      R"("kind":{"type":"string"},"number":{"type":"integer"},"host":{"type":"string"},)"
      R"("process":{"type":"string"},"pid":{"type":"integer"},"category":{"type":"string"}}})"},
     {"orvane/loss", "orvane.Loss",
@@ -37,6 +38,7 @@ inline constexpr std::array<McapChannel, std::variant_size_v<RecordedEvent>> mca
      R"("type":{"const":"loss"},"time":{"type":"string","format":"date-time"},)"
      R"("app":{"type":"string"},"host_id":{"type":"integer"},"app_id":{"type":"integer"},)"
      R"("kind":{"type":"string"},"number":{"type":"integer"},"host":{"type":"string"},)"
+     R"("instance_id":{"type":"integer"},)"
      R"("process":{"type":"string"},"pid":{"type":"integer"},"lost":{"type":"integer"},)"
      R"("queue_full":{"type":"integer"},"no_memory":{"type":"integer"},)"
      R"("discarded":{"type":"integer"},"on_the_way":{"type":"integer"}}})"},
@@ -46,6 +48,7 @@ inline constexpr std::array<McapChannel, std::variant_size_v<RecordedEvent>> mca
      R"("event":{"enum":["appeared","present","changed","gone"]},)"
      R"("app":{"type":"string"},"host_id":{"type":"integer"},"app_id":{"type":"integer"},)"
      R"("kind":{"type":"string"},"number":{"type":"integer"},"host":{"type":"string"},)"
+     R"("instance_id":{"type":"integer"},)"
      R"("process":{"type":"string"},"pid":{"type":"integer"},"state":{"type":"string"},)"
      R"("filter_level":{"type":"integer"},"filter_level_name":{"type":"string"},)"
      R"("domain":{"type":"integer"},"verbosities":{"type":"object"},)"

@@ -21,7 +21,7 @@ struct Endpoint {
 
 /// The application that an endpoint belongs to.
 inline Application application_of(const Endpoint& endpoint) {
-    return {endpoint.guid[0], endpoint.guid[1]};
+    return {endpoint.guid[0], endpoint.guid[1], endpoint.guid[2]};
 }
 
 }  // namespace orvane::tools

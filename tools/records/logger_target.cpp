@@ -13,7 +13,9 @@ bool is_like(const std::string& text, const std::string& pattern) {
 
 bool LoggerTarget::matches(const Logger& logger) const {
     if (application) {
-        return logger.application == *application;
+        return share_host_and_app(logger.application, *application) &&
+               (application->instance_id == 0 ||
+                application->instance_id == logger.application.instance_id);
     }
     const bool meets_all = is_like(logger.kind, kinds) && (!number || logger.number == *number) &&
                            (!hosts || is_like(logger.host, *hosts));

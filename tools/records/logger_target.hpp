@@ -12,11 +12,12 @@ namespace orvane::tools {
 
 /// One application, or the loggers that meet every condition that is set.
 struct LoggerTarget {
-    std::string text;                        ///< as the user wrote it
-    std::optional<Application> application;  ///< this one, whatever else is set
-    std::string kinds;                       ///< shell pattern, fnmatch(3)
-    std::optional<std::uint32_t> number;     ///< among the loggers of a kind
-    std::optional<std::string> hosts;        ///< shell pattern for the names of hosts
+    std::string text;  ///< as the user wrote it
+    /// This one, whatever else is set. With an instance id of 0 all that share its HOST:APP.
+    std::optional<Application> application;
+    std::string kinds;                    ///< shell pattern, fnmatch(3)
+    std::optional<std::uint32_t> number;  ///< among the loggers of a kind
+    std::optional<std::string> hosts;     ///< shell pattern for the names of hosts
 
     /// A kind may hold the characters that divide a target. Therefore a logger also matches whose
     /// kind matches the whole text.

@@ -13,7 +13,8 @@ struct StateUpdate {
     Application application;
     std::optional<LoggerState> state;  ///< none: only the liveness has changed
     bool alive = true;
-    Application writer{};  ///< who has published it: the application itself, or one that replays it
+    /// Who has published it: the application itself, or another one in its name. {} is not known.
+    Application writer{};
 };
 
 }  // namespace orvane::tools

@@ -1,5 +1,6 @@
 /// @file application_text.hpp
-/// @brief The identity of an application as "HOST:APP", both parts in hexadecimal.
+/// @brief The identity of an application as "HOST:APP" or "HOST:APP:INSTANCE", the parts in
+/// hexadecimal.
 #pragma once
 
 #include <optional>
@@ -10,11 +11,14 @@
 
 namespace orvane::tools {
 
-/// Reads a number of 32 bits in hexadecimal digits for each part. @return nothing for any other
-/// text
+/// Reads a number of 32 bits in hexadecimal digits for each part. Without the third part the
+/// instance id is 0. @return nothing for any other text
 std::optional<Application> parse_application(std::string_view text);
 
-/// Writes eight digits for each part.
+/// "HOST:APP" with eight digits for each part.
 std::string format_application(const Application& application);
+
+/// "HOST:APP:INSTANCE", or "HOST:APP" when the instance id is not known.
+std::string format_instance(const Application& application);
 
 }  // namespace orvane::tools

@@ -103,7 +103,8 @@ std::int64_t read_time(Members& members) {
 
 Logger read_logger(Members& members) {
     return {.application = {members.number<std::uint32_t>("host_id"),
-                            members.number<std::uint32_t>("app_id")},
+                            members.number<std::uint32_t>("app_id"),
+                            members.number<std::uint32_t>("instance_id", 0)},
             .kind = members.text("kind", true),
             .number = members.number<std::uint32_t>("number", 1),
             .host = members.text("host", true),

@@ -39,6 +39,9 @@ void fill_identity(JsonObject& object, const Logger& logger) {
     object.add("app", format_application(logger.application));
     object.add("host_id", logger.application.host_id);
     object.add("app_id", logger.application.app_id);
+    if (logger.application.instance_id != 0) {
+        object.add("instance_id", logger.application.instance_id);
+    }
     object.add("kind", logger.kind);
     if (logger.number != 1) {
         object.add("number", logger.number);

@@ -15,8 +15,8 @@
 
 namespace orvane::tools {
 
-/// What is said of a logger: "app", "host_id", "app_id", "kind", "number" (if it is not 1), "host",
-/// "process", "pid".
+/// What is said of a logger: "app", "host_id", "app_id", "instance_id" (if it is known), "kind",
+/// "number" (if it is not 1), "host", "process", "pid".
 /// @{
 
 /// Members: "type" ("message"), "time", "level", "level_name", the logger's, "category", "message".

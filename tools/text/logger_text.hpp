@@ -24,7 +24,8 @@ struct TableStyle {
 };
 
 /// A line of headings and a line for each logger, in columns. Where the terminal is too narrow,
-/// long names are cut and the last columns are left out; a line below says so.
+/// long names are cut and the last columns are left out; a line below says so. Another one tells of
+/// loggers that share HOST:APP, which have a mark.
 std::string logger_table(const std::vector<LoggerEntry>& loggers, const TableStyle& style);
 
 /// "appeared", "present", "changed" or "gone".

@@ -10,8 +10,8 @@
 
 namespace orvane::tools {
 
-/// Reads "HOST:APP" in hexadecimal, "KIND", "KIND@HOST", "KIND#NUMBER" or "KIND#NUMBER@HOST". The
-/// kind and the name of the host are shell patterns, fnmatch(3).
+/// Reads "HOST:APP" or "HOST:APP:INSTANCE" in hexadecimal, "KIND", "KIND@HOST", "KIND#NUMBER" or
+/// "KIND#NUMBER@HOST". The kind and the name of the host are shell patterns, fnmatch(3).
 /// @param error says what was expected, when nothing is returned
 std::optional<LoggerTarget> parse_target(std::string_view text, std::string& error);
 
