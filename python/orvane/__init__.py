@@ -14,7 +14,7 @@ ORVANE_LIBRARY may name another file, and ORVANE_TOOL another command than orvan
 """
 
 from orvane.error import Error
-from orvane.events import Event, Gap, Identity, LoggerChange, Loss, Message
+from orvane.events import Event, Gap, Identity, LoggerChange, Loss, Message, Publisher
 from orvane.handler import Handler
 from orvane.level import Level, from_logging, to_logging
 from orvane.logger import Logger, Statistics
@@ -31,6 +31,7 @@ __all__ = [
     "LoggerChange",
     "Loss",
     "Message",
+    "Publisher",
     "Reader",
     "Recording",
     "Statistics",

@@ -25,6 +25,17 @@ class Identity:
     host: str
     process: str
     pid: int
+    instance_id: int = 0
+    """Tells loggers apart that share HOST:APP; 0 when it is not known."""
+
+
+@dataclasses.dataclass(frozen=True, slots=True)
+class Publisher:
+    """Who has published something in the name of another logger."""
+
+    logger: Identity
+    authenticated: bool
+    """A certificate says that it is this one."""
 
 
 @dataclasses.dataclass(frozen=True, slots=True)
@@ -48,6 +59,8 @@ class Message(_Timed):
     logger: Identity
     category: str
     message: str
+    publisher: Publisher | None = None
+    """None is the logger itself."""
 
 
 @dataclasses.dataclass(frozen=True, slots=True)
@@ -76,6 +89,8 @@ class LoggerChange(_Timed):
     """state, filter_level, filter_level_name, domain, verbosities, print_format"""
     before: Mapping[str, Any] | None
     """The kind and the settings before the change."""
+    publisher: Publisher | None = None
+    """None is the logger itself."""
 
 
 @dataclasses.dataclass(frozen=True, slots=True)
@@ -107,7 +122,15 @@ def _identity(line: Mapping[str, Any]) -> Identity:
         host=line["host"],
         process=line["process"],
         pid=line["pid"],
+        instance_id=line.get("instance_id", 0),
     )
+
+
+def _publisher(line: Mapping[str, Any]) -> Publisher | None:
+    publisher = line.get("publisher")
+    if publisher is None:
+        return None
+    return Publisher(logger=_identity(publisher), authenticated=publisher["authenticated"])
 
 
 def _level(number: int) -> int:
@@ -122,10 +145,10 @@ def _message(line: Mapping[str, Any]) -> Message:
         nanoseconds=_nanoseconds(line),
         level=_level(line["level"]),
         level_name=line["level_name"],
-        instance_id=line.get("instance_id", 0),
         logger=_identity(line),
         category=line["category"],
         message=line["message"],
+        publisher=_publisher(line),
     )
 
 
@@ -148,6 +171,7 @@ def _logger_change(line: Mapping[str, Any]) -> LoggerChange:
         logger=_identity(line),
         settings={name: line[name] for name in _SETTINGS},
         before=line.get("before"),
+        publisher=_publisher(line),
     )
 
 

@@ -320,6 +320,19 @@ class ReaderTest(unittest.TestCase):
             with orvane.open_recording(file, level=Level.ERROR, exclude="none") as recording:
                 self.assertIn("two", [getattr(event, "message", "") for event in recording])
 
+    def test_a_recording_tells_who_has_published_in_anothers_name(self):
+        pump = '"app":"1:2","host_id":1,"app_id":2,"kind":"pump","host":"","process":"","pid":0'
+        line = (
+            f'{{"type":"message","time":"2026-01-31T12:00:00Z","level":600,{pump},'
+            f'"message":"off","publisher":{{{pump},"instance_id":3,"authenticated":true}}}}'
+        )
+        with tempfile.NamedTemporaryFile("w", suffix=".jsonl") as file:
+            print(line, file=file, flush=True)
+            (event,) = orvane.open_recording(file.name)
+        self.assertEqual(event.logger.instance_id, 0)
+        self.assertEqual(event.publisher.logger.instance_id, 3)
+        self.assertTrue(event.publisher.authenticated)
+
     def test_a_reader_ends_with_its_time_its_scope_its_last_use_or_an_error(self):
         self.assertEqual(list(orvane.Reader(DOMAIN, seconds=0.1)), [])
         for leave in (lambda reader: reader.close(), lambda reader: None):

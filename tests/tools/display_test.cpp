@@ -98,5 +98,23 @@ TEST(Display, PrintsWhatIsAskedForAndSumsItUp) {
     }
 }
 
+TEST(Display, NamesWhoHasCertainlyPublishedInAnothersName) {
+    for (const bool is_authenticated : {false, true}) {
+        MessageEvent forged = std::get<MessageEvent>(events.front());
+        forged.publisher = std::make_shared<Publisher>(Publisher{mill, is_authenticated});
+        const DisplayOptions options;
+        Display display{options};
+        testing::internal::CaptureStdout();
+        EXPECT_EQ(display.show({events.front(), forged}), Display::Progress::goes_on);
+        const std::string text = testing::internal::GetCapturedStdout();
+        EXPECT_EQ(text.find(" pump via mill a\n") != std::string::npos, is_authenticated) << text;
+        EXPECT_EQ(display.summary(0, 0), is_authenticated
+                                             ? "orvane: 2 messages of 2 applications in 0.0 s\n"
+                                               "orvane:   pump           1\n"
+                                               "orvane:   pump via mill  1\n"
+                                             : "orvane: 2 messages of 1 application in 0.0 s\n");
+    }
+}
+
 }  // namespace
 }  // namespace orvane::tools

@@ -43,8 +43,8 @@ std::vector<ExportRecord> sample_records() {
 
 TEST(ExportFormatTest, ALoggerIsAResourceAndACategoryAScope) {
     const Json request = Json::parse(otlp_request(sample_records()));
-    // Nobody, the one of whom only the ids are known, and the pump.
-    ASSERT_EQ(request["resourceLogs"].size(), 3U);
+    // Nobody, the one of whom only the ids are known, the pump, and another one with its HOST:APP.
+    ASSERT_EQ(request["resourceLogs"].size(), 4U);
     EXPECT_EQ(request["resourceLogs"][1]["resource"], Json::parse(R"({"attributes":[
         {"key":"service.name","value":{"stringValue":"unknown_service"}},
         {"key":"service.instance.id","value":{"stringValue":"00000000:ffffffff"}}]})"));
@@ -61,6 +61,13 @@ TEST(ExportFormatTest, ALoggerIsAResourceAndACategoryAScope) {
         "timeUnixNano":"1769860800000000001","observedTimeUnixNano":"1769860800000000005",
         "severityNumber":13,"severityText":"WARNING","body":{"stringValue":"pressure high"},
         "attributes":[{"key":"orvane.level","value":{"intValue":"400"}}]})"));
+    const Json& other = request["resourceLogs"][3];
+    EXPECT_EQ(other["resource"]["attributes"][2], Json::parse(R"(
+        {"key":"orvane.id","value":{"stringValue":"0a141e28:0000c350:ffffffff"}})"));
+    EXPECT_EQ(other["scopeLogs"][0]["logRecords"][0]["attributes"], Json::parse(R"([
+        {"key":"orvane.level","value":{"intValue":"400"}},
+        {"key":"orvane.publisher","value":{"stringValue":"planner"}},
+        {"key":"orvane.publisher.id","value":{"stringValue":"00000003:00000002:00000001"}}])"));
     const Json& odd = pump["scopeLogs"][0]["logRecords"][2];
     EXPECT_EQ(odd["timeUnixNano"], "0");
     EXPECT_EQ(odd["body"]["stringValue"], std::string("\xEF\xBF\xBD\0 a \"quoted\"\n\u00fc", 19));
@@ -133,6 +140,12 @@ TEST(ExportFormatTest, AJournalEntryHasFieldsWhateverIsInTheTexts) {
                                  "SYSLOG_PID=4711\nORVANE_APP=0a141e28:0000c350\n"
                                  "ORVANE_KIND=pump\nORVANE_HOST=boat\nORVANE_PROCESS=pumpd\n";
     EXPECT_EQ(journal_entry(event), expected);
+    const std::string forged = journal_entry(forged_message());
+    EXPECT_NE(forged.find("ORVANE_ID=0a141e28:0000c350:ffffffff\n"), std::string::npos) << forged;
+    EXPECT_TRUE(
+        forged.ends_with("ORVANE_PUBLISHER=planner\n"
+                         "ORVANE_PUBLISHER_ID=00000003:00000002:00000001\n"))
+        << forged;
     EXPECT_EQ(journal_entry(RecordingGap{noon, 7}),
               "MESSAGE=7 records given up by orvane export\nPRIORITY=4\nSYSLOG_IDENTIFIER=orvane\n"
               "ORVANE_TIME=2026-01-31T12:00:00.000000000Z\nORVANE_LEVEL=400\n"

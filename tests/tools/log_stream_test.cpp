@@ -89,6 +89,37 @@ TEST_F(Stream, WaitsForNamesButNotForEver) {
     EXPECT_EQ(take_at(502ms, true), "- e");
 }
 
+TEST_F(Stream, TellsWhoHasPublishedInAnothersName) {
+    LoggerState real;
+    real.application = {1, 1, 7};
+    real.kind = "pump";
+    directory_.add(real);
+    const Endpoint planner{{2, 2, 2, 0}};
+    for (const bool is_authenticated : {false, true}) {
+        LogStream stream{directory_, is_authenticated};
+        LogRecord record;
+        record.application = real.application;
+        stream.receive(record, {{{1, 1, 7, 0}}, 1}, now_);
+        record.application = named;
+        stream.receive(record, {planner, 1}, now_);
+        stream.receive(record, {planner, 2}, now_);
+        std::vector<Event> events;
+        stream.take(now_, 0, false, events);
+        EXPECT_EQ(events.size(), is_authenticated ? 1U : 3U) << "the name of the publisher matters";
+        stream.take(now_ + LogStream::patience_for_names, 0, false, events);
+        ASSERT_EQ(events.size(), 3U);
+        for (const Event& event : events) {
+            const auto& message = std::get<MessageEvent>(event);
+            EXPECT_EQ(message.logger.application, real.application);
+            EXPECT_EQ(message.publisher == nullptr, &event == events.data());
+        }
+        const auto& last = *std::get<MessageEvent>(events.back()).publisher;
+        EXPECT_EQ(last.logger.application, application_of(planner));
+        EXPECT_EQ(last.is_authenticated, is_authenticated);
+        EXPECT_EQ(std::get<MessageEvent>(events[1]).publisher.get(), &last) << "made once";
+    }
+}
+
 TEST_F(Stream, TellsLossesOfEachWriter) {
     name_pump();
     LoggerStatistics said;

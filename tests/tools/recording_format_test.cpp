@@ -93,6 +93,14 @@ TEST(JsonLine, HoldsAllOfAnEvent) {
               R"("time":"2026-01-31T12:00:00.000000001Z","orvane_level":400,)"
               R"("level_name":"WARNING",)" +
                   logger + R"("category":"hydraulics"})");
+    const std::string forged = foxglove_json(forged_message());
+    for (const char* members :
+         {R"("name":"pump#2 via planner hydraulics",)",
+          R"("app_id":50000,"instance_id":4294967295,"kind":"pump","number":2,)",
+          R"("publisher":{"app":"00000003:00000002","host_id":3,"app_id":2,"instance_id":1,)"
+          R"("kind":"planner","host":"","process":"","pid":7,"authenticated":true}})"}) {
+        EXPECT_NE(forged.find(members), std::string::npos) << members << '\n' << forged;
+    }
 }
 
 TEST(Time, IsReadAsItIsWritten) {

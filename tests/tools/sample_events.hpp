@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,15 @@ inline MessageEvent message_event(std::int64_t nanoseconds, std::string message)
                        .category = "hydraulics",
                        .message = std::move(message)},
             .logger = sample_logger()};
+}
+
+/// A message in the name of one of several loggers that share HOST:APP.
+inline MessageEvent forged_message() {
+    MessageEvent event = message_event(noon + 5, "off");
+    event.logger.application.instance_id = 0xffffffff;
+    Logger planner{{3, 2, 1}, "planner", 1, "", "", 7};
+    event.publisher = std::make_shared<Publisher>(Publisher{std::move(planner), true});
+    return event;
 }
 
 /// Events of all kinds, with the smallest and the largest that their members can be.
@@ -61,6 +71,7 @@ inline std::vector<RecordedEvent> sample_events() {
         LoggerEvent{noon + 2, {LoggerChange::Kind::changed, before, now}, sample_logger()},
         LoggerEvent{noon + 3, {LoggerChange::Kind::gone, now, now}, sample_logger()},
         RecordingGap{noon + 4, most},
+        forged_message(),
     };
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "tools/records/logger_change.hpp"
@@ -17,9 +18,13 @@ public:
     std::vector<LoggerChange> apply(const StateUpdate& update);
 
     const std::map<Application, LoggerState>& states() const { return states_; }
+    /// Who publishes the State of a logger in its name. @return nothing for the logger itself
+    std::optional<Application> publisher(const Application& application) const;
 
 private:
     std::map<Application, LoggerState> states_;
+    std::map<Application, Application>
+        publishers_;  ///< of those that are not published by themselves
 };
 
 }  // namespace orvane::tools

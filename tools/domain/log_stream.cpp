@@ -18,7 +18,8 @@ void LogStream::receive(LogRecord record, const Origin& origin, Clock::time_poin
     if (origin.number && !accounts_.of(origin.writer).receive(*origin.number, now)) {
         return;
     }
-    messages_.push_back({std::move(record), now + patience_for_names});
+    messages_.push_back(
+        {std::move(record), application_of(origin.writer), now + patience_for_names});
 }
 
 void LogStream::receive_end(const Origin& origin, Clock::time_point now) {
@@ -44,19 +45,33 @@ void LogStream::set_matched(std::set<Endpoint> writers) {
     accounts_.set_matched(std::move(writers));
 }
 
+bool LogStream::waits_for_name(const Logger& logger) const {
+    return logger.kind.empty() && !nameless_.contains(logger.application);
+}
+
 void LogStream::take(Clock::time_point now, std::int64_t wall_clock, bool is_last,
                      std::vector<Event>& events) {
     events.reserve(events.size() + messages_.size());
+    std::shared_ptr<const Publisher> publisher;  // of the last message in another's name
     for (; !messages_.empty(); messages_.pop_front()) {
         Waiting& first = messages_.front();
         Logger logger = directory_.logger(first.record.application);
-        if (logger.kind.empty() && !nameless_.contains(logger.application)) {
+        const bool is_own = share_host_and_app(first.publisher, first.record.application);
+        if (!is_own && (!publisher || publisher->logger.application != first.publisher)) {
+            publisher = directory_.publisher(first.publisher, is_authenticated_);
+        }
+        const bool shows_publisher = !is_own && is_authenticated_;
+        if (waits_for_name(logger) || (shows_publisher && waits_for_name(publisher->logger))) {
             if (now < first.until && !is_last) {
                 break;
             }
             nameless_.insert(logger.application);
+            if (shows_publisher) {
+                nameless_.insert(first.publisher);
+            }
         }
-        events.emplace_back(MessageEvent{std::move(first.record), std::move(logger)});
+        events.emplace_back(
+            MessageEvent{std::move(first.record), std::move(logger), is_own ? nullptr : publisher});
     }
     for (auto& [writer, account] : accounts_.open()) {
         const LostMessages lost = account.take_losses(now);

@@ -36,7 +36,9 @@ public:
 
     static constexpr std::chrono::milliseconds patience_for_names{500};
 
-    explicit LogStream(const LoggerDirectory& directory) : directory_(directory) {}
+    /// @param is_authenticated certificates say who has published a message
+    explicit LogStream(const LoggerDirectory& directory, bool is_authenticated = false)
+        : directory_(directory), is_authenticated_(is_authenticated) {}
 
     /// Notes a message. One that comes again is not told again.
     void receive(LogRecord record, const Origin& origin, Clock::time_point now);
@@ -65,10 +67,14 @@ public:
 private:
     struct Waiting {
         LogRecord record;
+        Application publisher;
         Clock::time_point until;
     };
 
+    bool waits_for_name(const Logger& logger) const;
+
     const LoggerDirectory& directory_;
+    const bool is_authenticated_;
     std::deque<Waiting> messages_;
     std::set<Application> nameless_;  ///< have made others wait
     WriterAccounts accounts_;

@@ -42,6 +42,9 @@ Origin origin_of(const DDS_SampleInfo& info) {
 
 class TypedSubscription final : public LogSubscription {
 public:
+    explicit TypedSubscription(bool is_authenticated)
+        : is_authenticated_(is_authenticated), stream_(directory_, is_authenticated) {}
+
     Status start(const DomainOptions& domain) {
         participant_ = join_domain(domain);
         if (!participant_) {
@@ -98,7 +101,8 @@ public:
                     continue;
                 }
                 events.emplace_back(
-                    LoggerEvent{now, change, directory_.logger(change.now.application)});
+                    LoggerEvent{now, change, directory_.logger(change.now.application),
+                                directory_.publisher(change.publisher, is_authenticated_)});
                 if (gone) {
                     directory_.note_end(change.now.application);
                 }
@@ -165,6 +169,9 @@ private:
         });
         for (Received* each : ordered) {
             heard.insert(each->record.application);
+            if (each->record.application.instance_id == 0) {
+                heard.insert(application_of(each->origin.writer));
+            }
             stream_.receive(std::move(each->record), each->origin, now);
         }
         return Status::ok;
@@ -190,6 +197,7 @@ private:
         return Status::ok;
     }
 
+    const bool is_authenticated_;
     // The wait set is deleted before its entities.
     Participant participant_;
     DDS_DataReader* messages_ = nullptr;
@@ -199,14 +207,15 @@ private:
     ProcessDiscovery processes_;
     LiveLoggers live_;
     LoggerDirectory directory_;
-    LogStream stream_{directory_};
+    LogStream stream_;
     WaitSet wait_set_;
 };
 
 }  // namespace
 
-std::unique_ptr<LogSubscription> LogSubscription::open(const DomainOptions& domain) {
-    auto subscription = std::make_unique<TypedSubscription>();
+std::unique_ptr<LogSubscription> LogSubscription::open(const DomainOptions& domain,
+                                                       bool is_authenticated) {
+    auto subscription = std::make_unique<TypedSubscription>(is_authenticated);
     if (subscription->start(domain) == Status::failed) {
         return nullptr;
     }

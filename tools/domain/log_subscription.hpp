@@ -20,8 +20,11 @@ namespace orvane::tools {
 /// names the loggers and of their statistics.
 class LogSubscription {
 public:
+    /// @param is_authenticated the domain is one of DDS Security, where certificates say who has
+    /// published a message
     /// @return NULL when the domain cannot be joined; the middleware has said why.
-    static std::unique_ptr<LogSubscription> open(const DomainOptions& domain);
+    static std::unique_ptr<LogSubscription> open(const DomainOptions& domain,
+                                                 bool is_authenticated = false);
     virtual ~LogSubscription() = default;
 
     /// Waits until there may be events, the time is over, or @ref interrupt was called.

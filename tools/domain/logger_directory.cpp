@@ -33,8 +33,14 @@ void LoggerDirectory::note_end(const Application& application) {
 }
 
 Logger LoggerDirectory::logger(const Application& application) const {
-    const Entry& entry = find(application);
-    return {.application = application,
+    const auto known = find(application);
+    if (known == entries_.end()) {
+        Logger unknown;
+        unknown.application = application;
+        return unknown;
+    }
+    const Entry& entry = known->second;
+    return {.application = known->first,
             .kind = entry.kind,
             .number = entry.number,
             .host = entry.process.host,
@@ -42,14 +48,26 @@ Logger LoggerDirectory::logger(const Application& application) const {
             .process_id = entry.process.id};
 }
 
-Process LoggerDirectory::process(const Application& application) const {
-    return find(application).process;
+std::shared_ptr<const Publisher> LoggerDirectory::publisher(
+    const std::optional<Application>& application, bool is_authenticated) const {
+    return application
+               ? std::make_shared<Publisher>(Publisher{logger(*application), is_authenticated})
+               : nullptr;
 }
 
-const LoggerDirectory::Entry& LoggerDirectory::find(const Application& application) const {
-    static const Entry unknown;
-    const auto known = entries_.find(application);
-    return known == entries_.end() ? unknown : known->second;
+Process LoggerDirectory::process(const Application& application) const {
+    const auto known = find(application);
+    return known == entries_.end() ? Process{} : known->second.process;
+}
+
+LoggerDirectory::Entries::const_iterator LoggerDirectory::find(
+    const Application& application) const {
+    // Of those that share HOST:APP the one without an instance id is the first.
+    const auto found = entries_.lower_bound(application);
+    const bool is_it = found != entries_.end() &&
+                       (application.instance_id == 0 ? share_host_and_app(found->first, application)
+                                                     : found->first == application);
+    return is_it ? found : entries_.end();
 }
 
 }  // namespace orvane::tools

@@ -6,8 +6,11 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
 
+#include "tools/records/event.hpp"
 #include "tools/records/logger.hpp"
 #include "tools/records/logger_state.hpp"
 #include "tools/records/process.hpp"
@@ -29,8 +32,12 @@ public:
 
     static constexpr std::size_t most_gone = 10'000;
 
-    /// What is known of an application. Before its State it has no kind.
+    /// What is known of an application. Before its State it has no kind. One whose instance id is
+    /// not known may be any that has its HOST:APP.
     Logger logger(const Application& application) const;
+    /// What is known of who publishes in another's name. @return NULL for nobody
+    std::shared_ptr<const Publisher> publisher(const std::optional<Application>& application,
+                                               bool is_authenticated) const;
     /// What a participant has announced.
     Process process(const Application& application) const;
 
@@ -41,9 +48,11 @@ private:
         Process process;
         bool has_gone = false;
     };
-    const Entry& find(const Application& application) const;
+    using Entries = std::map<Application, Entry>;
 
-    std::map<Application, Entry> entries_;
+    Entries::const_iterator find(const Application& application) const;
+
+    Entries entries_;
     std::deque<Application> gone_;                       ///< in the order of their ends
     std::map<std::string, std::uint32_t> last_numbers_;  ///< given to a logger of the kind
 };

@@ -4,10 +4,14 @@
 #include <set>
 #include <utility>
 
+#include "tools/text/time_text.hpp"
+
 namespace orvane::tools {
 
-DomainView::DomainView(Administration& administration)
-    : administration_(administration), last_news_(administration.now()) {}
+DomainView::DomainView(Administration& administration, bool is_authenticated)
+    : administration_(administration),
+      is_authenticated_(is_authenticated),
+      last_news_(administration.now()) {}
 
 Result<News> DomainView::next(Milliseconds longest) {
     administration_.wait(longest);
@@ -79,13 +83,18 @@ std::optional<LoggerTraffic> DomainView::traffic_of(const Application& applicati
     return traffic;
 }
 
-DomainView::Milliseconds DomainView::time_to_settle() {
+DomainView::Milliseconds DomainView::time_to_settle(const LoggerTarget* target) {
+    const std::optional<Application> one = target == nullptr ? std::nullopt : target->application;
     const std::set<Application> writers = administration_.state_writers();
     const bool all_heard =
-        std::all_of(writers.begin(), writers.end(),
-                    [&](const Application& each) { return heard_.contains(each); });
+        std::all_of(writers.begin(), writers.end(), [&](const Application& each) {
+            return heard_.contains(each) || (one && !share_host_and_app(*one, each));
+        });
     if (!all_heard) {
         return Milliseconds::max();
+    }
+    if (one) {
+        return Milliseconds::zero();
     }
     return std::chrono::ceil<Milliseconds>(last_news_ + settling_time - administration_.now());
 }
@@ -99,6 +108,9 @@ void DomainView::number_anew() {
     for (const auto& [application, state] : live_.states()) {
         ordered.add(application, directory_.process(application));
         ordered.add(state);
+        if (const auto publisher = live_.publisher(application)) {
+            ordered.add(*publisher, directory_.process(*publisher));
+        }
     }
     directory_ = std::move(ordered);
 }
@@ -110,13 +122,10 @@ Status DomainView::discover(const LoggerTarget* target, Milliseconds longest) {
 }
 
 Status DomainView::look_for(const LoggerTarget* target, Milliseconds longest) {
-    const bool is_application = target != nullptr && target->application;
     const auto deadline = administration_.now() + longest;
     while (!administration_.interrupted()) {
         const auto left = std::chrono::ceil<Milliseconds>(deadline - administration_.now());
-        const Milliseconds quiet = !has(target)     ? Milliseconds::max()
-                                   : is_application ? Milliseconds::zero()
-                                                    : time_to_settle();
+        const Milliseconds quiet = has(target) ? time_to_settle(target) : Milliseconds::max();
         if (quiet.count() <= 0 || left.count() <= 0) {
             return Status::ok;
         }
@@ -157,10 +166,26 @@ std::vector<LoggerEntry> DomainView::entries() const {
     std::vector<LoggerEntry> entries;
     entries.reserve(live_.states().size());
     for (const auto& [application, state] : live_.states()) {
-        entries.push_back({state, directory_.logger(application),
-                           directory_.process(application).addresses, traffic_of(application)});
+        entries.push_back(
+            {.state = state,
+             .logger = directory_.logger(application),
+             .addresses = directory_.process(application).addresses,
+             .traffic = traffic_of(application),
+             .publisher = directory_.publisher(live_.publisher(application), is_authenticated_)});
+    }
+    // Those that share HOST:APP follow each other.
+    for (std::size_t i = 1; i < entries.size(); ++i) {
+        if (share_host_and_app(entries[i - 1].state.application, entries[i].state.application)) {
+            entries[i - 1].shares_id = true;
+            entries[i].shares_id = true;
+        }
     }
     return entries;
+}
+
+LoggerEvent DomainView::event_of(const LoggerChange& change) const {
+    return {wall_clock(), change, directory_.logger(change.now.application),
+            directory_.publisher(change.publisher, is_authenticated_)};
 }
 
 }  // namespace orvane::tools

@@ -33,13 +33,16 @@ public:
     /// participant's announcement at once, unless its host is busy or a packet is lost.
     static constexpr Milliseconds settling_time{1000};
 
-    explicit DomainView(Administration& administration);
+    /// @param is_authenticated the domain is one of DDS Security, where certificates say who has
+    /// published a State
+    explicit DomainView(Administration& administration, bool is_authenticated = false);
 
     /// Waits for news. @return nothing when a reader failed
     Result<News> next(Milliseconds longest);
 
     /// Looks for the loggers of a target, no longer than @p longest. A target that is one
-    /// application ends it when it is found; any other target when the domain has been quiet for
+    /// application ends it when it is found, with those that share its HOST:APP; any other target
+    /// when the domain has been quiet for
     /// @ref settling_time and every matched writer of States has been heard. Interrupting ends it
     /// early. The loggers of a kind are then numbered by host and application id, so that tools
     /// that find the same loggers give them the same numbers.
@@ -55,6 +58,8 @@ public:
     std::vector<LoggerState> loggers(const LoggerTarget& target) const;
     /// All, with what is known of them.
     std::vector<LoggerEntry> entries() const;
+    /// A change that is seen now, with what is known of the logger.
+    LoggerEvent event_of(const LoggerChange& change) const;
     /// Who the loggers are, also those that have gone.
     const LoggerDirectory& directory() const { return directory_; }
 
@@ -73,9 +78,10 @@ private:
     void apply(const LoggerStatistics& statistics);
     std::optional<LoggerTraffic> traffic_of(const Application& application) const;
     /// @return how long the domain must stay quiet from now on
-    Milliseconds time_to_settle();
+    Milliseconds time_to_settle(const LoggerTarget* target);
 
     Administration& administration_;
+    const bool is_authenticated_;
     LiveLoggers live_;
     std::set<Application> heard_;  ///< have sent a State
     std::map<Application, Traffic> traffic_;

@@ -16,7 +16,8 @@ ExportEntry entry_of(const MessageEvent& event) {
             .level = event.record.level,
             .category = event.record.category,
             .text = event.record.message,
-            .logger = &event.logger};
+            .logger = &event.logger,
+            .publisher = event.publisher.get()};
 }
 
 ExportEntry entry_of(const LossEvent& event) {

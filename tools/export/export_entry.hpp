@@ -19,6 +19,8 @@ struct ExportEntry {
     std::string_view category{};     ///< of a message
     std::string text{};              ///< not always UTF-8
     const Logger* logger = nullptr;  ///< none for a gap
+    /// Of a message in another's name.
+    const Publisher* publisher = nullptr;
     /// "loss", "gap", or what became of a logger: "appeared", "changed", "gone". Empty for a
     /// message.
     std::string_view event{};

@@ -9,6 +9,7 @@
 #include "tools/export/severity.hpp"
 #include "tools/text/application_text.hpp"
 #include "tools/text/level_names.hpp"
+#include "tools/text/logger_name.hpp"
 #include "tools/text/time_text.hpp"
 #include "tools/text/utf8.hpp"
 
@@ -71,9 +72,17 @@ std::string journal_entry(const RecordedEvent& event) {
             add_field(fields, "SYSLOG_PID", std::to_string(logger.process_id));
         }
         add_field(fields, "ORVANE_APP", format_application(logger.application));
+        if (logger.application.instance_id != 0) {
+            add_field(fields, "ORVANE_ID", format_instance(logger.application));
+        }
         add_field(fields, "ORVANE_KIND", logger.kind);
         add_field(fields, "ORVANE_HOST", logger.host);
         add_field(fields, "ORVANE_PROCESS", logger.process);
+    }
+    if (entry.publisher != nullptr) {
+        const Logger& publisher = entry.publisher->logger;
+        add_field(fields, "ORVANE_PUBLISHER", name_of(publisher));
+        add_field(fields, "ORVANE_PUBLISHER_ID", format_instance(publisher.application));
     }
     return fields;
 }

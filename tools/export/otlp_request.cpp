@@ -14,6 +14,7 @@
 #include "tools/text/application_text.hpp"
 #include "tools/text/json_object.hpp"
 #include "tools/text/level_names.hpp"
+#include "tools/text/logger_name.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -55,6 +56,9 @@ JsonObject resource_of(const Logger* logger) {
     } else {
         add_attribute(attributes, "service.name", service_name(*logger));
         add_attribute(attributes, "service.instance.id", format_application(logger->application));
+        if (logger->application.instance_id != 0) {
+            add_attribute(attributes, "orvane.id", format_instance(logger->application));
+        }
         if (!logger->host.empty()) {
             add_attribute(attributes, "host.name", logger->host);
         }
@@ -90,6 +94,11 @@ JsonObject log_record(const ExportEntry& entry, std::int64_t observed) {
         // The protocol's integers have a sign.
         constexpr std::uint64_t largest = std::numeric_limits<std::int64_t>::max();
         add_attribute(attributes, "orvane." + std::string{name}, std::min(number, largest));
+    }
+    if (entry.publisher != nullptr) {
+        const Logger& publisher = entry.publisher->logger;
+        add_attribute(attributes, "orvane.publisher", name_of(publisher));
+        add_attribute(attributes, "orvane.publisher.id", format_instance(publisher.application));
     }
     record.add("attributes", std::move(attributes));
     return record;

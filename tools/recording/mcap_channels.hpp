@@ -32,13 +32,14 @@ inline constexpr std::array<McapChannel, std::variant_size_v<RecordedEvent>> mca
      R"("app":{"type":"string"},"host_id":{"type":"integer"},"app_id":{"type":"integer"},)"
      R"("instance_id":{"type":"integer"},)"
      R"("kind":{"type":"string"},"number":{"type":"integer"},"host":{"type":"string"},)"
-     R"("process":{"type":"string"},"pid":{"type":"integer"},"category":{"type":"string"}}})"},
+     R"("process":{"type":"string"},"pid":{"type":"integer"},"category":{"type":"string"},)"
+     R"("publisher":{"type":"object"}}})"},
     {"orvane/loss", "orvane.Loss",
      R"({"title":"orvane.Loss","type":"object","properties":{)"
      R"("type":{"const":"loss"},"time":{"type":"string","format":"date-time"},)"
      R"("app":{"type":"string"},"host_id":{"type":"integer"},"app_id":{"type":"integer"},)"
-     R"("kind":{"type":"string"},"number":{"type":"integer"},"host":{"type":"string"},)"
      R"("instance_id":{"type":"integer"},)"
+     R"("kind":{"type":"string"},"number":{"type":"integer"},"host":{"type":"string"},)"
      R"("process":{"type":"string"},"pid":{"type":"integer"},"lost":{"type":"integer"},)"
      R"("queue_full":{"type":"integer"},"no_memory":{"type":"integer"},)"
      R"("discarded":{"type":"integer"},"on_the_way":{"type":"integer"}}})"},
@@ -47,12 +48,13 @@ inline constexpr std::array<McapChannel, std::variant_size_v<RecordedEvent>> mca
      R"("type":{"const":"logger"},"time":{"type":"string","format":"date-time"},)"
      R"("event":{"enum":["appeared","present","changed","gone"]},)"
      R"("app":{"type":"string"},"host_id":{"type":"integer"},"app_id":{"type":"integer"},)"
-     R"("kind":{"type":"string"},"number":{"type":"integer"},"host":{"type":"string"},)"
      R"("instance_id":{"type":"integer"},)"
+     R"("kind":{"type":"string"},"number":{"type":"integer"},"host":{"type":"string"},)"
      R"("process":{"type":"string"},"pid":{"type":"integer"},"state":{"type":"string"},)"
      R"("filter_level":{"type":"integer"},"filter_level_name":{"type":"string"},)"
      R"("domain":{"type":"integer"},"verbosities":{"type":"object"},)"
-     R"("print_format":{"type":"string"},"before":{"type":"object"}}})"},
+     R"("print_format":{"type":"string"},"before":{"type":"object"},)"
+     R"("publisher":{"type":"object"}}})"},
     {"orvane/gap", "orvane.Gap",
      R"({"title":"orvane.Gap","type":"object","properties":{)"
      R"("type":{"const":"gap"},"time":{"type":"string","format":"date-time"},)"

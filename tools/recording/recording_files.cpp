@@ -57,8 +57,8 @@ void RecordingFiles::note_logger(const RecordedEvent& event) {
 void RecordingFiles::add_present_loggers(std::int64_t nanoseconds) {
     for (const auto& [application, last] : loggers_) {
         const LoggerState& now = last.change.now;
-        encoder_->add(
-            LoggerEvent{nanoseconds, {LoggerChange::Kind::present, now, now}, last.logger});
+        encoder_->add(LoggerEvent{
+            nanoseconds, {LoggerChange::Kind::present, now, now}, last.logger, last.publisher});
     }
 }
 

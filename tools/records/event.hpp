@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <variant>
 
 #include "tools/records/log_record.hpp"
@@ -11,10 +12,17 @@
 
 namespace orvane::tools {
 
+/// Who has published a message or a State in another's name.
+struct Publisher {
+    Logger logger;
+    bool is_authenticated = false;  ///< a certificate says that it is this one
+};
+
 /// A message and who has logged it.
 struct MessageEvent {
     LogRecord record;
-    Logger logger;
+    Logger logger;                                 ///< the one that the message names
+    std::shared_ptr<const Publisher> publisher{};  ///< NULL: the logger itself
 };
 
 /// Messages that nobody will see any more, by cause.
@@ -34,6 +42,7 @@ struct LoggerEvent {
     std::int64_t nanoseconds = 0;  ///< when it was seen, since 1970-01-01 UTC
     LoggerChange change;
     Logger logger;
+    std::shared_ptr<const Publisher> publisher{};  ///< NULL: the logger itself
 };
 
 using Event = std::variant<MessageEvent, LossEvent, LoggerEvent>;

@@ -9,6 +9,7 @@ std::size_t text_size(const Logger& logger) {
 
 struct SizeOfTexts {
     std::size_t operator()(const MessageEvent& event) const {
+        // The messages of a publisher share what is said of it.
         return text_size(event.logger) + event.record.category.size() + event.record.message.size();
     }
     std::size_t operator()(const LossEvent& event) const { return text_size(event.logger); }

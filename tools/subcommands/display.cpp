@@ -61,8 +61,10 @@ std::string Display::text_of(const MessageEvent& event) {
         ++hidden_;
         return {};
     }
-    Count& count = counts_[event.logger.application];
-    count.name = name_of(event.logger);
+    const bool is_via = event.publisher && event.publisher->is_authenticated;
+    Count& count = counts_[{event.logger.application,
+                            is_via ? event.publisher->logger.application : Application{}}];
+    count.name = name_of(event.logger) + via_text(event.publisher);
     ++count.shown;
     ++shown_;
     return options_.json ? json_line(event)
@@ -73,7 +75,7 @@ std::string Display::text_of(const LossEvent& event) {
     if (!options_.query.matches(event.logger)) {
         return {};
     }
-    Count& count = counts_[event.logger.application];
+    Count& count = counts_[{event.logger.application, {}}];
     count.name = name_of(event.logger);
     count.lost += event.lost();
     lost_ += event.lost();
@@ -87,7 +89,7 @@ std::string Display::counts_text() const {
     }
     std::vector<Count> counts;
     std::size_t width = 0;
-    for (const auto& [application, count] : counts_) {
+    for (const auto& [sender, count] : counts_) {
         counts.push_back(count);
         width = std::max(width, width_of(count.name));
     }

@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/records/event.hpp"
@@ -59,8 +60,10 @@ private:
     std::size_t width_ = 0;  ///< cells of the terminal, 0 for none
     LogLines lines_;
     Introductions introductions_;
-    std::map<Application, Count> counts_;  ///< of the loggers with messages that were shown or lost
-    std::vector<bool> met_;                ///< an event, for each target of the query
+    /// Of the loggers with messages that were shown or lost, and of those that have certainly
+    /// published in the name of one, or {}.
+    std::map<std::pair<Application, Application>, Count> counts_;
+    std::vector<bool> met_;  ///< an event, for each target of the query
     std::uint64_t shown_ = 0;
     std::uint64_t hidden_ = 0;
     std::uint64_t lost_ = 0;

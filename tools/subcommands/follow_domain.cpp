@@ -104,7 +104,8 @@ int follow_domain(const DomainOptions& domain, std::optional<double> seconds,
     const Clock::time_point start = Clock::now();
     StopSignal stop;
     stop_at_expiry(allowed, stop);
-    const std::unique_ptr<LogSubscription> subscription = LogSubscription::open(allowed);
+    const std::unique_ptr<LogSubscription> subscription =
+        LogSubscription::open(allowed, !domain.security.empty());
     if (!subscription) {
         fmt::print(stderr, "orvane: could not join domain {}\n", domain.id);
         return exit_failure;

@@ -31,7 +31,7 @@ int with_domain(const DomainOptions& domain, DomainUse use,
         return exit_failure;
     }
     const auto interruption = stop.interrupt([&] { administration->interrupt(); });
-    DomainView view{*administration};
+    DomainView view{*administration, !domain.security.empty()};
     return stop.conclude(action(view));
 }
 

@@ -6,6 +6,7 @@
 #include <concepts>
 #include <cstddef>
 #include <iterator>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <utility>
 
@@ -24,6 +25,14 @@ public:
     Members(const Json& object, std::string& problem) : object_(object), problem_(problem) {}
 
     bool has(const char* name) const { return object_.contains(name); }
+
+    bool is_true(const char* name) {
+        const Json* member = find(name, true);
+        if (member == nullptr || member->is_boolean()) {
+            return member != nullptr && member->get<bool>();
+        }
+        return fail<bool>(name, "true or false");
+    }
 
     template <std::integral Number>
     Number number(const char* name, std::optional<Number> missing = std::nullopt) {
@@ -112,6 +121,15 @@ Logger read_logger(Members& members) {
             .process_id = members.number<std::int64_t>("pid", 0)};
 }
 
+std::shared_ptr<const Publisher> read_publisher(Members& members) {
+    if (!members.has("publisher")) {
+        return nullptr;
+    }
+    Members publisher = members.object("publisher");
+    return std::make_shared<Publisher>(
+        Publisher{read_logger(publisher), publisher.is_true("authenticated")});
+}
+
 MessageEvent read_message(Members& members) {
     const Logger logger = read_logger(members);
     return {.record = {.nanoseconds = read_time(members),
@@ -120,7 +138,8 @@ MessageEvent read_message(Members& members) {
                            members.has("orvane_level") ? "orvane_level" : "level"),
                        .category = members.text("category", true),
                        .message = members.text("message", false)},
-            .logger = logger};
+            .logger = logger,
+            .publisher = read_publisher(members)};
 }
 
 LossEvent read_loss(Members& members) {
@@ -165,6 +184,7 @@ LoggerEvent read_logger_event(Members& members) {
     LoggerEvent event;
     event.nanoseconds = read_time(members);
     event.logger = read_logger(members);
+    event.publisher = read_publisher(members);
     event.change.kind =
         members.parsed("event", parse_event_name, "appeared, present, changed or gone");
     event.change.now = read_state(members, event.logger.application);

@@ -51,6 +51,15 @@ void fill_identity(JsonObject& object, const Logger& logger) {
     object.add("pid", logger.process_id);
 }
 
+void fill_publisher(JsonObject& object, const std::shared_ptr<const Publisher>& publisher) {
+    if (publisher) {
+        JsonObject member;
+        fill_identity(member, publisher->logger);
+        member.add("authenticated", publisher->is_authenticated);
+        object.add("publisher", std::move(member));
+    }
+}
+
 void fill_traffic(JsonObject& object, const LoggerTraffic& traffic) {
     const LoggerStatistics& last = traffic.last;
     object.add("accepted", last.accepted);
@@ -91,6 +100,7 @@ void fill_message(JsonObject& object, const MessageEvent& event) {
     object.add("level_name", level_text(event.record.level));
     fill_identity(object, event.logger);
     object.add("category", event.record.category);
+    fill_publisher(object, event.publisher);
 }
 
 JsonObject json_of(const MessageEvent& event) {
@@ -119,6 +129,7 @@ JsonObject json_of(const LoggerEvent& event) {
     fill_event(object, "logger", event.nanoseconds);
     object.add("event", event_name(event.change.kind));
     fill_identity(object, event.logger);
+    fill_publisher(object, event.publisher);
     fill_settings(object, event.change.now);
     if (event.change.kind == LoggerChange::Kind::changed) {
         JsonObject before;
@@ -153,7 +164,7 @@ int foxglove_level(std::int32_t level) {
 
 /// "pump#2 hydraulics".
 std::string foxglove_name(const MessageEvent& event) {
-    const std::string name = name_of(event.logger);
+    const std::string name = name_of(event.logger) + via_text(event.publisher);
     return event.record.category.empty() ? name : name + ' ' + event.record.category;
 }
 

@@ -19,7 +19,9 @@ namespace orvane::tools {
 /// "number" (if it is not 1), "host", "process", "pid".
 /// @{
 
-/// Members: "type" ("message"), "time", "level", "level_name", the logger's, "category", "message".
+/// Members: "type" ("message"), "time", "level", "level_name", the logger's, "category", "message";
+/// what another has published in its name has "publisher", an object with what is said of that
+/// logger and "authenticated".
 std::string json_line(const MessageEvent& event);
 
 /// Members: "type" ("loss"), "time", the logger's, "lost" (the sum of the others), "queue_full",
@@ -27,7 +29,8 @@ std::string json_line(const MessageEvent& event);
 std::string json_line(const LossEvent& event);
 
 /// Members: "type" ("logger"), "time", "event" (@ref event_name), the logger's,
-/// those of its State, and for a change "before": an object with the State before it.
+/// "publisher" as above, those of its State, and for a change "before": an object with the State
+/// before it.
 std::string json_line(const LoggerEvent& event);
 
 /// Members: "type" ("gap"), "time", "events".

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 namespace orvane::tools {
@@ -29,8 +30,12 @@ public:
     void add(std::string_view name, JsonArray value);
     void add(std::string_view name, std::integral auto value) {
         add_name(name);
-        const fmt::format_int digits{value};
-        text_.append(digits.data(), digits.size());
+        if constexpr (std::is_same_v<decltype(value), bool>) {
+            text_ += value ? "true" : "false";
+        } else {
+            const fmt::format_int digits{value};
+            text_.append(digits.data(), digits.size());
+        }
     }
     void add(std::string_view name, std::floating_point auto value) {
         add_name(name);

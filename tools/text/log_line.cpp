@@ -79,6 +79,7 @@ std::string LogLines::heading(const MessageEvent& event) {
     const Logger& logger = event.logger;
     const bool is_named = !logger.kind.empty();
     std::string name = style_.ids && !is_named ? "-" : name_of(logger);
+    name += via_text(event.publisher);
     if (is_named) {
         name_width_ = std::max(name_width_, std::min(width_of(name), widest_column));
     }

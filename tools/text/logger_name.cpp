@@ -42,6 +42,11 @@ std::string name_of(const Logger& logger) {
     return logger.number == 1 ? kind : fmt::format("{}#{}", kind, logger.number);
 }
 
+std::string via_text(const std::shared_ptr<const Publisher>& publisher) {
+    return publisher && publisher->is_authenticated ? " via " + name_of(publisher->logger)
+                                                    : std::string{};
+}
+
 std::string loss_text(const LossEvent& loss) {
     const struct {
         std::uint64_t count;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -16,6 +17,9 @@ namespace orvane::tools {
 /// "pump", "pump#2" for the second logger of this kind, or "0a141e28:0000c350" for a logger without
 /// a kind.
 std::string name_of(const Logger& logger);
+
+/// " via planner" for what certificates say planner has published in another's name, else nothing.
+std::string via_text(const std::shared_ptr<const Publisher>& publisher);
 
 /// "process 4711 (planner) on host robot2", or the parts of it that are known.
 std::string process_text(const Logger& logger);

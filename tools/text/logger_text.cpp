@@ -79,7 +79,7 @@ void append_traffic(Row& row, const std::optional<LoggerTraffic>& traffic) {
 Row row_of(const LoggerEntry& entry, const Columns& shown) {
     const LoggerState& state = entry.state;
     const Logger& logger = entry.logger;
-    Row row{kind_of(logger),
+    Row row{kind_of(logger) + via_text(entry.publisher),
             or_dash(displayable(logger.host)),
             or_dash(displayable(logger.process)),
             logger.process_id == 0 ? "-" : std::to_string(logger.process_id),
@@ -233,9 +233,9 @@ std::string change_text(const LoggerEvent& event) {
 }
 
 std::string change_line(const LoggerEvent& event) {
-    return fmt::format("{} {:<8} {}  {}\n", display_time(event.nanoseconds, false),
+    return fmt::format("{} {:<8} {}{}  {}\n", display_time(event.nanoseconds, false),
                        event_name(event.change.kind), identity_of(event.logger),
-                       change_text(event));
+                       via_text(event.publisher), change_text(event));
 }
 
 std::string outcome_line(const CommandOutcome& outcome, const Logger& logger,
