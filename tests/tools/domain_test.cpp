@@ -7,6 +7,7 @@
 #include "tools/domain/state_writers.hpp"
 #include "tools/domain/view.hpp"
 #include "tools/text/logger_text.hpp"
+#include "tools/text/shared_ids.hpp"
 #include "tools/text/target_text.hpp"
 
 namespace orvane::tools {
@@ -292,12 +293,61 @@ TEST(StateWriters, KnowWhichOfSeveralThatShareHostAndAppHasEnded) {
     }
 }
 
-/// The lines of `set-level '*' DEBUG` for these loggers.
-std::string set_debug(FakeDomain& domain) {
+TEST(DomainView, TellsLoggersApartThatShareHostAndApp) {
+    FakeDomain domain{{{.state = logger_state(1, "pump", 7)},
+                       {.state = logger_state(1, "mill", 9), .heard = 30ms},
+                       {.state = logger_state(2, "late", 9), .heard = 900ms}}};
+    DomainView view{domain};
+    const LoggerTarget shared = target("0a141e28:1");
+    ASSERT_EQ(view.discover(&shared, 5s), Status::ok);
+    EXPECT_EQ(domain.elapsed(), 30ms) << "both are waited for, and nobody else";
+    EXPECT_EQ(kinds_of(view.loggers(shared)), "pump mill");
+    EXPECT_EQ(kinds_of(view.loggers(target("0a141e28:1:9"))), "mill");
+    ASSERT_EQ(view.discover(nullptr, 5s), Status::ok);
+    const std::string table = logger_table(view.entries(), {});
+    for (const char* text : {"0a141e28:00000001:00000007*  OPER", "0a141e28:00000001:00000009*  O",
+                             "0a141e28:00000002            OPER", "\n* shares HOST:APP with an"}) {
+        EXPECT_NE(table.find(text), std::string::npos) << text << '\n' << table;
+    }
+    EXPECT_EQ(view.directory().logger({0x0a141e28, 1}).kind, "pump");
+    EXPECT_EQ(view.directory().logger({0x0a141e28, 1, 8}).kind, "");
+}
+
+TEST(SharedIds, AreToldOnceForEachPairWithTheRemedy) {
+    using Kind = LoggerChange::Kind;
+    using Texts = std::vector<std::string>;
+    const Logger pump{{1, 2, 3}, "pump", 1, "robot1", "pumpd", 11};
+    const Logger mill{{1, 2, 4}, "mill", 1, "robot2", "milld", 12};
+    const Logger forged{{1, 2}, "pump", 2, "", "", 0};
+    Publisher forger;
+    forger.logger.application = {7, 7, 7};
+    forger.logger.process_id = 13;
+    SharedIds ids;
+    const auto note = [&](Kind kind, const Logger& logger) {
+        return ids.note({0, {kind, {}, {}}, logger});
+    };
+    EXPECT_EQ(note(Kind::appeared, pump), Texts{});
+    EXPECT_EQ(note(Kind::appeared, {{1, 3, 4}, "valve", 1, "", "", 0}), Texts{});
+    EXPECT_EQ(note(Kind::appeared, mill),
+              Texts{"two loggers share HOST:APP, and a command to one reaches both: "
+                    "pump 00000001:00000002:00000003, process 11 (pumpd) on host robot1; "
+                    "mill 00000001:00000002:00000004, process 12 (milld) on host robot2. "
+                    "What helps is a certificate of its own for each application: "
+                    "orvane keys issue"});
+    EXPECT_EQ(note(Kind::changed, pump), Texts{});
+    EXPECT_EQ(note(Kind::gone, mill), Texts{});
+    EXPECT_EQ(ids.meet(forged, std::make_shared<Publisher>(forger)),
+              Texts{"a State in the name of pump 00000001:00000002:00000003, process 11 (pumpd) on "
+                    "host robot1 comes from another application: 00000007:00000007:00000007, "
+                    "process 13"});
+}
+
+/// The lines of `set-level LOGGERS DEBUG`.
+std::string set_debug(FakeDomain& domain, const char* loggers = "*") {
     DomainView view{domain};
     EXPECT_EQ(view.discover(nullptr, 5s), Status::ok);
     const Command command = SetFilterLevel{700};
-    const auto outcomes = run_command(view, view.loggers(), command, 5s);
+    const auto outcomes = run_command(view, view.loggers(target(loggers)), command, 5s);
     std::string lines;
     for (const CommandOutcome& outcome : outcomes.value()) {
         lines +=
@@ -333,6 +383,29 @@ TEST(CommandRound, TellsWhatBecameOfTheCommandAtEachLogger) {
         "0a141e28:00000007 mortal  gone before it answered\n"
         "0a141e28:00000008 stubborn  answered OK, but its State says: filter level INFO\n"
         "0a141e28:00000009 debug  filter level DEBUG\n");
+}
+
+TEST(CommandRound, ReachesAllThatShareHostAndAppWithOneRequest) {
+    const std::string pump = "0a141e28:00000001:00000007 pump  filter level INFO -> DEBUG\n";
+    const std::string mill = "0a141e28:00000001:00000009 mill  refused: no (filter level INFO)";
+    const struct {
+        const char* loggers;
+        std::string lines;
+    } cases[] = {
+        {"pump", pump + mill + "; it obeys, too, as it shares HOST:APP\n"},
+        {"0a141e28:1:7", pump + mill + "; it obeys, too, as it shares HOST:APP\n"},
+        {"[pm]*", pump + mill + "\n"},
+    };
+    for (const auto& each : cases) {
+        FakeDomain domain{{{.state = logger_state(1, "pump", 7)},
+                           {.state = logger_state(1, "mill", 9),
+                            .result = QEL_KX_COMMAND_RESULT_ERROR,
+                            .message = "no"},
+                           {.state = logger_state(1, "replayed")},
+                           {.state = logger_state(2, "other", 7)}}};
+        EXPECT_EQ(set_debug(domain, each.loggers), each.lines) << each.loggers;
+        EXPECT_EQ(domain.sent().size(), 1U) << each.loggers;
+    }
 }
 
 TEST(CommandRound, EndsWithTheLastAnswerAndItsEffect) {

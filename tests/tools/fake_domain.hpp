@@ -17,9 +17,10 @@ namespace orvane::tools {
 
 using namespace std::chrono_literals;
 
-inline LoggerState logger_state(std::uint32_t app_id, std::string kind) {
+inline LoggerState logger_state(std::uint32_t app_id, std::string kind,
+                                std::uint32_t instance_id = 0) {
     LoggerState state;
-    state.application = {0x0a141e28, app_id};
+    state.application = {0x0a141e28, app_id, instance_id};
     state.kind = std::move(kind);
     state.state = QEL_KX_STATE_OPERATIONAL;
     state.filter_level = 600;
@@ -103,24 +104,29 @@ public:
     Status send(const Application& target, std::int32_t invocation,
                 const Command& command) override {
         sent_.push_back({elapsed_, target, invocation});
-        const auto logger =
-            std::find_if(loggers_.begin(), loggers_.end(),
-                         [&](const FakeLogger& each) { return each.state.application == target; });
-        if (logger->deaf_requests > 0) {
-            logger->deaf_requests -= 1;
-            return Status::ok;
-        }
-        at(elapsed_ + 1ms, [response = CommandResponse{target, identity(), invocation,
-                                                       logger->result, logger->message}](
-                               Arrivals& arrivals) { arrivals.responses.push_back(response); });
-        if (logger->result == QEL_KX_COMMAND_RESULT_OK && logger->shows_after) {
-            logger->state.filter_level = std::get<SetFilterLevel>(command).level;
-            show(elapsed_ + *logger->shows_after, logger->state);
+        for (FakeLogger& logger : loggers_) {
+            if (share_host_and_app(logger.state.application, target)) {
+                obey(logger, invocation, command);
+            }
         }
         return Status::ok;
     }
 
 private:
+    void obey(FakeLogger& logger, std::int32_t invocation, const Command& command) {
+        if (logger.deaf_requests > 0) {
+            logger.deaf_requests -= 1;
+            return;
+        }
+        at(elapsed_ + 1ms, [response = CommandResponse{logger.state.application, identity(),
+                                                       invocation, logger.result, logger.message}](
+                               Arrivals& arrivals) { arrivals.responses.push_back(response); });
+        if (logger.result == QEL_KX_COMMAND_RESULT_OK && logger.shows_after) {
+            logger.state.filter_level = std::get<SetFilterLevel>(command).level;
+            show(elapsed_ + *logger.shows_after, logger.state);
+        }
+    }
+
     void show(std::chrono::milliseconds time, const LoggerState& state) {
         at(time, [state](Arrivals& arrivals) {
             arrivals.states.push_back({state.application, state, true, state.application});

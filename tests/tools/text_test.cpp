@@ -255,6 +255,9 @@ TEST(LoggerNames, AreExplainedOnceThereAreSeveralOfAKind) {
     unknown.host = "";
     unknown.process = "";
     unknown.process_id = 0;
+    Logger sharing = unknown;
+    sharing.application.instance_id = 7;
+    sharing.number = 4;
     const std::string first =
         "--- pump is 0a141e28:0000c350, process 4711 (planner) on host robot2 ---\n";
     const struct {
@@ -268,6 +271,7 @@ TEST(LoggerNames, AreExplainedOnceThereAreSeveralOfAKind) {
          first + "--- pump#2 is 0a141e28:0000c351, process 4711 (planner) on host robot2 ---\n"},
         {pump, ""},
         {unknown, "--- pump#3 is 0a141e28:0000c352 ---\n"},
+        {sharing, "--- pump#4 is 0a141e28:0000c352:00000007 ---\n"},
     };
     Introductions introductions;
     for (const auto& step : steps) {

@@ -59,9 +59,8 @@ CLI::Option* add_arguments(CLI::App& command, SetOptions& options, const std::st
         .add_option_function<std::string>(
             "TARGET",
             [&options](const std::string& text) { options.target = require_target(text); },
-            "KIND, KIND*HOST, KIND#NUMBER or HOST:APP as orvane list shows them; kinds and names "
-            "of "
-            "hosts may be patterns")
+            "KIND, KIND@HOST, KIND#NUMBER, HOST:APP or HOST:APP:INSTANCE as orvane list shows "
+            "them; kinds and names of hosts may be patterns")
         ->type_name("")
         ->required();
     add_domain_options(command, options.domain);

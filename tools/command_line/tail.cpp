@@ -66,7 +66,8 @@ void add_filter_options(CLI::App& command, LogQuery& query) {
     command.add_option("--category", query.category, "Categories that match the pattern")
         ->type_name("GLOB");
     add_targets(command, "--app", query.loggers,
-                "Only these: KIND, KIND*HOST, KIND#NUMBER or HOST:APP; may be repeated");
+                "Only these: KIND, KIND@HOST, KIND#NUMBER, HOST:APP or HOST:APP:INSTANCE; may be "
+                "repeated");
     add_targets(command, "--exclude", query.excluded, "Not these; may be repeated");
     command.add_option("--contains", query.contains, "Messages with this text in them")
         ->type_name("TEXT");

@@ -22,13 +22,11 @@ struct Request {
 class CommandRound {
 public:
     CommandRound(DomainView& view, const std::vector<LoggerState>& targets, const Command& command)
-        : view_(view), command_(command) {
+        : view_(view), targets_(targets), command_(command) {
         for (const LoggerState& target : targets) {
-            requests_.push_back(
-                {.outcome = {.before = target, .now = target, .result = {}, .message = {}},
-                 .invocation = static_cast<std::int32_t>(requests_.size()) + 1,
-                 .sent = {}});
+            add(target, false);
         }
+        add_bystanders();
     }
 
     bool is_complete() const {
@@ -72,6 +70,7 @@ public:
         for (Request& request : requests_) {
             update(request.outcome);
         }
+        add_bystanders();
         return Status::ok;
     }
 
@@ -80,6 +79,10 @@ public:
         outcomes.reserve(requests_.size());
         for (const Request& request : requests_) {
             outcomes.push_back(request.outcome);
+            outcomes.back().shares_id =
+                std::count_if(requests_.begin(), requests_.end(), [&](const Request& other) {
+                    return other.invocation == request.invocation;
+                }) > 1;
         }
         return outcomes;
     }
@@ -97,8 +100,52 @@ private:
         return request.sent ? *request.sent + resend_period : administration().now();
     }
 
-    Status send(Request& request) {
-        request.sent = administration().now();
+    /// Adds a logger. It shares the request of those that share its HOST:APP.
+    void add(const LoggerState& logger, bool is_bystander) {
+        const Request* shared = find_shared(logger.application);
+        const auto next = static_cast<std::int32_t>(requests_.size()) + 1;
+        requests_.push_back({.outcome = {.before = logger,
+                                         .now = logger,
+                                         .result = {},
+                                         .message = {},
+                                         .is_bystander = is_bystander},
+                             .invocation = shared != nullptr ? shared->invocation : next,
+                             .sent = shared != nullptr ? shared->sent : std::nullopt});
+    }
+
+    void add_bystanders() {
+        for (const LoggerState& target : targets_) {
+            LoggerTarget sharing;
+            sharing.application = {target.application.host_id, target.application.app_id};
+            for (const LoggerState& each : view_.loggers(sharing)) {
+                // Who publishes a State in another's name obeys no command to that one.
+                if (each.application.instance_id != 0 && !is_known(each.application)) {
+                    add(each, true);
+                }
+            }
+        }
+    }
+
+    bool is_known(const Application& application) const {
+        return std::any_of(requests_.begin(), requests_.end(), [&](const Request& request) {
+            return request.outcome.before.application == application;
+        });
+    }
+
+    const Request* find_shared(const Application& application) const {
+        const auto found =
+            std::find_if(requests_.begin(), requests_.end(), [&](const Request& request) {
+                return share_host_and_app(request.outcome.before.application, application);
+            });
+        return found == requests_.end() ? nullptr : &*found;
+    }
+
+    Status send(const Request& request) {
+        for (Request& each : requests_) {
+            if (each.invocation == request.invocation) {
+                each.sent = administration().now();
+            }
+        }
         return administration().send(request.outcome.before.application, request.invocation,
                                      command_);
     }
@@ -125,6 +172,7 @@ private:
     }
 
     DomainView& view_;
+    const std::vector<LoggerState>& targets_;
     const Command& command_;
     std::vector<Request> requests_;
 };

@@ -17,6 +17,8 @@ struct CommandOutcome {
     std::optional<QEL_KX_ADMIN_CommandResult> result;
     std::string message;             ///< of the logger
     bool receives_commands = false;  ///< its reader of requests has been matched
+    bool shares_id = false;          ///< another logger that obeys has its HOST:APP
+    bool is_bystander = false;       ///< not a target, but it shares HOST:APP with one
 };
 
 }  // namespace orvane::tools

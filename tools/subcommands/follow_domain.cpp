@@ -7,12 +7,14 @@
 #include <cstdio>
 #include <memory>
 #include <utility>
+#include <variant>
 
 #include "tools/domain/log_subscription.hpp"
 #include "tools/subcommands/domain_access.hpp"
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/session.hpp"
 #include "tools/subcommands/stop_signal.hpp"
+#include "tools/text/shared_ids.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -30,6 +32,17 @@ std::chrono::milliseconds time_left(std::optional<double> seconds, Clock::time_p
     }
     return std::max(std::chrono::ceil<std::chrono::milliseconds>(left),
                     std::chrono::milliseconds{0});
+}
+
+void warn_of_shared_ids(const std::vector<Event>& events, SharedIds& ids,
+                        DomainFollower& follower) {
+    for (const Event& event : events) {
+        if (const auto* logger = std::get_if<LoggerEvent>(&event)) {
+            for (const std::string& text : ids.note(*logger)) {
+                follower.warn(text);
+            }
+        }
+    }
 }
 
 /// Says once, after a while, who is in the domain and is not heard.
@@ -73,6 +86,7 @@ private:
 /// @return the exit status
 int hand_over(LogSubscription& subscription, const StopSignal& stop, DomainFollower& follower,
               std::optional<double> seconds, Silence& silence, Clock::time_point start) {
+    SharedIds ids;
     while (true) {
         const std::chrono::milliseconds left = time_left(seconds, start);
         subscription.wait(silence.wait(left));
@@ -83,6 +97,7 @@ int hand_over(LogSubscription& subscription, const StopSignal& stop, DomainFollo
             return exit_failure;
         }
         silence.note(*events);
+        warn_of_shared_ids(*events, ids, follower);
         if (const std::optional<int> status = follower.take(*std::move(events))) {
             return *status;
         }

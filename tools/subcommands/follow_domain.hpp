@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "tools/records/domain_options.hpp"
@@ -23,6 +24,9 @@ public:
 
     /// Whether the follower is interested in a logger.
     virtual bool wants(const Logger& logger) const = 0;
+
+    /// Tells the user something that concerns the whole domain, on the standard error.
+    virtual void warn(const std::string& text) = 0;
 
     /// @return an exit status when the subcommand ends, nothing when it goes on
     virtual std::optional<int> take(std::vector<Event> events) = 0;

@@ -12,6 +12,7 @@
 #include "tools/subcommands/terminal.hpp"
 #include "tools/text/json_line.hpp"
 #include "tools/text/logger_text.hpp"
+#include "tools/text/shared_ids.hpp"
 #include "tools/text/time_text.hpp"
 
 namespace orvane::tools {
@@ -43,15 +44,20 @@ int list_once(DomainView& view, const ListOptions& options) {
     if (loggers.empty()) {
         return are_others_silent ? exit_failure : exit_success;
     }
+    SharedIds ids;
+    for (const LoggerEntry& entry : loggers) {
+        print_warnings(ids.meet(entry.logger, entry.publisher));
+    }
     return write_out(listing(loggers, options)) == Status::ok ? exit_success : exit_failure;
 }
 
-/// A line for each change.
-std::string changes_text(const DomainView& view, const News& news, const ListOptions& options) {
-    const std::int64_t now = wall_clock();
+/// A line for each change. What the user is warned of is printed.
+std::string changes_text(const DomainView& view, const News& news, const ListOptions& options,
+                         SharedIds& ids) {
     std::string lines;
     for (const LoggerChange& change : news.changes) {
-        const LoggerEvent event{now, change, view.directory().logger(change.now.application)};
+        const LoggerEvent event = view.event_of(change);
+        print_warnings(ids.note(event));
         lines += options.json ? json_line(event) : change_line(event);
     }
     return lines;
@@ -68,6 +74,7 @@ std::string screen_text(const DomainView& view, const ListOptions& options) {
 
 int watch(DomainView& view, const ListOptions& options) {
     const bool redraws = is_terminal() && !options.json;
+    SharedIds ids;
     if (redraws && write_out(screen_text(view, options)) == Status::failed) {
         return exit_failure;
     }
@@ -80,7 +87,7 @@ int watch(DomainView& view, const ListOptions& options) {
             continue;
         }
         const std::string text =
-            redraws ? screen_text(view, options) : changes_text(view, *news, options);
+            redraws ? screen_text(view, options) : changes_text(view, *news, options, ids);
         if (write_out(text) == Status::failed) {
             return exit_failure;
         }

@@ -48,6 +48,8 @@ public:
         return std::nullopt;
     }
 
+    void warn(const std::string& text) override { line_.print(text); }
+
     bool wants(const Logger& logger) const override { return options_.query.matches(logger); }
 
     int finish(int status, double seconds, std::uint64_t earlier) override {

@@ -35,6 +35,12 @@ int with_domain(const DomainOptions& domain, DomainUse use,
     return stop.conclude(action(view));
 }
 
+void print_warnings(const std::vector<std::string>& texts) {
+    for (const std::string& text : texts) {
+        fmt::print(stderr, "orvane: {}\n", text);
+    }
+}
+
 int print_lost_domain() {
     fmt::print(stderr, "orvane: a reader or the writer failed\n");
     return exit_failure;

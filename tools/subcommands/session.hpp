@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "tools/domain/view.hpp"
 #include "tools/records/domain_options.hpp"
@@ -19,6 +20,9 @@ namespace orvane::tools {
 /// @return the exit status of @p action, or failure when the domain could not be joined
 int with_domain(const DomainOptions& domain, DomainUse use,
                 const std::function<int(DomainView& view)>& action);
+
+/// Prints a line for each text on the standard error.
+void print_warnings(const std::vector<std::string>& texts);
 
 /// Prints on the standard error that a reader or the writer failed. @return the exit status
 int print_lost_domain();

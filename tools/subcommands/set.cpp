@@ -11,6 +11,7 @@
 #include "tools/subcommands/session.hpp"
 #include "tools/text/display_text.hpp"
 #include "tools/text/logger_text.hpp"
+#include "tools/text/shared_ids.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -26,6 +27,20 @@ void print_no_target(DomainView& view, const SetOptions& options) {
     std::fputs(text.c_str(), stderr);
     if (loggers.empty()) {
         tell_of_silent(options.domain, view.administration().census(), false);
+    }
+}
+
+/// Warns of those that the command has reached.
+void warn_of_shared_ids(const DomainView& view, const std::vector<CommandOutcome>& outcomes) {
+    SharedIds ids;
+    for (const LoggerEntry& entry : view.entries()) {
+        const bool is_reached =
+            std::any_of(outcomes.begin(), outcomes.end(), [&](const CommandOutcome& outcome) {
+                return outcome.before.application == entry.state.application;
+            });
+        if (is_reached) {
+            print_warnings(ids.meet(entry.logger, entry.publisher));
+        }
     }
 }
 
@@ -56,6 +71,7 @@ int set_in(DomainView& view, const SetOptions& options) {
         lines += outcome_line(outcome, view.directory().logger(outcome.before.application),
                               options.command, waited);
     }
+    warn_of_shared_ids(view, *outcomes);
     const bool all_ok = std::all_of(
         outcomes->begin(), outcomes->end(),
         [](const CommandOutcome& outcome) { return outcome.result == QEL_KX_COMMAND_RESULT_OK; });

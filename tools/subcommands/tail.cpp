@@ -6,6 +6,7 @@
 
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/follow_domain.hpp"
+#include "tools/subcommands/session.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -26,6 +27,8 @@ public:
         }
         return exit_failure;
     }
+
+    void warn(const std::string& text) override { print_warnings({text}); }
 
     bool wants(const Logger& logger) const override { return query_.matches(logger); }
 

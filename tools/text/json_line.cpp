@@ -218,6 +218,10 @@ std::string json_line(const RecordedEvent& event) {
 std::string json_line(const LoggerEntry& entry) {
     JsonObject object;
     fill_identity(object, entry.logger);
+    if (entry.shares_id) {
+        object.add("shares_id", true);
+    }
+    fill_publisher(object, entry.publisher);
     fill_settings(object, entry.state);
     object.add("addresses", entry.addresses);
     if (entry.traffic) {

@@ -38,7 +38,8 @@ std::string json_line(const RecordingGap& event);
 
 std::string json_line(const RecordedEvent& event);
 
-/// Members: the logger's, those of its State: "state", "filter_level", "filter_level_name",
+/// Members: the logger's, "shares_id" (if another logger that is alive has its HOST:APP),
+/// "publisher" as above, those of its State: "state", "filter_level", "filter_level_name",
 /// "domain", "verbosities" (an object with a member for each category, in lower case),
 /// "print_format"; "addresses"; of a logger with statistics "statistics", an object with the
 /// members "accepted", "published", "queue_full", "no_memory", "discarded", "queued",

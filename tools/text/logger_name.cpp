@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 
@@ -11,11 +12,12 @@
 namespace orvane::tools {
 namespace {
 
-std::string introduction(const Logger& logger) {
+std::string introduction(const Logger& logger, bool shares_id) {
     const std::string process = process_text(logger);
-    return fmt::format("--- {} is {}{}{} ---\n", name_of(logger),
-                       format_application(logger.application), process.empty() ? "" : ", ",
-                       process);
+    return fmt::format(
+        "--- {} is {}{}{} ---\n", name_of(logger),
+        shares_id ? format_instance(logger.application) : format_application(logger.application),
+        process.empty() ? "" : ", ", process);
 }
 
 }  // namespace
@@ -86,7 +88,10 @@ std::string Introductions::meet(const Logger& logger) {
     std::string lines;
     if (kind.is_ambiguous) {
         for (const Logger& each : kind.untold) {
-            lines += introduction(each);
+            const auto sharing = std::count_if(
+                kind.met.begin(), kind.met.end(),
+                [&](const Application& met) { return share_host_and_app(met, each.application); });
+            lines += introduction(each, sharing > 1);
         }
         kind.untold.clear();
     }

@@ -38,7 +38,7 @@ class Introductions {
 public:
     /// @return the lines that a reader needs before the next text about the logger: "--- pump#2 is
     /// 0a141e28:0000c350, process 4711 (planner) on host robot2 ---", and one for the first of the
-    /// kind
+    /// kind. The instance id is told where HOST:APP is not enough
     std::string meet(const Logger& logger);
 
 private:

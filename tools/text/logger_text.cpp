@@ -43,9 +43,14 @@ std::string kind_of(const Logger& logger) {
     return logger.kind.empty() ? "-" : name_of(logger);
 }
 
+/// "0a141e28:0000c350", or with the instance id where another logger has that, too.
+std::string id_text(const Logger& logger, bool shares_id) {
+    return shares_id ? format_instance(logger.application) : format_application(logger.application);
+}
+
 /// "0a141e28:0000c350 pump".
-std::string identity_of(const Logger& logger) {
-    return format_application(logger.application) + ' ' + kind_of(logger);
+std::string identity_of(const Logger& logger, bool shares_id) {
+    return id_text(logger, shares_id) + ' ' + kind_of(logger);
 }
 
 Row headings(const Columns& shown) {
@@ -83,7 +88,7 @@ Row row_of(const LoggerEntry& entry, const Columns& shown) {
             or_dash(displayable(logger.host)),
             or_dash(displayable(logger.process)),
             logger.process_id == 0 ? "-" : std::to_string(logger.process_id),
-            format_application(logger.application),
+            id_text(logger, entry.shares_id) + (entry.shares_id ? "*" : ""),
             std::string{state_name(state.state)},
             filter_level_text(state.filter_level)};
     if (shown.traffic) {
@@ -209,6 +214,9 @@ std::string logger_table(const std::vector<LoggerEntry>& loggers, const TableSty
     if (const std::size_t missing = rows.front().size() - widths.size(); missing > 0) {
         table += fmt::format("{} more column{} with --wide\n", missing, missing == 1 ? "" : "s");
     }
+    if (std::any_of(loggers.begin(), loggers.end(), [](auto& each) { return each.shares_id; })) {
+        table += "* shares HOST:APP with another logger: a command to one reaches both\n";
+    }
     return table;
 }
 
@@ -234,7 +242,7 @@ std::string change_text(const LoggerEvent& event) {
 
 std::string change_line(const LoggerEvent& event) {
     return fmt::format("{} {:<8} {}{}  {}\n", display_time(event.nanoseconds, false),
-                       event_name(event.change.kind), identity_of(event.logger),
+                       event_name(event.change.kind), identity_of(event.logger, false),
                        via_text(event.publisher), change_text(event));
 }
 
@@ -253,7 +261,8 @@ std::string outcome_line(const CommandOutcome& outcome, const Logger& logger,
     } else {
         text = fmt::format("answered OK, but its State says: {}", now);
     }
-    return fmt::format("{}  {}\n", identity_of(logger), text);
+    return fmt::format("{}  {}{}\n", identity_of(logger, outcome.shares_id), text,
+                       outcome.is_bystander ? "; it obeys, too, as it shares HOST:APP" : "");
 }
 
 }  // namespace orvane::tools
