@@ -83,7 +83,7 @@ CLI::App* add_set_level_subcommand(CLI::App& app, SetOptions& options) {
         "Examples:\n"
         "  orvane set-level 0a141e28:0000c350 DEBUG   one logger\n"
         "  orvane set-level pump WARNING              all of this application kind\n"
-        "  orvane set-level pump*robot2 WARNING       those on one host\n"
+        "  orvane set-level pump@robot2 WARNING       those on one host\n"
         "  orvane set-level 'nav*' 650                all kinds that begin with nav");
     return command;
 }

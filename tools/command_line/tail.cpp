@@ -42,7 +42,7 @@ CLI::App* add_tail_subcommand(CLI::App& app, TailOptions& options) {
         "Examples:\n"
         "  orvane tail --level WARNING          warnings and what is more severe\n"
         "  orvane tail --category 'nav.*'       categories that begin with nav.\n"
-        "  orvane tail --app 'nav**robot?' --exclude nav#2\n"
+        "  orvane tail --app 'nav*@robot?' --exclude nav#2\n"
         "                                       loggers by kind, host and number\n"
         "  orvane tail --json --for 10 > logs   ten seconds of logs for a program");
     add_domain_options(*command, options.domain);
