@@ -36,7 +36,7 @@ private:
     std::set<Refusal> told_;
 };
 
-Refusals& refusals() {
+Refusals& told_refusals() {
     static auto* const all = new Refusals;  // reports may come while the process ends
     return *all;
 }
@@ -44,7 +44,7 @@ Refusals& refusals() {
 void write_report(const PEXA_Config_LoggerDevice* /*device*/,
                   const PEXA_Config_LogMessage* message) {
     if (const auto refusal = refusal_of(message->text)) {
-        refusals().tell(*refusal);
+        told_refusals().tell(*refusal);
         return;
     }
     std::string text;
@@ -61,7 +61,7 @@ void print_middleware_reports() {
 }
 
 bool has_refused_somebody() {
-    return !refusals().empty();
+    return !told_refusals().empty();
 }
 
 }  // namespace orvane::tools

@@ -2,6 +2,7 @@
 /// @brief What the engine's reports under DDS Security mean, in words.
 #pragma once
 
+#include <compare>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +14,8 @@ struct Refusal {
     std::string cause;
     std::string remedy;
 
+    // The check takes the zero that a defaulted comparison is compared with for a pointer.
+    // NOLINTNEXTLINE(modernize-use-nullptr)
     friend auto operator<=>(const Refusal&, const Refusal&) = default;
 };
 

@@ -49,7 +49,7 @@ std::optional<ReadResult> RecordingReader::next() {
             break;
         }
         std::array<char, 65'536> bytes;
-        const ssize_t size = read(descriptor_, bytes.data(), bytes.size());
+        const ssize_t size = ::read(descriptor_, bytes.data(), bytes.size());
         if (size < 0 && errno != EINTR) {
             is_over_ = true;
             return ReadingProblem{
