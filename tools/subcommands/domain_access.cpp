@@ -163,8 +163,8 @@ bool tell_of_silent(const DomainOptions& domain, const ParticipantCensus& census
     }
     if (is_secured && census.secured > 0) {
         print_with_remedy(
-            participants(census.secured, domain.id) +
-                " with credentials have not shown a logger to this one",
+            "no logger talks to this one among " + participants(census.secured, domain.id) +
+                " with credentials",
             "if there should be some, run 'orvane keys check' on both sides: both need the same "
             "authority, and their applications the role application");
     }

@@ -62,10 +62,11 @@ public:
                                 std::chrono::milliseconds{0}, longest);
     }
 
-    /// @param is_last nothing more will come
+    /// @param is_over the time that the user gave is over
     /// @return whether nobody has been heard, and somebody should have been
-    bool tell(bool is_last) {
-        if (!is_told_ && (is_last || Clock::now() >= until_)) {
+    bool tell(bool is_over) {
+        const Clock::time_point now = Clock::now();
+        if (!is_told_ && (now >= until_ || (is_over && now >= until_ - patience + shortest))) {
             is_told_ = true;
             are_others_silent_ = tell_of_silent(domain_, subscription_.census(), is_heard_);
         }
@@ -74,6 +75,8 @@ public:
 
 private:
     static constexpr std::chrono::seconds patience{3};
+    /// Before that nobody need have been heard.
+    static constexpr std::chrono::seconds shortest{1};
 
     const DomainOptions& domain_;
     const LogSubscription& subscription_;
@@ -101,9 +104,9 @@ int hand_over(LogSubscription& subscription, const StopSignal& stop, DomainFollo
         if (const std::optional<int> status = follower.take(*std::move(events))) {
             return *status;
         }
-        const bool are_others_silent = silence.tell(is_last);
+        const bool are_others_silent = silence.tell(left.count() == 0);
         if (is_last) {
-            return are_others_silent ? exit_failure : exit_success;
+            return are_others_silent && !stop.requested() ? exit_failure : exit_success;
         }
     }
 }

@@ -2,12 +2,13 @@
 
 #include <dds/dds.h>
 
-#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <new>
 
 #include "platform/engine/cyclone/domain_trace.hpp"
+#include "platform/engine/cyclone/never_destroyed.hpp"
+#include "platform/engine/cyclone/refusals.hpp"
 #include "platform/internal/standard_error.hpp"
 
 namespace pexa::engine {
@@ -47,22 +48,6 @@ LogCategory category_of(std::uint32_t bits) {
     return LogCategory::internals;
 }
 
-/// Cyclone only warns when it refuses another participant. For whoever runs a plant that is an
-/// error: an application is not heard, or somebody tries to get in.
-bool is_refusal(std::string_view text) {
-    constexpr std::string_view parts[] = {
-        "Begin handshake request failed",
-        "Begin handshake reply failed",
-        "Process handshake failed",
-        "security_attributes mismatch",
-        "Access control does not allow remote",
-        "alidate remote permissions",
-        "peer_credential_token",
-    };
-    return std::ranges::any_of(
-        parts, [&](std::string_view part) { return text.find(part) != std::string_view::npos; });
-}
-
 std::uint32_t to_cyclone(LogMask mask) {
     std::uint32_t bits = 0;
     for (const CategoryRow& row : category_rows) {
@@ -78,6 +63,11 @@ struct Target {
     void* context = nullptr;
 };
 
+cyclone::RefusalLimit& refusal_limit() {
+    static cyclone::NeverDestroyed<cyclone::RefusalLimit> limit;
+    return limit.get();
+}
+
 thread_local HiddenErrors* errors_of_thread = nullptr;
 
 std::mutex installation_mutex;
@@ -89,7 +79,10 @@ std::atomic<LogMask> chosen_mask{log_bit(LogCategory::fatal) | log_bit(LogCatego
 extern "C" void forward_log(void*, const dds_log_data_t* data) {
     std::string_view text(data->message, data->size);
     LogCategory category = category_of(data->priority);
-    if (category == LogCategory::warning && is_refusal(text)) {
+    if (category == LogCategory::warning && cyclone::is_refusal(text)) {
+        if (!refusal_limit().passes(text, cyclone::RefusalLimit::Clock::now())) {
+            return;
+        }
         category = LogCategory::error;
     }
     const LogMask passing =

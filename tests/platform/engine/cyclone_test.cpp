@@ -15,6 +15,7 @@
 
 #include "platform/engine/cyclone/entity_records.hpp"
 #include "platform/engine/cyclone/qos_conversion.hpp"
+#include "platform/engine/cyclone/refusals.hpp"
 #include "platform/engine/cyclone/rtps_origin.hpp"
 #include "platform/engine/cyclone/serdata.hpp"
 #include "platform/engine/engine.hpp"
@@ -32,6 +33,21 @@ static constinit std::atomic<int> seconds_ahead = 0;
 
 namespace pexa::engine::cyclone {
 namespace {
+
+TEST(Refusals, AreToldOnceInAWhileAndNotTooManyOfThem) {
+    EXPECT_TRUE(is_refusal("Begin handshake reply failed: Certificate not valid: error: …"));
+    EXPECT_FALSE(is_refusal("Remote secure participant 1:2:3:4 not allowed"));
+    RefusalLimit limit;
+    const RefusalLimit::Clock::time_point start{};
+    EXPECT_TRUE(limit.passes("first", start));
+    EXPECT_FALSE(limit.passes("first", start + RefusalLimit::period - std::chrono::seconds{1}));
+    EXPECT_TRUE(limit.passes("first", start + RefusalLimit::period));
+    std::size_t passed = 1;
+    for (int i = 0; i < 100; ++i) {
+        passed += limit.passes(std::to_string(i), start + RefusalLimit::period) ? 1 : 0;
+    }
+    EXPECT_EQ(passed, RefusalLimit::most);
+}
 
 TEST(QosConversion, KeepsEveryPolicyAndAddsNone) {
     Qos every = every_policy();
