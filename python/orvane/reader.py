@@ -169,7 +169,7 @@ class Reader(_ToolEvents[Message | Loss]):
         """
         arguments = ["tail", "--json", f"--domain={domain}"]
         if security is not None:
-            arguments.append(f"--security={os.fspath(security)}")
+            arguments += ["--security", os.fspath(security)]
         arguments += _filters(level, category, app, exclude, contains, count)
         if seconds is not None:
             arguments.append(f"--for={seconds}")

@@ -60,6 +60,11 @@ void print_middleware_reports() {
     PEXA_Config_Logger_set_output_device(PEXA_Config_Logger_get_instance(), &standard_error);
 }
 
+void silence_middleware() {
+    PEXA_Config_Logger_set_verbosity(PEXA_Config_Logger_get_instance(),
+                                     PEXA_CONFIG_LOG_VERBOSITY_SILENT);
+}
+
 bool has_refused_somebody() {
     return !told_refusals().empty();
 }

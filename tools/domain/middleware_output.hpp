@@ -9,6 +9,10 @@ namespace orvane::tools {
 /// once, in words.
 void print_middleware_reports();
 
+/// Prints nothing more of them: the participant is of no use any more, and the engine stumbles over
+/// its end.
+void silence_middleware();
+
 /// Whether somebody has been refused since.
 bool has_refused_somebody();
 

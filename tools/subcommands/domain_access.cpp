@@ -19,10 +19,6 @@
 namespace orvane::tools {
 namespace {
 
-void print_with_remedy(const std::string& cause, const std::string& remedy) {
-    fmt::print(stderr, "orvane: {}\n  -> {}\n", displayable(cause), displayable(remedy));
-}
-
 /// What is done with a topic.
 struct Right {
     DomainUse use;
@@ -101,11 +97,11 @@ std::int64_t expiry_of(const DomainOptions& domain, const Permissions& permissio
                        : permissions.not_after;
 }
 
-std::string participants(std::size_t count, std::int32_t domain_id) {
-    return fmt::format("{} participant{} of domain {}", count, count == 1 ? "" : "s", domain_id);
-}
-
 }  // namespace
+
+void print_with_remedy(const std::string& cause, const std::string& remedy) {
+    fmt::print(stderr, "orvane: {}\n  -> {}\n", displayable(cause), displayable(remedy));
+}
 
 Status check_access(DomainOptions& domain, DomainUse use) {
     if (domain.security.empty()) {
@@ -134,41 +130,12 @@ void stop_at_expiry(const DomainOptions& domain, StopSignal& stop) {
     if (domain.expiry) {
         stop.stop_at(
             std::chrono::system_clock::from_time_t(*domain.expiry), [folder = domain.security] {
+                silence_middleware();
                 print_with_remedy(
                     folder + " has expired",
                     "renew it with 'orvane keys renew' where the authority is, and copy it here");
             });
     }
-}
-
-bool tell_of_silent(const DomainOptions& domain, const ParticipantCensus& census, bool is_heard) {
-    const bool is_secured = !domain.security.empty();
-    // They may have lost their credentials, and tell everybody what they log.
-    if (is_secured && census.unsecured > 0) {
-        print_with_remedy(fmt::format("{} without credentials {} not heard",
-                                      participants(census.unsecured, domain.id),
-                                      census.unsecured == 1 ? "is" : "are"),
-                          "give each application its own: orvane keys issue, orvane keys profile");
-    }
-    if (is_heard) {
-        return false;
-    }
-    if (has_refused_somebody()) {
-        return true;
-    }
-    if (!is_secured && census.secured > 0) {
-        print_with_remedy(
-            participants(census.secured, domain.id) + " may talk to those with credentials only",
-            "use --security FOLDER; 'orvane keys issue' makes such folders");
-    }
-    if (is_secured && census.secured > 0) {
-        print_with_remedy(
-            "no logger talks to this one among " + participants(census.secured, domain.id) +
-                " with credentials",
-            "if there should be some, run 'orvane keys check' on both sides: both need the same "
-            "authority, and their applications the role application");
-    }
-    return census.secured > 0 || (is_secured && census.unsecured > 0);
 }
 
 }  // namespace orvane::tools

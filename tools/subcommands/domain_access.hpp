@@ -2,7 +2,8 @@
 /// @brief Whether a subcommand may do in a domain what it is for, said in words.
 #pragma once
 
-#include "tools/domain/participant_census.hpp"
+#include <string>
+
 #include "tools/records/domain_options.hpp"
 #include "tools/records/result.hpp"
 #include "tools/subcommands/stop_signal.hpp"
@@ -27,9 +28,7 @@ Status check_access(DomainOptions& domain, DomainUse use);
 /// would hear it, and it would hear nobody.
 void stop_at_expiry(const DomainOptions& domain, StopSignal& stop);
 
-/// Says on the standard error who is in the domain and does not talk to this participant.
-/// @param is_heard whether anybody has been heard; if nobody has, it says why that may be
-/// @return whether somebody should have been heard
-bool tell_of_silent(const DomainOptions& domain, const ParticipantCensus& census, bool is_heard);
+/// Prints on the standard error what is wrong, and what to do about it.
+void print_with_remedy(const std::string& cause, const std::string& remedy);
 
 }  // namespace orvane::tools

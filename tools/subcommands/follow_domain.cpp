@@ -13,6 +13,7 @@
 #include "tools/subcommands/domain_access.hpp"
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/session.hpp"
+#include "tools/subcommands/silence.hpp"
 #include "tools/subcommands/stop_signal.hpp"
 #include "tools/text/shared_ids.hpp"
 
@@ -45,47 +46,6 @@ void warn_of_shared_ids(const std::vector<Event>& events, SharedIds& ids,
     }
 }
 
-/// Says once, after a while, who is in the domain and is not heard.
-class Silence {
-public:
-    Silence(const DomainOptions& domain, const LogSubscription& subscription,
-            Clock::time_point start)
-        : domain_(domain), subscription_(subscription), until_(start + patience) {}
-
-    void note(const std::vector<Event>& events) { is_heard_ = is_heard_ || !events.empty(); }
-
-    /// How long to wait for news, no longer than @p longest.
-    std::chrono::milliseconds wait(std::chrono::milliseconds longest) const {
-        return is_told_
-                   ? longest
-                   : std::clamp(std::chrono::ceil<std::chrono::milliseconds>(until_ - Clock::now()),
-                                std::chrono::milliseconds{0}, longest);
-    }
-
-    /// @param is_over the time that the user gave is over
-    /// @return whether nobody has been heard, and somebody should have been
-    bool tell(bool is_over) {
-        const Clock::time_point now = Clock::now();
-        if (!is_told_ && (now >= until_ || (is_over && now >= until_ - patience + shortest))) {
-            is_told_ = true;
-            are_others_silent_ = tell_of_silent(domain_, subscription_.census(), is_heard_);
-        }
-        return are_others_silent_ && !is_heard_;
-    }
-
-private:
-    static constexpr std::chrono::seconds patience{3};
-    /// Before that nobody need have been heard.
-    static constexpr std::chrono::seconds shortest{1};
-
-    const DomainOptions& domain_;
-    const LogSubscription& subscription_;
-    Clock::time_point until_;
-    bool is_heard_ = false;
-    bool is_told_ = false;
-    bool are_others_silent_ = false;
-};
-
 /// @return the exit status
 int hand_over(LogSubscription& subscription, const StopSignal& stop, DomainFollower& follower,
               std::optional<double> seconds, Silence& silence, Clock::time_point start) {
@@ -99,7 +59,7 @@ int hand_over(LogSubscription& subscription, const StopSignal& stop, DomainFollo
             fmt::print(stderr, "orvane: a reader failed\n");
             return exit_failure;
         }
-        silence.note(*events);
+        silence.note(!events->empty());
         warn_of_shared_ids(*events, ids, follower);
         if (const std::optional<int> status = follower.take(*std::move(events))) {
             return *status;
@@ -132,7 +92,7 @@ int follow_domain(const DomainOptions& domain, std::optional<double> seconds,
     if (const std::optional<int> failure = follower.begin()) {
         return stop.conclude(*failure);
     }
-    Silence silence{domain, *subscription, start};
+    Silence silence{domain, [&] { return subscription->census(); }};
     const int status = hand_over(*subscription, stop, follower, seconds, silence, start);
     const std::chrono::duration<double> elapsed = Clock::now() - start;
     const std::uint64_t earlier =

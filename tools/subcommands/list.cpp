@@ -9,6 +9,7 @@
 
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/session.hpp"
+#include "tools/subcommands/silence.hpp"
 #include "tools/subcommands/terminal.hpp"
 #include "tools/text/json_line.hpp"
 #include "tools/text/logger_text.hpp"
@@ -75,14 +76,18 @@ std::string screen_text(const DomainView& view, const ListOptions& options) {
 int watch(DomainView& view, const ListOptions& options) {
     const bool redraws = is_terminal() && !options.json;
     SharedIds ids;
+    Silence silence{options.domain, [&] { return view.administration().census(); }};
     if (redraws && write_out(screen_text(view, options)) == Status::failed) {
         return exit_failure;
     }
     while (!view.administration().interrupted()) {
-        const Result<News> news = view.next(longest_wait);
+        const Result<News> news = view.next(silence.wait(longest_wait));
         if (!news) {
             return print_lost_domain();
         }
+        silence.note(!view.loggers().empty());
+        // Who watches goes on, whoever else is there.
+        static_cast<void>(silence.tell());
         if (news->changes.empty() && !(redraws && news->has_statistics)) {
             continue;
         }

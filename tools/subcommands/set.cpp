@@ -9,6 +9,7 @@
 #include "tools/domain/command_round.hpp"
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/session.hpp"
+#include "tools/subcommands/silence.hpp"
 #include "tools/text/display_text.hpp"
 #include "tools/text/logger_text.hpp"
 #include "tools/text/shared_ids.hpp"
@@ -25,9 +26,7 @@ void print_no_target(DomainView& view, const SetOptions& options) {
         text += logger_table(loggers, {});
     }
     std::fputs(text.c_str(), stderr);
-    if (loggers.empty()) {
-        tell_of_silent(options.domain, view.administration().census(), false);
-    }
+    tell_of_silent(options.domain, view.administration().census(), !loggers.empty());
 }
 
 /// Warns of those that the command has reached.
