@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <openssl/pem.h>
 #include <orvane/admin.h>
 #include <orvane/statistics.h>
 #include <stdlib.h>
@@ -15,6 +16,7 @@
 #include "tools/security/credential_list.hpp"
 #include "tools/security/credentials.hpp"
 #include "tools/security/permissions_document.hpp"
+#include "tools/security/signed_document.hpp"
 #include "tools/security/wanted_rights.hpp"
 
 namespace orvane::tools {
@@ -169,6 +171,7 @@ TEST_F(Plant, KeysAreForTheirOwnersOnlyWhateverTheUmask) {
             EXPECT_EQ(mode_of(made / key_file), 0600U);
             EXPECT_EQ(mode_of(made / certificate_file), 0644U);
         }
+        EXPECT_EQ(mode_of(folder_ / name / authority_folder / "permissions_key.pem"), 0600U);
     }
 }
 
@@ -193,6 +196,14 @@ TEST_F(Plant, ACheckNamesEachFaultAndItsFile) {
         {"domain", nothing, "permissions.p7s: nothing is allowed in domain 231", now, 231},
         {"governed", nothing, "governance.p7s: nothing is allowed in domain 232", now, 232},
         {"foreign", foreign(authority_file), "certificate.pem: not issued by the authority"},
+        {"foreign_permissions_authority", foreign(permissions_authority_file),
+         "permissions.p7s: not signed by the authority"},
+        {"one_authority",
+         [](const fs::path& own) {
+             fs::copy(own / authority_file, own / permissions_authority_file,
+                      fs::copy_options::overwrite_existing);
+         },
+         "everybody who has one of its certificates can make permissions"},
         {"foreign_permissions", foreign(permissions_file),
          "permissions.p7s: not signed by the authority"},
         {"forged", [](const fs::path& own) { replace_in(own / permissions_file, "DENY", "ALLOW"); },
@@ -224,6 +235,40 @@ TEST_F(Plant, ACheckNamesEachFaultAndItsFile) {
         EXPECT_EQ(found.empty(), std::string{row.finding}.empty()) << row.name << ": " << found;
         EXPECT_EQ(found.starts_with("warning: "), std::string{row.name}.starts_with("warned"))
             << found;
+    }
+}
+
+/// Whether the engine of another participant takes it: from each who has a certificate of the
+/// authority of permissions.
+bool is_taken(const std::string& document, const std::string& folder) {
+    const auto properties = security_properties(folder);
+    const auto authority =
+        std::find_if(properties.begin(), properties.end(), [](const SecurityProperty& property) {
+            return property.name == "dds.sec.access.permissions_ca";
+        });
+    const Certificate certificate =
+        read_certificate(bytes_of(authority->value.substr(sizeof "file:" - 1)));
+    const std::unique_ptr<X509_STORE, OpensslDeleter<X509_STORE_free>> store{X509_STORE_new()};
+    X509_STORE_add_cert(store.get(), certificate.get());
+    X509_VERIFY_PARAM_set_time(X509_STORE_get0_param(store.get()), now);
+    BIO* content = nullptr;
+    const Pkcs7 signature{SMIME_read_PKCS7(reader_of(document).get(), &content)};
+    const Bio text{content};
+    const bool is_taken = PKCS7_verify(signature.get(), nullptr, store.get(), text.get(),
+                                       new_buffer().get(), PKCS7_TEXT) == 1;
+    take_openssl_error();
+    return is_taken;
+}
+
+TEST_F(Plant, NobodySignsPermissionsWithACertificate) {
+    ASSERT_EQ(issue("p", Role::viewer), "");
+    const std::string folder = path("p").string();
+    EXPECT_TRUE(is_taken(bytes_of(path("p", permissions_file)), folder));
+    EXPECT_TRUE(is_taken(bytes_of(path("p", governance_file)), folder));
+    for (const char* name : {"p", "authority"}) {
+        const Signer signer{read_key(bytes_of(path(name, key_file))),
+                            read_certificate(bytes_of(path(name, certificate_file)))};
+        EXPECT_FALSE(is_taken(sign_document("text", signer), folder)) << name;
     }
 }
 

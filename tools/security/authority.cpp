@@ -19,6 +19,7 @@ namespace {
 constexpr std::int64_t day = 86400;
 constexpr std::int64_t authority_days = 20 * 365 + 5;
 constexpr const char* issued_folder = "issued";
+constexpr const char* permissions_key_file = "permissions_key.pem";
 
 struct NewFile {
     const char* name;
@@ -37,6 +38,19 @@ Status create_files(const std::string& folder, const std::vector<NewFile>& files
     return Status::ok;
 }
 
+Result<Signer> load_signer(const std::string& folder, const char* certificate_name,
+                           const char* key_name, std::string& error) {
+    Result<Certificate> certificate = load_certificate(join(folder, certificate_name), error);
+    if (!certificate) {
+        return std::nullopt;
+    }
+    Result<Key> key = load_key(join(folder, key_name), error);
+    if (!key) {
+        return std::nullopt;
+    }
+    return Signer{*std::move(key), *std::move(certificate)};
+}
+
 }  // namespace
 
 Status Authority::create(const std::string& directory, const std::vector<DomainRange>& domains,
@@ -49,17 +63,18 @@ Status Authority::create(const std::string& directory, const std::vector<DomainR
         return Status::failed;
     }
     const Validity validity = validity_in_days(authority_days, now);
-    const Key key = make_key();
-    const Certificate certificate = make_authority_certificate(*key, validity);
-    const RevocationList list = make_revocation_list(*certificate, *key, validity);
-    const Bio key_pem = to_pem(*key);
-    const std::string certificate_pem = to_pem(*certificate);
-    const std::string list_pem = to_pem(*list);
-    const std::string governance = sign_document(governance_xml(domains), *certificate, *key);
+    const Signer identities = make_identity_authority(validity);
+    const Signer permissions = make_permissions_authority(validity);
+    const Bio key = to_pem(*identities.key);
+    const Bio permissions_key = to_pem(*permissions.key);
+    const std::string list = to_pem(*make_revocation_list(identities, validity));
+    const std::string governance = sign_document(governance_xml(domains), permissions);
     if (create_files(folder->path(),
-                     {{key_file, content_of(*key_pem), private_mode},
-                      {certificate_file, certificate_pem, public_mode},
-                      {revoked_file, list_pem, public_mode},
+                     {{key_file, content_of(*key), private_mode},
+                      {certificate_file, to_pem(*identities.certificate), public_mode},
+                      {permissions_key_file, content_of(*permissions_key), private_mode},
+                      {permissions_authority_file, to_pem(*permissions.certificate), public_mode},
+                      {revoked_file, list, public_mode},
                       {governance_file, governance, public_mode}},
                      error) == Status::failed ||
         create_private_folder(join(folder->path(), issued_folder), error) == Status::failed) {
@@ -75,25 +90,26 @@ Result<Authority> Authority::open(const std::string& directory, std::string& err
         error += expected_authority;
         return std::nullopt;
     }
-    Result<Certificate> certificate = load_certificate(join(folder, certificate_file), error);
-    if (!certificate) {
+    Result<Signer> identities = load_signer(folder, certificate_file, key_file, error);
+    if (!identities) {
         return std::nullopt;
     }
-    Result<Key> key = load_key(join(folder, key_file), error);
-    if (!key) {
+    Result<Signer> permissions =
+        load_signer(folder, permissions_authority_file, permissions_key_file, error);
+    if (!permissions) {
         return std::nullopt;
     }
-    return Authority{directory, *std::move(lock), *std::move(key), *std::move(certificate)};
+    return Authority{directory, *std::move(lock), *std::move(identities), *std::move(permissions)};
 }
 
-Authority::Authority(const std::string& directory, FolderLock lock, Key key,
-                     Certificate certificate)
+Authority::Authority(const std::string& directory, FolderLock lock, Signer identity_authority,
+                     Signer permissions_authority)
     : directory_(directory),
       folder_(join(directory, authority_folder)),
       issued_(join(folder_, issued_folder)),
       lock_(std::move(lock)),
-      key_(std::move(key)),
-      certificate_(std::move(certificate)) {}
+      identity_authority_(std::move(identity_authority)),
+      permissions_authority_(std::move(permissions_authority)) {}
 
 Status Authority::issue(const CredentialRequest& request, std::int64_t now,
                         std::string& error) const {
@@ -108,7 +124,7 @@ Status Authority::issue(const CredentialRequest& request, std::int64_t now,
     }
     const Key key = make_key();
     const Certificate certificate =
-        make_certificate(request.name, *key, *validity, *certificate_, *key_);
+        make_certificate(request.name, *key, *validity, identity_authority_);
     const std::string permissions = sign({request.grant_name, subject_of(*certificate),
                                           validity->from, validity->to, request.rules, false});
     if (fill_folder(folder->path(), *key, *certificate, permissions, error) == Status::failed ||
@@ -133,7 +149,7 @@ Status Authority::renew(const std::string& name, std::int64_t days, std::int64_t
     if (!permissions || check_not_revoked(folder, error) == Status::failed) {
         return Status::failed;
     }
-    const Certificate certificate = make_certificate(name, **key, *validity, *certificate_, *key_);
+    const Certificate certificate = make_certificate(name, **key, *validity, identity_authority_);
     permissions->not_before = validity->from;
     permissions->not_after = validity->to;
     const std::string document = sign(*permissions);
@@ -150,7 +166,7 @@ Status Authority::renew(const std::string& name, std::int64_t days, std::int64_t
 Result<std::vector<std::string>> Authority::revoke(const std::string& name, std::int64_t now,
                                                    std::string& error) const {
     const Result<RevocationList> list =
-        load_revocation_list(join(folder_, revoked_file), *certificate_, error);
+        load_revocation_list(join(folder_, revoked_file), *identity_authority_.certificate, error);
     if (!list) {
         return std::nullopt;
     }
@@ -164,7 +180,7 @@ Result<std::vector<std::string>> Authority::revoke(const std::string& name, std:
     }
     for (const Certificate& certificate : *certificates) {
         if (!is_revoked(**list, *certificate)) {
-            revoke_certificate(**list, *certificate, now, *key_);
+            revoke_certificate(**list, *certificate, now, identity_authority_);
         }
     }
     Result<std::vector<std::string>> names = credential_names(directory_, error);
@@ -187,7 +203,7 @@ Result<std::vector<std::string>> Authority::revoke(const std::string& name, std:
 
 Result<Validity> Authority::validity_for(std::int64_t days, std::int64_t now,
                                          std::string& error) const {
-    const std::int64_t left = (validity_of(*certificate_).to - now) / day;
+    const std::int64_t left = (validity_of(*identity_authority_.certificate).to - now) / day;
     if (days < 1 || days > left) {
         error =
             fmt::format("{} days: expected 1 to {}, as long as the authority is valid", days, left);
@@ -199,7 +215,8 @@ Result<Validity> Authority::validity_for(std::int64_t days, std::int64_t now,
 Status Authority::check_domains(const std::vector<PermissionRule>& rules,
                                 std::string& error) const {
     const std::string path = join(folder_, governance_file);
-    const Result<std::string> xml = load_signed_document(path, *certificate_, error);
+    const Result<std::string> xml =
+        load_signed_document(path, *permissions_authority_.certificate, error);
     if (!xml) {
         return Status::failed;
     }
@@ -219,7 +236,7 @@ Status Authority::check_domains(const std::vector<PermissionRule>& rules,
 Status Authority::check_earlier_rights(const CredentialRequest& request, std::int64_t now,
                                        std::string& error) const {
     const Result<std::vector<Permissions>> all =
-        issued_.permissions(request.name, *certificate_, error);
+        issued_.permissions(request.name, *permissions_authority_.certificate, error);
     if (!all) {
         return Status::failed;
     }
@@ -241,7 +258,7 @@ Status Authority::check_not_revoked(const std::string& folder, std::string& erro
         return Status::failed;
     }
     const Result<RevocationList> list =
-        load_revocation_list(join(folder_, revoked_file), *certificate_, error);
+        load_revocation_list(join(folder_, revoked_file), *identity_authority_.certificate, error);
     if (!list) {
         return Status::failed;
     }
@@ -253,7 +270,7 @@ Status Authority::check_not_revoked(const std::string& folder, std::string& erro
 }
 
 std::string Authority::sign(const Permissions& permissions) const {
-    return sign_document(permissions_xml(permissions), *certificate_, *key_);
+    return sign_document(permissions_xml(permissions), permissions_authority_);
 }
 
 Status Authority::fill_folder(const std::string& folder, EVP_PKEY& key, X509& certificate,
@@ -268,11 +285,13 @@ Status Authority::fill_folder(const std::string& folder, EVP_PKEY& key, X509& ce
     }
     const Bio key_pem = to_pem(key);
     const std::string certificate_pem = to_pem(certificate);
-    const std::string authority_pem = to_pem(*certificate_);
+    const std::string authority_pem = to_pem(*identity_authority_.certificate);
+    const std::string permissions_authority_pem = to_pem(*permissions_authority_.certificate);
     return create_files(folder,
                         {{key_file, content_of(*key_pem), private_mode},
                          {certificate_file, certificate_pem, public_mode},
                          {authority_file, authority_pem, public_mode},
+                         {permissions_authority_file, permissions_authority_pem, public_mode},
                          {governance_file, *governance, public_mode},
                          {permissions_file, permissions, public_mode},
                          {revoked_file, *list, public_mode}},

@@ -49,7 +49,8 @@ public:
                                             std::string& error) const;
 
 private:
-    Authority(const std::string& directory, FolderLock lock, Key key, Certificate certificate);
+    Authority(const std::string& directory, FolderLock lock, Signer identity_authority,
+              Signer permissions_authority);
 
     Result<Validity> validity_for(std::int64_t days, std::int64_t now, std::string& error) const;
     /// Fails when the rules allow nothing in the authority's domains.
@@ -67,8 +68,8 @@ private:
     std::string folder_;  ///< of the authority itself
     IssuedCredentials issued_;
     FolderLock lock_;
-    Key key_;
-    Certificate certificate_;
+    Signer identity_authority_;
+    Signer permissions_authority_;
 };
 
 }  // namespace orvane::tools

@@ -11,6 +11,7 @@
 #include <ctime>
 #include <limits>
 #include <memory>
+#include <utility>
 
 namespace orvane::tools {
 namespace {
@@ -103,6 +104,16 @@ Handle without_errors(Handle handle) {
     return handle;
 }
 
+Signer make_authority(const char* prefix, const Validity& validity, const char* constraints,
+                      const char* usage) {
+    Key key = make_key();
+    Certificate certificate = start_certificate(prefix + random_name(), *key, validity);
+    add_extension(*certificate, *certificate, NID_basic_constraints, constraints);
+    add_extension(*certificate, *certificate, NID_key_usage, usage);
+    finish_certificate(*certificate, *certificate, *key);
+    return {std::move(key), std::move(certificate)};
+}
+
 void sign_list(X509_CRL& list, EVP_PKEY& key) {
     require_openssl(X509_CRL_sort(&list), "X509_CRL_sort");
     require_openssl(X509_CRL_sign(&list, &key, EVP_sha256()), "X509_CRL_sign");
@@ -119,40 +130,42 @@ Key make_key() {
     return Key{require_openssl(EVP_EC_gen("P-256"), "EVP_EC_gen")};
 }
 
-Certificate make_authority_certificate(EVP_PKEY& key, const Validity& validity) {
-    Certificate certificate = start_certificate("authority " + random_name(), key, validity);
-    add_extension(*certificate, *certificate, NID_basic_constraints, "critical,CA:TRUE,pathlen:0");
-    add_extension(*certificate, *certificate, NID_key_usage,
-                  "critical,digitalSignature,keyCertSign,cRLSign");
-    finish_certificate(*certificate, *certificate, key);
-    return certificate;
+Signer make_identity_authority(const Validity& validity) {
+    return make_authority("authority ", validity, "critical,CA:TRUE,pathlen:0",
+                          "critical,keyCertSign,cRLSign");
+}
+
+Signer make_permissions_authority(const Validity& validity) {
+    return make_authority("permissions authority ", validity, "critical,CA:FALSE",
+                          "critical,digitalSignature");
 }
 
 Certificate make_certificate(const std::string& name, EVP_PKEY& key, const Validity& validity,
-                             X509& authority, EVP_PKEY& authority_key) {
+                             const Signer& authority) {
+    X509& issuer = *authority.certificate;
     Certificate certificate = start_certificate(name, key, validity);
-    add_extension(*certificate, authority, NID_basic_constraints, "critical,CA:FALSE");
-    add_extension(*certificate, authority, NID_key_usage, "critical,digitalSignature");
-    finish_certificate(*certificate, authority, authority_key);
+    add_extension(*certificate, issuer, NID_basic_constraints, "critical,CA:FALSE");
+    add_extension(*certificate, issuer, NID_key_usage, "critical,digitalSignature");
+    finish_certificate(*certificate, issuer, *authority.key);
     return certificate;
 }
 
-RevocationList make_revocation_list(X509& authority, EVP_PKEY& authority_key,
-                                    const Validity& validity) {
+RevocationList make_revocation_list(const Signer& authority, const Validity& validity) {
     RevocationList list{require_openssl(X509_CRL_new(), "X509_CRL_new")};
     require_openssl(X509_CRL_set_version(list.get(), version_2_of_list), "X509_CRL_set_version");
-    require_openssl(X509_CRL_set_issuer_name(list.get(), X509_get_subject_name(&authority)),
-                    "X509_CRL_set_issuer_name");
+    require_openssl(
+        X509_CRL_set_issuer_name(list.get(), X509_get_subject_name(authority.certificate.get())),
+        "X509_CRL_set_issuer_name");
     require_openssl(X509_CRL_set1_lastUpdate(list.get(), to_asn1(validity.from).get()),
                     "X509_CRL_set1_lastUpdate");
     require_openssl(X509_CRL_set1_nextUpdate(list.get(), to_asn1(validity.to).get()),
                     "X509_CRL_set1_nextUpdate");
-    sign_list(*list, authority_key);
+    sign_list(*list, *authority.key);
     return list;
 }
 
 void revoke_certificate(X509_CRL& list, X509& certificate, std::int64_t now,
-                        EVP_PKEY& authority_key) {
+                        const Signer& authority) {
     std::unique_ptr<X509_REVOKED, OpensslDeleter<X509_REVOKED_free>> entry{
         require_openssl(X509_REVOKED_new(), "X509_REVOKED_new")};
     require_openssl(X509_REVOKED_set_serialNumber(entry.get(), X509_get_serialNumber(&certificate)),
@@ -161,7 +174,7 @@ void revoke_certificate(X509_CRL& list, X509& certificate, std::int64_t now,
                     "X509_REVOKED_set_revocationDate");
     require_openssl(X509_CRL_add0_revoked(&list, entry.get()), "X509_CRL_add0_revoked");
     static_cast<void>(entry.release());
-    sign_list(list, authority_key);
+    sign_list(list, *authority.key);
 }
 
 Certificate read_certificate(std::string_view pem) {

@@ -25,20 +25,29 @@ Validity validity_in_days(std::int64_t days, std::int64_t now);
 /// A new key on the curve P-256.
 Key make_key();
 
-/// A certificate that signs itself, others, documents and lists of revoked certificates.
-Certificate make_authority_certificate(EVP_PKEY& key, const Validity& validity);
+/// A key, and the certificate with which others check its signatures.
+struct Signer {
+    Key key;
+    Certificate certificate;
+};
+
+/// Its certificate signs itself, others and lists of revoked ones, and no documents.
+Signer make_identity_authority(const Validity& validity);
+
+/// Its certificate signs itself and documents. It must not be the authority of identities: the
+/// engine takes documents from each holder of a certificate of the authority of permissions.
+Signer make_permissions_authority(const Validity& validity);
 
 /// A certificate for the subject CN=@p name, with a random serial number.
 Certificate make_certificate(const std::string& name, EVP_PKEY& key, const Validity& validity,
-                             X509& authority, EVP_PKEY& authority_key);
+                             const Signer& authority);
 
 /// A list that revokes nothing.
-RevocationList make_revocation_list(X509& authority, EVP_PKEY& authority_key,
-                                    const Validity& validity);
+RevocationList make_revocation_list(const Signer& authority, const Validity& validity);
 
 /// Adds a certificate to a list, and signs that again.
 void revoke_certificate(X509_CRL& list, X509& certificate, std::int64_t now,
-                        EVP_PKEY& authority_key);
+                        const Signer& authority);
 
 /// @name PEM
 /// @{

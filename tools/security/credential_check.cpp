@@ -25,6 +25,10 @@ constexpr const char* copy_again =
 constexpr const char* renew =
     "renew it with 'orvane keys renew' where the authority is, and copy the folder from there";
 
+constexpr const char* make_anew =
+    "make a new authority with 'orvane keys init' in another directory, and issue all credentials "
+    "anew";
+
 /// Seconds before its end in which credentials should be renewed.
 constexpr std::int64_t short_time = std::int64_t{14} * 86400;
 
@@ -41,20 +45,23 @@ public:
                    "name a folder that 'orvane keys issue' has made, such as plant/pump-1");
             return findings_;
         }
-        authority_ = load(authority_file);
+        authority_ = load_authority(authority_file);
+        permissions_authority_ = load_authority(permissions_authority_file);
         certificate_ = load(certificate_file);
         if (authority_) {
-            check_dates(path_of(authority_file), validity_of(*authority_),
-                        "make a new authority with 'orvane keys init' in another directory, and "
-                        "issue all credentials anew");
-            check_governance();
             check_revoked();
+        }
+        if (permissions_authority_) {
+            check_governance();
+        }
+        if (authority_ && permissions_authority_) {
+            check_separation();
         }
         if (certificate_) {
             check_certificate();
             check_key();
         }
-        if (authority_ && certificate_) {
+        if (permissions_authority_ && certificate_) {
             check_permissions();
         }
         return findings_;
@@ -96,6 +103,23 @@ private:
             return nullptr;
         }
         return *std::move(certificate);
+    }
+
+    Certificate load_authority(const char* file) {
+        Certificate authority = load(file);
+        if (authority) {
+            check_dates(path_of(file), validity_of(*authority), make_anew);
+        }
+        return authority;
+    }
+
+    void check_separation() {
+        if (is_signed_by(*permissions_authority_, *authority_)) {
+            warn(fmt::format("{}: of the authority in {}, so everybody who has one of its "
+                             "certificates can make permissions",
+                             path_of(permissions_authority_file), authority_file),
+                 make_anew);
+        }
     }
 
     void check_dates(const std::string& path, const Validity& validity, const char* remedy) {
@@ -163,7 +187,7 @@ private:
     void check_governance() {
         std::string error;
         const Result<std::string> xml =
-            load_signed_document(path_of(governance_file), *authority_, error);
+            load_signed_document(path_of(governance_file), *permissions_authority_, error);
         if (!xml) {
             refuse_file(governance_file, error);
             return;
@@ -204,6 +228,7 @@ private:
     std::optional<std::int32_t> domain_id_;
     std::int64_t now_;
     Certificate authority_;
+    Certificate permissions_authority_;
     Certificate certificate_;
     std::vector<CredentialFinding> findings_;
 };

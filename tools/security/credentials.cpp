@@ -50,7 +50,7 @@ std::vector<SecurityProperty> security_properties(const std::string& folder) {
         {"dds.sec.access.library.path", "dds_security_ac"},
         {"dds.sec.access.library.init", "init_access_control"},
         {"dds.sec.access.library.finalize", "finalize_access_control"},
-        {"dds.sec.access.permissions_ca", uri(authority_file)},
+        {"dds.sec.access.permissions_ca", uri(permissions_authority_file)},
         {"dds.sec.access.governance", uri(governance_file)},
         {"dds.sec.access.permissions", uri(permissions_file)},
         {"dds.sec.crypto.library.path", "dds_security_crypto"},
@@ -81,7 +81,8 @@ std::string security_profile(const std::string& folder) {
 }
 
 Result<Permissions> read_permissions(const std::string& folder, std::string& error) {
-    const Result<Certificate> authority = load_certificate(join(folder, authority_file), error);
+    const Result<Certificate> authority =
+        load_certificate(join(folder, permissions_authority_file), error);
     if (!authority) {
         return std::nullopt;
     }

@@ -13,7 +13,10 @@ namespace orvane::tools {
 
 /// @name The files of a folder. It needs nothing else, so that it can be copied to any machine.
 /// @{
-inline constexpr const char* authority_file = "authority.pem";  ///< certificate of the authority
+/// The certificate of who signs certificates and the list of revoked ones.
+inline constexpr const char* authority_file = "authority.pem";
+/// The certificate of who signs governance and permissions.
+inline constexpr const char* permissions_authority_file = "permissions_authority.pem";
 inline constexpr const char* certificate_file = "certificate.pem";  ///< who this is
 inline constexpr const char* key_file = "key.pem";                  ///< its private key
 inline constexpr const char* governance_file = "governance.p7s";    ///< how domains are protected

@@ -12,11 +12,12 @@ using CertificateStack = std::unique_ptr<STACK_OF(X509), OpensslDeleter<free_sta
 
 }  // namespace
 
-std::string sign_document(std::string_view text, X509& authority, EVP_PKEY& authority_key) {
+std::string sign_document(std::string_view text, const Signer& authority) {
     constexpr int form = PKCS7_TEXT | PKCS7_DETACHED | PKCS7_STREAM;
     const Bio reader = reader_of(text);
     const Pkcs7 signature{require_openssl(
-        PKCS7_sign(&authority, &authority_key, nullptr, reader.get(), form), "PKCS7_sign")};
+        PKCS7_sign(authority.certificate.get(), authority.key.get(), nullptr, reader.get(), form),
+        "PKCS7_sign")};
     const Bio buffer = new_buffer();
     require_openssl(SMIME_write_PKCS7(buffer.get(), signature.get(), reader.get(), form),
                     "SMIME_write_PKCS7");
@@ -36,7 +37,8 @@ Result<std::string> read_signed_document(std::string_view document, X509& author
     const CertificateStack signers{require_openssl(sk_X509_new_null(), "sk_X509_new_null")};
     require_openssl(sk_X509_push(signers.get(), &authority), "sk_X509_push");
     const Bio buffer = new_buffer();
-    // The engine asks for no more: only the authority's own signature counts, at any time.
+    // The authority's own signature, at any time. The engine takes that of each certificate which
+    // the authority has signed, too.
     if (PKCS7_verify(signature.get(), signers.get(), nullptr, text.get(), buffer.get(),
                      PKCS7_TEXT | PKCS7_NOVERIFY | PKCS7_NOINTERN) != 1) {
         error = "not signed by the authority, or changed since (" + take_openssl_error() + ")";

@@ -7,11 +7,11 @@
 #include <string_view>
 
 #include "tools/records/result.hpp"
-#include "tools/security/openssl_handles.hpp"
+#include "tools/security/certificates.hpp"
 
 namespace orvane::tools {
 
-std::string sign_document(std::string_view text, X509& authority, EVP_PKEY& authority_key);
+std::string sign_document(std::string_view text, const Signer& authority);
 
 /// The text of a document that the authority signed.
 /// @param error why there is none
