@@ -334,6 +334,16 @@ TEST_F(Plant, WhatIsThereStaysAndNothingIsHalfMade) {
     EXPECT_EQ(folders, 2U) << "p and authority";
 }
 
+TEST_F(Plant, AnAuthorityWithAKeyThatDoesNotFitIsNotUsed) {
+    for (const char* file : {"key.pem", "permissions_key.pem"}) {
+        const fs::path own = fs::path{directory(file)} / authority_folder;
+        copy(path(authority_folder), own, file);
+        std::string error;
+        EXPECT_FALSE(Authority::open(directory(file), error));
+        EXPECT_NE(error.find(std::string{file} + ": not the key of"), std::string::npos) << error;
+    }
+}
+
 TEST_F(Plant, ANameGetsNoOtherRightsWhileEarlierPermissionsHold) {
     ASSERT_EQ(issue("p", Role::operator_), "");
     fs::remove_all(path("p"));

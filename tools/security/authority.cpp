@@ -48,6 +48,10 @@ Result<Signer> load_signer(const std::string& folder, const char* certificate_na
     if (!key) {
         return std::nullopt;
     }
+    if (!is_for(**certificate, **key)) {
+        error = fmt::format("{}: not the key of {}", join(folder, key_name), certificate_name);
+        return std::nullopt;
+    }
     return Signer{*std::move(key), *std::move(certificate)};
 }
 

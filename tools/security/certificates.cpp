@@ -251,6 +251,12 @@ bool is_supported(const EVP_PKEY& key) {
            (kind == EVP_PKEY_RSA && bits == rsa_bits);
 }
 
+bool is_for(X509& certificate, EVP_PKEY& key) {
+    const bool fits = X509_check_private_key(&certificate, &key) == 1;
+    take_openssl_error();
+    return fits;
+}
+
 bool is_signed_by(X509& certificate, X509& authority) {
     const bool is_signed = X509_check_issued(&authority, &certificate) == X509_V_OK &&
                            X509_verify(&certificate, X509_get0_pubkey(&authority)) == 1;

@@ -73,6 +73,9 @@ std::string serial_of(const X509& certificate);
 /// Whether the engine takes keys of this kind: P-256, or RSA of 2048 bits.
 bool is_supported(const EVP_PKEY& key);
 
+/// Whether the certificate is that of the key.
+bool is_for(X509& certificate, EVP_PKEY& key);
+
 bool is_signed_by(X509& certificate, X509& authority);
 bool is_signed_by(X509_CRL& list, X509& authority);
 bool is_revoked(X509_CRL& list, X509& certificate);

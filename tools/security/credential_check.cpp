@@ -157,11 +157,10 @@ private:
             refuse_file(key_file, error);
             return;
         }
-        if (X509_check_private_key(certificate_.get(), key->get()) != 1) {
+        if (!is_for(*certificate_, **key)) {
             // The engine notices this at the other side only.
             refuse(fmt::format("{}: not the key of {}", path, certificate_file));
         }
-        take_openssl_error();
         struct stat status {};
         constexpr mode_t of_others = S_IRWXG | S_IRWXO;
         if (stat(path.c_str(), &status) == 0 && (status.st_mode & of_others) != 0) {
