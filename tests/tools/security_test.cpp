@@ -318,6 +318,35 @@ TEST_F(Plant, ARenewalKeepsKeySubjectAndRights) {
     EXPECT_EQ(permissions_of("p").name, before.name);
 }
 
+TEST_F(Plant, ARenewalTakesNothingButTheKeyFromTheFolder) {
+    const auto renew = [&](const std::string& name) {
+        std::string error;
+        return Authority::open(directory(), error)->renew(name, 30, now + day, error) == Status::ok
+                   ? ""
+                   : error;
+    };
+    for (const char* plant : {"plant", "foreign"}) {
+        ASSERT_EQ(issue("p", Role::viewer, plant), "");
+        ASSERT_EQ(issue("q", Role::operator_, plant), "");
+    }
+    for (const char* file : {authority_file, permissions_authority_file, permissions_file}) {
+        copy(folder_ / "foreign" / "q", path("p"), file);
+    }
+    EXPECT_EQ(renew("p"), "");
+    EXPECT_EQ(findings("p", {}, now + day), "");
+    EXPECT_EQ(permissions_of("p").name, "viewer");
+
+    std::string error;
+    ASSERT_TRUE(Authority::open(directory(), error)->revoke("p", now + day, error));
+    copy(path("q"), path("p"), certificate_file);
+    EXPECT_NE(renew("p").find("p: revoked"), std::string::npos);
+    for (const fs::path& other : {path("q"), folder_ / "foreign" / "p"}) {
+        fs::remove_all(path("r"));
+        fs::copy(other, path("r"));
+        EXPECT_NE(renew("r").find("r/key.pem: no key of credentials"), std::string::npos);
+    }
+}
+
 TEST_F(Plant, WhatIsThereStaysAndNothingIsHalfMade) {
     ASSERT_EQ(issue("p", Role::application), "");
     const std::string key = bytes_of(path("p", key_file));

@@ -23,19 +23,22 @@ constexpr const char* permissions_key_file = "permissions_key.pem";
 
 struct NewFile {
     const char* name;
-    std::string_view bytes;
-    mode_t mode;
+    std::string bytes;
 };
 
-Status create_files(const std::string& folder, const std::vector<NewFile>& files,
-                    std::string& error) {
+Status write_files(const std::string& folder, const std::vector<NewFile>& files,
+                   std::string& error) {
     for (const NewFile& file : files) {
-        if (create_whole_file(join(folder, file.name), file.bytes, file.mode, error) ==
+        if (write_whole_file(join(folder, file.name), file.bytes, public_mode, error) ==
             Status::failed) {
             return Status::failed;
         }
     }
     return Status::ok;
+}
+
+Status write_key(const std::string& path, EVP_PKEY& key, std::string& error) {
+    return write_whole_file(path, content_of(*to_pem(key)), private_mode, error);
 }
 
 Result<Signer> load_signer(const std::string& folder, const char* certificate_name,
@@ -69,18 +72,17 @@ Status Authority::create(const std::string& directory, const std::vector<DomainR
     const Validity validity = validity_in_days(authority_days, now);
     const Signer identities = make_identity_authority(validity);
     const Signer permissions = make_permissions_authority(validity);
-    const Bio key = to_pem(*identities.key);
-    const Bio permissions_key = to_pem(*permissions.key);
     const std::string list = to_pem(*make_revocation_list(identities, validity));
     const std::string governance = sign_document(governance_xml(domains), permissions);
-    if (create_files(folder->path(),
-                     {{key_file, content_of(*key), private_mode},
-                      {certificate_file, to_pem(*identities.certificate), public_mode},
-                      {permissions_key_file, content_of(*permissions_key), private_mode},
-                      {permissions_authority_file, to_pem(*permissions.certificate), public_mode},
-                      {revoked_file, list, public_mode},
-                      {governance_file, governance, public_mode}},
-                     error) == Status::failed ||
+    if (write_key(join(folder->path(), key_file), *identities.key, error) == Status::failed ||
+        write_key(join(folder->path(), permissions_key_file), *permissions.key, error) ==
+            Status::failed ||
+        write_files(folder->path(),
+                    {{certificate_file, to_pem(*identities.certificate)},
+                     {permissions_authority_file, to_pem(*permissions.certificate)},
+                     {revoked_file, list},
+                     {governance_file, governance}},
+                    error) == Status::failed ||
         create_private_folder(join(folder->path(), issued_folder), error) == Status::failed) {
         return Status::failed;
     }
@@ -131,7 +133,8 @@ Status Authority::issue(const CredentialRequest& request, std::int64_t now,
         make_certificate(request.name, *key, *validity, identity_authority_);
     const std::string permissions = sign({request.grant_name, subject_of(*certificate),
                                           validity->from, validity->to, request.rules, false});
-    if (fill_folder(folder->path(), *key, *certificate, permissions, error) == Status::failed ||
+    if (write_key(join(folder->path(), key_file), *key, error) == Status::failed ||
+        fill_folder(folder->path(), *certificate, permissions, error) == Status::failed ||
         issued_.keep(request.name, *certificate, permissions, error) == Status::failed) {
         return Status::failed;
     }
@@ -149,22 +152,18 @@ Status Authority::renew(const std::string& name, std::int64_t days, std::int64_t
     if (!key) {
         return Status::failed;
     }
-    Result<Permissions> permissions = read_permissions(folder, error);
-    if (!permissions || check_not_revoked(folder, error) == Status::failed) {
+    Result<Permissions> permissions = issued_rights(name, **key, error);
+    if (!permissions) {
         return Status::failed;
     }
     const Certificate certificate = make_certificate(name, **key, *validity, identity_authority_);
     permissions->not_before = validity->from;
     permissions->not_after = validity->to;
     const std::string document = sign(*permissions);
-    // In this order the credentials work after each step.
-    if (issued_.keep(name, *certificate, document, error) == Status::failed ||
-        replace_whole_file(join(folder, permissions_file), document, public_mode, error) ==
-            Status::failed) {
+    if (issued_.keep(name, *certificate, document, error) == Status::failed) {
         return Status::failed;
     }
-    return replace_whole_file(join(folder, certificate_file), to_pem(*certificate), public_mode,
-                              error);
+    return fill_folder(folder, *certificate, document, error);
 }
 
 Result<std::vector<std::string>> Authority::revoke(const std::string& name, std::int64_t now,
@@ -197,7 +196,7 @@ Result<std::vector<std::string>> Authority::revoke(const std::string& name, std:
         folders.push_back(join(directory_, each));
     }
     for (const std::string& folder : folders) {
-        if (replace_whole_file(join(folder, revoked_file), pem, public_mode, error) ==
+        if (write_whole_file(join(folder, revoked_file), pem, public_mode, error) ==
             Status::failed) {
             return std::nullopt;
         }
@@ -256,28 +255,45 @@ Status Authority::check_earlier_rights(const CredentialRequest& request, std::in
     return Status::ok;
 }
 
-Status Authority::check_not_revoked(const std::string& folder, std::string& error) const {
-    const Result<Certificate> certificate = load_certificate(join(folder, certificate_file), error);
-    if (!certificate) {
-        return Status::failed;
-    }
+Result<Permissions> Authority::issued_rights(const std::string& name, EVP_PKEY& key,
+                                             std::string& error) const {
     const Result<RevocationList> list =
         load_revocation_list(join(folder_, revoked_file), *identity_authority_.certificate, error);
     if (!list) {
-        return Status::failed;
+        return std::nullopt;
     }
-    if (is_revoked(**list, **certificate)) {
-        error = folder + ": revoked, and its key is not used again; expected another name";
-        return Status::failed;
+    const Result<std::vector<Certificate>> certificates = issued_.certificates(name, error);
+    if (!certificates) {
+        return std::nullopt;
     }
-    return Status::ok;
+    X509* latest = nullptr;
+    for (const Certificate& certificate : *certificates) {
+        if (!is_for(*certificate, key)) {
+            continue;
+        }
+        if (is_revoked(**list, *certificate)) {
+            error = join(directory_, name) +
+                    ": revoked, and its key is not used again; remove the folder, and issue it "
+                    "anew or under another name";
+            return std::nullopt;
+        }
+        if (latest == nullptr || validity_of(*latest).from < validity_of(*certificate).from) {
+            latest = certificate.get();
+        }
+    }
+    if (latest == nullptr) {
+        error = fmt::format("{}: no key of credentials that this authority has issued for '{}'",
+                            join(join(directory_, name), key_file), name);
+        return std::nullopt;
+    }
+    return issued_.permissions_with(*latest, name, *permissions_authority_.certificate, error);
 }
 
 std::string Authority::sign(const Permissions& permissions) const {
     return sign_document(permissions_xml(permissions), permissions_authority_);
 }
 
-Status Authority::fill_folder(const std::string& folder, EVP_PKEY& key, X509& certificate,
+Status Authority::fill_folder(const std::string& folder, X509& certificate,
                               const std::string& permissions, std::string& error) const {
     const Result<std::string> governance = read_whole_file(join(folder_, governance_file), error);
     if (!governance) {
@@ -287,19 +303,15 @@ Status Authority::fill_folder(const std::string& folder, EVP_PKEY& key, X509& ce
     if (!list) {
         return Status::failed;
     }
-    const Bio key_pem = to_pem(key);
-    const std::string certificate_pem = to_pem(certificate);
-    const std::string authority_pem = to_pem(*identity_authority_.certificate);
-    const std::string permissions_authority_pem = to_pem(*permissions_authority_.certificate);
-    return create_files(folder,
-                        {{key_file, content_of(*key_pem), private_mode},
-                         {certificate_file, certificate_pem, public_mode},
-                         {authority_file, authority_pem, public_mode},
-                         {permissions_authority_file, permissions_authority_pem, public_mode},
-                         {governance_file, *governance, public_mode},
-                         {permissions_file, permissions, public_mode},
-                         {revoked_file, *list, public_mode}},
-                        error);
+    // In this order renewed credentials work after each step.
+    return write_files(folder,
+                       {{authority_file, to_pem(*identity_authority_.certificate)},
+                        {permissions_authority_file, to_pem(*permissions_authority_.certificate)},
+                        {governance_file, *governance},
+                        {revoked_file, *list},
+                        {permissions_file, permissions},
+                        {certificate_file, to_pem(certificate)}},
+                       error);
 }
 
 }  // namespace orvane::tools

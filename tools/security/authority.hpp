@@ -59,10 +59,13 @@ private:
     /// about a subject, and not about one of its certificates.
     Status check_earlier_rights(const CredentialRequest& request, std::int64_t now,
                                 std::string& error) const;
-    Status check_not_revoked(const std::string& folder, std::string& error) const;
+    /// What was last issued for a key. Fails when it was for another name, or has been revoked.
+    Result<Permissions> issued_rights(const std::string& name, EVP_PKEY& key,
+                                      std::string& error) const;
     std::string sign(const Permissions& permissions) const;
-    Status fill_folder(const std::string& folder, EVP_PKEY& key, X509& certificate,
-                       const std::string& permissions, std::string& error) const;
+    /// Writes all but the key.
+    Status fill_folder(const std::string& folder, X509& certificate, const std::string& permissions,
+                       std::string& error) const;
 
     std::string directory_;
     std::string folder_;  ///< of the authority itself

@@ -19,16 +19,30 @@ namespace fs = std::filesystem;
 constexpr const char* certificate_ending = ".pem";
 constexpr const char* permissions_ending = ".p7s";
 
+Result<std::vector<Permissions>> load_grants(const std::string& path, X509& authority,
+                                             std::string& error) {
+    const Result<std::string> xml = load_signed_document(path, authority, error);
+    if (!xml) {
+        return std::nullopt;
+    }
+    Result<std::vector<Permissions>> grants = parse_permissions(*xml, error);
+    if (!grants) {
+        error = fmt::format("{}: {}", path, error);
+    }
+    return grants;
+}
+
 }  // namespace
 
 Status IssuedCredentials::keep(const std::string& name, X509& certificate,
                                const std::string& permissions, std::string& error) const {
-    const std::string base = join(folder_, name + '.' + serial_of(certificate));
-    if (create_whole_file(base + certificate_ending, to_pem(certificate), public_mode, error) ==
+    // Permissions that nobody has yet do no harm. A certificate without them could not be renewed.
+    const std::string base = base_of(name, certificate);
+    if (write_whole_file(base + permissions_ending, permissions, public_mode, error) ==
         Status::failed) {
         return Status::failed;
     }
-    return create_whole_file(base + permissions_ending, permissions, public_mode, error);
+    return write_whole_file(base + certificate_ending, to_pem(certificate), public_mode, error);
 }
 
 Result<std::vector<Certificate>> IssuedCredentials::certificates(const std::string& name,
@@ -57,18 +71,31 @@ Result<std::vector<Permissions>> IssuedCredentials::permissions(const std::strin
     }
     std::vector<Permissions> permissions;
     for (const std::string& path : *files) {
-        const Result<std::string> xml = load_signed_document(path, authority, error);
-        if (!xml) {
-            return std::nullopt;
-        }
-        const Result<std::vector<Permissions>> grants = parse_permissions(*xml, error);
+        const Result<std::vector<Permissions>> grants = load_grants(path, authority, error);
         if (!grants) {
-            error = fmt::format("{}: {}", path, error);
             return std::nullopt;
         }
         permissions.insert(permissions.end(), grants->begin(), grants->end());
     }
     return permissions;
+}
+
+Result<Permissions> IssuedCredentials::permissions_with(X509& certificate, const std::string& name,
+                                                        X509& authority, std::string& error) const {
+    const std::string path = base_of(name, certificate) + permissions_ending;
+    const Result<std::vector<Permissions>> grants = load_grants(path, authority, error);
+    if (!grants) {
+        return std::nullopt;
+    }
+    if (grants->size() != 1) {
+        error = path + ": expected one grant";
+        return std::nullopt;
+    }
+    return grants->front();
+}
+
+std::string IssuedCredentials::base_of(const std::string& name, const X509& certificate) const {
+    return join(folder_, name + '.' + serial_of(certificate));
 }
 
 Result<std::vector<std::string>> IssuedCredentials::paths(const std::string& name,

@@ -17,6 +17,7 @@ class IssuedCredentials {
 public:
     explicit IssuedCredentials(std::string folder) : folder_(std::move(folder)) {}
 
+    /// Afterwards they are kept also when the power fails.
     /// @param permissions the signed document
     Status keep(const std::string& name, X509& certificate, const std::string& permissions,
                 std::string& error) const;
@@ -27,9 +28,13 @@ public:
                                                   std::string& error) const;
     Result<std::vector<Permissions>> permissions(const std::string& name, X509& authority,
                                                  std::string& error) const;
+    /// Those that came with a certificate.
+    Result<Permissions> permissions_with(X509& certificate, const std::string& name,
+                                         X509& authority, std::string& error) const;
     /// @}
 
 private:
+    std::string base_of(const std::string& name, const X509& certificate) const;
     Result<std::vector<std::string>> paths(const std::string& name, const char* ending,
                                            std::string& error) const;
 

@@ -106,30 +106,15 @@ Result<std::string> read_whole_file(const std::string& path, std::string& error)
     return bytes;
 }
 
-Status create_whole_file(const std::string& path, std::string_view bytes, mode_t mode,
-                         std::string& error) {
-    const Descriptor file{
-        open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, private_mode)};
-    if (file.get() < 0) {
-        return fail(path, "create", error);
-    }
-    if (!fill(file.get(), bytes, mode)) {
-        const Status failed = fail(path, "write", error);
-        unlink(path.c_str());
-        return failed;
-    }
-    return Status::ok;
-}
-
-Status replace_whole_file(const std::string& path, std::string_view bytes, mode_t mode,
-                          std::string& error) {
+Status write_whole_file(const std::string& path, std::string_view bytes, mode_t mode,
+                        std::string& error) {
     std::string beside = name_beside(path);
     const Descriptor file{mkostemp(beside.data(), O_CLOEXEC)};
     if (file.get() < 0) {
-        return fail(path, "create a file beside it", error);
+        return fail(path, "create", error);
     }
     if (!fill(file.get(), bytes, mode) || rename(beside.c_str(), path.c_str()) != 0) {
-        const Status failed = fail(path, "replace", error);
+        const Status failed = fail(path, "write", error);
         unlink(beside.c_str());
         return failed;
     }
@@ -142,7 +127,11 @@ Status create_private_folder(const std::string& path, std::string& error) {
     const bool is_there = mkdir(path.c_str(), folder_mode) == 0
                               ? chmod(path.c_str(), folder_mode) == 0
                               : errno == EEXIST && fs::is_directory(path, unknown);
-    return is_there ? Status::ok : fail(path, "create", error);
+    if (!is_there) {
+        return fail(path, "create", error);
+    }
+    flush_folder_of(path);
+    return Status::ok;
 }
 
 NewFolder::NewFolder(NewFolder&& other) noexcept

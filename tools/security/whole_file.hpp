@@ -21,14 +21,10 @@ inline constexpr mode_t folder_mode = 0700;
 /// The bytes of a regular file of at most 4 MiB.
 Result<std::string> read_whole_file(const std::string& path, std::string& error);
 
-/// Creates a file, which nobody else can read before it has its mode. One that is there is left as
-/// it is, and is an error.
-Status create_whole_file(const std::string& path, std::string_view bytes, mode_t mode,
-                         std::string& error);
-
-/// Creates a file or takes the place of one, in one step.
-Status replace_whole_file(const std::string& path, std::string_view bytes, mode_t mode,
-                          std::string& error);
+/// Creates a file or takes the place of one, in one step. Nobody else can read it before it has its
+/// mode.
+Status write_whole_file(const std::string& path, std::string_view bytes, mode_t mode,
+                        std::string& error);
 
 /// Creates a folder for nobody but its owner, unless there is one.
 Status create_private_folder(const std::string& path, std::string& error);
