@@ -289,7 +289,7 @@ TEST_F(Plant, ANameIsRevokedWithAllItsCertificatesInAllFolders) {
         ASSERT_EQ(authority->renew("p", 30, now + day, error), Status::ok) << error;
         const auto told = authority->revoke("p", now + day, error);
         ASSERT_TRUE(told) << error;
-        EXPECT_EQ(*told, (std::vector<std::string>{"p", "p.1"}));
+        EXPECT_EQ(told->names, (std::vector<std::string>{"p", "p.1"}));
         EXPECT_EQ(authority->renew("p", 30, now + day, error), Status::failed);
         EXPECT_FALSE(authority->revoke("nobody", now, error));
     }
@@ -302,6 +302,40 @@ TEST_F(Plant, ANameIsRevokedWithAllItsCertificatesInAllFolders) {
     ASSERT_EQ(entries->size(), 2U);
     EXPECT_TRUE(entries->front().is_revoked);
     EXPECT_FALSE(entries->back().is_revoked);
+}
+
+TEST_F(Plant, ARevocationReachesWhoeverItCan) {
+    const auto revoke = [&](const std::string& name) {
+        std::string error;
+        const auto told = Authority::open(directory(), error)->revoke(name, now, error);
+        EXPECT_TRUE(told) << error;
+        return told.value_or(Revocation{});
+    };
+    for (const char* name : {"ann", "bob", "zoe"}) {
+        ASSERT_EQ(issue(name, Role::viewer), "");
+    }
+    ASSERT_EQ(issue("kim", Role::viewer, "foreign"), "");
+    fs::copy(folder_ / "foreign" / "kim", path("kim"));
+    fs::copy(path(authority_folder), folder_ / "copy", fs::copy_options::recursive);
+    ASSERT_EQ(issue("new", Role::viewer), "");
+    fs::remove(path("bob", revoked_file));
+    fs::create_directory(path("bob", revoked_file));
+    for (const auto& issued : fs::directory_iterator{path(authority_folder, "issued")}) {
+        std::ofstream{issued.path()};
+    }
+    const Revocation told = revoke("ann");
+    EXPECT_EQ(told.names, (std::vector<std::string>{"ann", "new", "zoe"}));
+    ASSERT_EQ(told.failures.size(), 1U);
+    EXPECT_NE(told.failures.front().find("bob/revoked.pem: cannot write"), std::string::npos);
+    EXPECT_NE(findings("ann").find("certificate.pem: revoked"), std::string::npos);
+    EXPECT_EQ(findings("kim"), "") << "its list is of another authority";
+
+    fs::remove_all(path(authority_folder));
+    fs::copy(folder_ / "copy", path(authority_folder), fs::copy_options::recursive);
+    revoke("new");
+    for (const char* name : {"ann", "new"}) {
+        EXPECT_NE(findings(name).find("certificate.pem: revoked"), std::string::npos) << name;
+    }
 }
 
 TEST_F(Plant, ARenewalKeepsKeySubjectAndRights) {

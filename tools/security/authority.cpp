@@ -166,42 +166,73 @@ Status Authority::renew(const std::string& name, std::int64_t days, std::int64_t
     return fill_folder(folder, *certificate, document, error);
 }
 
-Result<std::vector<std::string>> Authority::revoke(const std::string& name, std::int64_t now,
-                                                   std::string& error) const {
+Result<Revocation> Authority::revoke(const std::string& name, std::int64_t now,
+                                     std::string& error) const {
+    const std::string own_list = join(folder_, revoked_file);
     const Result<RevocationList> list =
-        load_revocation_list(join(folder_, revoked_file), *identity_authority_.certificate, error);
+        load_revocation_list(own_list, *identity_authority_.certificate, error);
     if (!list) {
         return std::nullopt;
     }
-    const Result<std::vector<Certificate>> certificates = issued_.certificates(name, error);
-    if (!certificates) {
-        return std::nullopt;
-    }
-    if (certificates->empty()) {
-        error = fmt::format("{}: the authority has issued nothing for '{}'", folder_, name);
-        return std::nullopt;
-    }
-    for (const Certificate& certificate : *certificates) {
-        if (!is_revoked(**list, *certificate)) {
-            revoke_certificate(**list, *certificate, now, identity_authority_);
-        }
-    }
-    Result<std::vector<std::string>> names = credential_names(directory_, error);
+    const Result<std::vector<std::string>> names = credential_names(directory_, error);
     if (!names) {
         return std::nullopt;
     }
-    const std::string pem = to_pem(**list);
-    std::vector<std::string> folders{folder_};
-    for (const std::string& each : *names) {
-        folders.push_back(join(directory_, each));
+    const Result<std::vector<std::string>> serials = serials_to_revoke(name, *names, error);
+    if (!serials) {
+        return std::nullopt;
     }
-    for (const std::string& folder : folders) {
-        if (write_whole_file(join(folder, revoked_file), pem, public_mode, error) ==
+    revoke_serials(**list, *serials, now, identity_authority_);
+    const std::string pem = to_pem(**list);
+    if (write_whole_file(own_list, pem, public_mode, error) == Status::failed) {
+        return std::nullopt;
+    }
+    Revocation revocation;
+    for (const std::string& each : *names) {
+        std::string failure;
+        const std::string folder = join(directory_, each);
+        const Result<Certificate> authority =
+            load_certificate(join(folder, authority_file), failure);
+        if (authority && X509_cmp(authority->get(), identity_authority_.certificate.get()) != 0) {
+            continue;
+        }
+        if (write_whole_file(join(folder, revoked_file), pem, public_mode, failure) ==
             Status::failed) {
-            return std::nullopt;
+            revocation.failures.push_back(failure);
+        } else {
+            revocation.names.push_back(each);
         }
     }
-    return names;
+    return revocation;
+}
+
+Result<std::vector<std::string>> Authority::serials_to_revoke(const std::string& name,
+                                                              const std::vector<std::string>& names,
+                                                              std::string& error) const {
+    X509& authority = *identity_authority_.certificate;
+    Result<std::vector<std::string>> serials = issued_.serials(name, error);
+    if (!serials) {
+        return std::nullopt;
+    }
+    std::string unknown;
+    const Result<Certificate> present =
+        load_certificate(join(join(directory_, name), certificate_file), unknown);
+    if (present && is_signed_by(**present, authority) && subject_of(**present) == "CN=" + name) {
+        serials->push_back(serial_of(**present));
+    }
+    if (serials->empty()) {
+        error = fmt::format("{}: the authority has issued nothing for '{}'", folder_, name);
+        return std::nullopt;
+    }
+    for (const std::string& each : names) {
+        const Result<RevocationList> list =
+            load_revocation_list(join(join(directory_, each), revoked_file), authority, unknown);
+        if (list) {
+            const std::vector<std::string> more = serials_in(**list);
+            serials->insert(serials->end(), more.begin(), more.end());
+        }
+    }
+    return serials;
 }
 
 Result<Validity> Authority::validity_for(std::int64_t days, std::int64_t now,

@@ -25,8 +25,14 @@ struct CredentialRequest {
     std::int64_t days = 365;
 };
 
-/// Operations that fail leave everything as it was, and say why: "PATH: …". They may run at the
-/// same time in several processes. @p now is in seconds since 1970-01-01 UTC.
+/// Who has been told of a revocation.
+struct Revocation {
+    std::vector<std::string> names;     ///< of the folders that have the new list
+    std::vector<std::string> failures;  ///< why others have not, "PATH: …"
+};
+
+/// Operations that fail say why: "PATH: …". They may run at the same time in several processes, and
+/// be repeated when they have been interrupted. @p now is in seconds since 1970-01-01 UTC.
 class Authority {
 public:
     /// Makes a directory, or an authority in one that is there.
@@ -43,10 +49,10 @@ public:
     Status renew(const std::string& name, std::int64_t days, std::int64_t now,
                  std::string& error) const;
 
-    /// Revokes all certificates of a name, and tells all folders of the directory.
-    /// @return the names of these folders
-    Result<std::vector<std::string>> revoke(const std::string& name, std::int64_t now,
-                                            std::string& error) const;
+    /// Revokes all certificates of a name, and tells all folders of the directory. What is revoked
+    /// in one of these stays so, if the authority has come back from an older copy.
+    /// @return nothing when the authority's own list has not changed
+    Result<Revocation> revoke(const std::string& name, std::int64_t now, std::string& error) const;
 
 private:
     Authority(const std::string& directory, FolderLock lock, Signer identity_authority,
@@ -62,6 +68,10 @@ private:
     /// What was last issued for a key. Fails when it was for another name, or has been revoked.
     Result<Permissions> issued_rights(const std::string& name, EVP_PKEY& key,
                                       std::string& error) const;
+    /// Those of a name, and all that have been revoked in the folders.
+    Result<std::vector<std::string>> serials_to_revoke(const std::string& name,
+                                                       const std::vector<std::string>& names,
+                                                       std::string& error) const;
     std::string sign(const Permissions& permissions) const;
     /// Writes all but the key.
     Status fill_folder(const std::string& folder, X509& certificate, const std::string& permissions,

@@ -8,6 +8,7 @@
 #include <openssl/x509v3.h>
 
 #include <array>
+#include <cstddef>
 #include <ctime>
 #include <limits>
 #include <memory>
@@ -37,6 +38,25 @@ Time to_asn1(std::int64_t seconds) {
 std::int64_t to_seconds(const ASN1_TIME* time) {
     std::tm calendar{};
     return ASN1_TIME_to_tm(time, &calendar) == 1 ? std::int64_t{timegm(&calendar)} : 0;
+}
+
+std::string to_text(const ASN1_INTEGER& integer) {
+    const Number number{
+        require_openssl(ASN1_INTEGER_to_BN(&integer, nullptr), "ASN1_INTEGER_to_BN")};
+    const OpensslText text{require_openssl(BN_bn2hex(number.get()), "BN_bn2hex")};
+    return text.get();
+}
+
+/// @return null when the text is no number in hexadecimal
+Integer to_integer(const std::string& text) {
+    BIGNUM* parsed = nullptr;
+    const int length = BN_hex2bn(&parsed, text.c_str());
+    const Number number{parsed};
+    if (length <= 0 || text.size() != static_cast<std::size_t>(length)) {
+        return nullptr;
+    }
+    return Integer{
+        require_openssl(BN_to_ASN1_INTEGER(number.get(), nullptr), "BN_to_ASN1_INTEGER")};
 }
 
 /// 16 random bytes in hexadecimal.
@@ -164,17 +184,34 @@ RevocationList make_revocation_list(const Signer& authority, const Validity& val
     return list;
 }
 
-void revoke_certificate(X509_CRL& list, X509& certificate, std::int64_t now,
-                        const Signer& authority) {
-    std::unique_ptr<X509_REVOKED, OpensslDeleter<X509_REVOKED_free>> entry{
-        require_openssl(X509_REVOKED_new(), "X509_REVOKED_new")};
-    require_openssl(X509_REVOKED_set_serialNumber(entry.get(), X509_get_serialNumber(&certificate)),
-                    "X509_REVOKED_set_serialNumber");
-    require_openssl(X509_REVOKED_set_revocationDate(entry.get(), to_asn1(now).get()),
-                    "X509_REVOKED_set_revocationDate");
-    require_openssl(X509_CRL_add0_revoked(&list, entry.get()), "X509_CRL_add0_revoked");
-    static_cast<void>(entry.release());
+void revoke_serials(X509_CRL& list, const std::vector<std::string>& serials, std::int64_t now,
+                    const Signer& authority) {
+    for (const std::string& text : serials) {
+        const Integer serial = to_integer(text);
+        X509_REVOKED* present = nullptr;
+        if (!serial || X509_CRL_get0_by_serial(&list, &present, serial.get()) != 0) {
+            continue;
+        }
+        std::unique_ptr<X509_REVOKED, OpensslDeleter<X509_REVOKED_free>> entry{
+            require_openssl(X509_REVOKED_new(), "X509_REVOKED_new")};
+        require_openssl(X509_REVOKED_set_serialNumber(entry.get(), serial.get()),
+                        "X509_REVOKED_set_serialNumber");
+        require_openssl(X509_REVOKED_set_revocationDate(entry.get(), to_asn1(now).get()),
+                        "X509_REVOKED_set_revocationDate");
+        require_openssl(X509_CRL_add0_revoked(&list, entry.get()), "X509_CRL_add0_revoked");
+        static_cast<void>(entry.release());
+    }
     sign_list(list, *authority.key);
+}
+
+std::vector<std::string> serials_in(X509_CRL& list) {
+    std::vector<std::string> serials;
+    const STACK_OF(X509_REVOKED)* entries = X509_CRL_get_REVOKED(&list);
+    for (int i = 0; i < sk_X509_REVOKED_num(entries); ++i) {
+        serials.push_back(
+            to_text(*X509_REVOKED_get0_serialNumber(sk_X509_REVOKED_value(entries, i))));
+    }
+    return serials;
 }
 
 Certificate read_certificate(std::string_view pem) {
@@ -236,10 +273,7 @@ std::string subject_of(const X509& certificate) {
 }
 
 std::string serial_of(const X509& certificate) {
-    const Number number{require_openssl(
-        ASN1_INTEGER_to_BN(X509_get0_serialNumber(&certificate), nullptr), "ASN1_INTEGER_to_BN")};
-    const OpensslText text{require_openssl(BN_bn2hex(number.get()), "BN_bn2hex")};
-    return text.get();
+    return to_text(*X509_get0_serialNumber(&certificate));
 }
 
 bool is_supported(const EVP_PKEY& key) {
@@ -272,9 +306,9 @@ bool is_signed_by(X509_CRL& list, X509& authority) {
     return is_signed;
 }
 
-bool is_revoked(X509_CRL& list, X509& certificate) {
+bool is_revoked(X509_CRL& list, const X509& certificate) {
     X509_REVOKED* entry = nullptr;
-    return X509_CRL_get0_by_cert(&list, &entry, &certificate) == 1;
+    return X509_CRL_get0_by_serial(&list, &entry, X509_get0_serialNumber(&certificate)) != 0;
 }
 
 }  // namespace orvane::tools

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tools/security/openssl_handles.hpp"
 
@@ -45,9 +46,13 @@ Certificate make_certificate(const std::string& name, EVP_PKEY& key, const Valid
 /// A list that revokes nothing.
 RevocationList make_revocation_list(const Signer& authority, const Validity& validity);
 
-/// Adds a certificate to a list, and signs that again.
-void revoke_certificate(X509_CRL& list, X509& certificate, std::int64_t now,
-                        const Signer& authority);
+/// Adds serial numbers to a list, in hexadecimal, and signs that again. Those that it has, and what
+/// is no number, are passed over.
+void revoke_serials(X509_CRL& list, const std::vector<std::string>& serials, std::int64_t now,
+                    const Signer& authority);
+
+/// The serial numbers in a list.
+std::vector<std::string> serials_in(X509_CRL& list);
 
 /// @name PEM
 /// @{
@@ -78,6 +83,6 @@ bool is_for(X509& certificate, EVP_PKEY& key);
 
 bool is_signed_by(X509& certificate, X509& authority);
 bool is_signed_by(X509_CRL& list, X509& authority);
-bool is_revoked(X509_CRL& list, X509& certificate);
+bool is_revoked(X509_CRL& list, const X509& certificate);
 
 }  // namespace orvane::tools

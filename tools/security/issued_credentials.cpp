@@ -62,6 +62,17 @@ Result<std::vector<Certificate>> IssuedCredentials::certificates(const std::stri
     return certificates;
 }
 
+Result<std::vector<std::string>> IssuedCredentials::serials(const std::string& name,
+                                                            std::string& error) const {
+    Result<std::vector<std::string>> files = paths(name, certificate_ending, error);
+    if (files) {
+        for (std::string& file : *files) {
+            file = fs::path{file}.stem().extension().string().substr(1);
+        }
+    }
+    return files;
+}
+
 Result<std::vector<Permissions>> IssuedCredentials::permissions(const std::string& name,
                                                                 X509& authority,
                                                                 std::string& error) const {

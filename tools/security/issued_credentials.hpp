@@ -24,6 +24,8 @@ public:
 
     /// @name What was issued for a name.
     /// @{
+    /// The serial numbers, from the names of the files alone.
+    Result<std::vector<std::string>> serials(const std::string& name, std::string& error) const;
     Result<std::vector<Certificate>> certificates(const std::string& name,
                                                   std::string& error) const;
     Result<std::vector<Permissions>> permissions(const std::string& name, X509& authority,

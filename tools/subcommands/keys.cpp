@@ -172,12 +172,11 @@ int revoke_keys(const KeysOptions& options) {
     if (!authority) {
         return print_failure(error);
     }
-    const Result<std::vector<std::string>> names =
-        authority->revoke(options.name, seconds_now(), error);
-    if (!names) {
+    const Result<Revocation> revocation = authority->revoke(options.name, seconds_now(), error);
+    if (!revocation) {
         return print_failure(error);
     }
-    std::vector<std::string> others = *names;
+    std::vector<std::string> others = revocation->names;
     std::erase(others, options.name);
     std::string text = options.name + " is revoked: those refuse it that have the new list\n";
     if (!others.empty()) {
@@ -187,7 +186,15 @@ int revoke_keys(const KeysOptions& options) {
             "copy {0}/NAME/{1} to the machine of each NAME, and restart what uses it:\n{2}\n",
             options.directory, revoked_file, wrapped(list, width, 2));
     }
-    return print(text);
+    const int printed = print(text);
+    for (const std::string& failure : revocation->failures) {
+        print_error("orvane: " + failure);
+    }
+    if (!revocation->failures.empty()) {
+        return print_failure(fmt::format("these have no new list: copy {}/{}/{} there",
+                                         options.directory, authority_folder, revoked_file));
+    }
+    return printed;
 }
 
 int renew_keys(const KeysOptions& options) {
