@@ -55,8 +55,8 @@ CLI::Validator topic_pattern_validator() {
                 return is_topic_pattern(pattern)
                            ? ""
                            : fmt::format(
-                                 "'{}': a pattern of topics without blanks, quotes, <, > "
-                                 "and & expected",
+                                 "'{}': a pattern of topics without blanks, quotes, <, >, & "
+                                 "and odd brackets expected",
                                  pattern);
             },
             ""};

@@ -262,6 +262,10 @@ Status Authority::check_domains(const std::vector<PermissionRule>& rules,
             return Status::ok;
         }
     }
+    if (permissions.domains().empty()) {
+        error = "nothing is allowed, expected a rule that allows something";
+        return Status::failed;
+    }
     error = fmt::format("domains {}: expected one of those of {}: {}",
                         text_of(permissions.domains()), path, text_of(governed));
     return Status::failed;

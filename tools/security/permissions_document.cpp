@@ -13,6 +13,7 @@
 #include <system_error>
 
 #include "tools/security/utc_text.hpp"
+#include "tools/text/display_text.hpp"
 #include "tools/text/time_text.hpp"
 
 namespace orvane::tools {
@@ -66,25 +67,56 @@ struct Refusal : std::runtime_error {
     std::ptrdiff_t offset;
 };
 
-[[noreturn]] void refuse_element(pugi::xml_node found, const char* expected) {
-    throw Refusal(found,
-                  found.type() == pugi::node_element
-                      ? fmt::format("element {} in {}, expected {}", found.name(),
-                                    found.parent().name(), expected)
-                      : fmt::format("text in {}, expected {}", found.parent().name(), expected));
+std::string described(pugi::xml_node found) {
+    switch (found.type()) {
+        case pugi::node_element:
+            return fmt::format("element {}", found.name());
+        case pugi::node_doctype:
+            return "DOCTYPE";
+        case pugi::node_null:
+            return "nothing";
+        default:
+            return "text";
+    }
 }
 
+[[noreturn]] void refuse_element(pugi::xml_node found, const char* expected) {
+    throw Refusal(found, fmt::format("{} in {}, expected {}", described(found),
+                                     found.parent().name(), expected));
+}
+
+/// Other readers would put the pieces together in another way, and the engine ends the process when
+/// there is none.
 std::string text_in(pugi::xml_node element) {
     for (const pugi::xml_node child : element.children()) {
         if (child.type() == pugi::node_element) {
             refuse_element(child, "text");
         }
     }
+    if (element.first_child() != element.last_child()) {
+        throw Refusal(element, fmt::format("text in pieces in {}, expected no comment in it",
+                                           element.name()));
+    }
     std::string text = element.text().get();
     const char* blanks = " \t\r\n";
     text.erase(0, std::min(text.find_first_not_of(blanks), text.size()));
     text.erase(text.find_last_not_of(blanks) + 1);
+    if (text.empty()) {
+        throw Refusal(element, fmt::format("{} without text", element.name()));
+    }
+    if (displayable(text) != text) {
+        throw Refusal(element, fmt::format("'{}' in {}, expected UTF-8 without control characters",
+                                           displayable(text), element.name()));
+    }
     return text;
+}
+
+/// Refuses what is there a second time: only one of the two would count.
+void require_first(pugi::xml_node element) {
+    if (element.previous_sibling(element.name())) {
+        throw Refusal(element, fmt::format("a second {} in {}, expected one", element.name(),
+                                           element.parent().name()));
+    }
 }
 
 std::int32_t domain_in(pugi::xml_node element) {
@@ -105,6 +137,7 @@ DomainRange range_in(pugi::xml_node element) {
     std::optional<std::int32_t> least;
     std::optional<std::int32_t> greatest;
     for (const pugi::xml_node child : element.children()) {
+        require_first(child);
         if (child.name() == std::string_view{"min"}) {
             least = domain_in(child);
         } else if (child.name() == std::string_view{"max"}) {
@@ -148,6 +181,7 @@ std::vector<std::string> names_in(pugi::xml_node list, const char* name) {
 TopicRight right_in(pugi::xml_node criteria, Direction direction) {
     TopicRight right{direction, {}, {}};
     for (const pugi::xml_node child : criteria.children()) {
+        require_first(child);
         if (child.name() == std::string_view{"topics"}) {
             right.topics = names_in(child, "topic");
         } else if (child.name() == std::string_view{"partitions"}) {
@@ -167,6 +201,7 @@ PermissionRule rule_in(pugi::xml_node element, bool allows) {
     for (const pugi::xml_node child : element.children()) {
         const std::string_view name = child.name();
         if (name == "domains") {
+            require_first(child);
             rule.domains = domains_in(child);
         } else if (name == "publish" || name == "subscribe") {
             rule.rights.push_back(
@@ -197,6 +232,7 @@ std::int64_t date_in(pugi::xml_node element) {
 
 void read_validity(pugi::xml_node element, Permissions& permissions) {
     for (const pugi::xml_node child : element.children()) {
+        require_first(child);
         if (child.name() == std::string_view{"not_before"}) {
             permissions.not_before = date_in(child);
         } else if (child.name() == std::string_view{"not_after"}) {
@@ -222,6 +258,9 @@ Permissions grant_in(pugi::xml_node grant) {
     permissions.not_after = std::numeric_limits<std::int64_t>::max();
     for (const pugi::xml_node child : grant.children()) {
         const std::string_view name = child.name();
+        if (name != "allow_rule" && name != "deny_rule") {
+            require_first(child);
+        }
         if (name == "subject_name") {
             permissions.subject = text_in(child);
         } else if (name == "validity") {
@@ -238,9 +277,12 @@ Permissions grant_in(pugi::xml_node grant) {
 }
 
 std::vector<Permissions> grants_in(const pugi::xml_document& document) {
-    const pugi::xml_node root = document.document_element();
+    const pugi::xml_node root = document.first_child();
     if (root.name() != std::string_view{"dds"}) {
-        throw Refusal(root, fmt::format("element {}, expected dds", root.name()));
+        throw Refusal(root, fmt::format("{}, expected dds", described(root)));
+    }
+    if (const pugi::xml_node other = root.next_sibling()) {
+        throw Refusal(other, fmt::format("{} behind dds, expected nothing", described(other)));
     }
     std::vector<Permissions> grants;
     for (const pugi::xml_node permissions : root.children()) {
@@ -286,7 +328,8 @@ Result<std::vector<Permissions>> parse_permissions(std::string_view xml, std::st
         return std::nullopt;
     };
     pugi::xml_document document;
-    const pugi::xml_parse_result parsed = document.load_buffer(xml.data(), xml.size());
+    const pugi::xml_parse_result parsed = document.load_buffer(
+        xml.data(), xml.size(), pugi::parse_default | pugi::parse_doctype | pugi::parse_fragment);
     if (!parsed) {
         return refuse(parsed.offset, parsed.description());
     }

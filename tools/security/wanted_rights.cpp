@@ -27,9 +27,41 @@ std::string obstacle_of(const Permissions& grant, const Validity& validity) {
     return {};
 }
 
+/// Products differ in how they read brackets with more than characters and ranges, and open ones.
+bool is_ambiguous(std::string_view pattern) {
+    for (std::size_t open = pattern.find('['); open != std::string_view::npos;
+         open = pattern.find('[', open)) {
+        const std::size_t close = pattern.find(']', open + 1);
+        const std::string_view inner = pattern.substr(open + 1, close - open - 1);
+        if (close == std::string_view::npos || inner.empty() ||
+            inner.find_first_of("[^\\") != std::string_view::npos) {
+            return true;
+        }
+        open = close;
+    }
+    return false;
+}
+
+std::optional<std::string> ambiguous_pattern_in(const PermissionRule& rule) {
+    for (const TopicRight& right : rule.rights) {
+        for (const std::vector<std::string>* patterns : {&right.topics, &right.partitions}) {
+            const auto found = std::find_if(patterns->begin(), patterns->end(), is_ambiguous);
+            if (found != patterns->end()) {
+                return *found;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
 Status add_document(const WantedRights& wanted, const std::string& name, const Validity& validity,
                     std::vector<PermissionRule>& rules, std::string& error) {
-    const Result<std::vector<Permissions>> grants = parse_permissions(wanted.document, error);
+    constexpr std::size_t most = 64 << 10U;
+    if (wanted.document->size() > most) {
+        error = "expected at most 64 KiB, because all that is allowed goes into each handshake";
+        return Status::failed;
+    }
+    const Result<std::vector<Permissions>> grants = parse_permissions(*wanted.document, error);
     if (!grants) {
         return Status::failed;
     }
@@ -44,7 +76,17 @@ Status add_document(const WantedRights& wanted, const std::string& name, const V
             error = fmt::format("the grant '{}' {}", grant.name, obstacle);
             return Status::failed;
         }
-        rules.insert(rules.end(), grant.rules.begin(), grant.rules.end());
+        for (const PermissionRule& rule : grant.rules) {
+            const auto pattern = ambiguous_pattern_in(rule);
+            if (pattern) {
+                error = fmt::format(
+                    "'{}' means something else to others, expected [ with ] behind "
+                    "it and without [, ^ and \\ in it",
+                    *pattern);
+                return Status::failed;
+            }
+            rules.push_back(rule);
+        }
     }
     if (rules.size() == before) {
         error = fmt::format(
@@ -57,8 +99,7 @@ Status add_document(const WantedRights& wanted, const std::string& name, const V
 }  // namespace
 
 std::string grant_name_of(const WantedRights& wanted) {
-    const bool has_own =
-        !wanted.publish.empty() || !wanted.subscribe.empty() || !wanted.document.empty();
+    const bool has_own = !wanted.publish.empty() || !wanted.subscribe.empty() || wanted.document;
     if (!wanted.role) {
         return "own";
     }
@@ -92,8 +133,7 @@ Result<std::vector<PermissionRule>> rules_of(const WantedRights& wanted, const s
     if (!rule.rights.empty()) {
         rules->push_back(rule);
     }
-    if (!wanted.document.empty() &&
-        add_document(wanted, name, validity, *rules, error) == Status::failed) {
+    if (wanted.document && add_document(wanted, name, validity, *rules, error) == Status::failed) {
         return std::nullopt;
     }
     return rules;
@@ -101,7 +141,7 @@ Result<std::vector<PermissionRule>> rules_of(const WantedRights& wanted, const s
 
 bool is_topic_pattern(std::string_view pattern) {
     return !pattern.empty() && printable_ascii(pattern).size() == pattern.size() &&
-           pattern.find_first_of(" <>&\"'") == std::string_view::npos;
+           pattern.find_first_of(" <>&\"'") == std::string_view::npos && !is_ambiguous(pattern);
 }
 
 }  // namespace orvane::tools

@@ -21,8 +21,8 @@ struct WantedRights {
     std::vector<std::string> publish;    ///< further topics; shell patterns
     std::vector<std::string> subscribe;  ///< further topics; shell patterns
     std::vector<std::int32_t> domains;   ///< where all that holds; none stands for all
-    /// XML in the form of DDS Security's permissions, whose rules are added; empty for none.
-    std::string document;
+    /// XML in the form of DDS Security's permissions, whose rules are added.
+    std::optional<std::string> document;
 };
 
 /// How the grant is called: the role, "own" without one, and "application+own" for both.

@@ -16,6 +16,7 @@
 #include "tools/subcommands/exit_status.hpp"
 #include "tools/subcommands/session.hpp"
 #include "tools/text/cells.hpp"
+#include "tools/text/display_text.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -27,7 +28,7 @@ std::int64_t seconds_now() {
 }
 
 int print_failure(const std::string& error) {
-    print_error("orvane: " + error);
+    print_error("orvane: " + displayable(error));
     return exit_failure;
 }
 
@@ -55,7 +56,7 @@ Result<CredentialRequest> request_of(const KeysOptions& options, std::int64_t no
     const Result<std::vector<PermissionRule>> rules =
         rules_of(wanted, options.name, validity, error);
     if (!rules) {
-        if (!wanted.document.empty()) {
+        if (wanted.document) {
             error = fmt::format("{}: {}", options.permissions_file, error);
         }
         return std::nullopt;
@@ -149,17 +150,18 @@ int check_keys(const KeysOptions& options) {
     std::string unreadable;
     std::string text;
     if (const Result<Permissions> permissions = read_permissions(folder, unreadable)) {
-        text = fmt::format("{} ({}), valid until {}\n", permissions->subject, permissions->name,
-                           utc_text(permissions->not_after));
+        text = displayable(fmt::format("{} ({}), valid until {}", permissions->subject,
+                                       permissions->name, utc_text(permissions->not_after))) +
+               '\n';
         for (const std::string& line : permissions->in_words()) {
-            text += "  " + line + '\n';
+            text += "  " + displayable(line) + '\n';
         }
     }
     const std::vector<CredentialFinding> findings = check_credentials(folder, {}, seconds_now());
     bool is_refused = false;
     for (const CredentialFinding& finding : findings) {
-        print_error((finding.fatal ? "" : "warning: ") + finding.cause);
-        print_error("  -> " + finding.remedy);
+        print_error((finding.fatal ? "" : "warning: ") + displayable(finding.cause));
+        print_error("  -> " + displayable(finding.remedy));
         is_refused = is_refused || finding.fatal;
     }
     const int printed = print(text + (findings.empty() ? "nothing is wrong with it\n" : ""));
