@@ -1,9 +1,12 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <openssl/pem.h>
 #include <orvane/admin.h>
 #include <orvane/statistics.h>
 #include <stdlib.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -395,6 +398,42 @@ TEST_F(Plant, WhatIsThereStaysAndNothingIsHalfMade) {
         ++folders;
     }
     EXPECT_EQ(folders, 2U) << "p and authority";
+}
+
+TEST_F(Plant, AnAuthorityIsUsedByOneProcessWhichRemovesWhatKilledOnesLeft) {
+    const auto is_free = [&] {
+        const int folder = open(path(authority_folder).c_str(), O_RDONLY | O_DIRECTORY);
+        const bool free = flock(folder, LOCK_EX | LOCK_NB) == 0;
+        close(folder);
+        return free;
+    };
+    EXPECT_TRUE(is_free());
+    ASSERT_EQ(issue("p", Role::viewer), "");
+    const fs::path left[] = {path(".q.1.orvane-aB3xyZ"), path("authority", ".issued.orvane-aB3xyZ"),
+                             path("p", ".revoked.pem.orvane-aB3xyZ")};
+    const fs::path others[] = {path(".backup"), path(".q.orvane-aB3xyZ1"), path("q.orvane-aB3xyZ")};
+    for (const auto& folder : left) {
+        fs::create_directory(folder);
+        std::ofstream{folder / key_file};
+    }
+    for (const auto& folder : others) {
+        fs::create_directory(folder);
+    }
+    std::string error;
+    {
+        const auto authority = Authority::open(directory(), error);
+        EXPECT_FALSE(is_free());
+    }
+    EXPECT_TRUE(is_free());
+    for (const auto& folder : left) {
+        EXPECT_FALSE(fs::exists(folder)) << folder;
+    }
+    for (const auto& folder : others) {
+        EXPECT_TRUE(fs::exists(folder)) << folder;
+    }
+    fs::rename(path(authority_folder), path(".authority.orvane-aB3xyZ"));
+    EXPECT_EQ(Authority::create(directory(), {{}}, now, error), Status::ok) << error;
+    EXPECT_FALSE(fs::exists(path(".authority.orvane-aB3xyZ")));
 }
 
 TEST_F(Plant, AnAuthorityWithAKeyThatDoesNotFitIsNotUsed) {

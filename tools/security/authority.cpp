@@ -65,6 +65,11 @@ Status Authority::create(const std::string& directory, const std::vector<DomainR
     if (create_private_folder(directory, error) == Status::failed) {
         return Status::failed;
     }
+    const Result<FolderLock> lock = FolderLock::take(directory, error);
+    if (!lock) {
+        return Status::failed;
+    }
+    remove_leftovers(directory, [](const std::string& name) { return name == authority_folder; });
     Result<NewFolder> folder = NewFolder::create(join(directory, authority_folder), error);
     if (!folder) {
         return Status::failed;
@@ -95,6 +100,15 @@ Result<Authority> Authority::open(const std::string& directory, std::string& err
     if (!lock) {
         error += expected_authority;
         return std::nullopt;
+    }
+    // The authority's own may be that of a process that makes one just now, which fails.
+    remove_leftovers(directory, is_credential_name);
+    const auto all = [](const std::string&) { return true; };
+    remove_leftovers(folder, all);
+    remove_leftovers(join(folder, issued_folder), all);
+    for (const std::string& name :
+         credential_names(directory, error).value_or(std::vector<std::string>{})) {
+        remove_leftovers(join(directory, name), all);
     }
     Result<Signer> identities = load_signer(folder, certificate_file, key_file, error);
     if (!identities) {

@@ -58,9 +58,23 @@ bool fill(int descriptor, std::string_view bytes, mode_t mode) {
     return fchmod(descriptor, mode) == 0 && fsync(descriptor) == 0;
 }
 
+constexpr std::string_view mark_beside = ".orvane-";
+
 std::string name_beside(const std::string& path) {
     const fs::path whole{path};
-    return (whole.parent_path() / fmt::format(".{}.XXXXXX", whole.filename().string())).string();
+    return (whole.parent_path() /
+            fmt::format(".{}{}XXXXXX", whole.filename().string(), mark_beside))
+        .string();
+}
+
+/// The last part of the path for which @ref name_beside made a name; empty for other names.
+std::string name_of_beside(const std::string& name) {
+    const std::size_t mark = name.rfind(mark_beside);
+    constexpr std::size_t random = 6;
+    return mark != std::string::npos && name.front() == '.' &&
+                   name.size() == mark + mark_beside.size() + random
+               ? name.substr(1, mark - 1)
+               : "";
 }
 
 /// A change of a folder's names lasts when the folder has been written.
@@ -122,6 +136,17 @@ Status write_whole_file(const std::string& path, std::string_view bytes, mode_t 
     return Status::ok;
 }
 
+void remove_leftovers(const std::string& folder,
+                      const std::function<bool(const std::string& name)>& ours) {
+    std::error_code unknown;
+    for (const fs::directory_entry& each : fs::directory_iterator{folder, unknown}) {
+        const std::string name = name_of_beside(each.path().filename().string());
+        if (!name.empty() && ours(name)) {
+            fs::remove_all(each.path(), unknown);
+        }
+    }
+}
+
 Status create_private_folder(const std::string& path, std::string& error) {
     std::error_code unknown;
     const bool is_there = mkdir(path.c_str(), folder_mode) == 0
@@ -177,11 +202,6 @@ Status NewFolder::finish(std::string& error) {
 
 FolderLock::FolderLock(FolderLock&& other) noexcept
     : descriptor_(std::exchange(other.descriptor_, -1)) {}
-
-FolderLock& FolderLock::operator=(FolderLock&& other) noexcept {
-    std::swap(descriptor_, other.descriptor_);
-    return *this;
-}
 
 FolderLock::~FolderLock() {
     if (descriptor_ >= 0) {

@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,12 @@ Result<std::string> read_whole_file(const std::string& path, std::string& error)
 /// mode.
 Status write_whole_file(const std::string& path, std::string_view bytes, mode_t mode,
                         std::string& error);
+
+/// Removes the beginnings of files and folders that processes have left who were killed. For who
+/// has the folder to itself.
+/// @param ours tells whether to do so by the name that it would have had
+void remove_leftovers(const std::string& folder,
+                      const std::function<bool(const std::string& name)>& ours);
 
 /// Creates a folder for nobody but its owner, unless there is one.
 Status create_private_folder(const std::string& path, std::string& error);
@@ -56,7 +63,7 @@ class FolderLock {
 public:
     FolderLock() = default;
     FolderLock(FolderLock&& other) noexcept;
-    FolderLock& operator=(FolderLock&& other) noexcept;
+    FolderLock& operator=(FolderLock&&) = delete;
     ~FolderLock();
 
     /// Waits for others.
