@@ -7,6 +7,7 @@
 #include <openssl/rand.h>
 #include <openssl/x509v3.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <ctime>
@@ -135,6 +136,12 @@ Signer make_authority(const char* prefix, const Validity& validity, const char* 
 }
 
 void sign_list(X509_CRL& list, EVP_PKEY& key) {
+    const int number = 1 + std::max(sk_X509_REVOKED_num(X509_CRL_get_REVOKED(&list)), 0);
+    const Integer value{require_openssl(ASN1_INTEGER_new(), "ASN1_INTEGER_new")};
+    require_openssl(ASN1_INTEGER_set_int64(value.get(), number), "ASN1_INTEGER_set_int64");
+    require_openssl(
+        X509_CRL_add1_ext_i2d(&list, NID_crl_number, value.get(), 0, X509V3_ADD_REPLACE),
+        "X509_CRL_add1_ext_i2d");
     require_openssl(X509_CRL_sort(&list), "X509_CRL_sort");
     require_openssl(X509_CRL_sign(&list, &key, EVP_sha256()), "X509_CRL_sign");
 }
@@ -176,10 +183,17 @@ RevocationList make_revocation_list(const Signer& authority, const Validity& val
     require_openssl(
         X509_CRL_set_issuer_name(list.get(), X509_get_subject_name(authority.certificate.get())),
         "X509_CRL_set_issuer_name");
+    // It stays so in later lists. A clock that is ahead at a revocation would shut everybody out.
     require_openssl(X509_CRL_set1_lastUpdate(list.get(), to_asn1(validity.from).get()),
                     "X509_CRL_set1_lastUpdate");
     require_openssl(X509_CRL_set1_nextUpdate(list.get(), to_asn1(validity.to).get()),
                     "X509_CRL_set1_nextUpdate");
+    X509V3_CTX context{};
+    X509V3_set_ctx(&context, authority.certificate.get(), nullptr, nullptr, list.get(), 0);
+    const Extension issuer{require_openssl(
+        X509V3_EXT_conf_nid(nullptr, &context, NID_authority_key_identifier, "keyid:always"),
+        "X509V3_EXT_conf_nid")};
+    require_openssl(X509_CRL_add_ext(list.get(), issuer.get(), -1), "X509_CRL_add_ext");
     sign_list(*list, *authority.key);
     return list;
 }
@@ -202,6 +216,13 @@ void revoke_serials(X509_CRL& list, const std::vector<std::string>& serials, std
         static_cast<void>(entry.release());
     }
     sign_list(list, *authority.key);
+}
+
+std::int64_t number_of(const X509_CRL& list) {
+    const Integer number{
+        static_cast<ASN1_INTEGER*>(X509_CRL_get_ext_d2i(&list, NID_crl_number, nullptr, nullptr))};
+    std::int64_t value = 0;
+    return number && ASN1_INTEGER_get_int64(&value, number.get()) == 1 ? value : 0;
 }
 
 std::vector<std::string> serials_in(X509_CRL& list) {

@@ -51,6 +51,10 @@ RevocationList make_revocation_list(const Signer& authority, const Validity& val
 void revoke_serials(X509_CRL& list, const std::vector<std::string>& serials, std::int64_t now,
                     const Signer& authority);
 
+/// The number of a list, which is one more than it has entries: they only become more. 0 for the
+/// list of another product that has no number.
+std::int64_t number_of(const X509_CRL& list);
+
 /// The serial numbers in a list.
 std::vector<std::string> serials_in(X509_CRL& list);
 

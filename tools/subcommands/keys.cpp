@@ -9,6 +9,7 @@
 #include "tools/configuration/findings.hpp"
 #include "tools/security/authority.hpp"
 #include "tools/security/credential_check.hpp"
+#include "tools/security/credential_files.hpp"
 #include "tools/security/credential_list.hpp"
 #include "tools/security/credentials.hpp"
 #include "tools/security/utc_text.hpp"
@@ -37,7 +38,7 @@ int print(const std::string& text) {
 }
 
 std::string folder_of(const KeysOptions& options) {
-    return (fs::path{options.directory} / options.name).string();
+    return join(options.directory, options.name);
 }
 
 /// The wanted rules, with those of the file.
@@ -62,6 +63,20 @@ Result<CredentialRequest> request_of(const KeysOptions& options, std::int64_t no
         return std::nullopt;
     }
     return CredentialRequest{options.name, grant_name_of(wanted), *rules, options.days};
+}
+
+/// Which list of revoked certificates a folder has; empty when it has none of its authority.
+std::string list_in_words(const std::string& folder) {
+    std::string unreadable;
+    const Result<Certificate> authority =
+        load_certificate(join(folder, authority_file), unreadable);
+    if (!authority) {
+        return "";
+    }
+    const Result<RevocationList> list =
+        load_revocation_list(join(folder, revoked_file), **authority, unreadable);
+    return list ? fmt::format("  list of revoked certificates: number {}\n", number_of(**list))
+                : "";
 }
 
 std::string state_of(const CredentialEntry& entry, std::int64_t now) {
@@ -156,6 +171,7 @@ int check_keys(const KeysOptions& options) {
         for (const std::string& line : permissions->in_words()) {
             text += "  " + displayable(line) + '\n';
         }
+        text += list_in_words(folder);
     }
     const std::vector<CredentialFinding> findings = check_credentials(folder, {}, seconds_now());
     bool is_refused = false;
