@@ -301,10 +301,35 @@ TEST_F(Plant, ANameIsRevokedWithAllItsCertificatesInAllFolders) {
     const auto authority = load_certificate(path("p.1", authority_file).string(), error);
     const auto list = load_revocation_list(path("p.1", revoked_file).string(), **authority, error);
     EXPECT_TRUE(is_revoked(**list, *read_certificate(first))) << "the one before the renewal";
+}
+
+TEST_F(Plant, AListIsOfAllThatWasIssuedAndSaysWhatIsStrange) {
+    for (const char* name : {"bob", "eve", "gone", "kim"}) {
+        ASSERT_EQ(issue(name, Role::viewer), "");
+    }
+    ASSERT_EQ(issue("max", Role::viewer, "foreign"), "");
+    fs::copy(folder_ / "foreign" / "max", path("max"));
+    fs::rename(path("bob"), path("bobby"));
+    fs::remove_all(path("gone"));
+    copy(folder_ / "foreign" / "max", path("kim"), permissions_file);
+    std::string error;
+    {
+        const auto authority = Authority::open(directory(), error);
+        ASSERT_EQ(authority->renew("eve", 30, now + day, error), Status::ok) << error;
+        ASSERT_TRUE(authority->revoke("gone", now, error)) << error;
+    }
     const auto entries = list_credentials(directory(), error);
-    ASSERT_EQ(entries->size(), 2U);
-    EXPECT_TRUE(entries->front().is_revoked);
-    EXPECT_FALSE(entries->back().is_revoked);
+    ASSERT_TRUE(entries) << error;
+    std::string text;
+    for (const CredentialEntry& entry : *entries) {
+        text += entry.name + ' ' + entry.role + (entry.is_revoked ? " revoked" : "") +
+                (entry.is_elsewhere ? " elsewhere" : "") + ' ' +
+                entry.problem.substr(0, entry.problem.find(':')) + '\n';
+    }
+    EXPECT_EQ(text, "eve viewer \nbobby  is CN=bob\nkim  " +
+                        path("kim", permissions_file).string() +
+                        "\nmax  of another authority\nbob viewer elsewhere \n"
+                        "gone viewer revoked elsewhere \nauthority  \n");
 }
 
 TEST_F(Plant, ARevocationReachesWhoeverItCan) {

@@ -18,7 +18,6 @@ namespace {
 
 constexpr std::int64_t day = 86400;
 constexpr std::int64_t authority_days = 20 * 365 + 5;
-constexpr const char* issued_folder = "issued";
 constexpr const char* permissions_key_file = "permissions_key.pem";
 
 struct NewFile {
@@ -311,31 +310,26 @@ Result<Permissions> Authority::issued_rights(const std::string& name, EVP_PKEY& 
     if (!list) {
         return std::nullopt;
     }
-    const Result<std::vector<Certificate>> certificates = issued_.certificates(name, error);
+    Result<std::vector<Certificate>> certificates = issued_.certificates(name, error);
     if (!certificates) {
         return std::nullopt;
     }
-    X509* latest = nullptr;
+    std::erase_if(*certificates, [&](const Certificate& each) { return !is_for(*each, key); });
+    if (certificates->empty()) {
+        error = fmt::format("{}: no key of credentials that this authority has issued for '{}'",
+                            join(join(directory_, name), key_file), name);
+        return std::nullopt;
+    }
     for (const Certificate& certificate : *certificates) {
-        if (!is_for(*certificate, key)) {
-            continue;
-        }
         if (is_revoked(**list, *certificate)) {
             error = join(directory_, name) +
                     ": revoked, and its key is not used again; remove the folder, and issue it "
                     "anew or under another name";
             return std::nullopt;
         }
-        if (latest == nullptr || validity_of(*latest).from < validity_of(*certificate).from) {
-            latest = certificate.get();
-        }
     }
-    if (latest == nullptr) {
-        error = fmt::format("{}: no key of credentials that this authority has issued for '{}'",
-                            join(join(directory_, name), key_file), name);
-        return std::nullopt;
-    }
-    return issued_.permissions_with(*latest, name, *permissions_authority_.certificate, error);
+    return issued_.permissions_with(latest_of(*certificates), name,
+                                    *permissions_authority_.certificate, error);
 }
 
 std::string Authority::sign(const Permissions& permissions) const {

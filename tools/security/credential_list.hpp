@@ -2,11 +2,11 @@
 /// @brief The credentials that an authority's directory has.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "tools/records/result.hpp"
+#include "tools/security/certificates.hpp"
 
 namespace orvane::tools {
 
@@ -16,15 +16,17 @@ struct CredentialEntry {
     std::string role;
     std::string domains;
     std::string serial;
-    std::int64_t valid_until = 0;  ///< seconds since 1970-01-01 UTC
+    Validity validity;
     bool is_revoked = false;
-    std::string problem;  ///< empty when the folder could be read
+    bool is_elsewhere = false;  ///< issued, and its folder is not in the directory
+    std::string problem;        ///< why the folder is no use; empty when it is
 };
 
 /// The names of the folders with credentials, sorted.
 Result<std::vector<std::string>> credential_names(const std::string& directory, std::string& error);
 
-/// All credentials of a directory, by name.
+/// The authority, all credentials of a directory, and those that it has issued whose folder is not
+/// there. What expires first stands first.
 Result<std::vector<CredentialEntry>> list_credentials(const std::string& directory,
                                                       std::string& error);
 

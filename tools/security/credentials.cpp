@@ -83,15 +83,17 @@ std::string security_profile(const std::string& folder) {
 Result<Permissions> read_permissions(const std::string& folder, std::string& error) {
     const Result<Certificate> authority =
         load_certificate(join(folder, permissions_authority_file), error);
-    if (!authority) {
-        return std::nullopt;
-    }
+    return authority ? read_permissions(folder, **authority, error) : std::nullopt;
+}
+
+Result<Permissions> read_permissions(const std::string& folder, X509& authority,
+                                     std::string& error) {
     const Result<Certificate> certificate = load_certificate(join(folder, certificate_file), error);
     if (!certificate) {
         return std::nullopt;
     }
     const std::string path = join(folder, permissions_file);
-    const Result<std::string> xml = load_signed_document(path, **authority, error);
+    const Result<std::string> xml = load_signed_document(path, authority, error);
     if (!xml) {
         return std::nullopt;
     }

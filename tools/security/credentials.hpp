@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/records/result.hpp"
+#include "tools/security/openssl_handles.hpp"
 #include "tools/security/permissions.hpp"
 
 namespace orvane::tools {
@@ -44,6 +45,9 @@ std::string security_profile(const std::string& folder);
 /// The permissions of a folder. Their signature is checked, their dates are not.
 /// @param error the file and what is wrong with it
 Result<Permissions> read_permissions(const std::string& folder, std::string& error);
+/// The same by another authority of permissions than that which the folder has.
+Result<Permissions> read_permissions(const std::string& folder, X509& authority,
+                                     std::string& error);
 
 /// Whether a folder may be called so: letters, digits, `_`, `.` and `-`, up to 64, no dot in front,
 /// and not "authority".

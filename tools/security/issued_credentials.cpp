@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
@@ -43,6 +44,18 @@ Status IssuedCredentials::keep(const std::string& name, X509& certificate,
         return Status::failed;
     }
     return write_whole_file(base + certificate_ending, to_pem(certificate), public_mode, error);
+}
+
+Result<std::vector<std::string>> IssuedCredentials::names(std::string& error) const {
+    Result<std::vector<std::string>> names = paths("", certificate_ending, error);
+    if (names) {
+        for (std::string& name : *names) {
+            name = fs::path{name}.stem().stem().string();
+        }
+        std::sort(names->begin(), names->end());
+        names->erase(std::unique(names->begin(), names->end()), names->end());
+    }
+    return names;
 }
 
 Result<std::vector<Certificate>> IssuedCredentials::certificates(const std::string& name,
@@ -118,7 +131,7 @@ Result<std::vector<std::string>> IssuedCredentials::paths(const std::string& nam
          each.increment(failure)) {
         // A name may have dots, a serial number has none.
         const fs::path file = each->path().filename();
-        if (file.extension() == ending && file.stem().stem() == name) {
+        if (file.extension() == ending && (name.empty() || file.stem().stem() == name)) {
             paths.push_back(each->path().string());
         }
     }
@@ -127,6 +140,13 @@ Result<std::vector<std::string>> IssuedCredentials::paths(const std::string& nam
         return std::nullopt;
     }
     return paths;
+}
+
+X509& latest_of(const std::vector<Certificate>& certificates) {
+    return **std::max_element(certificates.begin(), certificates.end(),
+                              [](const Certificate& left, const Certificate& right) {
+                                  return validity_of(*left).from < validity_of(*right).from;
+                              });
 }
 
 }  // namespace orvane::tools

@@ -13,6 +13,9 @@
 
 namespace orvane::tools {
 
+/// Where they are in the folder of the authority.
+inline constexpr const char* issued_folder = "issued";
+
 class IssuedCredentials {
 public:
     explicit IssuedCredentials(std::string folder) : folder_(std::move(folder)) {}
@@ -21,6 +24,9 @@ public:
     /// @param permissions the signed document
     Status keep(const std::string& name, X509& certificate, const std::string& permissions,
                 std::string& error) const;
+
+    /// All names for which something was issued, sorted.
+    Result<std::vector<std::string>> names(std::string& error) const;
 
     /// @name What was issued for a name.
     /// @{
@@ -37,10 +43,14 @@ public:
 
 private:
     std::string base_of(const std::string& name, const X509& certificate) const;
+    /// @param name empty for all
     Result<std::vector<std::string>> paths(const std::string& name, const char* ending,
                                            std::string& error) const;
 
     std::string folder_;
 };
+
+/// The certificate that was issued last. @param certificates not empty
+X509& latest_of(const std::vector<Certificate>& certificates);
 
 }  // namespace orvane::tools

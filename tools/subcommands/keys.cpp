@@ -86,7 +86,10 @@ std::string state_of(const CredentialEntry& entry, std::int64_t now) {
     if (entry.is_revoked) {
         return "revoked";
     }
-    return now >= entry.valid_until ? "expired" : "valid";
+    if (now < entry.validity.from) {
+        return "not yet valid";
+    }
+    return now >= entry.validity.to ? "expired" : "valid";
 }
 
 std::string table_of(const std::vector<std::vector<std::string>>& rows) {
@@ -154,8 +157,8 @@ int list_keys(const KeysOptions& options) {
         {"NAME", "ROLE", "DOMAINS", "VALID UNTIL", "SERIAL", "STATE"}};
     for (const CredentialEntry& entry : *entries) {
         rows.push_back({entry.name, entry.role, entry.domains,
-                        entry.serial.empty() ? "" : utc_text(entry.valid_until), entry.serial,
-                        state_of(entry, now)});
+                        entry.serial.empty() ? "" : utc_text(entry.validity.to), entry.serial,
+                        state_of(entry, now) + (entry.is_elsewhere ? ", no folder here" : "")});
     }
     return print(table_of(rows));
 }
