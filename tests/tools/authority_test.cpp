@@ -152,6 +152,33 @@ TEST_F(Plant, WhatIsThereStaysAndNothingIsHalfMade) {
     EXPECT_EQ(folders, 2U) << "p and authority";
 }
 
+TEST_F(Plant, TheClockHasToBeThatOfTheAuthority) {
+    constexpr std::int64_t end = now + std::int64_t{7305} * day;
+    const auto authority = directory();
+    const struct {
+        std::int64_t at, days;
+        const char* error;
+    } rows[] = {
+        {0, 365, "valid from 2027-01-15T07:00:00Z on, and it is 1970-01-01T00:00:00Z"},
+        {end - 9 * day, 10, "10 days: expected 1 to 9, because"},
+        {now, 0, "0 days: expected 1 to 7305"},
+        {end - 1, 1,
+         "authority/certificate.pem: ends at 2047-01-15T08:00:00Z: make a new authority"},
+        {end - day, 1, ""},
+    };
+    for (const auto& row : rows) {
+        std::string error;
+        const Status status =
+            Authority::open(authority, error)
+                ->issue({"p", "own", {{true, {{}}, {}}}, row.days}, row.at, error);
+        EXPECT_EQ(status == Status::ok, std::string{row.error}.empty());
+        EXPECT_NE(error.find(row.error), std::string::npos) << error;
+    }
+    std::string error;
+    EXPECT_EQ(Authority::create((folder_ / "old").string(), {{}}, day, error), Status::failed);
+    EXPECT_FALSE(fs::exists(folder_ / "old"));
+}
+
 TEST_F(Plant, AnAuthorityIsUsedByOneProcessWhichRemovesWhatKilledOnesLeft) {
     const auto is_free = [&] {
         const int folder = open(path(authority_folder).c_str(), O_RDONLY | O_DIRECTORY);

@@ -127,6 +127,9 @@ TEST_F(Plant, ACheckNamesEachFaultAndItsFile) {
         {"list", foreign(revoked_file), "revoked.pem: no list"},
         {"key", foreign(key_file), "key.pem: not the key of certificate.pem"},
         {"warned_of_end", nothing, "certificate.pem: expires at", now + 352 * day},
+        {"early_authority", nothing, "authority.pem: valid from", now - day},
+        {"late_authority", nothing, "authority.pem: expired at", now + 7306 * day},
+        {"late_list", nothing, "revoked.pem: expired at", now + 7306 * day},
         {"warned_of_mode",
          [](const fs::path& own) {
              fs::permissions(own / key_file, fs::perms::others_read, fs::perm_options::add);

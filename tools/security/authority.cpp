@@ -17,6 +17,11 @@ namespace orvane::tools {
 namespace {
 
 constexpr std::int64_t day = 86400;
+/// @name What a clock may say: the years 2020 to 2199.
+/// @{
+constexpr std::int64_t earliest = 1'577'836'800;
+constexpr std::int64_t latest = 7'258'118'399;
+/// @}
 constexpr std::int64_t authority_days = 20 * 365 + 5;
 constexpr const char* permissions_key_file = "permissions_key.pem";
 
@@ -61,6 +66,10 @@ Result<Signer> load_signer(const std::string& folder, const char* certificate_na
 
 Status Authority::create(const std::string& directory, const std::vector<DomainRange>& domains,
                          std::int64_t now, std::string& error) {
+    if (now < earliest || now > latest) {
+        error = fmt::format("it is {}: set the clock of this machine", utc_text(now));
+        return Status::failed;
+    }
     if (create_private_folder(directory, error) == Status::failed) {
         return Status::failed;
     }
@@ -250,10 +259,21 @@ Result<std::vector<std::string>> Authority::serials_to_revoke(const std::string&
 
 Result<Validity> Authority::validity_for(std::int64_t days, std::int64_t now,
                                          std::string& error) const {
-    const std::int64_t left = (validity_of(*identity_authority_.certificate).to - now) / day;
+    const std::string path = join(folder_, certificate_file);
+    const Validity own = validity_of(*identity_authority_.certificate);
+    const std::int64_t left = (own.to - now) / day;
+    if (now < own.from) {
+        error = fmt::format("{}: valid from {} on, and it is {}: set the clock of this machine",
+                            path, utc_text(own.from), utc_text(now));
+        return std::nullopt;
+    }
+    if (left < 1) {
+        error = fmt::format("{}: ends at {}: {}", path, utc_text(own.to), make_authority_anew);
+        return std::nullopt;
+    }
     if (days < 1 || days > left) {
-        error =
-            fmt::format("{} days: expected 1 to {}, as long as the authority is valid", days, left);
+        error = fmt::format("{} days: expected 1 to {}, because {} ends at {}; then {}", days, left,
+                            path, utc_text(own.to), make_authority_anew);
         return std::nullopt;
     }
     return validity_in_days(days, now);

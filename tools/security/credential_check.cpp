@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <filesystem>
+#include <limits>
 #include <system_error>
 #include <utility>
 
@@ -25,12 +26,11 @@ constexpr const char* copy_again =
 constexpr const char* renew =
     "renew it with 'orvane keys renew' where the authority is, and copy the folder from there";
 
-constexpr const char* make_anew =
-    "make a new authority with 'orvane keys init' in another directory, and issue all credentials "
-    "anew";
-
-/// Seconds before its end in which credentials should be renewed.
-constexpr std::int64_t short_time = std::int64_t{14} * 86400;
+/// @name Seconds before an end in which something should be done.
+/// @{
+constexpr std::int64_t notice = std::int64_t{14} * 86400;
+constexpr std::int64_t authority_notice = std::int64_t{90} * 86400;
+/// @}
 
 class Check {
 public:
@@ -108,7 +108,8 @@ private:
     Certificate load_authority(const char* file) {
         Certificate authority = load(file);
         if (authority) {
-            check_dates(path_of(file), validity_of(*authority), make_anew);
+            check_dates(path_of(file), validity_of(*authority), make_authority_anew,
+                        authority_notice);
         }
         return authority;
     }
@@ -118,27 +119,28 @@ private:
             warn(fmt::format("{}: of the authority in {}, so everybody who has one of its "
                              "certificates can make permissions",
                              path_of(permissions_authority_file), authority_file),
-                 make_anew);
+                 make_authority_anew);
         }
     }
 
-    void check_dates(const std::string& path, const Validity& validity, const char* remedy) {
+    /// Warns only of what ends before all of which it has warned: files are often made together.
+    void check_dates(const std::string& path, const Validity& validity, const char* remedy,
+                     std::int64_t seconds_of_notice = notice) {
         if (now_ < validity.from) {
             refuse(fmt::format("{}: valid from {} on, and it is {}", path, utc_text(validity.from),
                                utc_text(now_)),
                    "set the clock of this machine");
         } else if (now_ >= validity.to) {
             refuse(fmt::format("{}: expired at {}", path, utc_text(validity.to)), remedy);
+        } else if (validity.to - now_ <= seconds_of_notice && validity.to < warned_of_) {
+            warn(fmt::format("{}: expires at {}", path, utc_text(validity.to)), remedy);
+            warned_of_ = validity.to;
         }
     }
 
     void check_certificate() {
         const std::string path = path_of(certificate_file);
-        const Validity validity = validity_of(*certificate_);
-        check_dates(path, validity, renew);
-        if (now_ < validity.to && validity.to <= now_ + short_time) {
-            warn(fmt::format("{}: expires at {}", path, utc_text(validity.to)), renew);
-        }
+        check_dates(path, validity_of(*certificate_), renew);
         if (authority_ && !is_signed_by(*certificate_, *authority_)) {
             refuse(fmt::format("{}: not issued by the authority in {}", path, authority_file));
         }
@@ -226,6 +228,7 @@ private:
     std::string folder_;
     std::optional<std::int32_t> domain_id_;
     std::int64_t now_;
+    std::int64_t warned_of_ = std::numeric_limits<std::int64_t>::max();  ///< the earliest end
     Certificate authority_;
     Certificate permissions_authority_;
     Certificate certificate_;

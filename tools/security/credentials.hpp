@@ -27,6 +27,9 @@ inline constexpr const char* revoked_file = "revoked.pem";          ///< whom no
 
 /// The folder of the authority, beside the others.
 inline constexpr const char* authority_folder = "authority";
+inline constexpr const char* make_authority_anew =
+    "make a new authority with 'orvane keys init' in another directory, and issue all credentials "
+    "anew";
 inline constexpr const char* expected_authority =
     ", expected a directory for which 'orvane keys init' has made an authority";
 
