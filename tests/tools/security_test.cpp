@@ -142,6 +142,13 @@ TEST_F(Plant, ACheckNamesEachFaultAndItsFile) {
         {"rubbish", [](const fs::path& own) { std::ofstream{own / certificate_file}; },
          "certificate.pem: no certificate"},
         {"folder", [](const fs::path& own) { fs::remove_all(own); }, "no such folder"},
+        // As a folder in one that may not be searched, also for root.
+        {"unreachable",
+         [](const fs::path& own) {
+             fs::remove_all(own);
+             fs::create_symlink("unreachable", own.parent_path());
+         },
+         "unreachable/: cannot read: "},
     };
     for (const auto& row : rows) {
         ASSERT_EQ(issue(row.name, Role::application), "");
@@ -200,9 +207,9 @@ TEST(Credentials, NamesAreFoldersThatNoPathLeaves) {
         EXPECT_TRUE(is_credential_name(name)) << name;
     }
     for (const std::string& name :
-         {std::string{}, std::string{".."}, std::string{".x"}, std::string{"a/b"},
-          std::string{"a b"}, std::string{"authority"}, std::string(65, 'a'), std::string{"a,b"},
-          std::string{"ä"}}) {
+         {std::string{}, std::string{".."}, std::string{".x"}, std::string{"-x"},
+          std::string{"a/b"}, std::string{"a b"}, std::string{"authority"}, std::string(65, 'a'),
+          std::string{"a,b"}, std::string{"ä"}}) {
         EXPECT_FALSE(is_credential_name(name)) << name;
     }
 }

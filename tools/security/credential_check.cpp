@@ -23,6 +23,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* copy_again =
     "copy the folder again from the directory where the authority made it";
+constexpr const char* for_owner = "run this as the owner, or give it to this user";
 constexpr const char* renew =
     "renew it with 'orvane keys renew' where the authority is, and copy the folder from there";
 
@@ -39,8 +40,13 @@ public:
 
     std::vector<CredentialFinding> run() {
         check_plug_ins();
-        std::error_code unknown;
-        if (!fs::is_directory(folder_, unknown)) {
+        std::error_code failure;
+        const fs::file_status status = fs::status(folder_, failure);
+        if (!fs::exists(status) && status.type() != fs::file_type::not_found) {
+            refuse(fmt::format("{}: cannot read: {}", folder_, failure.message()), for_owner);
+            return findings_;
+        }
+        if (!fs::is_directory(status)) {
             refuse(folder_ + ": no such folder",
                    "name a folder that 'orvane keys issue' has made, such as plant/pump-1");
             return findings_;
@@ -80,9 +86,7 @@ private:
     /// Adds why a file could not be loaded.
     void refuse_file(const char* file, const std::string& error) {
         const bool is_for_others = access(path_of(file).c_str(), R_OK) != 0 && errno == EACCES;
-        refuse(error, is_for_others
-                          ? "run this as the owner of the file, or give the file to this user"
-                          : copy_again);
+        refuse(error, is_for_others ? for_owner : copy_again);
     }
 
     std::string path_of(const char* file) const { return join(folder_, file); }

@@ -108,7 +108,7 @@ bool is_credential_name(const std::string& name) {
     constexpr std::string_view characters =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_.-";
     constexpr std::size_t longest = 64;
-    return !name.empty() && name.size() <= longest && name.front() != '.' &&
+    return !name.empty() && name.size() <= longest && name.front() != '.' && name.front() != '-' &&
            name.find_first_not_of(characters) == std::string::npos && name != authority_folder;
 }
 

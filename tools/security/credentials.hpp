@@ -52,10 +52,11 @@ Result<Permissions> read_permissions(const std::string& folder, std::string& err
 Result<Permissions> read_permissions(const std::string& folder, X509& authority,
                                      std::string& error);
 
-/// Whether a folder may be called so: letters, digits, `_`, `.` and `-`, up to 64, no dot in front,
-/// and not "authority".
+/// Whether a folder may be called so: letters, digits, `_`, `.` and `-`, up to 64, neither `.` nor
+/// `-` in front, and not "authority".
 bool is_credential_name(const std::string& name);
 inline constexpr const char* credential_name_form =
-    "up to 64 letters, digits, '_', '.' and '-', no dot in front, and not 'authority',";
+    "up to 64 letters, digits, '_', '.' and '-', neither '.' nor '-' in front, and not "
+    "'authority',";
 
 }  // namespace orvane::tools

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
 
 #include "tools/configuration/findings.hpp"
 #include "tools/security/authority.hpp"
@@ -21,8 +20,6 @@
 
 namespace orvane::tools {
 namespace {
-
-namespace fs = std::filesystem;
 
 std::int64_t seconds_now() {
     return std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
@@ -233,10 +230,9 @@ int renew_keys(const KeysOptions& options) {
 
 int print_keys_profile(const KeysOptions& options) {
     const std::string folder = folder_of(options);
-    std::error_code unknown;
-    if (!fs::exists(fs::path{folder} / certificate_file, unknown)) {
-        return print_failure(fmt::format(
-            "{}: no credentials, expected a folder that 'orvane keys issue' has made", folder));
+    std::string error;
+    if (!load_certificate(join(folder, certificate_file), error)) {
+        return print_failure(error + ", expected a folder that 'orvane keys issue' has made");
     }
     return print(security_profile(folder));
 }
