@@ -3,7 +3,9 @@
 #include <orvane/statistics.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <functional>
+#include <memory>
 
 #include "tests/tools/plant.hpp"
 #include "tools/security/signed_document.hpp"
