@@ -135,9 +135,12 @@ CLI::App* add_keys_subcommand(CLI::App& app, KeysOptions& options) {
                    "Gives the same key a new certificate with the same rights", renew_keys);
     add_name(*renew, options);
     add_days(*renew, options);
-    add_name(*add_action(*keys, options, "profile", "Prints a QoS profile for an application",
-                         print_keys_profile),
-             options);
+    CLI::App* profile = add_action(*keys, options, "profile",
+                                   "Prints a QoS profile for an application", print_keys_profile);
+    add_name(*profile, options);
+    profile
+        ->add_option("--output", options.output, "Writes it to this file, as a whole or not at all")
+        ->type_name("FILE");
     keys->footer(
         "Example:\n"
         "  orvane keys init plant\n"

@@ -234,7 +234,13 @@ int print_keys_profile(const KeysOptions& options) {
     if (!load_certificate(join(folder, certificate_file), error)) {
         return print_failure(error + ", expected a folder that 'orvane keys issue' has made");
     }
-    return print(security_profile(folder));
+    const std::string profile = security_profile(folder);
+    if (options.output.empty()) {
+        return print(profile);
+    }
+    return write_whole_file(options.output, profile, public_mode, error) == Status::ok
+               ? exit_success
+               : print_failure(error);
 }
 
 }  // namespace orvane::tools

@@ -18,6 +18,7 @@ struct KeysOptions {
     std::int64_t days = 365;
     WantedRights rights;           ///< without domains and document
     std::string permissions_file;  ///< whose rules are added; empty for none
+    std::string output;            ///< the file for a profile; empty for the standard output
     /// The function below that does what was asked for.
     int (*action)(const KeysOptions& options) = nullptr;
 };
