@@ -79,16 +79,18 @@ std::atomic<LogMask> chosen_mask{log_bit(LogCategory::fatal) | log_bit(LogCatego
 extern "C" void forward_log(void*, const dds_log_data_t* data) {
     std::string_view text(data->message, data->size);
     LogCategory category = category_of(data->priority);
-    if (category == LogCategory::warning && cyclone::is_refusal(text)) {
-        if (!refusal_limit().passes(text, cyclone::RefusalLimit::Clock::now())) {
-            return;
-        }
+    const bool is_refusal = category == LogCategory::warning && cyclone::is_refusal(text);
+    if (is_refusal) {
         category = LogCategory::error;
     }
     const LogMask passing =
         chosen_mask.load(std::memory_order_relaxed) | log_bit(LogCategory::fatal);
     const bool passes = (passing & log_bit(category)) != 0;
     if (!passes && category != LogCategory::error) {
+        return;
+    }
+    if (passes && is_refusal &&
+        !refusal_limit().passes(text, cyclone::RefusalLimit::Clock::now())) {
         return;
     }
     while (!text.empty()) {
