@@ -313,6 +313,20 @@ TEST(DomainView, TellsLoggersApartThatShareHostAndApp) {
     EXPECT_EQ(view.directory().logger({0x0a141e28, 1, 8}).kind, "");
 }
 
+TEST(DomainView, GivesNumbersAndCommandsToTheLoggerItselfBeforeWhoTakesItsName) {
+    FakeDomain domain{{{.state = logger_state(1, "pump", 7)}}};
+    domain.at(5ms, [](Arrivals& arrivals) {
+        const LoggerState forged = logger_state(1, "pump");
+        arrivals.states.push_back({forged.application, forged, true, {9, 9, 9}});
+    });
+    DomainView view{domain};
+    ASSERT_EQ(view.discover(nullptr, 5s), Status::ok);
+    EXPECT_EQ(view.directory().logger({0x0a141e28, 1, 7}).number, 1U);
+    const std::vector<LoggerState> obeying = view.loggers(target("pump"));
+    ASSERT_EQ(obeying.size(), 1U);
+    EXPECT_EQ(obeying.front().application.instance_id, 7U);
+}
+
 TEST(SharedIds, AreToldOnceForEachPairWithTheRemedy) {
     using Kind = LoggerChange::Kind;
     using Texts = std::vector<std::string>;

@@ -105,10 +105,19 @@ bool DomainView::has(const LoggerTarget* target) const {
 
 void DomainView::number_anew() {
     LoggerDirectory ordered;
-    for (const auto& [application, state] : live_.states()) {
+    const auto add = [&](const Application& application, const LoggerState& state) {
         ordered.add(application, directory_.process(application));
         ordered.add(state);
+    };
+    // Those in another's name come behind all others, so that they take no number from these.
+    for (const auto& [application, state] : live_.states()) {
+        if (!live_.publisher(application)) {
+            add(application, state);
+        }
+    }
+    for (const auto& [application, state] : live_.states()) {
         if (const auto publisher = live_.publisher(application)) {
+            add(application, state);
             ordered.add(*publisher, directory_.process(*publisher));
         }
     }
@@ -141,12 +150,20 @@ const LoggerState* DomainView::find(const Application& application) const {
     return known == live_.states().end() ? nullptr : &known->second;
 }
 
+bool DomainView::has_the_name_of_another(const Application& application) const {
+    return live_.publisher(application) &&
+           std::any_of(live_.states().begin(), live_.states().end(), [&](const auto& each) {
+               return each.first != application && share_host_and_app(each.first, application);
+           });
+}
+
 std::vector<LoggerState> DomainView::loggers(const LoggerTarget& target) const {
     std::vector<LoggerState> chosen;
     for (const auto& [application, state] : live_.states()) {
         const bool lives =
             state.state == QEL_KX_STATE_INITIALIZING || state.state == QEL_KX_STATE_OPERATIONAL;
-        if (lives && target.matches(directory_.logger(application))) {
+        if (lives && target.matches(directory_.logger(application)) &&
+            !has_the_name_of_another(application)) {
             chosen.push_back(state);
         }
     }

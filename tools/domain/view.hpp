@@ -54,7 +54,8 @@ public:
     const LoggerState* find(const Application& application) const;
     /// All, by host and application id.
     std::vector<LoggerState> loggers() const;
-    /// Those of a target that execute commands, now or soon.
+    /// Those of a target that execute commands, now or soon. Who shows a State in the name of a
+    /// logger that is there executes none.
     std::vector<LoggerState> loggers(const LoggerTarget& target) const;
     /// All, with what is known of them.
     std::vector<LoggerEntry> entries() const;
@@ -72,6 +73,7 @@ private:
     };
 
     bool has(const LoggerTarget* target) const;
+    bool has_the_name_of_another(const Application& application) const;
     Status look_for(const LoggerTarget* target, Milliseconds longest);
     void number_anew();
     void apply(const StateUpdate& update, std::vector<LoggerChange>& changes);
