@@ -185,6 +185,13 @@ bool is_taken(const std::string& document, const std::string& folder) {
     return is_taken;
 }
 
+TEST(Certificates, TellWhatHostAndAppTheEngineMakesOfThem) {
+    const Validity validity = validity_in_days(1, 0);
+    const Certificate pump =
+        make_certificate("pump", *make_key(), validity, make_identity_authority(validity));
+    EXPECT_EQ(host_and_app_of(*pump), "acbc26c1:a5dd") << "which the engine has been seen to make";
+}
+
 TEST_F(Plant, NobodySignsPermissionsWithACertificate) {
     ASSERT_EQ(issue("p", Role::viewer), "");
     const std::string folder = path("p").string();

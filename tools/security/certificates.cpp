@@ -1,15 +1,19 @@
 #include "tools/security/certificates.hpp"
 
+#include <fmt/format.h>
 #include <openssl/asn1.h>
 #include <openssl/bn.h>
 #include <openssl/ec.h>
+#include <openssl/evp.h>
 #include <openssl/pem.h>
 #include <openssl/rand.h>
+#include <openssl/sha.h>
 #include <openssl/x509v3.h>
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <ctime>
 #include <limits>
 #include <memory>
@@ -291,6 +295,19 @@ std::string subject_of(const X509& certificate) {
                         : 0,
                     "X509_NAME_print_ex");
     return std::string{content_of(*buffer)};
+}
+
+std::string host_and_app_of(const X509& certificate) {
+    std::array<unsigned char, SHA256_DIGEST_LENGTH> digest{};
+    require_openssl(
+        X509_NAME_digest(X509_get_subject_name(&certificate), EVP_sha256(), digest.data(), nullptr),
+        "X509_NAME_digest");
+    std::uint64_t bits = 0;
+    for (std::size_t i = 0; i < sizeof bits; ++i) {
+        bits = bits << 8U | digest[i];
+    }
+    const std::uint64_t prefix = bits >> 1U | std::uint64_t{1} << 63U;
+    return fmt::format("{:08x}:{:04x}", prefix >> 32U, prefix >> 16U & 0xffffU);
 }
 
 std::string serial_of(const X509& certificate) {

@@ -76,6 +76,10 @@ Validity validity_of(const X509_CRL& list);
 /// The subject as RFC 2253 writes it, which is what permissions name: "CN=pump".
 std::string subject_of(const X509& certificate);
 
+/// What HOST:APP begins with for all who have a certificate of this subject (DDS
+/// Security 1.1, 9.3.3: a set bit, then 47 bits of the subject's SHA-256): "0a141e28:c350".
+std::string host_and_app_of(const X509& certificate);
+
 /// The serial number in hexadecimal.
 std::string serial_of(const X509& certificate);
 

@@ -47,6 +47,7 @@ CredentialEntry entry_of(const std::string& name, X509& certificate,
     CredentialEntry entry;
     entry.name = name;
     entry.serial = serial_of(certificate);
+    entry.host_and_app = host_and_app_of(certificate);
     entry.validity = validity_of(certificate);
     entry.is_revoked = is_revoked(*authority.revoked, certificate);
     return entry;

@@ -16,6 +16,7 @@ struct CredentialEntry {
     std::string role;
     std::string domains;
     std::string serial;
+    std::string host_and_app;  ///< what HOST:APP of its loggers begins with
     Validity validity;
     bool is_revoked = false;
     bool is_elsewhere = false;  ///< issued, and its folder is not in the directory

@@ -151,11 +151,12 @@ int list_keys(const KeysOptions& options) {
     }
     const std::int64_t now = seconds_now();
     std::vector<std::vector<std::string>> rows{
-        {"NAME", "ROLE", "DOMAINS", "VALID UNTIL", "SERIAL", "STATE"}};
+        {"NAME", "ROLE", "LOGGER", "DOMAINS", "VALID UNTIL", "SERIAL", "STATE"}};
     for (const CredentialEntry& entry : *entries) {
-        rows.push_back({entry.name, entry.role, entry.domains,
-                        entry.serial.empty() ? "" : utc_text(entry.validity.to), entry.serial,
-                        state_of(entry, now) + (entry.is_elsewhere ? ", no folder here" : "")});
+        rows.push_back(
+            {entry.name, entry.role, entry.host_and_app.empty() ? "" : entry.host_and_app + "xxxx",
+             entry.domains, entry.serial.empty() ? "" : utc_text(entry.validity.to), entry.serial,
+             state_of(entry, now) + (entry.is_elsewhere ? ", no folder here" : "")});
     }
     return print(table_of(rows));
 }
