@@ -1,10 +1,10 @@
 // A reader and commander of loggers that shares no code with them: Fast DDS, and payloads as they
 // come. It prints the samples that it receives and sends the requests that it reads, one a line.
 //
-//   usage: foreign_peer DOMAIN [--carried-keys]
+//   usage: foreign_peer DOMAIN [--carried-keys | FOLDER]
 //
 //   With --carried-keys it computes no key hash for samples that come without one: KEY is then
-//   ff…ff.
+//   ff…ff. With a FOLDER it joins with the credentials in it.
 //
 //   input     PAYLOAD                       sends a command request
 //   output    TOPIC PUBLISHER NANOSECONDS KEY COMPUTED_KEY PAYLOAD
@@ -188,6 +188,26 @@ fast::DomainParticipantQos loopback_only() {
     return qos;
 }
 
+/// Makes it a participant with the credentials that `orvane keys` has put into a folder.
+void add_credentials(fast::DomainParticipantQos& qos, const std::string& folder) {
+    const auto set = [&](const std::string& name, const std::string& value) {
+        qos.properties().properties().emplace_back("dds.sec." + name, value);
+    };
+    const auto set_file = [&](const std::string& name, const std::string& file) {
+        set(name, "file://" + folder + '/' + file);
+    };
+    set("auth.plugin", "builtin.PKI-DH");
+    set_file("auth.builtin.PKI-DH.identity_ca", "authority.pem");
+    set_file("auth.builtin.PKI-DH.identity_certificate", "certificate.pem");
+    set_file("auth.builtin.PKI-DH.identity_crl", "revoked.pem");
+    set_file("auth.builtin.PKI-DH.private_key", "key.pem");
+    set("access.plugin", "builtin.Access-Permissions");
+    set_file("access.builtin.Access-Permissions.permissions_ca", "permissions_authority.pem");
+    set_file("access.builtin.Access-Permissions.governance", "governance.p7s");
+    set_file("access.builtin.Access-Permissions.permissions", "permissions.p7s");
+    set("crypto.plugin", "builtin.AES-GCM-GMAC");
+}
+
 template <typename Qos>
 Qos keep_all(fast::DurabilityQosPolicyKind durability) {
     Qos qos;
@@ -200,14 +220,20 @@ Qos keep_all(fast::DurabilityQosPolicyKind durability) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const bool computes_keys = argc < 3 || std::string{argv[2]} != "--carried-keys";
+    const std::string option = argc < 3 ? "" : argv[2];
+    const bool computes_keys = option != "--carried-keys";
+    fast::DomainParticipantQos qos = loopback_only();
+    if (computes_keys && !option.empty()) {
+        add_credentials(qos, option);
+    }
     fast::DomainParticipantFactory* factory = fast::DomainParticipantFactory::get_instance();
     fast::DomainParticipant* participant =
-        argc < 2 ? nullptr
-                 : factory->create_participant(static_cast<std::uint32_t>(std::stoul(argv[1])),
-                                               loopback_only());
+        argc < 2
+            ? nullptr
+            : factory->create_participant(static_cast<std::uint32_t>(std::stoul(argv[1])), qos);
     if (participant == nullptr) {
-        std::cerr << "foreign_peer: could not start; usage: foreign_peer DOMAIN [--carried-keys]\n";
+        std::cerr << "foreign_peer: could not start; usage: foreign_peer DOMAIN "
+                     "[--carried-keys | FOLDER]\n";
         return EXIT_FAILURE;
     }
     const auto topic = [&](const TopicDescription& description) {
