@@ -32,8 +32,9 @@ Logger::Logger(const Options& options)
     QEL_KX_Options_setQueueSize(options_, options.queue_size);
     QEL_KX_Options_setApplicationKind(options_, options.kind);
     if (options.keep_all) {
+        const char* other = std::getenv("BENCH_QOS_PROFILES");
         DDS_DomainParticipantFactory_load_qos_profiles(DDS_DomainParticipantFactory_get_instance(),
-                                                       BENCH_QOS_PROFILES);
+                                                       other ? other : BENCH_QOS_PROFILES);
         QEL_KX_Options_setQosLibrary(options_, qos_library);
         QEL_KX_Options_setQosProfile(options_, keep_all_profile);
     }

@@ -26,7 +26,8 @@ public:
     struct Options {
         std::int32_t domain = 0;
         std::int32_t queue_size = 128;
-        /// Every reader gets all messages, by the profile of bench/keep_all.xml.
+        /// Every reader gets all messages, by the profile of bench/keep_all.xml or of the file that
+        /// the environment names in BENCH_QOS_PROFILES.
         bool keep_all = false;
         /// By which viewers name the logger.
         const char* kind = "";

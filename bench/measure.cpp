@@ -1,5 +1,7 @@
 #include "bench/measure.hpp"
 
+#include <time.h>
+
 #include <algorithm>
 #include <fstream>
 #include <thread>
@@ -42,6 +44,12 @@ nlohmann::json distribution(std::vector<double> samples) {
     return {{"samples", samples.size()},          {"min", samples.front()},
             {"p50", percentile(samples, 0.5)},    {"p99", percentile(samples, 0.99)},
             {"p999", percentile(samples, 0.999)}, {"max", samples.back()}};
+}
+
+nanoseconds own_processor_time() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return std::chrono::seconds{time.tv_sec} + nanoseconds{time.tv_nsec};
 }
 
 double number_in(const std::filesystem::path& file, const std::string& name) {

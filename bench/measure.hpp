@@ -31,6 +31,9 @@ void wait_gap(Clock::time_point begin, nanoseconds gap);
 /// Number of samples, minimum, 50th, 99th and 99.9th percentile, and maximum.
 nlohmann::json distribution(std::vector<double> samples);
 
+/// Of all threads of this process, up to now.
+nanoseconds own_processor_time();
+
 /// @return the number behind "name:" in a file of /proc, or 0
 double number_in(const std::filesystem::path& file, const std::string& name);
 

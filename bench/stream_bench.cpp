@@ -23,6 +23,7 @@ constexpr std::size_t text_length = 60;
 struct Plan {
     std::string group = "stream";
     std::string subject;
+    std::string label;
     std::string results;
     std::int32_t domain = 0;
     std::size_t messages = 200'000;
@@ -92,18 +93,25 @@ int run(const Plan& plan) {
         std::fprintf(stderr, "bench: %s finds no reader\n", plan.subject.c_str());
         return 1;
     }
+    const nanoseconds logger_before = own_processor_time();
+    const nanoseconds reader_before = reader.processor_time();
     const Clock::time_point begin = Clock::now();
     send_all(source, plan);
     source.finish();
     const nlohmann::json seen = reader.result();
+    const nanoseconds logger_time = own_processor_time() - logger_before;
+    const nanoseconds reader_time = reader.processor_time() - reader_before;
 
     const auto received = seen["received"].get<double>();
     const Clock::time_point end{Clock::duration{seen["last_take"].get<Clock::rep>()}};
     nlohmann::json figures = seen["latency"];
     figures["lost"] = static_cast<double>(plan.messages) - received;
     figures["per_second"] = received * 1e9 / nanoseconds_between(begin, end);
+    figures["logger_cpu_ns"] = static_cast<double>(logger_time.count()) / received;
+    figures["reader_cpu_ns"] = static_cast<double>(reader_time.count()) / received;
     append_result(plan.results, {{"group", plan.group},
                                  {"subject", plan.subject},
+                                 {"label", plan.label},
                                  {"threads", plan.threads},
                                  {"gap_us", plan.gap_us},
                                  {"figures", figures}});
@@ -121,6 +129,7 @@ int main(int argc, char** argv) try {
         ->check(CLI::IsMember({"orvane", "bare", "bare-batching"}));
     app.add_option("--results", plan.results, "file that a line of JSON is added to")->required();
     app.add_option("--group", plan.group, "part of the report that the figures belong to");
+    app.add_option("--label", plan.label, "row of the report that the figures belong to");
     app.add_option("--domain", plan.domain);
     app.add_option("--messages", plan.messages);
     app.add_option("--threads", plan.threads)->check(CLI::PositiveNumber);

@@ -32,7 +32,7 @@ std::string report_of_machine(const Results& results) {
     std::string sections;
     std::vector<Target> targets;
     for (const auto section : {call_section, front_ends_section, stream_section, types_section,
-                               rest_section, flood_section, viewers_section}) {
+                               rest_section, flood_section, viewers_section, security_section}) {
         const auto [text, judged] = section(results);
         sections += text.empty() ? "" : '\n' + text;
         targets.insert(targets.end(), judged.begin(), judged.end());

@@ -233,6 +233,40 @@ Section viewers_section(const Results& results) {
                                    {rate, lost, growth}};
 }
 
+Section security_section(const Results& results) {
+    const auto figure = [&](json about, const char* label, const char* name) {
+        about.update({{"group", "security"}, {"label", label}});
+        return results.figure(about, name);
+    };
+    const json stream{{"subject", "orvane"}, {"gap_us", 0}};
+    if (!figure(stream, "with", "per_second").measured()) {
+        return {};
+    }
+    Table table{{"security", "without", "with", "ratio"}};
+    const auto add = [&](const char* title, const json& about, const char* name,
+                         std::string (*text)(const Figure&)) {
+        const auto without = figure(about, "without", name);
+        const auto with = figure(about, "with", name);
+        table.add({title, text(without), text(with), number(ratio(with, without), 2)});
+    };
+    const auto count = [](const Figure& value) { return number(value); };
+    const json lone{{"subject", "orvane"}, {"gap_us", 1000}};
+    add("stream, messages/s", stream, "per_second", count);
+    add("processor time of a message, logger", stream, "logger_cpu_ns", duration);
+    add("the same, reader", stream, "reader_cpu_ns", duration);
+    add("one message every ms, latency p50", lone, "p50", duration);
+    add("processor time of it, logger", lone, "logger_cpu_ns", duration);
+    add("the same, reader", lone, "reader_cpu_ns", duration);
+    add("start of a process to its first message, p50", {{"what", "start"}}, "p50", duration);
+    add("join of a viewer to the first message, p50", {{"what", "join"}}, "p50", duration);
+    add("the same, p99", {{"what", "join"}}, "p99", duration);
+    add("growth of the viewer over the joins, KiB", {{"what", "join"}}, "viewer_growth_kib", count);
+    add("growth of the logger, KiB", {{"what", "join"}}, "logger_growth_kib", count);
+    add("many processes at once, first message, p50", {{"what", "crowd"}}, "p50", duration);
+    add("the same, the last process", {{"what", "crowd"}}, "max", duration);
+    return {"### Security\n\n" + table.text(), {}};
+}
+
 std::vector<PlotData> plots(const Results& results) {
     const auto bar = [&](const json& about, const char* name, double unit) {
         const auto value = results.figure(about, name).median();

@@ -26,6 +26,7 @@ Section types_section(const Results& results);
 Section rest_section(const Results& results);
 Section flood_section(const Results& results);
 Section viewers_section(const Results& results);
+Section security_section(const Results& results);
 
 /// Data of a plot: a line per group of bars, with a name and then value and upper end per bar.
 struct PlotData {
