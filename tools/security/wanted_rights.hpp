@@ -16,13 +16,13 @@
 namespace orvane::tools {
 
 struct WantedRights {
-    std::optional<Role> role;
-    std::optional<std::string> topics;   ///< shell pattern: of the role's topics, these only
-    std::vector<std::string> publish;    ///< further topics; shell patterns
-    std::vector<std::string> subscribe;  ///< further topics; shell patterns
-    std::vector<std::int32_t> domains;   ///< where all that holds; none stands for all
+    std::optional<Role> role{};
+    std::optional<std::string> topics{};   ///< shell pattern: of the role's topics, these only
+    std::vector<std::string> publish{};    ///< further topics; shell patterns
+    std::vector<std::string> subscribe{};  ///< further topics; shell patterns
+    std::vector<std::int32_t> domains{};   ///< where all that holds; none stands for all
     /// XML in the form of DDS Security's permissions, whose rules are added.
-    std::optional<std::string> document;
+    std::optional<std::string> document{};
 };
 
 /// How the grant is called: the role, "own" without one, and "application+own" for both.

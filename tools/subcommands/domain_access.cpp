@@ -128,8 +128,13 @@ Status check_access(DomainOptions& domain, DomainUse use) {
 
 void stop_at_expiry(const DomainOptions& domain, StopSignal& stop) {
     if (domain.expiry) {
+        // Certificates that never expire name a time that the clock cannot.
+        constexpr std::int64_t longest = std::chrono::duration_cast<std::chrono::seconds>(
+                                             std::chrono::system_clock::duration::max())
+                                             .count();
         stop.stop_at(
-            std::chrono::system_clock::from_time_t(*domain.expiry), [folder = domain.security] {
+            std::chrono::system_clock::from_time_t(std::min(*domain.expiry, longest)),
+            [folder = domain.security] {
                 silence_middleware();
                 print_with_remedy(
                     folder + " has expired",

@@ -92,7 +92,7 @@ void StopSignal::request() {
 
 void StopSignal::stop_if_due() {
     const std::lock_guard lock(mutex_);
-    if (!has_ended_ && !status_ && std::chrono::system_clock::now() >= end_) {
+    if (!requested_ && !status_ && std::chrono::system_clock::now() >= end_) {
         has_ended_ = true;
         tell_end_();
         request();
