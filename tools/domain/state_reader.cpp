@@ -60,7 +60,8 @@ Status StateReader::take(std::vector<StateUpdate>& updates) {
     // A writer that is missing here has sent its last sample.
     DDS_SubscriptionMatchedStatus status{};
     DDS_DataReader_get_subscription_matched_status(reader_, &status);
-    if (status.total_count_change != 0 || status.current_count_change != 0) {
+    const bool is_changed = status.total_count_change != 0 || status.current_count_change != 0;
+    if (is_changed) {
         matched_ = matched();
     }
     std::vector<StateSample> samples;
@@ -69,6 +70,10 @@ Status StateReader::take(std::vector<StateUpdate>& updates) {
     };
     if (take_all<QEL_KX_ADMIN_State>(reader_, add) == Status::failed) {
         return Status::failed;
+    }
+    // Most calls are made because of messages.
+    if (samples.empty() && !is_changed) {
+        return Status::ok;
     }
     const bool is_new_writer =
         std::any_of(samples.begin(), samples.end(),
