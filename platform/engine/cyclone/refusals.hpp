@@ -22,7 +22,7 @@ inline bool is_refusal(std::string_view text) {
         "Process handshake failed",
         "security_attributes mismatch",
         "Access control does not allow remote",
-        "alidate remote permissions",
+        "Validate remote identity failed",
         "peer_credential_token",
     };
     return std::ranges::any_of(
