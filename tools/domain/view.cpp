@@ -84,16 +84,17 @@ std::optional<LoggerTraffic> DomainView::traffic_of(const Application& applicati
 }
 
 DomainView::Milliseconds DomainView::time_to_settle(const LoggerTarget* target) {
-    const std::optional<Application> one = target == nullptr ? std::nullopt : target->application;
+    const Application* const one =
+        target != nullptr && target->application ? &*target->application : nullptr;
     const std::set<Application> writers = administration_.state_writers();
     const bool all_heard =
         std::all_of(writers.begin(), writers.end(), [&](const Application& each) {
-            return heard_.contains(each) || (one && !share_host_and_app(*one, each));
+            return heard_.contains(each) || (one != nullptr && !share_host_and_app(*one, each));
         });
     if (!all_heard) {
         return Milliseconds::max();
     }
-    if (one) {
+    if (one != nullptr) {
         return Milliseconds::zero();
     }
     return std::chrono::ceil<Milliseconds>(last_news_ + settling_time - administration_.now());
