@@ -123,12 +123,6 @@ private:
 
 }  // namespace
 
-/// For the leak sanitizer: the engine keeps a copy of each packet that reaches two secured
-/// participants of a process.
-extern "C" __attribute__((visibility("default"))) int __lsan_is_turned_off() {
-    return 1;
-}
-
 /// @name In place of the C library's, for the engine and for OpenSSL.
 /// @{
 extern "C" __attribute__((visibility("default"))) int clock_gettime(clockid_t clock,

@@ -1,10 +1,14 @@
 // Loggers with credentials that expire, and many that start at once.
+#include <malloc.h>
+
 #include <algorithm>
 #include <chrono>
 #include <memory>
+#include <thread>
 
 #include "tests/integration/programs.hpp"
 #include "tests/security/plant.hpp"
+#include "tools/domain/entities.hpp"
 
 namespace orvane::tests {
 namespace {
@@ -66,6 +70,39 @@ TEST_F(SecuredLoggers, AreHeardUntilTheirCredentialsExpire) {
     EXPECT_EQ(expiring.ask("finish"), "finish 0");
     expiring.process().close_input();
     EXPECT_EQ(expiring.process().wait_for_end(), "exit 0") << expiring.process().transcript();
+}
+
+TEST_F(SecuredLoggers, DoNotFillTheMemoryOfProcessesWithTwoParticipants) {
+    const tools::DomainOptions domain{.id = std::stoi(tests::domain()),
+                                      .security = plant_.folder("otto")};
+    const tools::Participant reading = tools::join_domain(domain);
+    const tools::Participant other = tools::join_domain(domain);
+    DDS_DataReader* const messages = tools::create_reader<QEL_KX_LogMessage>(
+        reading.get(), DDS_TRANSIENT_LOCAL_DURABILITY_QOS, DDS_KEEP_ALL_HISTORY_QOS);
+    Application pump{{"--kind", "pump"}, plant_.launcher(plant_.folder("pump"))};
+    const std::string text(4000, 'x');
+    const auto await_one = [&] {
+        bool has_come = false;
+        const auto deadline = std::chrono::steady_clock::now() + patience;
+        while (!has_come && std::chrono::steady_clock::now() < deadline) {
+            std::this_thread::sleep_for(std::chrono::milliseconds{1});
+            const auto note = [&](const QEL_KX_LogMessage&, const DDS_SampleInfo& info) {
+                has_come = has_come || info.valid_data != 0;
+            };
+            EXPECT_EQ(tools::take_all<QEL_KX_LogMessage>(messages, note), tools::Status::ok);
+        }
+        return has_come;
+    };
+    const auto pass = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            ASSERT_TRUE(pump.say(600, "", text) && await_one()) << pump.process().transcript();
+        }
+    };
+    pass(100);
+    const std::size_t before = mallinfo2().uordblks;
+    constexpr int count = 400;
+    pass(count);
+    EXPECT_LT(mallinfo2().uordblks, before + count * text.size() / 4);
 }
 
 TEST_F(SecuredLoggers, AreAllHeardWhenTheyStartAtOnce) {

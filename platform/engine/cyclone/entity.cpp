@@ -17,6 +17,7 @@
 #include "platform/engine/cyclone/qos_conversion.hpp"
 #include "platform/engine/cyclone/receive_threads.hpp"
 #include "platform/engine/cyclone/results.hpp"
+#include "platform/engine/cyclone/security/mended_crypto.hpp"
 #include "platform/engine/engine.hpp"
 
 namespace pexa::engine {
@@ -60,6 +61,7 @@ Created create_participant(std::uint32_t domain_id, const Qos& qos,
         const cyclone::QosPtr converted = cyclone::to_cyclone(qos);
         if (!qos.properties.empty()) {
             add_process_to(converted.get());
+            cyclone::use_mended_crypto(*converted);
         }
         NewEntity entity(no_entity);
         cyclone::ReceiversNote receivers;

@@ -1,0 +1,33 @@
+#include "platform/engine/cyclone/security/mended_crypto.hpp"
+
+#include <dlfcn.h>
+
+#include <string_view>
+
+#include "platform/engine/cyclone/security/crypto_plug_in.h"
+
+namespace pexa::engine::cyclone {
+
+void use_mended_crypto(dds_qos_t& properties) {
+    char* path = nullptr;
+    if (!dds_qget_prop(&properties, "dds.sec.crypto.library.path", &path)) {
+        return;
+    }
+    const bool is_engines = std::string_view(path) == ENGINE_CRYPTO_PLUG_IN;
+    dds_free(path);
+    Dl_info here{};
+    if (!is_engines || dladdr(reinterpret_cast<void*>(pexa_init_crypto), &here) == 0) {
+        return;
+    }
+    // A program that has this code in it is no library, and keeps the engine's plug-in.
+    void* const library = dlopen(here.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
+    if (library == nullptr) {
+        return;
+    }
+    dlclose(library);
+    dds_qset_prop(&properties, "dds.sec.crypto.library.path", here.dli_fname);
+    dds_qset_prop(&properties, "dds.sec.crypto.library.init", "pexa_init_crypto");
+    dds_qset_prop(&properties, "dds.sec.crypto.library.finalize", "pexa_finalize_crypto");
+}
+
+}  // namespace pexa::engine::cyclone
