@@ -232,7 +232,9 @@ std::int64_t number_of(const X509_CRL& list) {
 std::vector<std::string> serials_in(X509_CRL& list) {
     std::vector<std::string> serials;
     const STACK_OF(X509_REVOKED)* entries = X509_CRL_get_REVOKED(&list);
-    for (int i = 0; i < sk_X509_REVOKED_num(entries); ++i) {
+    const int count = sk_X509_REVOKED_num(entries);  // -1 for no entries
+    serials.reserve(static_cast<std::size_t>(std::max(count, 0)));
+    for (int i = 0; i < count; ++i) {
         serials.push_back(
             to_text(*X509_REVOKED_get0_serialNumber(sk_X509_REVOKED_value(entries, i))));
     }
