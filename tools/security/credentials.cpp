@@ -11,6 +11,7 @@
 
 #include "tools/security/credential_files.hpp"
 #include "tools/security/permissions_document.hpp"
+#include "tools/security/plug_ins.hpp"
 
 namespace orvane::tools {
 namespace {
@@ -39,24 +40,26 @@ Result<Permissions> grant_of(const std::string& subject, const std::string& xml,
 std::vector<SecurityProperty> security_properties(const std::string& folder) {
     const fs::path absolute = fs::absolute(folder).lexically_normal();
     const auto uri = [&](const char* file) { return "file:" + (absolute / file).string(); };
-    return {
-        {"dds.sec.auth.library.path", "dds_security_auth"},
-        {"dds.sec.auth.library.init", "init_authentication"},
-        {"dds.sec.auth.library.finalize", "finalize_authentication"},
+    std::vector<SecurityProperty> properties{
         {"dds.sec.auth.identity_ca", uri(authority_file)},
         {"dds.sec.auth.identity_certificate", uri(certificate_file)},
         {"dds.sec.auth.private_key", uri(key_file)},
         {"org.eclipse.cyclonedds.sec.auth.crl", uri(revoked_file)},
-        {"dds.sec.access.library.path", "dds_security_ac"},
-        {"dds.sec.access.library.init", "init_access_control"},
-        {"dds.sec.access.library.finalize", "finalize_access_control"},
         {"dds.sec.access.permissions_ca", uri(permissions_authority_file)},
         {"dds.sec.access.governance", uri(governance_file)},
         {"dds.sec.access.permissions", uri(permissions_file)},
-        {"dds.sec.crypto.library.path", "dds_security_crypto"},
-        {"dds.sec.crypto.library.init", "init_crypto"},
-        {"dds.sec.crypto.library.finalize", "finalize_crypto"},
     };
+    constexpr const char* place = "library";
+    for (const PlugIn& plug_in : plug_ins) {
+        const auto add = [&](const char* what, const std::string& value) {
+            properties.push_back(
+                {fmt::format("dds.sec.{}.{}.{}", plug_in.part, place, what), value});
+        };
+        add("path", plug_in.name);
+        add("init", std::string{"init_"} + plug_in.function);
+        add("finalize", std::string{"finalize_"} + plug_in.function);
+    }
+    return properties;
 }
 
 std::string security_profile(const std::string& folder) {

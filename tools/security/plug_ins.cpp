@@ -59,10 +59,10 @@ bool can_be_loaded(const std::string& file) {
 
 std::vector<std::string> missing_plug_ins() {
     std::vector<std::string> missing;
-    for (const char* file :
-         {"libdds_security_auth.so", "libdds_security_ac.so", "libdds_security_crypto.so"}) {
+    for (const PlugIn& plug_in : plug_ins) {
+        const std::string file = std::string{"lib"} + plug_in.name + ".so";
         if (!is_beside_engine(file) && !can_be_loaded(file)) {
-            missing.emplace_back(file);
+            missing.push_back(file);
         }
     }
     return missing;

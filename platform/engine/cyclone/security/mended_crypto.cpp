@@ -1,5 +1,6 @@
 #include "platform/engine/cyclone/security/mended_crypto.hpp"
 
+#include <dds/security/dds_security_api_defs.h>
 #include <dlfcn.h>
 
 #include <string_view>
@@ -10,7 +11,7 @@ namespace pexa::engine::cyclone {
 
 void use_mended_crypto(dds_qos_t& properties) {
     char* path = nullptr;
-    if (!dds_qget_prop(&properties, "dds.sec.crypto.library.path", &path)) {
+    if (!dds_qget_prop(&properties, DDS_SEC_PROP_CRYPTO_LIBRARY_PATH, &path)) {
         return;
     }
     const bool is_engines = std::string_view(path) == ENGINE_CRYPTO_PLUG_IN;
@@ -25,9 +26,9 @@ void use_mended_crypto(dds_qos_t& properties) {
         return;
     }
     dlclose(library);
-    dds_qset_prop(&properties, "dds.sec.crypto.library.path", here.dli_fname);
-    dds_qset_prop(&properties, "dds.sec.crypto.library.init", "pexa_init_crypto");
-    dds_qset_prop(&properties, "dds.sec.crypto.library.finalize", "pexa_finalize_crypto");
+    dds_qset_prop(&properties, DDS_SEC_PROP_CRYPTO_LIBRARY_PATH, here.dli_fname);
+    dds_qset_prop(&properties, DDS_SEC_PROP_CRYPTO_LIBRARY_INIT, "pexa_init_crypto");
+    dds_qset_prop(&properties, DDS_SEC_PROP_CRYPTO_LIBRARY_FINALIZE, "pexa_finalize_crypto");
 }
 
 }  // namespace pexa::engine::cyclone
